@@ -1,0 +1,53 @@
+#include "InjectedBundle/Src/BindingCall.h"
+
+#include "CSP/Inc/PCLog.h"
+#include "JavaScript/Src/jiUtility.h"
+
+namespace OipfJavaScript::Call {
+
+bool Throws(const char* where, JSContextRef context, const CallStatus& status, JSValueRef* exception) {
+    if (status.m_errorMessage.empty())
+        return false;
+    // Copies: making the exception object allocates, and may so run finalisers.
+    const std::string name = status.m_errorName;
+    const std::string message = status.m_errorMessage;
+    *exception = jiUtility::JSObjectMakeException(where, context, name, message, exception);
+    return true;
+}
+
+JSValueRef Missing(JSContextRef context, const CallStatus& status) {
+    return status.m_status == CallStatus::kUndefined ? JSValueMakeUndefined(context) : JSValueMakeNull(context);
+}
+
+JSValueRef RefuseArguments(const char* id, const char* where, const CallArguments& call) {
+    HBBTV_LOG_WARNING("%s::%s Argument count (%lu) or the argument types are bad", id, where,
+                      static_cast<unsigned long>(call.count));
+    for (size_t i = 0; i < call.count; ++i)
+        HBBTV_LOG_WARNING("%s::%s Argument[%lu] is %s", id, where, static_cast<unsigned long>(i),
+                          jiUtility::JSValueQueryType(call.context, call.values[i]));
+    *call.exception = jiUtility::JSObjectMakeException(
+        where, call.context, "SecurityError", "Argument count or the argument types are bad", call.exception);
+    return JSValueMakeNull(call.context);
+}
+
+JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call) {
+    *call.exception = jiUtility::JSObjectMakeException(
+        where, call.context, "TypeError", std::string(missing) + " is not supported", call.exception);
+    return JSValueMakeNull(call.context);
+}
+
+void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception) {
+    *exception = jiUtility::JSObjectMakeException(where, context, "TypeError",
+                                                  std::string("Value is not ") + typeName, exception);
+}
+
+}  // namespace OipfJavaScript::Call
+
+namespace OipfJavaScript {
+
+void RegisterInstance(JSContextRef context, const char* id, JSObjectRef instance) {
+    JSObjectSetProperty(context, JSContextGetGlobalObject(context), JSStringHandle(id).Get(), instance,
+                        kJSPropertyAttributeNone, nullptr);
+}
+
+}  // namespace OipfJavaScript

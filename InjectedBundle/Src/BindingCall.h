@@ -1,0 +1,259 @@
+// The one road from a page's call to an implementation object: the right class? status reset, count and types,
+// conversion, call, status to exception, result, undefined or null. Generated code adds a line per member to it.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <array>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "InjectedBundle/Src/BindingClass.h"
+#include "InjectedBundle/Src/BindingObject.h"
+#include "InjectedBundle/Src/BindingTypes.h"
+#include "InjectedBundle/Src/CallArguments.h"
+#include "InjectedBundle/Src/CallStatus.h"
+
+namespace OipfJavaScript {
+
+// Whether an implementation's member wants the calling context as its first argument.
+enum class CallWith { Nothing, Context };
+
+namespace Call {
+
+// Fills the exception slot from the block; true when there is something to throw.
+[[nodiscard]] bool Throws(const char* where, JSContextRef context, const CallStatus& status, JSValueRef* exception);
+
+// What the page gets instead of a result, for a status other than success.
+[[nodiscard]] JSValueRef Missing(JSContextRef context, const CallStatus& status);
+
+// Logs the arguments and throws. Returns null, the call's result.
+[[nodiscard]] JSValueRef RefuseArguments(const char* id, const char* where, const CallArguments& call);
+
+// Answers a member whose result class is not part of this build.
+[[nodiscard]] JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call);
+
+void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception);
+
+// Turns the implementation's answer into the page's.
+template <class Type, typename Produce>
+JSValueRef Answer(const char* where, JSContextRef context, CallStatus& status, JSValueRef* exception,
+                  Produce&& produce) {
+    if constexpr (std::is_void_v<std::invoke_result_t<Produce>>) {
+        produce();
+        if (Throws(where, context, status, exception))
+            return JSValueMakeNull(context);
+        return status.m_status == CallStatus::kOk ? JSValueMakeUndefined(context) : Missing(context, status);
+    } else {
+        auto result = produce();
+        if (Throws(where, context, status, exception))
+            return JSValueMakeNull(context);
+        if (status.m_status != CallStatus::kOk)
+            return Missing(context, status);
+        return Type::ToJS(context, std::move(result), exception);
+    }
+}
+
+}  // namespace Call
+
+// One form of an operation: the implementation's member, the result's type and the arguments' types.
+template <auto Member, CallWith With, class Result, class... Arguments>
+struct Operation {
+    static constexpr size_t kMost = sizeof...(Arguments);
+    static constexpr size_t kLeast = (0 + ... + (Idl::kMayBeMissing<Arguments> ? 0 : 1));
+
+    static bool Matches(const CallArguments& call) {
+        if (call.count < kLeast || call.count > kMost)
+            return false;
+        return MatchesTypes(call, std::index_sequence_for<Arguments...>{});
+    }
+
+    template <class Implementation>
+    static JSValueRef Invoke(const char* where, const CallArguments& call, Implementation& implementation) {
+        return InvokeWith(where, call, implementation, std::index_sequence_for<Arguments...>{});
+    }
+
+   private:
+    template <size_t... I>
+    static bool MatchesTypes(const CallArguments& call, std::index_sequence<I...>) {
+        return ((I >= call.count || Arguments::Accepts(call.context, call.values[I])) && ...);
+    }
+
+    // What is passed on: everything but the ignored arguments.
+    template <class Type>
+    static auto Pass(typename Type::Native& native) {
+        if constexpr (std::is_same_v<Type, Idl::Ignored>)
+            return std::tuple<>();
+        else
+            return std::tuple<typename Type::Native&>(native);
+    }
+
+    template <class Implementation, size_t... I>
+    static JSValueRef InvokeWith(const char* where, const CallArguments& call, Implementation& implementation,
+                                 std::index_sequence<I...>) {
+        [[maybe_unused]] std::tuple<typename Arguments::Native...> natives{};
+        if (!((I >= call.count ||
+               Arguments::FromJS(where, call.context, call.values[I], std::get<I>(natives))) &&
+              ...))
+            return JSValueMakeNull(call.context);
+        return Call::Answer<Result>(where, call.context, implementation, call.exception, [&]() -> decltype(auto) {
+            const auto forward = [&](auto&... passed) -> decltype(auto) {
+                if constexpr (With == CallWith::Context)
+                    return (implementation.*Member)(call.context, passed...);
+                else
+                    return (implementation.*Member)(passed...);
+            };
+            return std::apply(forward, std::tuple_cat(Pass<Arguments>(std::get<I>(natives))...));
+        });
+    }
+};
+
+// An operation whose implementation reads its arguments itself.
+template <auto Member>
+struct CustomOperation {
+    static bool Matches(const CallArguments&) { return true; }
+    template <class Implementation>
+    static JSValueRef Invoke(const char* where, const CallArguments& call, Implementation& implementation) {
+        return Call::Answer<Idl::Any>(where, call.context, implementation, call.exception,
+                                      [&] { return (implementation.*Member)(call); });
+    }
+};
+
+// addEventListener and removeEventListener.
+template <auto Member>
+struct ListenerOperation {
+    static bool Matches(const CallArguments& call) {
+        return (call.count == 2 || call.count == 3) && JSValueIsString(call.context, call.values[0]);
+    }
+    template <class Implementation>
+    static JSValueRef Invoke(const char* where, const CallArguments& call, Implementation& implementation) {
+        std::string type;
+        if (!ToUtf8(call.context, call.values[0], type, call.exception))
+            return JSValueMakeNull(call.context);
+        const bool capture = call.count == 3 && JSValueToBoolean(call.context, call.values[2]);
+        return Call::Answer<Idl::Undefined>(where, call.context, implementation, call.exception, [&]() -> void {
+            (implementation.*Member)(call.context, call.thisObject, type.c_str(), call.values[1], capture);
+        });
+    }
+};
+
+// Calls the first of the forms whose argument count and types fit.
+template <class Binding, class... Forms>
+JSValueRef CallOperation(const char* where, const CallArguments& call) {
+    Binding* binding = Binding::FromJS(where, call.context, call.thisObject);
+    if (binding == nullptr)
+        return JSValueMakeNull(call.context);
+    auto& implementation = binding->Implementation();
+    implementation.ResetStatus();
+    JSValueRef result = nullptr;
+    const bool matched = ((Forms::Matches(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...);
+    return matched ? result : Call::RefuseArguments(Binding::ID, where, call);
+}
+
+template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>
+JSValueRef GetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
+                        JSValueRef* exception) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    return Call::Answer<Type>(attribute.name, context, implementation, exception, [&] {
+        if constexpr (With == CallWith::Context)
+            return (implementation.*Member)(context);
+        else
+            return (implementation.*Member)();
+    });
+}
+
+template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>
+void SetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
+                  JSValueRef value, JSValueRef* exception) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    if (!Type::Accepts(context, value))
+        return Call::ThrowWrongValueType(attribute.name, context, Type::kName, exception);
+    typename Type::Native converted{};
+    if (!Type::FromJS(attribute.name, context, value, converted))
+        return;
+    if constexpr (With == CallWith::Context)
+        (implementation.*Member)(context, converted);
+    else
+        (implementation.*Member)(converted);
+    (void)Call::Throws(attribute.name, context, implementation, exception);
+}
+
+// An attribute that the implementation reads and converts itself.
+template <class Binding, auto Member>
+JSValueRef GetCustomAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef object,
+                              BindingObject& native, JSValueRef* exception) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    return Call::Answer<Idl::Any>(attribute.name, context, implementation, exception,
+                                  [&] { return (implementation.*Member)(context, object); });
+}
+
+template <class Binding, auto Member>
+void SetCustomAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
+                        JSValueRef value, JSValueRef* exception) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    (implementation.*Member)(context, value);
+    (void)Call::Throws(attribute.name, context, implementation, exception);
+}
+
+// An attribute whose class is not part of this build.
+inline JSValueRef GetMissingClass(const BindingAttribute&, JSContextRef context, JSObjectRef, BindingObject&,
+                                  JSValueRef*) {
+    return JSValueMakeNull(context);
+}
+
+// on<Event> attributes: the event's name is the attribute's without "on".
+template <class Binding>
+JSValueRef GetHandler(const BindingAttribute& attribute, JSContextRef context, JSObjectRef object,
+                      BindingObject& native, JSValueRef*) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    return implementation.t_GetCallbackFunction(context, object, attribute.name + 2);
+}
+
+template <class Binding>
+void SetHandler(const BindingAttribute& attribute, JSContextRef context, JSObjectRef object, BindingObject& native,
+                JSValueRef value, JSValueRef*) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    implementation.t_AddCallbackFunction(context, object, attribute.name + 2, value);
+}
+
+// Array notation through the class's "length" and "item".
+template <class Binding, auto Length>
+uint32_t IndexedLength(BindingObject& native) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    return (implementation.*Length)();
+}
+
+template <class Binding, class Type, auto Item>
+JSValueRef IndexedItem(JSContextRef context, JSObjectRef, BindingObject& native, uint32_t index,
+                       JSValueRef* exception) {
+    auto& implementation = static_cast<Binding&>(native).Implementation();
+    implementation.ResetStatus();
+    return Call::Answer<Type>("item", context, implementation, exception,
+                              [&] { return (implementation.*Item)(index); });
+}
+
+// Puts the one instance of a class on the global object.
+void RegisterInstance(JSContextRef context, const char* id, JSObjectRef instance);
+
+// A deep copy of an implementation object, for the classes whose objects can be copied.
+template <class Implementation>
+std::unique_ptr<Implementation> CopyImplementation(const Implementation& original) {
+    return std::make_unique<Implementation>(original);
+}
+
+// A new binding object around a new implementation object.
+template <class Binding, typename... Arguments>
+std::unique_ptr<Binding> MakeBinding(Arguments&&... arguments) {
+    using Implementation = std::remove_reference_t<decltype(std::declval<Binding&>().Implementation())>;
+    return std::make_unique<Binding>(std::make_unique<Implementation>(std::forward<Arguments>(arguments)...));
+}
+
+}  // namespace OipfJavaScript

@@ -1,0 +1,168 @@
+#include "InjectedBundle/Src/JSConversions.h"
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include <glib.h>
+
+#include "InjectedBundle/Src/JSHandles.h"
+
+namespace OipfJavaScript {
+
+namespace {
+
+struct GFree {
+    void operator()(char* text) const { g_free(text); }
+};
+using GText = std::unique_ptr<char, GFree>;
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+// The long way, for texts that hold more than ASCII.
+std::string Utf8FromUtf16(const JSChar* characters, size_t length) {
+    std::string result;
+    while (length > 0) {
+        // A NUL ends the library routine's input; it is copied here, as is what the routine refuses.
+        size_t run = 0;
+        while (run < length && characters[run] != 0)
+            ++run;
+        glong read = 0;
+        glong written = 0;
+        const GText text(
+            g_utf16_to_utf8(characters, static_cast<glong>(run), &read, &written, nullptr));
+        const auto good = static_cast<size_t>(read);
+        if (text) {
+            result.append(text.get(), static_cast<size_t>(written));
+        } else if (good > 0) {
+            // The routine stopped at an ill-formed unit and kept nothing: take what came before it.
+            const GText before(g_utf16_to_utf8(characters, read, nullptr, &written, nullptr));
+            if (before)
+                result.append(before.get(), static_cast<size_t>(written));
+        }
+        size_t consumed = text ? run : good;
+        if (consumed < run) {
+            result += kReplacement;
+            ++consumed;
+        } else if (consumed < length) {
+            result += '\0';
+            ++consumed;
+        }
+        characters += consumed;
+        length -= consumed;
+    }
+    return result;
+}
+
+template <typename Integer>
+Integer Saturate(double number) {
+    if (std::isnan(number))
+        return 0;
+    constexpr auto lowest = static_cast<double>(std::numeric_limits<Integer>::min());
+    constexpr auto highest = static_cast<double>(std::numeric_limits<Integer>::max());
+    if (number <= lowest)
+        return std::numeric_limits<Integer>::min();
+    // For 64 bits the bound itself is not representable: the comparison must catch it too.
+    if (number >= highest)
+        return std::numeric_limits<Integer>::max();
+    return static_cast<Integer>(number);
+}
+
+}  // namespace
+
+std::string ToUtf8(JSStringRef string) {
+    if (string == nullptr)
+        return {};
+    const size_t length = JSStringGetLength(string);
+    // The engine's own routine is right as long as there is one byte per character, which is nearly always.
+    std::string text(length + 1, '\0');
+    const size_t written = JSStringGetUTF8CString(string, text.data(), text.size());
+    if (written == length + 1) {
+        text.resize(length);
+        bool ascii = true;
+        for (const char c : text)
+            ascii = ascii && static_cast<unsigned char>(c) < 0x80;
+        if (ascii)
+            return text;
+    }
+    return Utf8FromUtf16(JSStringGetCharactersPtr(string), length);
+}
+
+bool ToUtf8(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception) {
+    JSValueRef thrown = nullptr;
+    const auto string = JSStringHandle::Adopt(JSValueToStringCopy(context, value, &thrown));
+    if (thrown != nullptr || !string) {
+        if (exception != nullptr)
+            *exception = thrown;
+        return false;
+    }
+    text = ToUtf8(string.Get());
+    return true;
+}
+
+std::u16string ToUtf16(std::string_view utf8) {
+    std::u16string units;
+    units.reserve(utf8.size());
+    const char* at = utf8.data();
+    const char* const end = at + utf8.size();
+    while (at < end) {
+        const gunichar c = *at == '\0' ? 0 : g_utf8_get_char_validated(at, end - at);
+        if (c == static_cast<gunichar>(-1) || c == static_cast<gunichar>(-2)) {
+            units.push_back(u'\uFFFD');
+            ++at;
+            continue;
+        }
+        if (c < 0x10000) {
+            units.push_back(static_cast<char16_t>(c));
+        } else {
+            units.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+            units.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+        }
+        at = *at == '\0' ? at + 1 : g_utf8_next_char(at);
+    }
+    return units;
+}
+
+JSValueRef MakeString(JSContextRef context, std::string_view utf8) {
+    // Plain text without NULs is the usual case, and the engine's own conversion the fast one.
+    if (utf8.find('\0') == std::string_view::npos &&
+        g_utf8_validate(utf8.data(), static_cast<gssize>(utf8.size()), nullptr)) {
+        const JSStringHandle string(std::string(utf8).c_str());
+        return JSValueMakeString(context, string.Get());
+    }
+    const std::u16string units = ToUtf16(utf8);
+    static_assert(sizeof(JSChar) == sizeof(char16_t));
+    const auto string = JSStringHandle::Adopt(
+        JSStringCreateWithCharacters(reinterpret_cast<const JSChar*>(units.data()), units.size()));
+    return JSValueMakeString(context, string.Get());
+}
+
+JSValueRef MakeByteString(JSContextRef context, std::string_view bytes) {
+    std::vector<JSChar> units;
+    units.reserve(bytes.size());
+    for (const char byte : bytes)
+        units.push_back(static_cast<unsigned char>(byte));
+    const auto string = JSStringHandle::Adopt(JSStringCreateWithCharacters(units.data(), units.size()));
+    return JSValueMakeString(context, string.Get());
+}
+
+std::string ToBytes(JSStringRef string) {
+    std::string bytes;
+    const size_t length = JSStringGetLength(string);
+    const JSChar* characters = JSStringGetCharactersPtr(string);
+    bytes.reserve(length);
+    for (size_t i = 0; i < length; ++i)
+        bytes.push_back(static_cast<char>(characters[i] & 0xFF));
+    return bytes;
+}
+
+int32_t ToInt32(double number) { return Saturate<int32_t>(number); }
+
+uint32_t ToUint32(double number) {
+    return number < 0 ? static_cast<uint32_t>(Saturate<int32_t>(number)) : Saturate<uint32_t>(number);
+}
+
+int64_t ToInt64(double number) { return Saturate<int64_t>(number); }
+
+}  // namespace OipfJavaScript

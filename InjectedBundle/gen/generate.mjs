@@ -1,0 +1,56 @@
+#!/usr/bin/env node
+// Binding generator: turns the interface descriptions into ji<Name>.{h,cpp} and C<Name>Base.h, and the members table
+// of the bootstrap script. Generated code converts, checks and forwards; it never decides anything.
+//
+// Usage: generate.mjs --idl DIR --out DIR --classes A,B,... [--members FILE]
+//   --idl DIR       folder of the <Name>.idl files; all are read and checked
+//   --out DIR       where the C++ files go; a file whose content is unchanged is left alone
+//   --classes LIST  classes that this build contains; a member whose class is not in the list is refused at run time
+//   --members FILE  writes the names of the classes' attributes and methods as a script
+
+import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { dirname, join } from 'node:path';
+import { parseArgs } from 'node:util';
+
+import { readInterfaces } from './interfaces.mjs';
+import { baseHeader, bindingHeader, bindingSource, membersScript } from './emit.mjs';
+
+function writeIfChanged(path, content) {
+  try {
+    if (readFileSync(path, 'utf8') === content) return;
+  } catch {
+    mkdirSync(dirname(path), { recursive: true });
+  }
+  writeFileSync(path, content);
+}
+
+function main() {
+  const { values } = parseArgs({
+    options: { idl: { type: 'string' }, out: { type: 'string' }, classes: { type: 'string' }, members: { type: 'string' } },
+  });
+  if (!values.idl || !values.out || !values.classes) {
+    console.error('usage: generate.mjs --idl DIR --out DIR --classes A,B,... [--members FILE]');
+    return 2;
+  }
+  const built = new Set(values.classes.split(',').filter(Boolean));
+  let interfaces;
+  try {
+    interfaces = readInterfaces(values.idl);
+    for (const name of built) {
+      if (!interfaces.has(name)) throw new Error(`--classes: ${join(values.idl, name + '.idl')} does not exist`);
+    }
+  } catch (error) {
+    console.error(error.message);
+    return 1;
+  }
+  for (const name of built) {
+    const description = interfaces.get(name);
+    writeIfChanged(join(values.out, `ji${name}.h`), bindingHeader(description));
+    writeIfChanged(join(values.out, `ji${name}.cpp`), bindingSource(description, built));
+    writeIfChanged(join(values.out, `C${name}Base.h`), baseHeader(description));
+  }
+  if (values.members) writeIfChanged(values.members, membersScript([...built].map((name) => interfaces.get(name))));
+  return 0;
+}
+
+process.exitCode = main();

@@ -1,0 +1,200 @@
+// Reads the interface descriptions and checks that they say only what the generator understands.
+
+import { readdirSync, readFileSync } from 'node:fs';
+import { basename, join } from 'node:path';
+
+import { parse } from 'webidl2';
+
+const PRIMITIVES = new Map([
+  ['boolean', 'Boolean'], ['long', 'Long'], ['unsigned long', 'UnsignedLong'], ['long long', 'LongLong'],
+  ['double', 'Double'], ['DOMString', 'String'], ['ByteString', 'Bytes'], ['any', 'Any'], ['undefined', 'Undefined'],
+]);
+const MIXIN = 'EventListeners';
+const LONGEST_NAME = 40; // the property tables of the runtime look no further
+
+const KNOWN_ATTRIBUTES = {
+  interface: new Set(['GlobalConstructor', 'GlobalInstance', 'CustomConvertToType']),
+  attribute: new Set(['CallWith', 'CustomGetter', 'CustomSetter']),
+  operation: new Set(['CallWith', 'Custom']),
+  argument: new Set(['Ignored']),
+  const: new Set(),
+};
+
+class Source {
+  constructor(path) {
+    this.path = path;
+    this.text = readFileSync(path, 'utf8');
+  }
+
+  fail(node, reason) {
+    const token = node?.tokens?.base ?? node?.tokens?.name ?? node?.tokens?.separator;
+    throw new Error(`${this.path}:${token?.line ?? this.lineOf(node)}: ${reason}`);
+  }
+
+  // Members carry no line of their own: the line of the member's name is looked up.
+  lineOf(node) {
+    const name = node?.name;
+    if (!name) return 1;
+    const index = this.text.search(new RegExp(`\\b${name}\\b`));
+    return index < 0 ? 1 : this.text.slice(0, index).split('\n').length;
+  }
+
+  parse() {
+    try {
+      return parse(this.text, { sourceName: this.path, concrete: true }).filter((node) => node.type !== 'eof');
+    } catch (error) {
+      throw new Error(`${this.path}:${error.line ?? 1}: ${error.bareMessage ?? error.message}`);
+    }
+  }
+}
+
+// The doc comment is what stands before the node's first token.
+function docOf(node) {
+  const first = node.extAttrs?.length
+    ? node.extAttrs.tokens.open
+    : Object.values(node.tokens).find((token) => token) ?? firstTypeToken(node);
+  const candidates = [first, firstTypeToken(node)].filter(Boolean);
+  for (const token of candidates) {
+    const comments = [...(token.trivia ?? '').matchAll(/\/\*\*([\s\S]*?)\*\//g)];
+    if (comments.length) {
+      return comments.at(-1)[1].split('\n').map((line) => line.replace(/^\s*\* ?/, '').trim()).join(' ').trim();
+    }
+  }
+  return '';
+}
+
+function firstTypeToken(node) {
+  const type = node.idlType;
+  if (!type) return null;
+  return type.tokens?.prefix ?? type.tokens?.base ?? (Array.isArray(type.idlType) ? firstTypeToken(type) : null);
+}
+
+function extendedAttributes(source, node, kind) {
+  const found = new Map();
+  for (const attribute of node.extAttrs ?? []) {
+    if (!KNOWN_ATTRIBUTES[kind].has(attribute.name))
+      source.fail(node, `unknown extended attribute [${attribute.name}] on ${kind} ${node.name ?? ''}`.trim());
+    found.set(attribute.name, attribute.rhs?.value ?? true);
+  }
+  if (found.has('CallWith') && found.get('CallWith') !== 'Context')
+    source.fail(node, `[CallWith=${found.get('CallWith')}] on ${node.name}: only Context is known`);
+  return found;
+}
+
+function typeOf(source, node, idlType, names, { handler = false } = {}) {
+  if (idlType.union || idlType.generic || Array.isArray(idlType.idlType))
+    source.fail(node, `type of ${node.name} is not supported`);
+  const name = idlType.idlType;
+  const nullable = idlType.nullable;
+  if (handler && name === 'EventHandler') return { kind: 'handler' };
+  if (PRIMITIVES.has(name)) return { kind: 'primitive', tag: PRIMITIVES.get(name), nullable };
+  if (names.has(name)) return { kind: 'object', name, nullable };
+  return source.fail(node, `unknown type ${name} of ${node.name}`);
+}
+
+function argumentsOf(source, operation, names) {
+  let tail = false;
+  return operation.arguments.map((argument) => {
+    const attributes = extendedAttributes(source, argument, 'argument');
+    if (argument.variadic) source.fail(operation, `${operation.name}: variadic arguments are not supported`);
+    if (tail && !argument.optional) source.fail(operation, `${operation.name}: ${argument.name} must be optional`);
+    tail = argument.optional;
+    if (attributes.has('Ignored') && !argument.optional)
+      source.fail(operation, `${operation.name}: ignored argument ${argument.name} must be optional`);
+    return {
+      name: argument.name,
+      type: typeOf(source, argument, argument.idlType, names),
+      optional: argument.optional,
+      ignored: attributes.has('Ignored'),
+    };
+  });
+}
+
+function membersOf(source, nodes, names, isTarget) {
+  const constants = [];
+  const attributes = [];
+  const operations = new Map();
+  const seen = new Set();
+  for (const node of nodes) {
+    if (!['const', 'attribute', 'operation'].includes(node.type)) source.fail(node, `${node.type} is not supported`);
+    const known = extendedAttributes(source, node, node.type);
+    const doc = docOf(node);
+    if (!node.name) source.fail(node, 'a member needs a name');
+    if (!doc) source.fail(node, `${node.name} has no doc comment`);
+    if (node.name.length > LONGEST_NAME) source.fail(node, `${node.name} is longer than ${LONGEST_NAME} characters`);
+    if (seen.has(node.name) && !(node.type === 'operation' && operations.has(node.name)))
+      source.fail(node, `${node.name} is declared twice`);
+    seen.add(node.name);
+    if (node.type === 'const') {
+      if (node.idlType.idlType !== 'long' || node.value.type !== 'number')
+        source.fail(node, `constant ${node.name} must be a long`);
+      constants.push({ name: node.name, value: Number(node.value.value), doc });
+    } else if (node.type === 'attribute') {
+      const type = typeOf(source, node, node.idlType, names, { handler: true });
+      if (type.kind === 'handler') {
+        if (!isTarget) source.fail(node, `${node.name}: only a class that includes ${MIXIN} has handlers`);
+        if (!node.name.startsWith('on')) source.fail(node, `${node.name}: a handler's name begins with "on"`);
+      }
+      attributes.push({
+        name: node.name, type, doc, readonly: node.readonly, context: known.has('CallWith'),
+        customGetter: known.has('CustomGetter'), customSetter: known.has('CustomSetter'),
+      });
+    } else {
+      if (node.special && node.special !== 'getter') source.fail(node, `${node.special} is not supported`);
+      const form = {
+        name: node.name, doc, custom: known.has('Custom'), context: known.has('CallWith'),
+        result: typeOf(source, node, node.idlType, names), arguments: argumentsOf(source, node, names),
+      };
+      if (!operations.has(node.name)) operations.set(node.name, { name: node.name, forms: [], getter: false });
+      const operation = operations.get(node.name);
+      operation.forms.push(form);
+      if (node.special === 'getter') {
+        if (form.arguments.length !== 1 || form.arguments[0].type.tag !== 'UnsignedLong')
+          source.fail(node, `${node.name}: an indexed getter takes one unsigned long`);
+        operation.getter = true;
+      }
+    }
+  }
+  return { constants, attributes, operations: [...operations.values()] };
+}
+
+// All interfaces of a folder, by name.
+export function readInterfaces(folder) {
+  const files = readdirSync(folder).filter((file) => file.endsWith('.idl')).sort();
+  if (files.length === 0) throw new Error(`${folder}: there are no .idl files`);
+  const read = files.map((file) => {
+    const source = new Source(join(folder, file));
+    return { source, name: basename(file, '.idl'), nodes: source.parse() };
+  });
+  const names = new Set(read.filter(({ name }) => name !== MIXIN).map(({ name }) => name));
+  const mixin = read.find(({ name }) => name === MIXIN);
+  const interfaces = new Map();
+  for (const { source, name, nodes } of read) {
+    if (name === MIXIN) continue;
+    const [description, ...rest] = nodes.filter((node) => node.type === 'interface');
+    if (!description || rest.length) source.fail(null, 'expected exactly one interface');
+    if (description.name !== name) source.fail(description, `interface ${description.name} must be in ${description.name}.idl`);
+    if (description.inheritance) source.fail(description, 'inheritance is not supported');
+    if (!docOf(description)) source.fail(description, `interface ${name} has no doc comment`);
+    const includes = nodes.filter((node) => node.type === 'includes');
+    for (const node of nodes) {
+      if (node.type === 'interface') continue;
+      if (node.type !== 'includes' || node.target !== name || node.includes !== MIXIN || !mixin)
+        source.fail(node, `only "${name} includes ${MIXIN};" may stand beside the interface`);
+    }
+    const isTarget = includes.length > 0;
+    const known = extendedAttributes(source, description, 'interface');
+    const members = membersOf(source, description.members, names, isTarget);
+    const getter = members.operations.find((operation) => operation.getter);
+    if (getter && !members.attributes.some((attribute) => attribute.name === 'length'))
+      source.fail(description, `${name}: a class with an indexed getter needs the attribute length`);
+    interfaces.set(name, {
+      name, doc: docOf(description), isTarget, getter,
+      globalConstructor: known.has('GlobalConstructor'), globalInstance: known.has('GlobalInstance'),
+      customConvertToType: known.has('CustomConvertToType'),
+      ...members,
+      listeners: isTarget ? mixin.nodes[0].members.map((node) => node.name) : [],
+    });
+  }
+  return interfaces;
+}

@@ -1,0 +1,52 @@
+#include "JavaScript/Src/CEventImpl.h"
+
+#include <ctime>
+
+#include "CSP/Inc/PCLog.h"
+#include "InjectedBundle/Src/BindingCall.h"
+#include "Platform/Inc/JSCPrivate.h"
+
+namespace OipfJavaScript {
+
+namespace {
+
+int64_t MillisecondsSince1970() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+JSStringRef TargetKey() {
+    static const JSStringHandle s_target("target");
+    return s_target.Get();
+}
+
+}  // namespace
+
+CEventImpl::CEventImpl(const char* type) : m_type(type), m_timeStamp(MillisecondsSince1970()) {}
+
+JSObjectRef CEventImpl::MakeEvent(JSContextRef context, const char* type, JSObjectRef target) {
+    JSObjectRef event = jiEvent::CreateObject(context, MakeBinding<jiEvent>(type).release(), nullptr);
+    if (event == nullptr || !JSObjectSetPrivateProperty(context, event, TargetKey(), target))
+        return nullptr;
+    return event;
+}
+
+JSValueRef CEventImpl::getCustomTarget(JSContextRef context, JSObjectRef event) const {
+    return JSObjectGetPrivateProperty(context, event, TargetKey());
+}
+
+JSValueRef CEventImpl::getCustomCurrentTarget(JSContextRef context, JSObjectRef event) const {
+    return getCustomTarget(context, event);
+}
+
+JSValueRef CEventImpl::getCustomSrcElement(JSContextRef context, JSObjectRef event) const {
+    return getCustomTarget(context, event);
+}
+
+void CEventImpl::PreventDefault() { HBBTV_LOG_ENTRY(); }
+void CEventImpl::InitEvent() { HBBTV_LOG_ENTRY(); }
+void CEventImpl::StopPropagation() { HBBTV_LOG_ENTRY(); }
+void CEventImpl::StopImmediatePropagation() { HBBTV_LOG_ENTRY(); }
+
+}  // namespace OipfJavaScript

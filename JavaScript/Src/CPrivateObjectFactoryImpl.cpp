@@ -1,0 +1,22 @@
+#include "JavaScript/Src/CPrivateObjectFactoryImpl.h"
+
+#include "CSP/Inc/PCLog.h"
+#include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/gen/js/jiOipfApplicationManager.h"
+#include "InjectedBundle/gen/js/jiOipfConfiguration.h"
+#include "JavaScript/Src/COipfApplicationManagerImpl.h"
+#include "JavaScript/Src/COipfConfigurationImpl.h"
+
+namespace OipfJavaScript {
+
+std::unique_ptr<jiOipfApplicationManager> CPrivateObjectFactoryImpl::CreateApplicationManagerObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfApplicationManager>();
+}
+
+std::unique_ptr<jiOipfConfiguration> CPrivateObjectFactoryImpl::CreateConfigurationObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfConfiguration>();
+}
+
+}  // namespace OipfJavaScript

@@ -1,0 +1,21 @@
+// Makes the native objects that the bootstrap script puts behind object elements. Nothing is kept: every call makes
+// a new object, whose life is that of its JavaScript object.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "InjectedBundle/gen/js/CPrivateObjectFactoryBase.h"
+
+namespace OipfJavaScript {
+
+class jiOipfApplicationManager;
+class jiOipfConfiguration;
+
+class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
+   public:
+    [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
+    [[nodiscard]] std::unique_ptr<jiOipfConfiguration> CreateConfigurationObject();
+};
+
+}  // namespace OipfJavaScript

@@ -1,0 +1,31 @@
+#include "JavaScript/Src/jiDebug.h"
+
+#include <string>
+
+#include "CSP/Inc/PCLog.h"
+#include "InjectedBundle/Src/JSConversions.h"
+#include "InjectedBundle/Src/JSHandles.h"
+#include "JavaScript/Src/DebugSocket.h"
+
+namespace OipfJavaScript {
+
+void jiDebug::Register(JSContextRef context) {
+    const JSStringHandle name("debug");
+    JSObjectRef function = JSObjectMakeFunctionWithCallback(context, name.Get(), &t_DebugMessage);
+    JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.Get(), function, kJSPropertyAttributeReadOnly,
+                        nullptr);
+}
+
+JSValueRef jiDebug::t_DebugMessage(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
+                                   const JSValueRef arguments[], JSValueRef* exception) {
+    DebugSocket& socket = DebugSocket::GetInstance();
+    socket.Start();
+    std::string message;
+    if (count > 0 && !ToUtf8(context, arguments[0], message, exception))
+        return JSValueMakeNull(context);
+    socket.Write(message);
+    HBBTV_LOG_INFO("OIPF window.debug: %s", message.c_str());
+    return JSValueMakeNull(context);
+}
+
+}  // namespace OipfJavaScript
