@@ -118,8 +118,9 @@
   }
 
   function toggleHidden() {
-    var hidden = byId('screen').className !== 'hidden';
-    byId('screen').className = hidden ? 'hidden' : '';
+    var hidden = document.body.className !== 'hidden';
+    document.body.className = hidden ? 'hidden' : '';
+    byId('red-label').textContent = hidden ? 'Show' : 'Hide';
     // A hidden application keeps the red key only, which brings it back; the rest is the television's again.
     requestKeys(hidden ? 0x1 : USUAL_KEYS);
     wantsAllKeys = false;
