@@ -5,7 +5,7 @@ build() { # preset, build folder under build/ (default: the preset's name), furt
     local preset=$1 name=${2:-$1}
     shift $(($# < 2 ? $# : 2))
     logged "configure-$name" "Configuring build/$name" \
-        env -C "$root" cmake --preset "$preset" -B "$root/build/$name" "$@"
+        env -C "$root" cmake --preset "$preset" -B "$root/build/$name" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON "$@"
     logged "build-$name" "Building build/$name" cmake --build "$root/build/$name" --parallel "$cores"
 }
 
