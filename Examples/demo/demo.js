@@ -1,0 +1,264 @@
+// The demo application: shows what the receiver tells it, answers the remote control, and checks itself.
+// The element "verdict" carries data-verdict="pass" or "fail" and one line a check before the load event ends.
+// Written like shipping applications: plain script, objects in the markup, no library.
+(function () {
+  'use strict';
+
+  // The key groups from the lowest bit up: the class of its chip and what stands on it.
+  var GROUPS = [
+    ['red', ''], ['green', ''], ['yellow', ''], ['blue', ''], ['navigation', 'nav'], ['vcr', 'play'],
+    ['scroll', 'scroll'], ['info', 'info'], ['numeric', '123'], ['alpha', 'abc'], ['other', '...']
+  ];
+  var USUAL_KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10;
+  var ALL_KEYS = 0x7ff;
+
+  // Key codes by name; the browser's own constants are read over them at start.
+  var keyCodes = {
+    VK_ENTER: 13, VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40,
+    VK_RED: 403, VK_GREEN: 404, VK_YELLOW: 405, VK_BLUE: 406, VK_BACK: 461
+  };
+  var keyNames = {};
+
+  var app = null;
+  var wantsAllKeys = false;
+  var focused = 0;
+  var cards = ['application', 'keyset', 'maximum', 'memory', 'audio', 'subtitles', 'menus', 'country'];
+
+  function byId(id) {
+    return document.getElementById(id);
+  }
+
+  function hex(mask) {
+    return '0x' + Number(mask).toString(16).toUpperCase();
+  }
+
+  // What `read` returns, or null where this browser cannot tell: outside a television nothing here exists.
+  function attempt(read) {
+    try {
+      var value = read();
+      return value === undefined ? null : value;
+    } catch (error) {
+      return null;
+    }
+  }
+
+  function keyset() {
+    return app.privateData.keyset;
+  }
+
+  function configuration() {
+    return byId('oipfcfg').configuration;
+  }
+
+  // --- the picture ---
+
+  function showCard(name, value) {
+    var card = byId('card-' + name);
+    var missing = value === null || value === '';
+    card.className = 'card' + (missing ? ' missing' : '') + (cards[focused] === name ? ' focused' : '');
+    card.querySelector('.value').textContent = missing ? 'not told' : String(value);
+  }
+
+  function memoryText(kilobytes) {
+    if (kilobytes === null) return null;
+    return kilobytes >= 1048576 ? (kilobytes / 1048576).toFixed(1) + ' GB' : Math.round(kilobytes / 1024) + ' MB';
+  }
+
+  function showGroups(mask) {
+    byId('groups').textContent = '';
+    GROUPS.forEach(function (group, bit) {
+      var item = document.createElement('li');
+      item.textContent = group[1];
+      item.className = group[0] + (mask & (1 << bit) ? ' on' : '');
+      byId('groups').appendChild(item);
+    });
+  }
+
+  function showChannel() {
+    var channel = attempt(function () { return app.privateData.currentChannel; });
+    byId('channel-name').textContent = attempt(function () { return channel.name; }) || 'No channel';
+    byId('channel-id').textContent = attempt(function () { return channel.ccid; }) || 'not related to a broadcast';
+  }
+
+  function showClock() {
+    var now = new Date();
+    byId('clock').textContent = now.getHours() + ':' + ('0' + now.getMinutes()).slice(-2);
+  }
+
+  function showEverything() {
+    var mask = attempt(function () { return keyset().value; });
+    var maximum = attempt(function () { return keyset().maximumValue; });
+    showClock();
+    showChannel();
+    showGroups(mask || 0);
+    showCard('application', app ? 'running' : null);
+    showCard('keyset', mask === null ? null : hex(mask));
+    showCard('maximum', maximum === null ? null : hex(maximum));
+    showCard('memory', memoryText(attempt(function () { return app.privateData.getFreeMem(); })));
+    showCard('audio', attempt(function () { return configuration().preferredAudioLanguage; }));
+    showCard('subtitles', attempt(function () { return configuration().preferredSubtitleLanguage; }));
+    showCard('menus', attempt(function () { return configuration().preferredUILanguage; }));
+    showCard('country', attempt(function () { return configuration().countryId; }));
+    byId('green-label').textContent = wantsAllKeys ? 'Fewer keys' : 'More keys';
+  }
+
+  // --- the remote control ---
+
+  function readKeyCodes() {
+    attempt(function () {
+      for (var name in KeyEvent) {
+        if (name.indexOf('VK_') === 0) keyCodes[name] = KeyEvent[name];
+      }
+    });
+    Object.keys(keyCodes).forEach(function (name) { keyNames[keyCodes[name]] = name; });
+  }
+
+  function requestKeys(mask) {
+    return attempt(function () { return keyset().setValue(mask); });
+  }
+
+  function toggleHidden() {
+    var hidden = document.body.className !== 'hidden';
+    document.body.className = hidden ? 'hidden' : '';
+    byId('red-label').textContent = hidden ? 'Show' : 'Hide';
+    // A hidden application keeps the red key only, which brings it back; the rest is the television's again.
+    requestKeys(hidden ? 0x1 : USUAL_KEYS);
+    wantsAllKeys = false;
+    showEverything();
+  }
+
+  function toggleKeys() {
+    wantsAllKeys = !wantsAllKeys;
+    requestKeys(wantsAllKeys ? ALL_KEYS : USUAL_KEYS);
+    showEverything();
+  }
+
+  function toggleChecks() {
+    byId('checks').className = byId('checks').className === 'closed' ? '' : 'closed';
+  }
+
+  function moveFocus(by) {
+    focused = (focused + by + cards.length) % cards.length;
+    showEverything();
+  }
+
+  function act(name) {
+    switch (name) {
+      case 'VK_RED': toggleHidden(); break;
+      case 'VK_GREEN': toggleKeys(); break;
+      case 'VK_YELLOW': showEverything(); break;
+      case 'VK_BLUE': toggleChecks(); break;
+      case 'VK_BACK': byId('checks').className = 'closed'; break;
+      case 'VK_LEFT': moveFocus(-1); break;
+      case 'VK_RIGHT': moveFocus(1); break;
+      case 'VK_UP':
+      case 'VK_DOWN': moveFocus(cards.length / 2); break;
+      case 'VK_ENTER': showEverything(); break;
+      default: return false;
+    }
+    return true;
+  }
+
+  function onKey(event) {
+    var name = keyNames[event.keyCode] || 'unknown';
+    byId('key-name').textContent = name;
+    byId('key-name').className = name.slice(3).toLowerCase();
+    byId('key-detail').textContent = 'Key code ' + event.keyCode;
+    if (act(name)) event.preventDefault();
+  }
+
+  // --- the checks ---
+
+  // Each returns what it saw, for the line; a check fails by throwing.
+  var checks = [
+    ['The application manager is there', function (require) {
+      require(typeof byId('appmgr').getOwnerApplication === 'function', 'the element has no getOwnerApplication');
+    }],
+    ['The page has its owner application', function (require) {
+      app = byId('appmgr').getOwnerApplication(document);
+      require(app, 'got ' + app);
+    }],
+    ['The application can be shown', function () {
+      app.show();
+    }],
+    ['Its key mask is granted and reads back', function (require) {
+      var granted = keyset().setValue(USUAL_KEYS);
+      require(granted > 0 && granted === keyset().value, 'granted ' + granted + ', read ' + keyset().value);
+      return hex(granted);
+    }],
+    ['The mask stays within the largest one', function (require) {
+      var maximum = keyset().maximumValue;
+      require(maximum > 0 && (keyset().value & ~maximum) === 0, 'largest ' + maximum + ', read ' + keyset().value);
+      return hex(maximum);
+    }],
+    ['Key constants are the remote control\'s', function (require) {
+      require(KeyEvent.VK_RED === 403 && KeyEvent.VK_LEFT === 37 && KeyEvent.VK_BACK === 461, 'other values');
+      require(Keyset.RED === 1 && keyset().NAVIGATION === 16, 'other mask bits');
+    }],
+    ['The television knows its languages', function (require) {
+      var audio = configuration().preferredAudioLanguage;
+      var subtitles = configuration().preferredSubtitleLanguage;
+      var menus = configuration().preferredUILanguage;
+      require(audio && subtitles && menus, 'got "' + [audio, subtitles, menus].join('", "') + '"');
+      return [audio, subtitles, menus].join(' / ');
+    }],
+    ['It knows its country', function (require) {
+      require(configuration().countryId, 'got "' + configuration().countryId + '"');
+      return configuration().countryId;
+    }],
+    ['The current channel has a name and an id', function (require) {
+      var channel = app.privateData.currentChannel;
+      require(channel, 'got ' + channel);
+      require(channel.name && channel.ccid, 'name "' + channel.name + '", ccid "' + channel.ccid + '"');
+      return channel.name;
+    }],
+    ['Free memory is a positive number', function (require) {
+      var memory = app.privateData.getFreeMem();
+      require(typeof memory === 'number' && memory > 0, 'got ' + memory);
+      return memoryText(memory);
+    }],
+    ['A listener can come and go', function () {
+      function ignore() {}
+      byId('appmgr').addEventListener('LowMemory', ignore, false);
+      byId('appmgr').removeEventListener('LowMemory', ignore, false);
+    }],
+    ['The object factory offers the same kinds', function (require) {
+      require(oipfObjectFactory.isObjectSupported('application/oipfApplicationManager'), 'no application manager');
+    }]
+  ];
+
+  function require(condition, problem) {
+    if (!condition) throw new Error(problem);
+  }
+
+  function runChecks() {
+    var passed = 0;
+    checks.forEach(function (check) {
+      var line = document.createElement('li');
+      try {
+        var seen = check[1](require);
+        line.textContent = check[0] + (seen ? ': ' + seen : '');
+        passed++;
+      } catch (error) {
+        line.className = 'failed';
+        line.textContent = check[0] + ': ' + (error.description || error.message || error);
+      }
+      byId('verdict').appendChild(line);
+    });
+    var verdict = passed === checks.length ? 'pass' : 'fail';
+    byId('summary').className = verdict;
+    byId('summary').textContent = passed + ' of ' + checks.length + ' checks passed';
+    if (verdict === 'fail') byId('checks').className = '';
+    return verdict;
+  }
+
+  window.addEventListener('load', function () {
+    readKeyCodes();
+    var verdict = runChecks();
+    showEverything();
+    document.addEventListener('keydown', onKey, false);
+    setInterval(showClock, 10000);
+    // Last of all, so that whoever waits for it finds the finished picture.
+    byId('verdict').setAttribute('data-verdict', verdict);
+  }, false);
+}());

@@ -1,0 +1,84 @@
+// The room plan holds: no include goes upward, and every header compiles by itself.
+import assert from 'node:assert/strict';
+import { execFile, execFileSync } from 'node:child_process';
+import { readFileSync, readdirSync } from 'node:fs';
+import { availableParallelism, cpus } from 'node:os';
+import path from 'node:path';
+import { test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+
+import { violations } from './check-rooms.mjs';
+
+const here = path.dirname(fileURLToPath(import.meta.url));
+const root = path.join(here, '../..');
+const build = process.env.HBBTV_BUILD ?? path.join(root, 'build/release');
+const { rooms } = JSON.parse(readFileSync(path.join(here, 'rooms.json'), 'utf8'));
+
+// Source files below the tree's own folders, as paths from the source root.
+function sources(pattern) {
+  const folders = readdirSync(root, { withFileTypes: true })
+    .filter((entry) => entry.isDirectory() && !entry.name.startsWith('.') && !['build', 'node_modules'].includes(entry.name));
+  return folders.flatMap(({ name }) => readdirSync(path.join(root, name), { recursive: true })
+    .map((file) => path.join(name, file)).filter((file) => pattern.test(file)));
+}
+
+test('The check sees what goes against the table', () => {
+  const table = { Low: { rooms: [], libraries: [] }, High: { rooms: ['Low'], libraries: ['GLib'] } };
+  const refused = [
+    ['Low/a.h', '#include "High/b.h"\n', /Low must not include High/],
+    ['Low/a.cpp', '  #  include  <gio/gio.h>\n', /does without GLib/],
+    ['Low/a.cpp', '#include <glib.h>\n', /does without GLib/],
+    ['High/b.cpp', '#include "b.h"\n', /not written from the source root/],
+    ['High/b.cpp', '#include "../Low/a.h"\n', /not written from the source root/],
+    ['Nowhere/c.cpp', '', /no room/],
+  ];
+  for (const [file, text, message] of refused) assert.match(violations(file, text, table).join('\n'), message, text);
+
+  const accepted = [
+    ['High/b.cpp', '#include "High/b.h"\n\n#include <string>\n\n#include <gio/gio.h>\n\n#include "Low/a.h"\n'],
+    ['Low/a.h', '#include <sys/socket.h>\n// #include "High/b.h"\n'],
+  ];
+  for (const [file, text] of accepted) assert.deepEqual(violations(file, text, table), [], text);
+});
+
+test('Every include keeps to the room table', () => {
+  const files = sources(/\.(h|cpp|c)$/);
+  assert.ok(files.length > 50, `only ${files.length} source files were found`);
+  const found = files.flatMap((file) => violations(file, readFileSync(path.join(root, file), 'utf8'), rooms));
+  assert.deepEqual(found, []);
+});
+
+// The include and define flags of any source of the same folder, or of the nearest folder above that has one.
+function flagsFor(header, commands) {
+  for (let folder = path.dirname(header); folder !== '.'; folder = path.dirname(folder)) {
+    const entry = commands.find(({ file }) => path.relative(root, file).startsWith(folder + '/'));
+    if (!entry) continue;
+    // The shell undoes the quoting that the build tool put there for it.
+    const words = execFileSync('sh', ['-c', `printf '%s\\0' ${entry.command}`], { encoding: 'utf8' }).split('\0');
+    return words.filter((word, i) => /^-(I|D|std=|isystem|pthread)/.test(word) || words[i - 1] === '-isystem');
+  }
+  return null;
+}
+
+function compile(header, flags) {
+  return new Promise((resolve) => {
+    const child = execFile('c++', [...flags, '-Wall', '-Wextra', '-Werror', '-fsyntax-only', '-x', 'c++', '-'],
+      { cwd: build }, (error, _output, errors) => resolve(error ? `${header}:\n${errors}` : null));
+    child.stdin.end(`#include "${header}"\n`);
+  });
+}
+
+test('Every header compiles by itself', async () => {
+  const commands = JSON.parse(readFileSync(path.join(build, 'compile_commands.json'), 'utf8'));
+  const headers = sources(/^(?!Tests|Benchmarks).*\.h$/);
+  const queue = [...headers];
+  const found = [];
+  const worker = async () => {
+    for (let header = queue.pop(); header; header = queue.pop()) {
+      const flags = flagsFor(header, commands);
+      found.push(flags ? await compile(header, flags) : `${header}: nothing is compiled in or above its folder`);
+    }
+  };
+  await Promise.all(Array.from({ length: availableParallelism?.() ?? cpus().length }, worker));
+  assert.deepEqual(found.filter(Boolean), []);
+});
