@@ -8,16 +8,15 @@
 
 namespace OipfJavaScript {
 
-CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheId(cacheId) {
-    if (m_cacheId == 0)
+CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId) {
+    if (cacheId == 0)
         return;
-    Retain();
     bool radio = false;
     if (!IJSChannelCacheWK::GetInstance()->GetChannelInfo(
-            m_cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid, &radio,
+            cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid, &radio,
             &m_ccid, &m_authorised, &m_hidden, &m_locked, &m_manualBlock, &m_channelMaxBitRate, &m_ipBroadcastID,
             &m_majorChannel)) {
-        HBBTV_LOG_ERROR("Got channel info FAIL (ID %d)", static_cast<int>(m_cacheId));
+        HBBTV_LOG_ERROR("Got channel info FAIL (ID %d)", static_cast<int>(cacheId));
     }
     m_channelType = radio ? TYPE_RADIO : TYPE_TV;
 }
@@ -30,18 +29,6 @@ CChannelImpl::CChannelImpl(int32_t idType, int32_t onid, int32_t tsid, int32_t s
       m_tsid(static_cast<uint32_t>(tsid)),
       m_sid(static_cast<uint32_t>(sid)),
       m_idType(static_cast<uint32_t>(idType)) {}
-
-CChannelImpl::CChannelImpl(const CChannelImpl& other) = default;
-
-CChannelImpl::~CChannelImpl() {
-    if (m_cacheId != 0)
-        IJSChannelCacheWK::GetInstance()->Release(m_cacheId);
-}
-
-void CChannelImpl::Retain() const {
-    if (!IJSChannelCacheWK::GetInstance()->Retain(m_cacheId))
-        HBBTV_LOG_ERROR("ChannelCache does not know channel with id %ud.", m_cacheId);
-}
 
 uint32_t CChannelImpl::GetNid() {
     if (m_nid == kAbsent)

@@ -7,6 +7,7 @@
 
 #include "API/Src/IBroadcastPlayerCommon.h"
 #include "InjectedBundle/gen/js/CChannelBase.h"
+#include "JavaScript/Src/ChannelCacheEntry.h"
 
 namespace OipfJavaScript {
 
@@ -21,10 +22,6 @@ class CChannelImpl : public CChannelBase {
     // As pages describe a channel; these never touch the cache.
     CChannelImpl(int32_t idType, const std::string& dsd, int32_t sid);
     CChannelImpl(int32_t idType, int32_t onid, int32_t tsid, int32_t sid);
-    // A copy retains the cache entry too, so that retains and releases balance.
-    CChannelImpl(const CChannelImpl& other);
-    CChannelImpl& operator=(const CChannelImpl&) = delete;
-    ~CChannelImpl();
 
     [[nodiscard]] int32_t GetChannelType() const { return m_channelType; }
     [[nodiscard]] const std::string& GetCcid() const { return m_ccid; }
@@ -49,11 +46,9 @@ class CChannelImpl : public CChannelBase {
     [[nodiscard]] bool GetLocked() const { return m_locked; }
 
     [[nodiscard]] const std::string& Dsd() const { return m_dsd; }
-    [[nodiscard]] uint32_t CacheId() const { return m_cacheId; }
+    [[nodiscard]] uint32_t CacheId() const { return m_cacheEntry.Id(); }
 
    private:
-    void Retain() const;
-
     int32_t m_channelType = TYPE_TV;
     std::string m_ccid = "ccid://0.0";
     uint32_t m_nid = kAbsent;
@@ -72,7 +67,7 @@ class CChannelImpl : public CChannelBase {
     uint32_t m_channelMaxBitRate = kAbsent;
     std::string m_ipBroadcastID;
     bool m_locked = false;
-    uint32_t m_cacheId = 0;
+    ChannelCacheEntry m_cacheEntry;
 };
 
 }  // namespace OipfJavaScript

@@ -25,8 +25,7 @@ COipfApplicationManagerImpl::COipfApplicationManagerImpl() : COipfApplicationMan
 }
 
 COipfApplicationManagerImpl::~COipfApplicationManagerImpl() {
-    if (m_viewId != -1)
-        CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(this);
+    CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(this);
 }
 
 std::unique_ptr<jiApplication> COipfApplicationManagerImpl::GetOwnerApplication() const {

@@ -1,0 +1,71 @@
+// The bundle and its host: what it installs, asks and puts on windows.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "InjectedBundle/Src/InjectedBundle.h"
+#include "Tests/Unit/FakeBrowser.h"
+
+namespace OipfJavaScript {
+namespace {
+
+TEST(ABundle, HasNoViewBeforeItIsInitialised) {
+    const auto ask = [] {
+        int view = 5;
+        std::exit(BundleGetWKViewFromWKManager(view) || view != 5 ? 1 : 0);
+    };
+    EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "s_globalBundle is NULL");
+}
+
+TEST(ABundle, IntroducesItselfAndItsScript) {
+    FakeBrowser& browser = FakeBrowser::Get();
+    ASSERT_EQ(browser.messages.size(), 1U);
+    EXPECT_EQ(browser.messages[0], std::make_pair(std::string("WebProcessPID"), std::to_string(getpid())));
+    ASSERT_EQ(browser.userScripts.size(), 1U);
+    const auto& script = browser.userScripts[0];
+    EXPECT_TRUE(script.forEveryUrl);
+    EXPECT_EQ(script.time, kWKInjectAtDocumentStart);
+    EXPECT_EQ(script.frames, kWKInjectInAllFrames);
+    const size_t library = script.source.find("MutationSummary");
+    const size_t members = script.source.find("_hbbtv_vantrel_members = ");
+    const size_t bootstrap = script.source.find("_hbbtv_vantrel_plugins");
+    EXPECT_TRUE(library < members && members < bootstrap && bootstrap != std::string::npos);
+    EXPECT_EQ(browser.liveStrings, 0) << "every string it made was given back";
+}
+
+TEST(ABundle, ReadsTheViewFromTheFrontOfTheReply) {
+    FakeBrowser& browser = FakeBrowser::Get();
+    const auto view = [&](std::optional<std::string> reply) {
+        browser.viewId = reply;
+        int id = -5;
+        const bool got = BundleGetWKViewFromWKManager(id);
+        return std::make_pair(got, id);
+    };
+    EXPECT_EQ(view("12"), std::make_pair(true, 12));
+    EXPECT_EQ(view("12abc"), std::make_pair(true, 12));
+    EXPECT_EQ(view("abc"), std::make_pair(true, 0));
+    EXPECT_EQ(view(""), std::make_pair(true, 0));
+    EXPECT_EQ(view("-1"), std::make_pair(true, -1));
+    EXPECT_EQ(view(std::nullopt), std::make_pair(false, -5));
+    EXPECT_EQ(browser.messages.back(), std::make_pair(std::string("GetViewId"), std::string("null")));
+    EXPECT_EQ(browser.liveStrings, 0);
+}
+
+TEST(ABundle, PutsItsGlobalsOnEveryWindow) {
+    FakePage page;
+    FakeFrame& child = page.AddFrame();
+    for (FakeFrame* frame : {&page.main, &child}) {
+        EXPECT_EQ(frame->Eval("[typeof PrivateObjectFactory.createApplicationManagerObject, typeof KeyEvent.VK_RED, "
+                              "typeof Keyset.RED, typeof debug, typeof Channel.ID_DVB_T].join()"),
+                  "function,number,number,function,number");
+    }
+    page.main.Eval("mark = 1");
+    page.main.Navigate();
+    EXPECT_EQ(page.main.Eval("typeof mark + typeof Keyset.RED"), "undefinednumber");
+}
+
+}  // namespace
+}  // namespace OipfJavaScript

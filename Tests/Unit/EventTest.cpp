@@ -1,0 +1,224 @@
+// Handlers and listeners as a page meets them, and how long they keep what alive.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "API/Src/IPluginController.h"
+#include "InjectedBundle/Src/BindingObject.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "Tests/Unit/FakeBrowser.h"
+
+namespace OipfJavaScript {
+namespace {
+
+void Fire(int32_t code) { CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event_t::Plain(code, 0)); }
+void LowMemory() { Fire(E_APP_LOW_MEMORY); }
+void LoadError() { Fire(E_APP_LOAD_ERROR); }
+
+class AnEventTarget : public testing::Test {
+   protected:
+    AnEventTarget() {
+        page.main.Eval("var log = []; var manager = PrivateObjectFactory.createApplicationManagerObject();");
+    }
+    std::string Eval(const std::string& script) { return page.main.Eval(script); }
+    std::string Log() { return Eval("log.splice(0).join()"); }
+
+    FakePage page;
+};
+
+TEST_F(AnEventTarget, CallsTheHandlerFirstAndThenEachListenerWithAnEvent) {
+    Eval(R"(
+        manager.addEventListener('ApplicationLoadError', function(e) {
+            log.push(e.type, e.target === manager && e.currentTarget === manager && e.srcElement === manager,
+                     this === manager, typeof e.app, arguments.length, manager.app === e.app, manager.event === e,
+                     [e.eventPhase, e.bubbles, e.cancelable, e.cancelBubble, e.defaultPrevented].join(' '),
+                     Math.abs(e.timeStamp - Date.now()) < 5000);
+            e.preventDefault(); e.stopPropagation(); e.stopImmediatePropagation(); e.initEvent('x', true, true);
+            e.app = 1; log.push(typeof e.app);
+        }, false);
+        manager.onApplicationLoadError = function(app) { log.push('handler', typeof app.show, arguments.length); };)");
+    LoadError();
+    EXPECT_EQ(Log(), "handler,function,1,ApplicationLoadError,true,true,object,1,true,true,0 false false false "
+                     "false,true,object");
+    LowMemory();
+    EXPECT_EQ(Log(), "");
+}
+
+TEST_F(AnEventTarget, RefreshesTheArgumentsThatItCarriesItself) {
+    Eval("manager.addEventListener('ApplicationLoadError', function(e) { log.push(e); })");
+    LoadError();
+    LoadError();
+    EXPECT_EQ(Eval("log.length === 2 && log[0] !== log[1] && log[0].app !== log[1].app && manager.event === log[1] && "
+                   "manager.app === log[1].app"),
+              "true");
+}
+
+TEST_F(AnEventTarget, SetsNothingOnItselfForAHandlerAlone) {
+    Eval("manager.onApplicationLoadError = function() { log.push(1); }");
+    LoadError();
+    EXPECT_EQ(Eval("log.length + ' ' + ('app' in manager) + ' ' + ('event' in manager)"), "1 false false");
+}
+
+TEST_F(AnEventTarget, KeepsOneHandlerAndEachListenerOnce) {
+    Eval(R"(
+        function f() { log.push('f'); } function g() { log.push('g'); }
+        manager.onLowMemory = g; manager.onLowMemory = f;
+        log.push(manager.onLowMemory === f);
+        manager.addEventListener('LowMemory', g); manager.addEventListener('LowMemory', g, true);)");
+    LowMemory();
+    EXPECT_EQ(Log(), "true,f,g");
+    Eval("manager.addEventListener('ApplicationLoadError', g); manager.removeEventListener('ApplicationLoadError', g)");
+    LowMemory();
+    EXPECT_EQ(Log(), "f") << "a listener goes from every event of its object";
+    for (const char* value : {"null", "undefined", "7", "'f'", "{}"}) {
+        Eval("manager.onLowMemory = f; manager.onLowMemory = " + std::string(value));
+        EXPECT_EQ(page.main.Value("manager.onLowMemory"), "null") << value;
+    }
+    LowMemory();
+    EXPECT_EQ(Log(), "");
+}
+
+TEST_F(AnEventTarget, TakesTwoOrThreeArgumentsForAListener) {
+    EXPECT_EQ(page.main.Value("manager.addEventListener('LowMemory', null)"), "undefined");
+    EXPECT_EQ(page.main.Value("manager.removeEventListener('LowMemory', function() {}, {capture: true})"),
+              "undefined");
+    EXPECT_EQ(Eval("try { manager.addEventListener('LowMemory') } catch (e) { e.description }"),
+              "Argument count or the argument types are bad");
+    EXPECT_EQ(Eval("try { manager.addEventListener(1, log.push) } catch (e) { e.description }"),
+              "Argument count or the argument types are bad");
+    LowMemory();
+}
+
+TEST_F(AnEventTarget, OutlivesWhatItsListenersThrow) {
+    Eval(R"(
+        manager.onLowMemory = function() { log.push(1); throw 1; };
+        for (var i = 0; i < 3; i++) manager.addEventListener('LowMemory', function() { log.push(2); throw 2; });)");
+    LowMemory();
+    EXPECT_EQ(Log(), "1,2,2,2");
+}
+
+TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
+    Eval(R"(
+        function removed() { log.push('removed'); }
+        function added() { log.push('added'); }
+        manager.onLowMemory = function() {
+            manager.removeEventListener('LowMemory', removed);
+            manager.addEventListener('LowMemory', added);
+            manager.onLowMemory = null;
+        };
+        manager.addEventListener('LowMemory', removed);)");
+    LowMemory();
+    EXPECT_EQ(Log(), "removed");
+    LowMemory();
+    EXPECT_EQ(Log(), "added");
+}
+
+TEST_F(AnEventTarget, SurvivesAHandlerThatDropsAndMakesObjectsWhileItIsCalled) {
+    page.main.SetGlobal("collect", JSObjectMakeFunctionWithCallback(
+                                       page.main.context, nullptr,
+                                       [](JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+                                          JSValueRef*) -> JSValueRef {
+                                           JSGarbageCollect(context);
+                                           JSSynchronousGarbageCollectForDebugging(context);
+                                           return JSValueMakeUndefined(context);
+                                       }));
+    Eval(R"(
+        function make() {
+            var another = PrivateObjectFactory.createApplicationManagerObject();
+            another.onLowMemory = function() {
+                log.push('x');
+                another.onLowMemory = null;  // from here on nothing holds it
+                another = null;
+                for (var i = 0; i < 50; i++) make();
+                collect();
+                log.push('y');
+            };
+        }
+        make(); manager = null;)");
+    LowMemory();
+    EXPECT_EQ(Log(), "x,y");
+    page.main.CollectGarbage();
+    LowMemory();
+    EXPECT_EQ(Eval("log.length"), "100");
+}
+
+TEST_F(AnEventTarget, IsPinnedByAHandlerAndOnlyByAHandler) {
+    const size_t before = BindingObject::AliveCount();
+    Eval(R"((function() {
+            for (var i = 0; i < 40; i++) PrivateObjectFactory.createApplicationManagerObject().onLowMemory;
+            PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() { log.push('pinned'); };
+        })())");
+    page.main.CollectGarbage();
+    EXPECT_LT(BindingObject::AliveCount(), before + 10) << "what has no handler is garbage";
+    LowMemory();
+    EXPECT_EQ(Log(), "pinned");
+}
+
+TEST_F(AnEventTarget, IsKeptByAnEventThatAPageKeeps) {
+    Eval(R"(var kept;
+        manager.addEventListener('LowMemory', function once(e) { kept = e; manager.removeEventListener('', once); });)");
+    LowMemory();
+    Eval("manager = null");
+    page.main.CollectGarbage();
+    EXPECT_EQ(Eval("typeof kept.target.getOwnerApplication"), "function");
+}
+
+TEST_F(AnEventTarget, LosesItsHandlersWithItsPage) {
+    FakeFrame& child = page.AddFrame();
+    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+               "{ log.push('child'); }");
+    Eval("manager.onLowMemory = function() { log.push('main'); }");
+    child.Navigate();
+    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+               "{ log.push('child again'); }");
+    LowMemory();
+    EXPECT_EQ(Log(), "main") << "a child's navigation ends its own handlers only";
+    EXPECT_EQ(child.Eval("log.join()"), "child again");
+
+    FakePage other;
+    other.main.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+                    "{ log.push('other'); }");
+    page.main.Navigate();
+    page.main.Eval("var log = []");
+    LowMemory();
+    EXPECT_EQ(other.main.Eval("log.join()"), "other") << "another page keeps its own";
+    EXPECT_EQ(child.Eval("log.join()"), "child again") << "the frames go with their page";
+}
+
+TEST_F(AnEventTarget, LeavesNothingBehindAfterAHundredPages) {
+    const auto visit = [this] {
+        page.StartLoad(page.main);
+        page.main.Navigate();
+        page.main.Eval(R"(
+            var manager = PrivateObjectFactory.createApplicationManagerObject();
+            manager.onLowMemory = function() { manager.seen = true; };
+            manager.addEventListener('ApplicationLoadError', function(e) { manager.last = e; });
+            manager.application = manager.getOwnerApplication();)");
+        LowMemory();
+        LoadError();
+    };
+    visit();
+    page.main.Navigate();
+    page.main.CollectGarbage();
+    const size_t before = BindingObject::AliveCount();
+    for (int i = 0; i < 100; ++i)
+        visit();
+    page.main.Navigate();
+    page.main.CollectGarbage();
+    // The collector scans the machine's stack: a few words may still look like references.
+    EXPECT_LE(BindingObject::AliveCount(), before + 8);
+}
+
+TEST(AnEventTargetWithoutAView, HearsNothing) {
+    FakePage page;
+    FakeBrowser::Get().viewId.reset();
+    page.main.Eval("var heard = 0; var manager = PrivateObjectFactory.createApplicationManagerObject(); "
+                   "manager.onLowMemory = function() { heard++; }");
+    FakeBrowser::Get().viewId = "7";
+    LowMemory();
+    EXPECT_EQ(page.main.Eval("heard + ' ' + manager.getOwnerApplication(1)"), "0 null");
+}
+
+}  // namespace
+}  // namespace OipfJavaScript

@@ -1,0 +1,67 @@
+// The web process as far as the bundle sees it: pages and frames on plain script contexts, and a record of what the
+// bundle asked of the browser.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/Inc/WKBundle.h"
+
+class FakeFrame {
+   public:
+    FakeFrame(class FakePage& page, bool isMain);
+    FakeFrame(const FakeFrame&) = delete;
+    FakeFrame& operator=(const FakeFrame&) = delete;
+    ~FakeFrame();
+
+    // Replaces the document: a new global object, announced to the bundle as a browser does.
+    void Navigate();
+
+    // The script's result as text; "throws: ..." when it throws.
+    std::string Eval(const std::string& script);
+    // The same for an expression, with its type: "number 3", "string abc", "null", "undefined".
+    std::string Value(const std::string& expression);
+    void CollectGarbage();
+    void SetGlobal(const char* name, JSValueRef value);
+
+    FakePage& page;
+    const bool isMain;
+    JSGlobalContextRef context = nullptr;
+};
+
+class FakePage {
+   public:
+    FakePage();
+    ~FakePage();
+    FakeFrame& AddFrame();
+    // What a browser does when the main frame starts to load another document.
+    void StartLoad(FakeFrame& frame);
+
+    FakeFrame main;
+    std::vector<std::unique_ptr<FakeFrame>> children;
+
+    const WKBundlePageUIClientBase* uiClient = nullptr;
+    const WKBundlePageLoaderClientBase* loaderClient = nullptr;
+};
+
+struct FakeBrowser {
+    struct UserScript {
+        std::string source;
+        WKUserScriptInjectionTime time;
+        WKUserContentInjectedFrames frames;
+        bool forEveryUrl;
+    };
+
+    // Starts the bundle, once a process.
+    static FakeBrowser& Get();
+
+    std::optional<std::string> viewId = "7";  // none: the browser gives no reply
+    std::vector<std::pair<std::string, std::string>> messages;
+    std::vector<UserScript> userScripts;
+    int liveStrings = 0;
+};
