@@ -24,11 +24,20 @@ function writeIfChanged(path, content) {
   writeFileSync(path, content);
 }
 
+// Null when there is an option that is not known.
+function readOptions() {
+  const text = { type: 'string' };
+  try {
+    return parseArgs({ options: { idl: text, out: text, classes: text, members: text } }).values;
+  } catch (error) {
+    console.error(error.message);
+    return null;
+  }
+}
+
 function main() {
-  const { values } = parseArgs({
-    options: { idl: { type: 'string' }, out: { type: 'string' }, classes: { type: 'string' }, members: { type: 'string' } },
-  });
-  if (!values.idl || !values.out || !values.classes) {
+  const values = readOptions();
+  if (!values?.idl || !values.out || !values.classes) {
     console.error('usage: generate.mjs --idl DIR --out DIR --classes A,B,... [--members FILE]');
     return 2;
   }

@@ -27,7 +27,7 @@ class Source {
   }
 
   fail(node, reason) {
-    const token = node?.tokens?.base ?? node?.tokens?.name ?? node?.tokens?.separator;
+    const token = node?.tokens?.base ?? node?.tokens?.name ?? node?.tokens?.target ?? node?.tokens?.separator;
     throw new Error(`${this.path}:${token?.line ?? this.lineOf(node)}: ${reason}`);
   }
 
@@ -81,12 +81,13 @@ function extendedAttributes(source, node, kind) {
   return found;
 }
 
-function typeOf(source, node, idlType, names, { handler = false } = {}) {
+function typeOf(source, node, idlType, names, { handler = false, result = false } = {}) {
   if (idlType.union || idlType.generic || Array.isArray(idlType.idlType))
     source.fail(node, `type of ${node.name} is not supported`);
   const name = idlType.idlType;
   const nullable = idlType.nullable;
   if (handler && name === 'EventHandler') return { kind: 'handler' };
+  if (name === 'undefined' && !result) source.fail(node, `${node.name}: only a result can be undefined`);
   if (PRIMITIVES.has(name)) return { kind: 'primitive', tag: PRIMITIVES.get(name), nullable };
   if (names.has(name)) return { kind: 'object', name, nullable };
   return source.fail(node, `unknown type ${name} of ${node.name}`);
@@ -97,6 +98,7 @@ function argumentsOf(source, operation, names) {
   return operation.arguments.map((argument) => {
     const attributes = extendedAttributes(source, argument, 'argument');
     if (argument.variadic) source.fail(operation, `${operation.name}: variadic arguments are not supported`);
+    if (argument.default) source.fail(operation, `${operation.name}: default values are not supported`);
     if (tail && !argument.optional) source.fail(operation, `${operation.name}: ${argument.name} must be optional`);
     tail = argument.optional;
     if (attributes.has('Ignored') && !argument.optional)
@@ -128,11 +130,17 @@ function membersOf(source, nodes, names, isTarget) {
     if (node.type === 'const') {
       if (node.idlType.idlType !== 'long' || node.value.type !== 'number')
         source.fail(node, `constant ${node.name} must be a long`);
+      if (Number(node.value.value) !== (Number(node.value.value) | 0))
+        source.fail(node, `constant ${node.name} must be a whole number of 32 bits`);
       constants.push({ name: node.name, value: Number(node.value.value), doc });
     } else if (node.type === 'attribute') {
+      if (node.special) source.fail(node, `${node.special} is not supported`);
       const type = typeOf(source, node, node.idlType, names, { handler: true });
+      if (node.readonly && known.has('CustomSetter')) source.fail(node, `${node.name} is read-only and has no setter`);
       if (type.kind === 'handler') {
         if (!isTarget) source.fail(node, `${node.name}: only a class that includes ${MIXIN} has handlers`);
+        if (node.readonly || node.idlType.nullable || known.size)
+          source.fail(node, `${node.name}: a handler is plain "attribute EventHandler"`);
         if (!node.name.startsWith('on')) source.fail(node, `${node.name}: a handler's name begins with "on"`);
       }
       attributes.push({
@@ -143,12 +151,22 @@ function membersOf(source, nodes, names, isTarget) {
       if (node.special && node.special !== 'getter') source.fail(node, `${node.special} is not supported`);
       const form = {
         name: node.name, doc, custom: known.has('Custom'), context: known.has('CallWith'),
-        result: typeOf(source, node, node.idlType, names), arguments: argumentsOf(source, node, names),
+        result: typeOf(source, node, node.idlType, names, { result: true }), arguments: argumentsOf(source, node, names),
       };
       if (!operations.has(node.name)) operations.set(node.name, { name: node.name, forms: [], getter: false });
       const operation = operations.get(node.name);
+      if (form.custom && form.context) source.fail(node, `${node.name}: a custom operation gets the context anyway`);
       operation.forms.push(form);
+      if (operation.forms.some((each) => each.custom) && operation.forms.length > 1)
+        source.fail(node, `${node.name}: a custom operation takes every call, so it is declared once`);
+      const signature = ({ arguments: list }) => JSON.stringify(list.map(({ type, optional }) => [type, optional]));
+      if (new Set(operation.forms.map(signature)).size < operation.forms.length)
+        source.fail(node, `${node.name} is declared twice with the same arguments`);
       if (node.special === 'getter') {
+        if (form.custom || form.context)
+          source.fail(node, `${node.name}: an indexed getter cannot be custom or called with the context`);
+        if ([...operations.values()].some((each) => each.getter))
+          source.fail(node, `${node.name}: there is another indexed getter`);
         if (form.arguments.length !== 1 || form.arguments[0].type.tag !== 'UnsignedLong')
           source.fail(node, `${node.name}: an indexed getter takes one unsigned long`);
         operation.getter = true;
@@ -169,11 +187,13 @@ export function readInterfaces(folder) {
   const names = new Set(read.filter(({ name }) => name !== MIXIN).map(({ name }) => name));
   const mixin = read.find(({ name }) => name === MIXIN);
   const interfaces = new Map();
+  if (mixin) membersOf(mixin.source, mixin.nodes[0]?.members ?? [], names, false);
   for (const { source, name, nodes } of read) {
     if (name === MIXIN) continue;
     const [description, ...rest] = nodes.filter((node) => node.type === 'interface');
     if (!description || rest.length) source.fail(null, 'expected exactly one interface');
     if (description.name !== name) source.fail(description, `interface ${description.name} must be in ${description.name}.idl`);
+    if (description.partial) source.fail(description, 'partial interfaces are not supported');
     if (description.inheritance) source.fail(description, 'inheritance is not supported');
     if (!docOf(description)) source.fail(description, `interface ${name} has no doc comment`);
     const includes = nodes.filter((node) => node.type === 'includes');
@@ -186,8 +206,11 @@ export function readInterfaces(folder) {
     const known = extendedAttributes(source, description, 'interface');
     const members = membersOf(source, description.members, names, isTarget);
     const getter = members.operations.find((operation) => operation.getter);
-    if (getter && !members.attributes.some((attribute) => attribute.name === 'length'))
-      source.fail(description, `${name}: a class with an indexed getter needs the attribute length`);
+    const length = members.attributes.find((attribute) => attribute.name === 'length');
+    if (getter && (length?.type.tag !== 'UnsignedLong' || length.customGetter || length.context))
+      source.fail(description, `${name}: a class with an indexed getter needs a plain unsigned long length`);
+    if (known.has('GlobalConstructor') && known.has('GlobalInstance'))
+      source.fail(description, `${name}: the window holds either the constructor or an instance`);
     interfaces.set(name, {
       name, doc: docOf(description), isTarget, getter,
       globalConstructor: known.has('GlobalConstructor'), globalInstance: known.has('GlobalInstance'),
