@@ -2,4 +2,6 @@
 
 #include "CSP/Inc/PCLog.h"
 
-IAVEventHandlerCommon::~IAVEventHandlerCommon() { HBBTV_LOG_DEBUG("IAVEventHandlerCommon destructor"); }
+IAVEventHandlerCommon::~IAVEventHandlerCommon() {
+    HBBTV_LOG_DEBUG("IAVEventHandlerCommon destructor");
+}

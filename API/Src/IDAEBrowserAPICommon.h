@@ -1,7 +1,7 @@
 // Everything an object asks of the receiver that is not player control, and the subscription to its events.
 //
-// Every operation blocks until the receiver has answered. One that fails has logged why and gives false, 0, an
-// empty result or null; its out-parameters are then untouched.
+// Every operation blocks until the receiver has answered. One that fails has logged why and gives false, 0,
+// an empty result or null; its out-parameters are then untouched.
 #pragma once
 
 #include <cstdint>
@@ -50,11 +50,13 @@ class IDAEBrowserAPICommon {
     [[nodiscard]] virtual uint32_t GetMaxKeyMask() = 0;
 
     // Programmes. A descriptor is a byte string and may hold NULs.
-    [[nodiscard]] virtual std::vector<std::string> GetProgramDescriptors(uint32_t id, uint16_t eventId, int tag,
-                                                                         int tagExtension, int privateData) = 0;
+    [[nodiscard]] virtual std::vector<std::string> GetProgramDescriptors(uint32_t id, uint16_t eventId,
+                                                                         int tag, int tagExtension,
+                                                                         int privateData) = 0;
     [[nodiscard]] virtual std::unique_ptr<IProgrammeCollection> GetProgCollection(uint32_t id) = 0;
     // The channel identifiers are appended.
-    [[nodiscard]] virtual bool GetChannelsAndEventFromUrl(const std::string& url, std::vector<uint32_t>& channelIds,
+    [[nodiscard]] virtual bool GetChannelsAndEventFromUrl(const std::string& url,
+                                                          std::vector<uint32_t>& channelIds,
                                                           uint16_t& eventId) const = 0;
 
     // Parental lock.
@@ -75,8 +77,8 @@ class IDAEBrowserAPICommon {
     [[nodiscard]] virtual TDSMCCJobId StreamEventSubscribe(const char* url, const char* name) = 0;
     virtual bool StreamEventUnsubscribe(TDSMCCJobId id) = 0;
 
-    // Subscribers are not owned; each unsubscribes before it is destroyed. Both may be called while an event is
-    // being delivered: who is removed then is not called any more, who is added hears the next event.
+    // Subscribers are not owned; each unsubscribes before it is destroyed. Both may be called while an event
+    // is being delivered: who is removed then is not called any more, who is added hears the next event.
     virtual void SubscribeEvents(IPluginController* controller) = 0;
     virtual void UnsubscribeEvents(IPluginController* controller) = 0;
 };

@@ -12,12 +12,12 @@ class IJSChannelCacheCommon {
     virtual bool Retain(uint32_t id) = 0;
     virtual void Release(uint32_t id) = 0;
 
-    // Fetches all fields in one call. A null pointer means that the field is not wanted. The result says whether
-    // the entry exists; the wanted fields are written with what the cache sent even when it does not, and are
-    // untouched when the cache could not be asked. chType: false is television, true is radio.
-    virtual bool GetChannelInfo(uint32_t id, std::string* name, std::string* longName, std::string* description,
-                                uint32_t* idType, uint32_t* nid, uint32_t* onid, uint32_t* tsid, uint32_t* sid,
-                                bool* chType, std::string* ccid, bool* authorised, bool* hidden, bool* locked,
-                                bool* manualBlock, uint32_t* maxBitRate, std::string* ipBroadcastId,
-                                uint32_t* majorChannel) = 0;
+    // Fetches all fields in one call. A null pointer means that the field is not wanted. The result says
+    // whether the entry exists; the wanted fields are written with what the cache sent even when it does not,
+    // and are untouched when the cache could not be asked. chType: false is television, true is radio.
+    virtual bool GetChannelInfo(uint32_t id, std::string* name, std::string* longName,
+                                std::string* description, uint32_t* idType, uint32_t* nid, uint32_t* onid,
+                                uint32_t* tsid, uint32_t* sid, bool* chType, std::string* ccid,
+                                bool* authorised, bool* hidden, bool* locked, bool* manualBlock,
+                                uint32_t* maxBitRate, std::string* ipBroadcastId, uint32_t* majorChannel) = 0;
 };

@@ -4,7 +4,7 @@
 
 #include "Platform/Inc/PlatformLog.h"
 
-// The file's base name: __FILE_NAME__ where the compiler has it, else the tail of __FILE__ found at compile time.
+// The file's base name: the tail of __FILE__, found at compile time.
 namespace HbbTVPlatform {
 constexpr const char* BaseName(const char* path) {
     const char* name = path;
@@ -16,14 +16,20 @@ constexpr const char* BaseName(const char* path) {
 }
 }  // namespace HbbTVPlatform
 
-#define HBBTV_LOG_RECORD(priority, colour, reset, format, ...)                                                    \
-    do {                                                                                                          \
-        static constexpr const char* pcLogFile = ::HbbTVPlatform::BaseName(__FILE__);                             \
-        __dlog_print(0, priority, "HBBTV", "%s: %s(%d) > " colour format reset, pcLogFile, __func__, __LINE__     \
-                     __VA_OPT__(, ) __VA_ARGS__);                                                                 \
+// A record made on behalf of another place, such as the caller of a shared routine.
+#define HBBTV_LOG_RECORD_AT(file, function, line, priority, colour, reset, format, ...)     \
+    __dlog_print(0, priority, "HBBTV", "%s: %s(%d) > " colour format reset, file, function, \
+                 line __VA_OPT__(, ) __VA_ARGS__)
+
+#define HBBTV_LOG_RECORD(priority, colour, reset, format, ...)                        \
+    do {                                                                              \
+        static constexpr const char* pcLogFile = ::HbbTVPlatform::BaseName(__FILE__); \
+        HBBTV_LOG_RECORD_AT(pcLogFile, __func__, __LINE__, priority, colour, reset,   \
+                            format __VA_OPT__(, ) __VA_ARGS__);                       \
     } while (false)
 
-#define HBBTV_LOG_DEBUG(format, ...) HBBTV_LOG_RECORD(kPlatformLogDebug, "", "", format __VA_OPT__(, ) __VA_ARGS__)
+#define HBBTV_LOG_DEBUG(format, ...) \
+    HBBTV_LOG_RECORD(kPlatformLogDebug, "", "", format __VA_OPT__(, ) __VA_ARGS__)
 #define HBBTV_LOG_INFO(format, ...) \
     HBBTV_LOG_RECORD(kPlatformLogInfo, "\033[32m", "\033[0m", format __VA_OPT__(, ) __VA_ARGS__)
 #define HBBTV_LOG_WARNING(format, ...) \
@@ -36,6 +42,6 @@ constexpr const char* BaseName(const char* path) {
 
 // Records of the object modules carry a second prefix with the file, line and function.
 // Usage: HBBTV_LOG_OBJECT(ERROR, "CFooImpl::%s failed", __func__)
-#define HBBTV_LOG_OBJECT(level, format, ...)                                                      \
-    HBBTV_LOG_##level("[%s:%d] %s " format, ::HbbTVPlatform::BaseName(__FILE__), __LINE__, __func__ \
-                      __VA_OPT__(, ) __VA_ARGS__)
+#define HBBTV_LOG_OBJECT(level, format, ...)                                               \
+    HBBTV_LOG_##level("[%s:%d] %s " format, ::HbbTVPlatform::BaseName(__FILE__), __LINE__, \
+                      __func__ __VA_OPT__(, ) __VA_ARGS__)

@@ -10,7 +10,8 @@ class PCThread {
  public:
     // Sleeps for the whole time, signals or not.
     static void Sleep(unsigned milliseconds) {
-        timespec left{static_cast<time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000) * 1000000};
+        timespec left{static_cast<time_t>(milliseconds / 1000),
+                      static_cast<long>(milliseconds % 1000) * 1000000};
         while (nanosleep(&left, &left) != 0 && errno == EINTR) {
         }
     }

@@ -22,8 +22,8 @@ unsigned long lineCount = 0;
 
 namespace {
 
-// Threads and later destructors may still print while the process ends, when the lock is gone; those lines are
-// dropped. Neither of the two has a destructor, so they can be asked to the very end.
+// Threads and later destructors may still print while the process ends, when the lock is gone; those lines
+// are dropped. Neither of the two has a destructor, so they can be asked to the very end.
 std::atomic<bool> s_lockIsGone{false};
 std::atomic<int> s_users{0};
 

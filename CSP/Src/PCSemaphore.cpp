@@ -5,7 +5,9 @@
 
 namespace HbbTVPlatform {
 
-PCSemaphore::~PCSemaphore() { Destroy(); }
+PCSemaphore::~PCSemaphore() {
+    Destroy();
+}
 
 bool PCSemaphore::Create(unsigned initialCount) {
     PC_ASSERT(FlagCreate() == false);

@@ -21,8 +21,8 @@ class CBroadcastPlayerWK final : public IBroadcastPlayerCommon {
     CBroadcastPlayerWK& operator=(const CBroadcastPlayerWK&) = delete;
 
     bool BindToCurrentChannel(uint32_t pluginId) override;
-    bool SetChannel(uint32_t pluginId, EOipfChIdType type, const std::string& dsd, int onid, int tsid, int sid,
-                    uint32_t& id) override;
+    bool SetChannel(uint32_t pluginId, EOipfChIdType type, const std::string& dsd, int onid, int tsid,
+                    int sid, uint32_t& id) override;
     bool NextOrPrevChannel(uint32_t pluginId, bool next, std::string& exception) override;
     void SetNullChannel(uint32_t pluginId, bool setBroadcastIndependentApp) override;
     void Release(uint32_t pluginId) override;

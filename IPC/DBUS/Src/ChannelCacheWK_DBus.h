@@ -20,9 +20,10 @@ class CJSChannelCacheWK final : public IJSChannelCacheCommon {
     bool Retain(uint32_t id) override;
     void Release(uint32_t id) override;
     bool GetChannelInfo(uint32_t id, std::string* name, std::string* longName, std::string* description,
-                        uint32_t* idType, uint32_t* nid, uint32_t* onid, uint32_t* tsid, uint32_t* sid, bool* chType,
-                        std::string* ccid, bool* authorised, bool* hidden, bool* locked, bool* manualBlock,
-                        uint32_t* maxBitRate, std::string* ipBroadcastId, uint32_t* majorChannel) override;
+                        uint32_t* idType, uint32_t* nid, uint32_t* onid, uint32_t* tsid, uint32_t* sid,
+                        bool* chType, std::string* ccid, bool* authorised, bool* hidden, bool* locked,
+                        bool* manualBlock, uint32_t* maxBitRate, std::string* ipBroadcastId,
+                        uint32_t* majorChannel) override;
 
  private:
     std::unique_ptr<DBusService<_IJSChannelCache>> m_service;

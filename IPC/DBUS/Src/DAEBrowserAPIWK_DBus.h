@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -32,8 +31,8 @@ class CDBusProgrammeCollection final : public IProgrammeCollection {
 
 class CDAEBrowserAPIWK final : public IDAEBrowserAPICommon {
  public:
-    // The one instance of the process. It is never destroyed: objects that die while the process ends may still
-    // unsubscribe.
+    // The one instance of the process. It is never destroyed: objects that die while the process ends may
+    // still unsubscribe.
     [[nodiscard]] static CDAEBrowserAPIWK* GetInstance();
 
     // Events arrive in the main context that is the thread's default now.
@@ -82,14 +81,12 @@ class CDAEBrowserAPIWK final : public IDAEBrowserAPICommon {
     void SubscribeEvents(IPluginController* controller) override;
     void UnsubscribeEvents(IPluginController* controller) override;
 
-    // Deliver to every subscriber. Records end with the call.
-    void SendEventToPlugins(const event_t& event);
-    void SendSASDataToPlugins(std::span<const uint8_t> bytes);
-    void SendPlayReadyDataToPlugins(const IPRResponse& response);
+    // Deliver to every subscriber. What is pointed to is not kept.
+    void SendEventToPlugins(event_t event);
+    void SendSASDataToPlugins(const uint8_t* bytes, size_t length);
+    void SendPlayReadyDataToPlugins(const IPRResponse* response);
 
  private:
-    void OnSignal(const char* name, _GVariant* parameters);
-
     PluginSubscribers m_subscribers;
     std::unique_ptr<DBusService<_IDAEBrowserAPI>> m_service;
 };

@@ -21,7 +21,8 @@ void on_name_lost(GDBusConnection* /*connection*/, const gchar* name, gpointer /
 GObjectPtr<GDBusConnection> GetDBus() {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         GErrorPtr error;
-        GObjectPtr<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, OutPointer(error)));
+        GObjectPtr<GDBusConnection> connection(
+            g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, OutPointer(error)));
         if (connection) {
             HBBTV_LOG_DEBUG("Got GDBusConnection");
             return connection;

@@ -20,9 +20,8 @@ using GVariantPtr = std::unique_ptr<GVariant, GLibFree<g_variant_unref>>;
 template <typename T>
 using GObjectPtr = std::unique_ptr<T, GLibFree<g_object_unref>>;
 
-// Lends a handle to a C function that returns through a pointer to a pointer. What came is owned by the handle
-// when the full expression ends.
-// Usage: g_some_call(..., OutPointer(error))
+// Lends a handle to a C function that returns through a pointer to a pointer. What came is owned by the
+// handle when the full expression ends. Usage: g_some_call(..., OutPointer(error))
 template <typename Handle>
 class OutPointer {
  public:
@@ -31,7 +30,7 @@ class OutPointer {
     OutPointer& operator=(const OutPointer&) = delete;
     ~OutPointer() { m_handle.reset(m_pointer); }
 
-    operator typename Handle::pointer*() { return &m_pointer; }  // NOLINT(google-explicit-constructor)
+    operator typename Handle::pointer *() { return &m_pointer; }  // NOLINT(google-explicit-constructor)
 
  private:
     Handle& m_handle;

@@ -1,0 +1,51 @@
+#include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
+
+#include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/DBusCall.h"
+#include "gen/dbus/channelcache-generated.h"
+
+namespace {
+
+constexpr ServiceDescription kService{
+    .interface = "org.vantrel.hbbtv.IJSChannelCache",
+    .client = "CJSChannelCacheWK",
+    .failureClient = "CJSChannelCacheWK",
+    .creation = "iavevent_handler_proxy_new_sync()",
+    .creationFailure = "ijschannel_cache_proxy_new_sync",
+};
+
+}  // namespace
+
+IJSChannelCacheCommon* IJSChannelCacheWK::GetInstance() {
+    static CJSChannelCacheWK instance;
+    return &instance;
+}
+
+CJSChannelCacheWK::CJSChannelCacheWK()
+    : m_service(std::make_unique<DBusService<IJSChannelCache>>(kService, ijschannel_cache_proxy_new_sync,
+                                                               nullptr, nullptr, __func__)) {}
+
+CJSChannelCacheWK::~CJSChannelCacheWK() {
+    HBBTV_LOG_DEBUG("CJSChannelCacheWK::~CJSChannelCacheWK()");
+}
+
+bool CJSChannelCacheWK::Retain(uint32_t id) {
+    return m_service->Call<bool>(__func__, ijschannel_cache_call_retain_sync, id, kResult);
+}
+
+void CJSChannelCacheWK::Release(uint32_t id) {
+    m_service->Call(__func__, ijschannel_cache_call_release_sync, id);
+}
+
+bool CJSChannelCacheWK::GetChannelInfo(uint32_t id, std::string* name, std::string* longName,
+                                       std::string* description, uint32_t* idType, uint32_t* nid,
+                                       uint32_t* onid, uint32_t* tsid, uint32_t* sid, bool* chType,
+                                       std::string* ccid, bool* authorised, bool* hidden, bool* locked,
+                                       bool* manualBlock, uint32_t* maxBitRate, std::string* ipBroadcastId,
+                                       uint32_t* majorChannel) {
+    return m_service->Call<bool>(__func__, ijschannel_cache_call_get_channel_info_sync, id, Out(name),
+                                 Out(longName), Out(description), Out(idType), Out(nid), Out(onid), Out(tsid),
+                                 Out(sid), Out(chType), Out(ccid), Out(authorised), Out(hidden), Out(locked),
+                                 Out(manualBlock), Out(maxBitRate), Out(ipBroadcastId), Out(majorChannel),
+                                 kResult);
+}

@@ -1,0 +1,155 @@
+// How the arguments of a client's operation become those of the generated call, and its outputs become ours.
+//
+// Values go in as they are. Out() receives an output, OutWith() hands it to a function, kResult makes it the
+// operation's result, ResultWith() makes the result of it.
+#pragma once
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "IPC/DBUS/Src/GLibHandles.h"
+#include "IPC/DBUS/Src/WireString.h"
+
+// An output and the variable that it is for. A null pointer: not wanted.
+template <typename T>
+struct Out {
+    explicit Out(T& variable) : target(&variable) {}
+    explicit Out(T* variable) : target(variable) {}
+    T* target;
+};
+
+template <typename Function>
+struct OutWith {
+    explicit OutWith(Function called) : function(std::move(called)) {}
+    Function function;
+};
+
+struct Result {};
+inline constexpr Result kResult;
+
+template <typename Function>
+struct ResultWith {
+    explicit ResultWith(Function called) : function(std::move(called)) {}
+    Function function;
+};
+
+namespace dbus_call {
+
+// From the wire's types to ours.
+template <typename T, typename Wire>
+void Assign(T& target, const Wire& wire) {
+    if constexpr (std::is_same_v<T, bool>)
+        target = wire != FALSE;
+    else if constexpr (std::is_arithmetic_v<T>)
+        target = static_cast<T>(wire);
+    else
+        target = wire;
+}
+
+// Where the generated function writes one output; frees what is to be freed.
+template <typename Wire>
+class Storage {
+ public:
+    Storage() = default;
+    Storage(const Storage&) = delete;
+    Storage& operator=(const Storage&) = delete;
+    ~Storage() {
+        if constexpr (std::is_same_v<Wire, gchar*>)
+            GCharPtr(value).reset();
+        else if constexpr (std::is_same_v<Wire, GVariant*>)
+            GVariantPtr(value).reset();
+    }
+
+    Wire value{};
+};
+
+// One argument of ours at one parameter of the generated function: Pass() is what is passed, Commit() takes
+// over what was returned. Commit() is called after success only.
+template <typename Parameter, typename Argument>
+class Slot {
+    static_assert(std::is_arithmetic_v<Parameter>, "an output needs Out, OutWith, kResult or ResultWith");
+
+ public:
+    explicit Slot(const Argument& argument) : m_value(static_cast<Parameter>(argument)) {}
+    Parameter Pass() { return m_value; }
+    template <typename R>
+    void Commit(R& /*result*/) {}
+
+ private:
+    Parameter m_value;
+};
+
+template <typename Argument>
+class Slot<const gchar*, Argument> {
+ public:
+    explicit Slot(const Argument& argument) : m_text(argument) {}
+    const gchar* Pass() { return m_text.c_str(); }
+    template <typename R>
+    void Commit(R& /*result*/) {}
+
+ private:
+    WireString m_text;
+};
+
+template <typename Wire, typename T>
+class Slot<Wire*, Out<T>> {
+ public:
+    explicit Slot(const Out<T>& out) : m_target(out.target) {}
+    Wire* Pass() { return &m_wire.value; }
+    template <typename R>
+    void Commit(R& /*result*/) {
+        if (m_target != nullptr)
+            Assign(*m_target, m_wire.value);
+    }
+
+ private:
+    T* m_target;
+    Storage<Wire> m_wire;
+};
+
+template <typename Wire, typename Function>
+class Slot<Wire*, OutWith<Function>> {
+ public:
+    explicit Slot(const OutWith<Function>& out) : m_function(out.function) {}
+    Wire* Pass() { return &m_wire.value; }
+    template <typename R>
+    void Commit(R& /*result*/) {
+        m_function(m_wire.value);
+    }
+
+ private:
+    const Function& m_function;
+    Storage<Wire> m_wire;
+};
+
+template <typename Wire>
+class Slot<Wire*, Result> {
+ public:
+    explicit Slot(const Result& /*argument*/) {}
+    Wire* Pass() { return &m_wire.value; }
+    template <typename R>
+    void Commit(R& result) {
+        Assign(result, m_wire.value);
+    }
+
+ private:
+    Storage<Wire> m_wire;
+};
+
+template <typename Wire, typename Function>
+class Slot<Wire*, ResultWith<Function>> {
+ public:
+    explicit Slot(const ResultWith<Function>& out) : m_function(out.function) {}
+    Wire* Pass() { return &m_wire.value; }
+    template <typename R>
+    void Commit(R& result) {
+        result = m_function(m_wire.value);
+    }
+
+ private:
+    const Function& m_function;
+    Storage<Wire> m_wire;
+};
+
+}  // namespace dbus_call

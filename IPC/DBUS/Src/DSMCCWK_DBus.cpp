@@ -1,0 +1,68 @@
+#include "IPC/DBUS/Src/DSMCCWK_DBus.h"
+
+#include <string_view>
+
+#include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/ByteArray.h"
+#include "IPC/DBUS/Src/DBusCall.h"
+#include "IPC/DBUS/Src/DBusUtils.h"
+#include "gen/dbus/dsmcc-generated.h"
+
+namespace {
+
+// Both last until the process ends: the loader that the callback belongs to may ask at any time.
+DSMCC* s_proxy = nullptr;
+DsmccFileCallback dsmCallback = nullptr;
+
+void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant* parameters,
+               gpointer /*data*/) {
+    // Without a request there has been nobody to answer.
+    if (std::string_view(signal) != "FileResponse" || dsmCallback == nullptr)
+        return;
+    guint handle = 0;
+    const gchar* url = nullptr;
+    GVariantPtr data;
+    guint length = 0;
+    gboolean status = FALSE;
+    g_variant_get(parameters, "(u&s@ayub)", &handle, &url, static_cast<GVariant**>(OutPointer(data)), &length,
+                  &status);
+    // The length is the one that the service states, as the loader expects; it bounds its reads itself.
+    dsmCallback(handle, url, BytesOf(data.get()).data(), static_cast<long>(length), status != FALSE);
+}
+
+}  // namespace
+
+void InitDSMCCDBus() {
+    HBBTV_LOG_DEBUG("%s - DBUS IPC Version, thread", __func__);
+    const GObjectPtr<GDBusConnection> connection = s_proxy == nullptr ? GetDBus() : nullptr;
+    if (connection) {
+        HBBTV_LOG_DEBUG("%s unittest_proxy_new_sync()", __func__);
+        s_proxy = NewProxy(connection.get(), "org.vantrel.hbbtv.DSMCC", dsmcc_proxy_new_sync,
+                           "dsmcc_proxy_new_sync", __func__)
+                      .release();
+        if (s_proxy != nullptr)
+            g_signal_connect(s_proxy, "g-signal", G_CALLBACK(on_signal), nullptr);
+    }
+    HBBTV_LOG_DEBUG("%s Done.", __func__);
+}
+
+bool s_soupDsmccFileRequest(uint32_t handle, const char* url, DsmccFileCallback callback) {
+    const WireString text(url);
+    HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %s", text.c_str());
+    bool accepted = false;
+    if (s_proxy != nullptr) {
+        if (dsmCallback == nullptr)
+            dsmCallback = callback;
+        GErrorPtr error;
+        accepted =
+            CallSync<bool>(s_proxy, error, dsmcc_call_file_request_sync, handle, text.c_str(), kResult);
+        if (error)
+            HBBTV_LOG_ERROR("dsmcc_call_file_request_sync failed %s", error->message);
+    }
+    if (!accepted) {
+        HBBTV_LOG_ERROR("s_soupDsmccFileRequest %s FAILED", text.c_str());
+        return false;
+    }
+    HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %s OK", text.c_str());
+    return true;
+}
