@@ -2,7 +2,8 @@
 // Pure functions over text, so that the check can be tested on sources that never existed.
 
 const families = [
-  ['GLib', /^(gio|glib|gobject|gmodule)(\/|\.h|-)|^(glib|gio)-/],
+  ['GIO', /^(gio|gobject|gmodule)\/|^(gio|glib-object)/],
+  ['GLib', /^glib/],
   ['GTK', /^(gtk|gdk|gdk-pixbuf|cairo|pango)\//],
   ['WebKitGTK', /^(webkit2?|webkit2?gtk|jsc|libsoup)\//],
   ['JavaScriptCore', /^JavaScriptCore\//],
