@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include <glib.h>
@@ -13,46 +12,27 @@ namespace OipfJavaScript {
 
 namespace {
 
-struct GFree {
-    void operator()(char* text) const { g_free(text); }
-};
-using GText = std::unique_ptr<char, GFree>;
+constexpr gunichar kReplacement = 0xFFFD;
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr bool IsHighSurrogate(JSChar unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool IsLowSurrogate(JSChar unit) { return (unit & 0xFC00) == 0xDC00; }
 
-// The long way, for texts that hold more than ASCII.
-std::string Utf8FromUtf16(const JSChar* characters, size_t length) {
-    std::string result;
-    while (length > 0) {
-        // A NUL ends the library routine's input; it is copied here, as is what the routine refuses.
-        size_t run = 0;
-        while (run < length && characters[run] != 0)
-            ++run;
-        glong read = 0;
-        glong written = 0;
-        const GText text(
-            g_utf16_to_utf8(characters, static_cast<glong>(run), &read, &written, nullptr));
-        const auto good = static_cast<size_t>(read);
-        if (text) {
-            result.append(text.get(), static_cast<size_t>(written));
-        } else if (good > 0) {
-            // The routine stopped at an ill-formed unit and kept nothing: take what came before it.
-            const GText before(g_utf16_to_utf8(characters, read, nullptr, &written, nullptr));
-            if (before)
-                result.append(before.get(), static_cast<size_t>(written));
+// The long way, for texts that hold more than ASCII. The library's own converters give up at a lone surrogate.
+std::string Utf8FromUtf16(const JSChar* units, size_t length) {
+    std::string text;
+    text.reserve(length * 2);
+    for (size_t i = 0; i < length; ++i) {
+        gunichar character = units[i];
+        if (IsHighSurrogate(units[i]) && i + 1 < length && IsLowSurrogate(units[i + 1])) {
+            character = 0x10000U + ((units[i] & 0x3FFU) << 10) + (units[i + 1] & 0x3FFU);
+            ++i;
+        } else if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) {
+            character = kReplacement;
         }
-        size_t consumed = text ? run : good;
-        if (consumed < run) {
-            result += kReplacement;
-            ++consumed;
-        } else if (consumed < length) {
-            result += '\0';
-            ++consumed;
-        }
-        characters += consumed;
-        length -= consumed;
+        char encoded[6];
+        text.append(encoded, static_cast<size_t>(g_unichar_to_utf8(character, encoded)));
     }
-    return result;
+    return text;
 }
 
 template <typename Integer>
@@ -109,7 +89,7 @@ std::u16string ToUtf16(std::string_view utf8) {
     while (at < end) {
         const gunichar c = *at == '\0' ? 0 : g_utf8_get_char_validated(at, end - at);
         if (c == static_cast<gunichar>(-1) || c == static_cast<gunichar>(-2)) {
-            units.push_back(u'\uFFFD');
+            units.push_back(static_cast<char16_t>(kReplacement));
             ++at;
             continue;
         }

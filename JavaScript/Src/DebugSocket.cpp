@@ -92,14 +92,21 @@ void DebugSocket::Wake() const {
 }
 
 bool DebugSocket::Wait(int descriptor, bool alsoForWriting, int timeoutMs, short& ready) const {
+    // The wake-up may already have been taken by the wait before this one.
+    if (IsEnding())
+        return false;
     const auto events = static_cast<short>(POLLIN | (alsoForWriting ? POLLOUT : 0));
     std::array<pollfd, 2> polled{{{m_wake, POLLIN, 0}, {descriptor, events, 0}}};
     (void)poll(polled.data(), descriptor >= 0 ? 2 : 1, timeoutMs);
     ready = polled[1].revents;
     uint64_t count = 0;
     [[maybe_unused]] const ssize_t drained = read(m_wake, &count, sizeof count);
+    return !IsEnding();
+}
+
+bool DebugSocket::IsEnding() const {
     const std::lock_guard lock(m_mutex);
-    return !m_ending;
+    return m_ending;
 }
 
 bool DebugSocket::Bind(int listener) {

@@ -37,6 +37,7 @@ class DebugSocket {
     void Serve(int client);
     // Waits for the descriptor or a wake-up; false when the thread shall end.
     [[nodiscard]] bool Wait(int descriptor, bool alsoForWriting, int timeoutMs, short& ready) const;
+    [[nodiscard]] bool IsEnding() const;
     [[nodiscard]] bool Queue(const std::string& bytes);
     // Sends what is queued as far as the client takes it.
     void Flush();

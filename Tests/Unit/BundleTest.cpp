@@ -50,6 +50,7 @@ TEST(ABundle, ReadsTheViewFromTheFrontOfTheReply) {
     EXPECT_EQ(view(""), std::make_pair(true, 0));
     EXPECT_EQ(view("-1"), std::make_pair(true, -1));
     EXPECT_EQ(view(std::nullopt), std::make_pair(false, -5));
+    browser.viewId = FakeBrowser().viewId;
     EXPECT_EQ(browser.messages.back(), std::make_pair(std::string("GetViewId"), std::string("null")));
     EXPECT_EQ(browser.liveStrings, 0);
 }

@@ -43,7 +43,7 @@ TEST(AText, KeepsEverythingAroundWhatIsIllFormed) {
     EXPECT_EQ(Utf8Of(std::u16string{u'a', 0xD800, u'b'}), "a\uFFFDb");
     EXPECT_EQ(Utf8Of(std::u16string{0xDC00, u'\u00e9', 0xD83D}), "\uFFFD\u00e9\uFFFD");
     EXPECT_EQ(Utf8Of(std::u16string{0xD83D, 0xD83D, 0xDCFA}), "\uFFFD\U0001F4FA");
-    EXPECT_EQ(Utf8Of(std::u16string{u'a', 0, u'\u00e9', 0, 0xD800}), std::string("a\0\u00e9\0\uFFFD", 10).substr(0, 8));
+    EXPECT_EQ(Utf8Of(std::u16string{u'a', 0, u'\u00e9', 0, 0xD800}), std::string("a\0\u00e9\0\uFFFD", 8));
 }
 
 TEST(AText, IsReadFromBytesWithoutLosingTheRest) {

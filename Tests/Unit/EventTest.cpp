@@ -7,6 +7,7 @@
 #include "API/Src/IPluginController.h"
 #include "InjectedBundle/Src/BindingObject.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "Platform/Inc/JSCPrivate.h"
 #include "Tests/Unit/FakeBrowser.h"
 
 namespace OipfJavaScript {
