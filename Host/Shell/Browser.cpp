@@ -1,0 +1,136 @@
+#include "Host/Shell/Browser.h"
+
+#include <csignal>
+#include <utility>
+
+#include <glib-unix.h>
+
+namespace Shell {
+
+using namespace Host;
+
+namespace {
+
+constexpr std::int32_t kFirstViewId = 1;
+// How a shell reports a program that a signal has ended.
+constexpr int kSignalExitCode = 128;
+
+// A file's path serves as well as a URL.
+std::string urlOf(const std::string& argument) {
+    if (!g_file_test(argument.c_str(), G_FILE_TEST_EXISTS))
+        return argument;
+    const GObjectHandle<GFile> file(g_file_new_for_commandline_arg(argument.c_str()));
+    return GChars(g_file_get_uri(file.get())).get();
+}
+
+}  // namespace
+
+Browser::Browser(Options options)
+    : m_options(std::move(options)),
+      m_loop(g_main_loop_new(nullptr, FALSE)),
+      m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
+      m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
+      m_channel(*this),
+      m_web(m_options, m_channel.address()),
+      m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
+      m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {}
+
+Browser::~Browser() {
+    while (!m_views.empty())
+        closeView(m_views.begin()->first);
+}
+
+int Browser::run() {
+    if (m_options.automation)
+        m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
+    BrowserView& view = openView(kFirstViewId);
+    if (!m_options.url.empty())
+        view.load(urlOf(m_options.url));
+    g_main_loop_run(m_loop.get());
+    return m_exitCode;
+}
+
+void Browser::leave(int exitCode) {
+    m_exitCode = exitCode;
+    g_main_loop_quit(m_loop.get());
+}
+
+gboolean Browser::onTerminate(gpointer self) {
+    static_cast<Browser*>(self)->leave(kSignalExitCode + SIGTERM);
+    return G_SOURCE_CONTINUE;
+}
+
+gboolean Browser::onInterrupt(gpointer self) {
+    static_cast<Browser*>(self)->leave(kSignalExitCode + SIGINT);
+    return G_SOURCE_CONTINUE;
+}
+
+BrowserView& Browser::openView(std::int32_t id) {
+    auto& view = m_views[id];
+    view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
+    m_screen.add(*view);
+    return *view;
+}
+
+void Browser::closeView(std::int32_t id) {
+    const auto found = m_views.find(id);
+    if (found == m_views.end())
+        return;
+    m_screen.remove(*found->second);
+    m_views.erase(found);
+}
+
+BrowserView* Browser::findView(std::int32_t id) const {
+    const auto found = m_views.find(id);
+    return found == m_views.end() ? nullptr : found->second.get();
+}
+
+WebKitWebView* Browser::viewForAutomation() {
+    if (!std::exchange(m_firstViewHandedOut, true)) {
+        if (const BrowserView* view = findView(kFirstViewId))
+            return view->webView();
+    }
+    return openView(m_views.empty() ? kFirstViewId : m_views.rbegin()->first + 1).webView();
+}
+
+bool Browser::handleKey(const GdkEventKey&) {
+    return false;
+}
+
+void Browser::viewDidChangeUrl(BrowserView&) {}
+
+void Browser::viewDidFinishLoad(BrowserView& view) {
+    if (view.id() == kFirstViewId)
+        m_check.pageDidLoad(view);
+}
+
+void Browser::viewDidFailLoad(BrowserView& view, const std::string& reason) {
+    if (view.id() == kFirstViewId)
+        m_check.pageDidFail(reason);
+}
+
+void Browser::viewWantsToClose(BrowserView& view) {
+    closeView(view.id());
+    if (m_views.empty())
+        leave(0);
+}
+
+void Browser::didReceiveMessage(std::uint64_t page, const std::string& name,
+                                const std::optional<std::string>& body) {
+    g_debug("message \"%s\" of page %" G_GUINT64_FORMAT ": %s", name.c_str(), page,
+            body ? body->c_str() : "-");
+}
+
+std::optional<std::string> Browser::answerMessage(std::uint64_t page, const std::string& name) {
+    if (name != "GetViewId") {
+        g_warning("no answer to the message \"%s\"", name.c_str());
+        return std::nullopt;
+    }
+    for (const auto& [id, view] : m_views) {
+        if (view->pageId() == page)
+            return std::to_string(id);
+    }
+    return std::nullopt;
+}
+
+}  // namespace Shell

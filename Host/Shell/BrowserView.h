@@ -1,0 +1,80 @@
+// One view of the browser: a web view that shows one application, with the settings of a television.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <webkit2/webkit2.h>
+
+#include "Host/Inc/GHandles.h"
+
+namespace Shell {
+
+class BrowserView;
+
+class BrowserViewListener {
+ public:
+    // The main frame shows another URL, by a navigation or by a fragment.
+    virtual void viewDidChangeUrl(BrowserView& view) = 0;
+    virtual void viewDidFinishLoad(BrowserView& view) = 0;
+    // An error page is shown instead.
+    virtual void viewDidFailLoad(BrowserView& view, const std::string& reason) = 0;
+    // The page asked to be closed (a WebDriver closes windows in this way).
+    virtual void viewWantsToClose(BrowserView& view) = 0;
+
+ protected:
+    ~BrowserViewListener() = default;
+};
+
+class BrowserView {
+ public:
+    struct Setup {
+        WebKitWebContext* context;
+        WebKitUserContentManager* content;
+        WebKitSettings* settings;
+        bool automation;
+    };
+
+    BrowserView(std::int32_t id, const Setup& setup, BrowserViewListener& listener);
+    ~BrowserView();
+    BrowserView(const BrowserView&) = delete;
+    BrowserView& operator=(const BrowserView&) = delete;
+
+    void load(const std::string& url);
+    void reload();
+    void showInspector();
+    // For a view whose application is gone.
+    void showPlainPage();
+
+    [[nodiscard]] std::int32_t id() const { return m_id; }
+    [[nodiscard]] std::string url() const;
+    [[nodiscard]] std::uint64_t pageId() const { return webkit_web_view_get_page_id(m_view.get()); }
+    [[nodiscard]] WebKitWebView* webView() const { return m_view.get(); }
+    [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(m_view.get()); }
+
+ private:
+    static void onLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer self);
+    static gboolean onLoadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* url, GError* error,
+                                 gpointer self);
+    static void onUriChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
+    static gboolean onDecidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision,
+                                   WebKitPolicyDecisionType type, gpointer self);
+    static GtkWidget* onCreate(WebKitWebView* view, WebKitNavigationAction* action, gpointer self);
+    static void onProcessTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
+                                    gpointer self);
+    static void onClose(WebKitWebView* view, gpointer self);
+
+    void showError(const std::string& url, const std::string& reason);
+    [[nodiscard]] std::uint32_t httpStatus() const;
+
+    std::int32_t m_id;
+    BrowserViewListener& m_listener;
+    Host::GObjectHandle<WebKitWebView> m_view;
+    std::string m_requestedUrl;  // Until the first page of a load() has come.
+    std::string m_reportedUrl;
+    // Loads of the shell's own pages (errors, the plain page) are nobody's business.
+    bool m_ownPage = false;
+    bool m_provisional = false;
+};
+
+}  // namespace Shell

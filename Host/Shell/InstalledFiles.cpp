@@ -1,0 +1,53 @@
+#include "Host/Shell/InstalledFiles.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <system_error>
+
+namespace Shell {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The first candidate that exists; they are relative to the folder of this program.
+std::optional<std::string> findBeside(std::initializer_list<const char*> candidates) {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (error)
+        return std::nullopt;
+    for (const char* candidate : candidates) {
+        const fs::path path = (program.parent_path() / candidate).lexically_normal();
+        if (fs::exists(path, error))
+            return path.string();
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> fromEnvironment(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+}  // namespace
+
+// HBBTV_LIBDIR and HBBTV_LIBEXECDIR are the install folders as seen from the folder of this program.
+std::optional<std::string> findAdapterFolder() {
+    return findBeside({"../WebProcess/Extension", HBBTV_LIBDIR "/hbbtv/web-process"});
+}
+
+std::optional<std::string> findBundle() {
+    if (auto path = fromEnvironment("HBBTV_BUNDLE"))
+        return path;
+    return findBeside(
+        {"../../InjectedBundle/hbbtv-injected-bundle.so", HBBTV_LIBDIR "/hbbtv/hbbtv-injected-bundle.so"});
+}
+
+std::optional<std::string> findReceiver() {
+    if (auto path = fromEnvironment("HBBTV_RECEIVER"))
+        return path;
+    return findBeside({"hbbtv-receiver", "../Receiver/hbbtv-receiver", HBBTV_LIBEXECDIR "/hbbtv-receiver"});
+}
+
+}  // namespace Shell

@@ -1,0 +1,18 @@
+// Where the other parts of the host are: beside this program in the build tree, or where they are installed.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace Shell {
+
+// The folder of the web-process adapter.
+[[nodiscard]] std::optional<std::string> findAdapterFolder();
+
+// HBBTV_BUNDLE as it is (empty: no bundle is wanted), else the bundle that belongs to this program.
+[[nodiscard]] std::optional<std::string> findBundle();
+
+// HBBTV_RECEIVER as it is, else the receiver that belongs to this program.
+[[nodiscard]] std::optional<std::string> findReceiver();
+
+}  // namespace Shell

@@ -1,0 +1,138 @@
+#include "Host/Shell/PageCheck.h"
+
+#include <iostream>
+
+#include <jsc/jsc.h>
+
+namespace Shell {
+
+using namespace Host;
+
+namespace {
+
+constexpr unsigned kTimeLimitSeconds = 20;
+
+// A world of our own: the page can neither see nor spoil these scripts.
+constexpr char kWorld[] = "hbbtv-shell";
+
+constexpr char kVerdictScript[] = R"(
+    const element = document.getElementById('verdict');
+    if (!element)
+        return 'none';
+    const read = () => element.getAttribute('data-verdict');
+    const given = verdict => verdict === 'pass' || verdict === 'fail';
+    if (given(read()))
+        return read();
+    return new Promise(resolve => {
+        new MutationObserver(() => given(read()) && resolve(read()))
+            .observe(element, { attributes: true, attributeFilter: ['data-verdict'] });
+    });
+)";
+
+constexpr char kFramesScript[] = R"(
+    return new Promise(resolve => requestAnimationFrame(() => requestAnimationFrame(() => resolve('settled'))));
+)";
+
+}  // namespace
+
+PageCheck::PageCheck(const Options& options, const Screen& screen, std::function<void(int)> leave)
+    : m_options(options), m_screen(screen), m_leave(std::move(leave)) {
+    if (m_options.exitAfterLoad)
+        restartClock();
+}
+
+PageCheck::~PageCheck() {
+    if (m_cancellable)
+        g_cancellable_cancel(m_cancellable.get());
+}
+
+void PageCheck::restartClock() {
+    m_clock.reset(g_timeout_add_seconds(kTimeLimitSeconds, onTimeout, this));
+}
+
+void PageCheck::pageDidLoad(BrowserView& view) {
+    if (m_left || (!m_options.exitAfterLoad && !m_options.screenshot))
+        return;
+    m_view = retain(view.webView());
+    if (m_options.exitAfterLoad)
+        restartClock();
+    runStep(m_options.exitAfterLoad ? Step::Verdict : Step::Frames);
+}
+
+void PageCheck::pageDidFail(const std::string& reason) {
+    if (m_left || !m_options.exitAfterLoad)
+        return;
+    m_failure = "the page did not load: " + reason;
+    finish();
+}
+
+void PageCheck::runStep(Step step) {
+    if (m_cancellable)
+        g_cancellable_cancel(m_cancellable.get());
+    m_cancellable.reset(g_cancellable_new());
+    m_step = step;
+    webkit_web_view_call_async_javascript_function(
+        m_view.get(), step == Step::Verdict ? kVerdictScript : kFramesScript, -1, nullptr, kWorld, nullptr,
+        m_cancellable.get(), onScriptDone, this);
+}
+
+void PageCheck::onScriptDone(GObject* view, GAsyncResult* result, gpointer self) {
+    GErrorSlot error;
+    const GObjectHandle<JSCValue> value(
+        webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
+    // Cancelled: this object is gone, or has begun anew with another page.
+    if (error.is(G_IO_ERROR, G_IO_ERROR_CANCELLED))
+        return;
+    if (!value) {
+        // The page went away; the next one begins anew, and the clock runs on.
+        g_debug("page check: %s", error.message());
+        return;
+    }
+    const GChars answer(jsc_value_to_string(value.get()));
+    static_cast<PageCheck*>(self)->stepDone(answer.get());
+}
+
+void PageCheck::stepDone(const std::string& answer) {
+    if (m_step == Step::Verdict) {
+        m_verdict = answer;
+        runStep(Step::Frames);
+        return;
+    }
+    if (m_options.screenshot)
+        takeScreenshot();
+    else
+        finish();
+}
+
+void PageCheck::takeScreenshot() {
+    std::vector<WebKitWebView*> views;
+    for (const BrowserView* view : m_screen.visibleViews())
+        views.push_back(view->webView());
+    m_screenshot = std::make_unique<Screenshot>(*m_options.screenshot);
+    m_screenshot->take(views, [this](const std::string& error) {
+        if (!error.empty())
+            m_failure = "no screenshot: " + error;
+        finish();
+    });
+}
+
+gboolean PageCheck::onTimeout(gpointer self) {
+    auto& check = *static_cast<PageCheck*>(self);
+    check.m_clock.forget();
+    check.m_failure = "no verdict of a loaded page within " + std::to_string(kTimeLimitSeconds) + " s";
+    check.finish();
+    return G_SOURCE_REMOVE;
+}
+
+void PageCheck::finish() {
+    if (!m_failure.empty())
+        g_warning("%s", m_failure.c_str());
+    if (m_left || !m_options.exitAfterLoad)
+        return;
+    m_left = true;
+    m_clock.reset();
+    std::cout << "verdict: " << m_verdict << std::endl;
+    m_leave(m_failure.empty() && m_verdict != "fail" ? 0 : 1);
+}
+
+}  // namespace Shell

@@ -1,0 +1,54 @@
+// --screenshot and --exit-after-load: waits until a page has loaded, given its verdict and settled on the
+// screen.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/Options.h"
+#include "Host/Shell/Screen.h"
+#include "Host/Shell/Screenshot.h"
+
+namespace Shell {
+
+class PageCheck {
+ public:
+    // `leave` is called with the exit code, with --exit-after-load only.
+    PageCheck(const Options& options, const Screen& screen, std::function<void(int)> leave);
+    ~PageCheck();
+    PageCheck(const PageCheck&) = delete;
+    PageCheck& operator=(const PageCheck&) = delete;
+
+    // Of the first view. A page that goes on to another one is judged by that one.
+    void pageDidLoad(BrowserView& view);
+    void pageDidFail(const std::string& reason);
+
+ private:
+    enum class Step { Verdict, Frames };
+
+    static void onScriptDone(GObject* view, GAsyncResult* result, gpointer self);
+    static gboolean onTimeout(gpointer self);
+
+    void runStep(Step step);
+    void stepDone(const std::string& answer);
+    void takeScreenshot();
+    void finish();
+    void restartClock();
+
+    const Options& m_options;
+    const Screen& m_screen;
+    std::function<void(int)> m_leave;
+    Host::GObjectHandle<WebKitWebView> m_view;
+    Host::GObjectHandle<GCancellable> m_cancellable;
+    Host::GSourceHandle m_clock;
+    std::unique_ptr<Screenshot> m_screenshot;
+    Step m_step = Step::Verdict;
+    std::string m_verdict = "none";
+    std::string m_failure;
+    bool m_left = false;
+};
+
+}  // namespace Shell

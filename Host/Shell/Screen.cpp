@@ -1,0 +1,90 @@
+#include "Host/Shell/Screen.h"
+
+#include <algorithm>
+
+namespace Shell {
+
+Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
+    : m_keyHandler(std::move(keyHandler)), m_closed(std::move(closed)) {
+    m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+    gtk_window_set_title(GTK_WINDOW(m_window), "HbbTV");
+    gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
+    m_overlay = gtk_overlay_new();
+    gtk_widget_set_size_request(m_overlay, kScreenWidth, kScreenHeight);
+    GtkWidget* videoPlane = gtk_drawing_area_new();
+    g_signal_connect(videoPlane, "draw", G_CALLBACK(onDrawVideoPlane), this);
+    gtk_container_add(GTK_CONTAINER(m_overlay), videoPlane);
+    gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
+    g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
+    g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);
+    g_signal_connect(m_window, "destroy", G_CALLBACK(onDestroy), this);
+    gtk_widget_show_all(m_window);
+}
+
+Screen::~Screen() {
+    if (!m_window)
+        return;
+    g_signal_handlers_disconnect_by_data(m_window, this);
+    gtk_widget_destroy(m_window);
+}
+
+void Screen::add(BrowserView& view) {
+    m_views.push_back(&view);
+    gtk_overlay_add_overlay(GTK_OVERLAY(m_overlay), view.widget());
+    focusTop();
+}
+
+void Screen::remove(BrowserView& view) {
+    std::erase(m_views, &view);
+    if (m_window)
+        gtk_container_remove(GTK_CONTAINER(m_overlay), view.widget());
+    focusTop();
+}
+
+void Screen::setVisible(BrowserView& view, bool visible) {
+    gtk_widget_set_visible(view.widget(), visible);
+    focusTop();
+}
+
+BrowserView* Screen::top() const {
+    const auto views = visibleViews();
+    return views.empty() ? nullptr : views.back();
+}
+
+std::vector<BrowserView*> Screen::visibleViews() const {
+    std::vector<BrowserView*> visible;
+    std::copy_if(m_views.begin(), m_views.end(), std::back_inserter(visible),
+                 [](const BrowserView* view) { return gtk_widget_get_visible(view->widget()); });
+    return visible;
+}
+
+void Screen::focusTop() {
+    if (BrowserView* view = top())
+        gtk_widget_grab_focus(view->widget());
+}
+
+gboolean Screen::onDrawVideoPlane(GtkWidget*, cairo_t* cairo, gpointer) {
+    drawVideoPlane(cairo);
+    return TRUE;
+}
+
+gboolean Screen::onKey(GtkWidget*, GdkEventKey* event, gpointer self) {
+    return static_cast<Screen*>(self)->m_keyHandler(*event);
+}
+
+void Screen::onDestroy(GtkWidget*, gpointer self) {
+    auto& screen = *static_cast<Screen*>(self);
+    screen.m_window = nullptr;
+    screen.m_closed();
+}
+
+void drawVideoPlane(cairo_t* cairo) {
+    cairo_pattern_t* gradient = cairo_pattern_create_linear(0, 0, kScreenWidth, kScreenHeight);
+    cairo_pattern_add_color_stop_rgb(gradient, 0, 0.06, 0.15, 0.26);
+    cairo_pattern_add_color_stop_rgb(gradient, 1, 0.02, 0.05, 0.10);
+    cairo_set_source(cairo, gradient);
+    cairo_paint(cairo);
+    cairo_pattern_destroy(gradient);
+}
+
+}  // namespace Shell

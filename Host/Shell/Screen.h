@@ -1,0 +1,53 @@
+// The television screen: a window of 1280x720 with the video plane at the bottom and the views stacked above
+// it.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "Host/Shell/BrowserView.h"
+
+namespace Shell {
+
+inline constexpr int kScreenWidth = 1280;
+inline constexpr int kScreenHeight = 720;
+
+class Screen {
+ public:
+    // `keyHandler` sees each key before any view; true keeps it from the view that has the focus.
+    Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed);
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    // Above all others. The view must be removed before it dies.
+    void add(BrowserView& view);
+    void remove(BrowserView& view);
+    void setVisible(BrowserView& view, bool visible);
+
+    // The view that the remote control acts on; null when all are hidden.
+    [[nodiscard]] BrowserView* top() const;
+    // What is on the screen, bottom up.
+    [[nodiscard]] std::vector<BrowserView*> visibleViews() const;
+
+ private:
+    static gboolean onDrawVideoPlane(GtkWidget* widget, cairo_t* cairo, gpointer self);
+    static gboolean onKey(GtkWidget* widget, GdkEventKey* event, gpointer self);
+    static void onDestroy(GtkWidget* widget, gpointer self);
+
+    void focusTop();
+
+    std::function<bool(const GdkEventKey&)> m_keyHandler;
+    std::function<void()> m_closed;
+    GtkWidget* m_window;
+    GtkWidget* m_overlay;
+    std::vector<BrowserView*> m_views;
+};
+
+// Stands in for the broadcast or media picture.
+void drawVideoPlane(cairo_t* cairo);
+
+}  // namespace Shell

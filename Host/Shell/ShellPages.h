@@ -1,0 +1,14 @@
+// The pages that the shell shows on its own account.
+#pragma once
+
+#include <string>
+
+namespace Shell {
+
+// For a load that failed; readable at three metres.
+[[nodiscard]] std::string errorPage(const std::string& url, const std::string& reason);
+
+// For a screen that no application uses.
+[[nodiscard]] std::string plainPage();
+
+}  // namespace Shell

@@ -1,0 +1,91 @@
+#include "Host/Shell/WebProcessChannel.h"
+
+#include "Host/Inc/ShellChannel.h"
+
+namespace Shell {
+
+using namespace Host;
+
+namespace {
+
+gboolean allowMechanism(GDBusAuthObserver*, const char* mechanism, gpointer) {
+    return g_str_equal(mechanism, "EXTERNAL");
+}
+
+}  // namespace
+
+WebProcessChannel::WebProcessChannel(WebProcessMessages& messages) : m_messages(messages) {
+    GErrorSlot error;
+    m_introspection.reset(g_dbus_node_info_new_for_xml(ShellChannel::kIntrospection, error.out()));
+    const GChars guid(g_dbus_generate_guid());
+    const GObjectHandle<GDBusAuthObserver> observer(g_dbus_auth_observer_new());
+    g_signal_connect(observer.get(), "allow-mechanism", G_CALLBACK(allowMechanism), nullptr);
+    const std::string address = std::string("unix:abstract=hbbtv-shell-") + guid.get();
+    m_server.reset(g_dbus_server_new_sync(address.c_str(),
+                                          G_DBUS_SERVER_FLAGS_AUTHENTICATION_REQUIRE_SAME_USER, guid.get(),
+                                          observer.get(), nullptr, error.out()));
+    if (!m_server) {
+        g_warning("no connection for web processes: %s", error.message());
+        return;
+    }
+    g_signal_connect(m_server.get(), "new-connection", G_CALLBACK(onNewConnection), this);
+    g_dbus_server_start(m_server.get());
+}
+
+WebProcessChannel::~WebProcessChannel() {
+    if (m_server) {
+        g_signal_handlers_disconnect_by_data(m_server.get(), this);
+        g_dbus_server_stop(m_server.get());
+    }
+    for (const auto& connection : m_connections)
+        g_signal_handlers_disconnect_by_data(connection.get(), this);
+}
+
+std::string WebProcessChannel::address() const {
+    return m_server ? g_dbus_server_get_client_address(m_server.get()) : "";
+}
+
+gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* connection, gpointer self) {
+    static const GDBusInterfaceVTable s_methods = {onMethodCall, nullptr, nullptr, {}};
+    auto& channel = *static_cast<WebProcessChannel*>(self);
+    GErrorSlot error;
+    if (g_dbus_connection_register_object(connection, ShellChannel::kPath,
+                                          channel.m_introspection->interfaces[0], &s_methods, self, nullptr,
+                                          error.out()) == 0) {
+        g_warning("a web process cannot be served: %s", error.message());
+        return FALSE;
+    }
+    g_signal_connect(connection, "closed", G_CALLBACK(onClosed), self);
+    channel.m_connections.push_back(retain(connection));
+    return TRUE;
+}
+
+void WebProcessChannel::onClosed(GDBusConnection* connection, gboolean, GError*, gpointer self) {
+    auto& channel = *static_cast<WebProcessChannel*>(self);
+    g_signal_handlers_disconnect_by_data(connection, self);
+    std::erase_if(channel.m_connections,
+                  [connection](const auto& known) { return known.get() == connection; });
+}
+
+void WebProcessChannel::onMethodCall(GDBusConnection*, const char*, const char*, const char*,
+                                     const char* method, GVariant* parameters,
+                                     GDBusMethodInvocation* invocation, gpointer self) {
+    auto& channel = *static_cast<WebProcessChannel*>(self);
+    guint64 page = 0;
+    const char* name = nullptr;
+    gboolean hasBody = FALSE;
+    const char* text = nullptr;
+    g_variant_get(parameters, "(t&s(b&s))", &page, &name, &hasBody, &text);
+    if (g_str_equal(method, ShellChannel::kPostSynchronousMessage)) {
+        const auto reply = channel.m_messages.answerMessage(page, name);
+        g_dbus_method_invocation_return_value(
+            invocation, g_variant_new(ShellChannel::kReplyType, static_cast<gboolean>(reply.has_value()),
+                                      reply ? reply->c_str() : ""));
+        return;
+    }
+    channel.m_messages.didReceiveMessage(page, name,
+                                         hasBody ? std::optional<std::string>(text) : std::nullopt);
+    g_dbus_method_invocation_return_value(invocation, nullptr);
+}
+
+}  // namespace Shell

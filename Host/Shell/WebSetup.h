@@ -1,0 +1,39 @@
+// What all views share: one web context, its settings, and the web processes' adapter and bundle.
+#pragma once
+
+#include <string>
+
+#include <webkit2/webkit2.h>
+
+#include "Host/Inc/GHandles.h"
+#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/Options.h"
+#include "Host/Shell/TemporaryFolder.h"
+
+namespace Shell {
+
+class WebSetup {
+ public:
+    // Web processes connect to the address for the bundle's messages.
+    WebSetup(const Options& options, std::string channelAddress);
+    ~WebSetup();
+    WebSetup(const WebSetup&) = delete;
+    WebSetup& operator=(const WebSetup&) = delete;
+
+    [[nodiscard]] WebKitWebContext* context() const { return m_context.get(); }
+    [[nodiscard]] BrowserView::Setup viewSetup() const;
+
+ private:
+    static void onInitializeWebExtensions(WebKitWebContext* context, gpointer self);
+
+    bool m_automation;
+    std::string m_channelAddress;
+    std::string m_adapterFolder;
+    std::string m_bundle;  // Empty for none.
+    TemporaryFolder m_data;
+    Host::GObjectHandle<WebKitWebContext> m_context;
+    Host::GObjectHandle<WebKitUserContentManager> m_content;
+    Host::GObjectHandle<WebKitSettings> m_settings;
+};
+
+}  // namespace Shell

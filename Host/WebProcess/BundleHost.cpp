@@ -1,0 +1,143 @@
+#include "Host/WebProcess/BundleHost.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+namespace WebProcess {
+
+namespace {
+
+// WebKit's own name for them in messages and stack traces.
+constexpr char kUserScriptName[] = "user-script";
+
+// The bundle looks its functions up in the global scope, whereas a module of the web process is opened
+// locally.
+bool makeOwnSymbolsGlobal() {
+    Dl_info own{};
+    return dladdr(reinterpret_cast<const void*>(&WKBundleSetClient), &own) != 0 &&
+           dlopen(own.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL) != nullptr;
+}
+
+std::string lastLinkError() {
+    const char* error = dlerror();
+    return error ? error : "unknown error";
+}
+
+}  // namespace
+
+BundleHost::BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation)
+    : m_shell(shellAddress), m_automation(automation) {
+    g_signal_connect(extension, "page-created", G_CALLBACK(onPageCreated), this);
+    g_signal_connect(webkit_script_world_get_default(), "window-object-cleared",
+                     G_CALLBACK(onWindowObjectCleared), this);
+}
+
+std::optional<std::string> BundleHost::loadBundle(const char* path) {
+    if (!makeOwnSymbolsGlobal())
+        return lastLinkError();
+    // Never closed: WebKit's callbacks lead into it until the process ends.
+    void* module = dlopen(path, RTLD_NOW);
+    if (!module)
+        return lastLinkError();
+    const auto initialize =
+        reinterpret_cast<decltype(&WKBundleInitialize)>(dlsym(module, "WKBundleInitialize"));
+    if (!initialize)
+        return lastLinkError();
+    initialize(toRef<WKBundleRef>(this), nullptr);
+    return std::nullopt;
+}
+
+void BundleHost::addUserScript(std::string source, WKUserScriptInjectionTime time,
+                               WKUserContentInjectedFrames frames) {
+    m_userScripts.push_back({std::move(source), time, frames});
+}
+
+void BundleHost::post(const std::string& name, const std::optional<std::string>& body) {
+    m_shell.post(pageId(), name, body);
+}
+
+std::optional<std::string> BundleHost::postSynchronously(const std::string& name,
+                                                         const std::optional<std::string>& body) {
+    return m_shell.postSynchronously(pageId(), name, body);
+}
+
+WKBundleScriptWorldRef BundleHost::normalWorld() {
+    static WKObject s_normalWorld;
+    return toRef<WKBundleScriptWorldRef>(&s_normalWorld);
+}
+
+void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpointer self) {
+    auto& host = *static_cast<BundleHost*>(self);
+    const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage));
+    host.m_pages.insert_or_assign(webPage, page);
+    g_object_weak_ref(G_OBJECT(webPage), onPageGone, self);
+
+    const auto bundle = toRef<WKBundleRef>(&host);
+    if (!host.m_pageGroup) {
+        host.m_pageGroup = WKRetained<WKObject>::adopt(new WKObject);
+        if (host.m_client.didInitializePageGroup)
+            host.m_client.didInitializePageGroup(bundle, toRef<WKBundlePageGroupRef>(host.m_pageGroup.get()),
+                                                 host.m_client.base.clientInfo);
+    }
+    if (host.m_client.didCreatePage)
+        host.m_client.didCreatePage(bundle, toRef<WKBundlePageRef>(page.get()),
+                                    host.m_client.base.clientInfo);
+}
+
+void BundleHost::onPageGone(gpointer self, GObject* whereThePageWas) {
+    auto& host = *static_cast<BundleHost*>(self);
+    const auto found = host.m_pages.find(reinterpret_cast<WebKitWebPage*>(whereThePageWas));
+    if (found == host.m_pages.end())
+        return;
+    const WKRetained<HostPage> page = std::move(found->second);
+    host.m_pages.erase(found);
+    page->detach();
+    if (host.m_client.willDestroyPage)
+        host.m_client.willDestroyPage(toRef<WKBundleRef>(&host), toRef<WKBundlePageRef>(page.get()),
+                                      host.m_client.base.clientInfo);
+}
+
+void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPage, WebKitFrame* webFrame,
+                                       gpointer self) {
+    auto& host = *static_cast<BundleHost*>(self);
+    const auto found = host.m_pages.find(webPage);
+    if (found == host.m_pages.end())
+        return;
+    const WKRetained<HostPage> page = found->second;
+    const WKRetained<HostFrame> frame(&page->frame(webFrame));
+    const JSGlobalContextRef context = frame->scriptContext();
+    if (!context)
+        return;
+    runBrowserExtensions(context);
+    if (host.m_automation)
+        defineCollectGarbage(context);
+    page->didClearWindowObject(*frame, normalWorld());
+    host.runUserScripts(context, kWKInjectAtDocumentStart, frame->isMainFrame());
+    if (host.hasUserScripts(kWKInjectAtDocumentEnd))
+        listenForDocumentEnd(context, host);
+}
+
+void BundleHost::didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) {
+    runUserScripts(context, kWKInjectAtDocumentEnd, isMainFrame);
+}
+
+void BundleHost::runUserScripts(JSGlobalContextRef context, WKUserScriptInjectionTime time,
+                                bool isMainFrame) {
+    for (const UserScript& script : m_userScripts) {
+        if (script.time == time && (isMainFrame || script.frames == kWKInjectInAllFrames))
+            runScript(context, script.source, kUserScriptName);
+    }
+}
+
+bool BundleHost::hasUserScripts(WKUserScriptInjectionTime time) const {
+    return std::any_of(m_userScripts.begin(), m_userScripts.end(),
+                       [time](const UserScript& script) { return script.time == time; });
+}
+
+// A view has a web process of its own, and a page of its own in it.
+std::uint64_t BundleHost::pageId() const {
+    return m_pages.empty() ? 0 : m_pages.begin()->second->id();
+}
+
+}  // namespace WebProcess

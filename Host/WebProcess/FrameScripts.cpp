@@ -1,0 +1,105 @@
+#include "Host/WebProcess/FrameScripts.h"
+
+#include <glib.h>
+
+#include "Host/WebProcess/JSHandles.h"
+
+// Exported by the engine, though not declared in its installed headers.
+extern "C" void JSSynchronousGarbageCollectForDebugging(JSContextRef context);
+
+namespace WebProcess {
+
+extern const std::string_view s_browserExtensions;
+extern const std::string_view s_remoteControlKey;
+
+namespace {
+
+void logException(JSContextRef context, JSValueRef exception, const char* name) {
+    g_warning("%s: %s", name, toText(context, exception).c_str());
+}
+
+// The value of a function expression; null (and a log line) when it does not evaluate to one.
+JSObjectRef evaluateFunction(JSGlobalContextRef context, const char* source, const char* name) {
+    const JSStringHandle script = makeString(source);
+    JSValueRef exception = nullptr;
+    const JSValueRef value = JSEvaluateScript(context, script.get(), nullptr, nullptr, 1, &exception);
+    if (exception) {
+        logException(context, exception, name);
+        return nullptr;
+    }
+    return JSValueToObject(context, value, nullptr);
+}
+
+template <size_t count>
+void callFunction(JSGlobalContextRef context, JSObjectRef function, const JSValueRef (&arguments)[count],
+                  const char* name) {
+    if (!function)
+        return;
+    JSValueRef exception = nullptr;
+    JSObjectCallAsFunction(context, function, nullptr, count, arguments, &exception);
+    if (exception)
+        logException(context, exception, name);
+}
+
+JSValueRef collectGarbage(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+                          JSValueRef*) {
+    JSSynchronousGarbageCollectForDebugging(context);
+    return JSValueMakeUndefined(context);
+}
+
+JSValueRef reachedDocumentEnd(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,
+                              const JSValueRef arguments[], JSValueRef*) {
+    auto* listener = static_cast<DocumentEndListener*>(JSObjectGetPrivate(function));
+    listener->didReachDocumentEnd(JSContextGetGlobalContext(context),
+                                  count > 0 && JSValueToBoolean(context, arguments[0]));
+    return JSValueMakeUndefined(context);
+}
+
+}  // namespace
+
+void runScript(JSGlobalContextRef context, const std::string& source, const char* name) {
+    const JSStringHandle script = makeString(source.c_str());
+    const JSStringHandle url = makeString(name);
+    JSValueRef exception = nullptr;
+    JSEvaluateScript(context, script.get(), nullptr, url.get(), 1, &exception);
+    if (exception)
+        logException(context, exception, name);
+}
+
+void runBrowserExtensions(JSGlobalContextRef context) {
+    runScript(context, s_browserExtensions.data(), "browser extensions");
+}
+
+void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener) {
+    static constexpr char kName[] = "document end";
+    static const JSClassRef listenerClass = [] {
+        JSClassDefinition definition = kJSClassDefinitionEmpty;
+        definition.className = "DocumentEndListener";
+        definition.callAsFunction = reachedDocumentEnd;
+        return JSClassCreate(&definition);  // Kept for the process.
+    }();
+    const JSObjectRef listen =
+        evaluateFunction(context,
+                         "(reached => addEventListener('DOMContentLoaded', () => reached("
+                         "window === window.top), { capture: true, once: true }))",
+                         kName);
+    const JSValueRef arguments[] = {JSObjectMake(context, listenerClass, &listener)};
+    callFunction(context, listen, arguments, kName);
+}
+
+void defineCollectGarbage(JSGlobalContextRef context) {
+    const JSStringHandle name = makeString("__collectGarbage");
+    const JSObjectRef function = JSObjectMakeFunctionWithCallback(context, name.get(), collectGarbage);
+    JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.get(), function,
+                        kJSPropertyAttributeDontEnum, nullptr);
+}
+
+void dispatchKey(JSGlobalContextRef context, std::uint32_t keyCode, bool pressed) {
+    static constexpr char kName[] = "remote-control key";
+    const JSObjectRef dispatch = evaluateFunction(context, s_remoteControlKey.data(), kName);
+    const JSValueRef arguments[] = {JSValueMakeNumber(context, keyCode),
+                                    JSValueMakeBoolean(context, pressed)};
+    callFunction(context, dispatch, arguments, kName);
+}
+
+}  // namespace WebProcess

@@ -1,0 +1,36 @@
+// Script that the adapter runs in a frame's own world.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <JavaScriptCore/JSBase.h>
+
+namespace WebProcess {
+
+// Runs a whole script; an exception is logged with the script's name and goes no further.
+void runScript(JSGlobalContextRef context, const std::string& source, const char* name);
+
+// The extensions that the television's browser has and WebKitGTK has not.
+void runBrowserExtensions(JSGlobalContextRef context);
+
+// Who wants to know that a frame's document has been parsed; must outlive every page.
+class DocumentEndListener {
+ public:
+    virtual void didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) = 0;
+
+ protected:
+    ~DocumentEndListener() = default;
+};
+
+// Tells the listener once, before the page's own listeners hear of it.
+void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener);
+
+// A non-enumerable "__collectGarbage" on the window, for tests.
+void defineCollectGarbage(JSGlobalContextRef context);
+
+// A key event of the remote control on the focused element of the frame (or of the same-origin frame within).
+void dispatchKey(JSGlobalContextRef context, std::uint32_t keyCode, bool pressed);
+
+}  // namespace WebProcess

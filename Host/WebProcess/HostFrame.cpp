@@ -1,0 +1,11 @@
+#include "Host/WebProcess/HostFrame.h"
+
+#include "Host/WebProcess/DeprecatedWebKit.h"
+
+namespace WebProcess {
+
+JSGlobalContextRef HostFrame::scriptContext() const {
+    return m_frame ? scriptContextOf(m_frame) : nullptr;
+}
+
+}  // namespace WebProcess

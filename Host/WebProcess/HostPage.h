@@ -1,0 +1,50 @@
+// A page as a bundle sees it: its clients, its frames, and the translation of WebKitGTK's signals into
+// callbacks.
+#pragma once
+
+#include <unordered_map>
+
+#include <webkit2/webkit-web-extension.h>
+
+#include "Host/WebProcess/HostFrame.h"
+#include "Host/WebProcess/WKObjects.h"
+#include "Platform/Inc/WKBundleClients.h"
+
+namespace WebProcess {
+
+class HostPage final : public WKObject {
+ public:
+    explicit HostPage(WebKitWebPage* page);
+    ~HostPage() override;
+
+    // WebKit's page is gone: nothing more arrives, and its frames go with it.
+    void detach();
+
+    void setUIClient(const WKBundlePageUIClientV2& client) { m_uiClient = client; }
+    void setLoaderClient(const WKBundlePageLoaderClientV6& client) { m_loaderClient = client; }
+
+    [[nodiscard]] std::uint64_t id() const { return m_id; }
+    [[nodiscard]] HostFrame* mainFrame();
+    // The one object for this frame, made when it is first met.
+    [[nodiscard]] HostFrame& frame(WebKitFrame* frame);
+
+    void didClearWindowObject(HostFrame& frame, WKBundleScriptWorldRef world);
+
+ private:
+    static void onFrameGone(gpointer self, GObject* whereTheFrameWas);
+    static void onConsoleMessage(WebKitWebPage* page, WebKitConsoleMessage* message, gpointer self);
+    static gboolean onSendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* redirect,
+                                  gpointer self);
+    static void onUriChanged(WebKitWebPage* page, GParamSpec* property, gpointer self);
+    static gboolean onUserMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer self);
+
+    void didStartProvisionalLoad();
+
+    WebKitWebPage* m_page;  // Not owned: its end is reported through detach().
+    std::uint64_t m_id;
+    WKBundlePageUIClientV2 m_uiClient{};
+    WKBundlePageLoaderClientV6 m_loaderClient{};
+    std::unordered_map<WebKitFrame*, WKRetained<HostFrame>> m_frames;
+};
+
+}  // namespace WebProcess

@@ -1,0 +1,31 @@
+// The web process's end of the private connection to the shell.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Host/Inc/GHandles.h"
+
+namespace WebProcess {
+
+class ShellConnection {
+ public:
+    // Connects at once; without a connection (the reason is logged) messages are dropped and get no reply.
+    explicit ShellConnection(const char* address);
+    ~ShellConnection();
+    ShellConnection(const ShellConnection&) = delete;
+    ShellConnection& operator=(const ShellConnection&) = delete;
+
+    // The page is WebKit's page id, 0 before there is one; no body is a null body.
+    void post(std::uint64_t page, const std::string& name, const std::optional<std::string>& body);
+
+    // Blocks this thread without running its main loop; gives up after a bounded time.
+    [[nodiscard]] std::optional<std::string> postSynchronously(std::uint64_t page, const std::string& name,
+                                                               const std::optional<std::string>& body);
+
+ private:
+    Host::GObjectHandle<GDBusConnection> m_connection;
+};
+
+}  // namespace WebProcess
