@@ -42,4 +42,12 @@ GVariant* variantOf(const std::vector<ScheduledProgramme>& programmes) {
     return g_variant_builder_end(&builder);
 }
 
+GVariant* variantOf(const OrderBy& orderBy) {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ub)"));
+    for (const auto& [field, ascending] : orderBy)
+        g_variant_builder_add(&builder, "(ub)", field, gboolean{ascending});
+    return g_variant_builder_end(&builder);
+}
+
 }  // namespace Receiver

@@ -6,6 +6,7 @@
 
 #include <gio/gio.h>
 
+#include "Host/Receiver/World/MetadataSearch.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Schedule.h"
 
@@ -16,5 +17,7 @@ namespace Receiver {
 [[nodiscard]] GVariant* variantOf(const std::vector<std::vector<std::uint8_t>>& lists);  // aay
 [[nodiscard]] GVariant* variantOf(const std::vector<Component>& components);             // a(isbnqysbi)
 [[nodiscard]] GVariant* variantOf(const std::vector<ScheduledProgramme>& programmes);    // a(ssuuyis)
+
+[[nodiscard]] GVariant* variantOf(const OrderBy& orderBy);                               // a(ub)
 
 }  // namespace Receiver

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "Host/Receiver/World/JsonReader.h"
+#include "Host/Receiver/World/SimulatedMediaPlayer.h"
 #include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
@@ -46,6 +47,14 @@ void place(nlohmann::json& document, const std::string& pointer, nlohmann::json 
     }
 }
 
+nlohmann::json describe(const VideoWindow& window) {
+    return {{"x", window.x},
+            {"y", window.y},
+            {"width", window.width},
+            {"height", window.height},
+            {"full_screen", window.fullScreen}};
+}
+
 }  // namespace
 
 World::World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events)
@@ -60,7 +69,13 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
                       const auto* programme = present(channel, m_origin, utc());
                       return programme == nullptr ? std::uint8_t{0} : programme->rating;
                   }),
+      m_media(m_scenario, events,
+              [this](MediaListener& listener) {
+                  return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
+              }),
       m_streamEvents(m_scenario, timers, events),
+      m_search(m_scenario, timers, [this](std::uint32_t channelId) { return programmes(channelId); }),
+      m_carousel(m_scenario, timers, events),
       m_relatedAtStart(m_scenario.broadcast.related),
       m_origin(utc()),
       m_profiles(m_scenario.capabilities.profiles.begin(), m_scenario.capabilities.profiles.end()) {}
@@ -173,24 +188,35 @@ nlohmann::json World::document() const {
 }
 
 nlohmann::json World::state() {
-    nlohmann::json state;
-    state["views"] = nlohmann::json::object();
+    nlohmann::json state = {{"views", nlohmann::json::object()},
+                            {"broadcast_players", nlohmann::json::object()},
+                            {"media_players", nlohmann::json::object()},
+                            {"retained_channels", nlohmann::json::object()},
+                            {"stream_event_subscriptions", m_streamEvents.size()},
+                            {"queries", m_search.queries().size()},
+                            {"searches", m_search.searches().size()},
+                            {"search_results", m_search.results().size()}};
     for (const auto& [id, view] : m_applications.views())
         state["views"][std::to_string(id)] = {
             {"url", view.url}, {"visible", view.visible}, {"started", view.started}};
-    state["broadcast_players"] = nlohmann::json::object();
     m_broadcast.players().forEach([&state](std::uint32_t id, const BroadcastPlayer& player) {
-        const auto& window = player.window;
-        state["broadcast_players"][std::to_string(id)] = {
-            {"state", static_cast<int>(player.state)},
-            {"volume", player.volume},
-            {"window", {window.x, window.y, window.width, window.height}},
-            {"full_screen", window.fullScreen}};
+        state["broadcast_players"][std::to_string(id)] = {{"state", static_cast<int>(player.state)},
+                                                          {"volume", player.volume},
+                                                          {"window", describe(player.window)}};
     });
-    state["retained_channels"] = nlohmann::json::object();
+    m_media.sessions().forEach([&state](std::uint32_t id, const MediaSession& session) {
+        const auto* player = session.player();
+        state["media_players"][std::to_string(id)] = {
+            {"url", session.url()},
+            {"mime_type", session.mimeType},
+            {"location", session.location},
+            {"attributes", session.attributes()},
+            {"state", player == nullptr ? 0 : static_cast<int>(player->state())},
+            {"volume", session.volume},
+            {"window", describe(session.window)}};
+    });
     for (const auto& [id, count] : m_retained)
         state["retained_channels"][std::to_string(id)] = count;
-    state["stream_event_subscriptions"] = m_streamEvents.size();
     return state;
 }
 

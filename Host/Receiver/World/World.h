@@ -12,6 +12,9 @@
 
 #include "Host/Receiver/World/Applications.h"
 #include "Host/Receiver/World/BroadcastPlayers.h"
+#include "Host/Receiver/World/Carousel.h"
+#include "Host/Receiver/World/MediaPlayers.h"
+#include "Host/Receiver/World/MetadataSearch.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Schedule.h"
@@ -28,7 +31,10 @@ class World {
     [[nodiscard]] const Scenario& scenario() const { return m_scenario; }
     [[nodiscard]] Applications& applications() { return m_applications; }
     [[nodiscard]] BroadcastPlayers& broadcast() { return m_broadcast; }
+    [[nodiscard]] MediaPlayers& media() { return m_media; }
     [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
+    [[nodiscard]] MetadataSearch& search() { return m_search; }
+    [[nodiscard]] Carousel& carousel() { return m_carousel; }
 
     // A value of the scenario, with what changes by itself as it is now; below "/state" what the scenario does not
     // describe (views, players, subscriptions). Both throw ScenarioError.
@@ -67,7 +73,10 @@ class World {
     ReceiverEvents& m_events;
     Applications m_applications;
     BroadcastPlayers m_broadcast;
+    MediaPlayers m_media;
     StreamEvents m_streamEvents;
+    MetadataSearch m_search;
+    Carousel m_carousel;
     bool m_relatedAtStart;
     std::int64_t m_origin;
     std::map<std::uint32_t, std::uint32_t> m_retained;
