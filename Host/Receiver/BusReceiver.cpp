@@ -1,0 +1,77 @@
+#include "Host/Receiver/BusReceiver.h"
+
+#include "Host/Receiver/Names.h"
+
+namespace Receiver {
+
+namespace {
+
+// Replies and flags of the bus daemon's RequestName.
+constexpr std::uint32_t doNotQueue = 4;
+constexpr std::uint32_t primaryOwner = 1;
+
+}  // namespace
+
+BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder)
+    : m_connection(connection),
+      m_world(scenario, folder, m_timers, m_events),
+      m_dispatcher(m_timers),
+      m_emitter(connection),
+      m_desk{m_world, m_dispatcher, m_events, m_emitter},
+      m_control(makeControl(m_desk)) {
+    m_services.push_back(makeDaeBrowserApi(m_world, m_dispatcher));
+    m_services.push_back(makeDsmcc(m_world, m_dispatcher));
+    m_services.push_back(makeBroadcastPlayer(m_world, m_dispatcher));
+    m_services.push_back(makeAvEventHandler(m_world, m_dispatcher));
+    m_services.push_back(makeChannelCache(m_world, m_dispatcher));
+    m_services.push_back(makeMetadataSearch(m_world, m_dispatcher));
+    m_events.announceOn(m_services[0].get(), m_services[1].get(), m_control.get());
+    m_dispatcher.onRecorded([this](const Call& call) { m_events.callRecorded(call); });
+    for (const auto& service : m_services)
+        m_emitter.addInterface(*g_dbus_interface_skeleton_get_info(service.get()));
+}
+
+BusReceiver::~BusReceiver() {
+    for (const auto& service : m_services)
+        g_dbus_interface_skeleton_unexport(service.get());
+    g_dbus_interface_skeleton_unexport(m_control.get());
+}
+
+bool BusReceiver::start(std::string& problem) {
+    // Objects first: whoever sees a name finds it answering.
+    ErrorPtr error;
+    bool exported = g_dbus_interface_skeleton_export(m_control.get(), m_connection, Names::ControlPath,
+                                                     Out(error)) != FALSE;
+    for (const auto& service : m_services)
+        exported = exported && g_dbus_interface_skeleton_export(service.get(), m_connection, Names::ObjectPath,
+                                                                Out(error)) != FALSE;
+    if (!exported) {
+        problem = std::string("cannot export the interfaces: ") + error->message;
+        return false;
+    }
+    for (const auto& service : m_services) {
+        if (!own(g_dbus_interface_skeleton_get_info(service.get())->name, problem))
+            return false;
+    }
+    return own(Names::Control, problem);
+}
+
+bool BusReceiver::own(const std::string& name, std::string& problem) {
+    ErrorPtr error;
+    const VariantPtr reply(g_dbus_connection_call_sync(
+        m_connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+        g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
+        Out(error)));
+    if (!reply) {
+        problem = "cannot own the name " + name + ": " + error->message;
+        return false;
+    }
+    std::uint32_t answer = 0;
+    g_variant_get(reply.get(), "(u)", &answer);
+    if (answer == primaryOwner)
+        return true;
+    problem = "the name " + name + " already has an owner: another receiver is running on this bus";
+    return false;
+}
+
+}  // namespace Receiver

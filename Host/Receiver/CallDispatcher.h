@@ -1,0 +1,65 @@
+// The one door through which every call of the six interfaces comes: it writes the call down, makes it slow or
+// lets it fail where somebody asked for that, and then has it answered.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <set>
+#include <string>
+
+#include <gio/gio.h>
+
+#include "Host/Receiver/CallLog.h"
+#include "Host/Receiver/GLibHandles.h"
+#include "Host/Receiver/World/Timers.h"
+
+namespace Receiver {
+
+class CallDispatcher {
+   public:
+    explicit CallDispatcher(Timers& timers) : m_timers(timers) {}
+    CallDispatcher(const CallDispatcher&) = delete;
+    CallDispatcher& operator=(const CallDispatcher&) = delete;
+
+    // Makes the methods of an interface known by their short names.
+    void addInterface(const GDBusInterfaceInfo& interface);
+    void onRecorded(std::function<void(const Call&)> listener) { m_listener = std::move(listener); }
+
+    // Takes over the invocation; "answer" runs at most once, perhaps later.
+    void receive(ObjectPtr<GDBusMethodInvocation> invocation,
+                 std::function<void(ObjectPtr<GDBusMethodInvocation>)> answer);
+
+    // All three return false for a method that none of the interfaces has ("Interface.Method").
+    [[nodiscard]] bool delay(const std::string& method, std::uint32_t milliseconds);
+    [[nodiscard]] bool fail(const std::string& method, const std::string& message);
+    // Calls that wait are answered now.
+    void reset();
+
+    [[nodiscard]] CallLog& log() { return m_log; }
+
+   private:
+    struct Treatment {
+        std::uint32_t delayMs = 0;
+        bool fails = false;
+        std::string message;
+    };
+    struct Waiting {
+        explicit Waiting(Timers& timers) : timer(timers) {}
+
+        std::function<void()> finish;
+        Timer timer;
+    };
+
+    void finishFirst();
+
+    Timers& m_timers;
+    CallLog m_log;
+    std::function<void(const Call&)> m_listener;
+    std::set<std::string> m_methods;
+    std::map<std::string, Treatment> m_treatments;
+    std::list<Waiting> m_waiting;
+};
+
+}  // namespace Receiver

@@ -1,0 +1,92 @@
+#include "Host/Receiver/ControlService.h"
+
+#include "Host/Receiver/ReceiverControl-generated.h"
+#include "Host/Receiver/SkeletonGlue.h"
+#include "Host/Receiver/World/JsonReader.h"
+#include "Host/Receiver/World/KeyCodes.h"
+
+namespace Receiver {
+
+namespace {
+
+void unregisterView(ControlDesk& desk, std::int32_t viewId) {
+    if (!desk.world.applications().unregisterView(viewId))
+        throw ScenarioError("", "there is no view " + std::to_string(viewId));
+}
+
+void pressKey(ControlDesk& desk, const std::string& key) {
+    const auto code = keyCode(key);
+    if (!code)
+        throw ScenarioError("", "there is no key \"" + key + "\"");
+    desk.events.keyPressed(*code);
+}
+
+void refuseUnknownMethod(bool known, const std::string& method) {
+    if (!known)
+        throw ScenarioError("", "there is no method \"" + method + "\"; methods are named like "
+                                "\"IDAEBrowserAPI.CreateApplication\"");
+}
+
+GVariant* calls(ControlDesk& desk) {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(sst)"));
+    for (const auto& call : desk.dispatcher.log().calls())
+        g_variant_builder_add(&builder, "(sst)", call.method.c_str(), call.arguments.c_str(),
+                              guint64{call.milliseconds});
+    return g_variant_builder_end(&builder);
+}
+
+// The argument arrives in its box, and in a second one from callers that wrap it themselves.
+void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
+    VariantPtr arguments(g_variant_ref(boxed));
+    while (g_variant_is_of_type(arguments.get(), G_VARIANT_TYPE_VARIANT) != FALSE)
+        arguments.reset(g_variant_get_variant(arguments.get()));
+    desk.emitter.emit(signal, arguments.get());
+}
+
+void fill(gpointer raw, gpointer) {
+    auto& table = *static_cast<ReceiverControlIface*>(raw);
+    table.handle_register_view =
+        answer<receiver_control_complete_register_view,
+               [](ControlDesk& desk, std::int32_t viewId, const char* url) { desk.world.registerView(viewId, url); }>;
+    table.handle_unregister_view =
+        answer<receiver_control_complete_unregister_view,
+               [](ControlDesk& desk, std::int32_t viewId) { unregisterView(desk, viewId); }>;
+    table.handle_press_key = answer<receiver_control_complete_press_key,
+                                    [](ControlDesk& desk, const char* key) { pressKey(desk, key); }>;
+    table.handle_set_world =
+        answer<receiver_control_complete_set_world, [](ControlDesk& desk, const char* pointer, const char* json) {
+            desk.world.setValue(pointer, json);
+        }>;
+    table.handle_get_world =
+        answer<receiver_control_complete_get_world,
+               [](ControlDesk& desk, const char* pointer) { return toText(desk.world.value(pointer)); }>;
+    table.handle_emit_signal =
+        answer<receiver_control_complete_emit_signal, [](ControlDesk& desk, const char* signal, GVariant* arguments) {
+            emitSignal(desk, signal, arguments);
+        }>;
+    table.handle_delay_method =
+        answer<receiver_control_complete_delay_method,
+               [](ControlDesk& desk, const char* method, std::uint32_t milliseconds) {
+                   refuseUnknownMethod(desk.dispatcher.delay(method, milliseconds), method);
+               }>;
+    table.handle_fail_method =
+        answer<receiver_control_complete_fail_method, [](ControlDesk& desk, const char* method, const char* message) {
+            refuseUnknownMethod(desk.dispatcher.fail(method, message), method);
+        }>;
+    table.handle_reset_methods = answer<receiver_control_complete_reset_methods,
+                                        [](ControlDesk& desk) { desk.dispatcher.reset(); }>;
+    table.handle_get_calls =
+        answer<receiver_control_complete_get_calls, [](ControlDesk& desk) { return calls(desk); }>;
+    table.handle_clear_calls = answer<receiver_control_complete_clear_calls,
+                                      [](ControlDesk& desk) { desk.dispatcher.log().clear(); }>;
+}
+
+}  // namespace
+
+ObjectPtr<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk) {
+    return makeSkeleton({"ReceiverControlDesk", TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill}, &desk,
+                        nullptr);
+}
+
+}  // namespace Receiver

@@ -1,0 +1,21 @@
+// org.vantrel.hbbtv.ReceiverControl: the knobs of the simulated receiver, and its call log.
+#pragma once
+
+#include "Host/Receiver/CallDispatcher.h"
+#include "Host/Receiver/GLibHandles.h"
+#include "Host/Receiver/SignalEmitter.h"
+#include "Host/Receiver/World/World.h"
+
+namespace Receiver {
+
+// What the control interface works on; outlives the skeleton.
+struct ControlDesk {
+    World& world;
+    CallDispatcher& dispatcher;
+    ReceiverEvents& events;
+    SignalEmitter& emitter;
+};
+
+[[nodiscard]] ObjectPtr<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk);
+
+}  // namespace Receiver

@@ -1,0 +1,110 @@
+// hbbtv-receiver: a simulated television receiver on the session bus.
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include <gio/gio.h>
+#include <glib-unix.h>
+
+#include "Host/Receiver/BusReceiver.h"
+#include "Host/Receiver/CommandLine.h"
+#include "Host/Receiver/World/JsonReader.h"
+
+namespace {
+
+using Receiver::ErrorPtr;
+using Receiver::MainLoopPtr;
+using Receiver::ObjectPtr;
+using Receiver::Out;
+
+constexpr const char programName[] = "hbbtv-receiver: ";
+
+struct Loop {
+    MainLoopPtr main{g_main_loop_new(nullptr, FALSE)};
+    int exitCode = 0;
+};
+
+int complain(const std::string& problem) {
+    std::cerr << programName << problem << std::endl;
+    return 1;
+}
+
+gboolean onTerminate(gpointer loop) {
+    g_main_loop_quit(static_cast<Loop*>(loop)->main.get());
+    return G_SOURCE_CONTINUE;
+}
+
+void onBusClosed(GDBusConnection*, gboolean, GError*, gpointer user) {
+    auto& loop = *static_cast<Loop*>(user);
+    loop.exitCode = complain("lost the session bus");
+    g_main_loop_quit(loop.main.get());
+}
+
+nlohmann::json readFile(const std::string& name) {
+    errno = 0;
+    std::ifstream file(name, std::ios::binary);
+    if (!file)
+        throw Receiver::ScenarioError("", std::string("cannot open it: ") + std::strerror(errno));
+    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (file.bad())
+        throw Receiver::ScenarioError("", "cannot read it");
+    return Receiver::parseJson(text);
+}
+
+ObjectPtr<GDBusConnection> connectToBus(std::string& problem) {
+    ErrorPtr error;
+    ObjectPtr<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, Out(error)));
+    if (!connection) {
+        problem = std::string("there is no session bus: ") + error->message;
+        return nullptr;
+    }
+    g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
+    return connection;
+}
+
+int serve(const std::string& scenario) {
+    Loop loop;
+    // First of all, so that an early signal ends the program as a late one does.
+    g_unix_signal_add(SIGTERM, onTerminate, &loop);
+    g_unix_signal_add(SIGINT, onTerminate, &loop);
+    try {
+        const auto document = readFile(scenario);
+        const auto folder = std::filesystem::absolute(scenario).parent_path().string();
+        // The scenario is judged before the bus is needed.
+        (void)Receiver::readScenario(document, folder);
+        std::string problem;
+        const auto connection = connectToBus(problem);
+        if (!connection)
+            return complain(problem);
+        Receiver::BusReceiver receiver(connection.get(), document, folder);
+        if (!receiver.start(problem))
+            return complain(problem);
+        g_signal_connect(connection.get(), "closed", G_CALLBACK(onBusClosed), &loop);
+        std::cout << programName << "ready" << std::endl;
+        g_main_loop_run(loop.main.get());
+        g_signal_handlers_disconnect_by_data(connection.get(), &loop);
+        return loop.exitCode;
+    } catch (const Receiver::ScenarioError& error) {
+        return complain(scenario + ": " + error.what());
+    }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    const auto commandLine =
+        Receiver::parseCommandLine(std::vector<std::string>(arguments + 1, arguments + std::max(count, 1)));
+    if (commandLine.help) {
+        std::cout << Receiver::Usage;
+        return 0;
+    }
+    if (!commandLine.problem.empty()) {
+        std::cerr << programName << commandLine.problem << "\n" << Receiver::Usage;
+        return 2;
+    }
+    return serve(commandLine.scenario);
+}

@@ -1,0 +1,62 @@
+#include "Host/Receiver/SignalEmitter.h"
+
+#include <algorithm>
+
+#include "Host/Receiver/GLibHandles.h"
+#include "Host/Receiver/Names.h"
+#include "Host/Receiver/World/JsonReader.h"
+
+namespace Receiver {
+
+namespace {
+
+// The interface of a name without one, and the one that takes any arguments.
+constexpr const char defaultInterface[] = "IDAEBrowserAPI";
+
+const GDBusSignalInfo* findSignal(const GDBusInterfaceInfo& interface, const std::string& name) {
+    return g_dbus_interface_info_lookup_signal(const_cast<GDBusInterfaceInfo*>(&interface), name.c_str());
+}
+
+std::string tupleOf(const GDBusSignalInfo& signal) {
+    std::string tuple = "(";
+    for (auto** argument = signal.args; argument != nullptr && *argument != nullptr; ++argument)
+        tuple += (*argument)->signature;
+    return tuple + ")";
+}
+
+}  // namespace
+
+void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
+    const auto dot = signal.find('.');
+    const bool hasInterface = dot != std::string::npos;
+    const auto interfaceName = hasInterface ? signal.substr(0, dot) : std::string(defaultInterface);
+    const auto name = hasInterface ? signal.substr(dot + 1) : signal;
+
+    const auto interface =
+        std::find_if(m_interfaces.begin(), m_interfaces.end(), [&interfaceName](const GDBusInterfaceInfo* candidate) {
+            return candidate->name == Names::Prefix + interfaceName;
+        });
+    if (interface == m_interfaces.end())
+        throw ScenarioError("", "there is no interface \"" + interfaceName + "\"");
+    if (g_dbus_is_member_name(name.c_str()) == FALSE)
+        throw ScenarioError("", "\"" + name + "\" is no name of a signal");
+
+    const bool takesAnything = interfaceName == defaultInterface;
+    const auto* declared = findSignal(**interface, name);
+    const bool declaresNone = (*interface)->signals == nullptr || (*interface)->signals[0] == nullptr;
+    if (declared == nullptr && !(hasInterface && (takesAnything || declaresNone)))
+        throw ScenarioError("", "there is no signal \"" + interfaceName + "." + name + "\"");
+    const std::string given = g_variant_get_type_string(arguments);
+    if (g_variant_is_of_type(arguments, G_VARIANT_TYPE_TUPLE) == FALSE)
+        throw ScenarioError("", "the arguments must be one tuple, are \"" + given + "\"");
+    if (declared != nullptr && !takesAnything && given != tupleOf(*declared))
+        throw ScenarioError("", interfaceName + "." + name + " takes \"" + tupleOf(*declared) + "\", not \"" + given +
+                                    "\"");
+
+    ErrorPtr error;
+    if (g_dbus_connection_emit_signal(m_connection, nullptr, Names::ObjectPath, (*interface)->name, name.c_str(),
+                                      arguments, Out(error)) == FALSE)
+        throw ScenarioError("", std::string("the signal could not be sent: ") + error->message);
+}
+
+}  // namespace Receiver

@@ -1,0 +1,112 @@
+// The tuner and the players of broadcast that pages hold, told apart by their plugin id.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/Components.h"
+#include "Host/Receiver/World/ReceiverEvents.h"
+#include "Host/Receiver/World/Scenario.h"
+#include "Host/Receiver/World/Timers.h"
+
+namespace Receiver {
+
+enum class BroadcastState { Unrealized = 0, Connecting = 1, Presenting = 2, Stopped = 3 };
+
+// Why a channel cannot be shown, as channel-change events say it.
+namespace TuningError {
+inline constexpr std::int32_t ParentalLock = 3;
+inline constexpr std::int32_t KeyMissing = 4;
+inline constexpr std::int32_t UnknownChannel = 5;
+}  // namespace TuningError
+
+struct VideoWindow {
+    std::uint32_t x = 0;
+    std::uint32_t y = 0;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    bool fullScreen = false;
+};
+
+struct ChannelRequest {
+    std::uint32_t idType = 0;
+    std::string dsd;
+    std::int32_t onid = 0;
+    std::int32_t tsid = 0;
+    std::int32_t sid = 0;
+    std::uint32_t id = 0;
+};
+
+struct BroadcastPlayer {
+    explicit BroadcastPlayer(Timers& timers, std::int32_t initialVolume)
+        : volume(initialVolume), tuning(timers) {}
+
+    BroadcastState state = BroadcastState::Unrealized;
+    std::int32_t volume;
+    VideoWindow window;
+    ComponentSelection selection;
+    Timer tuning;
+};
+
+class BroadcastPlayers {
+   public:
+    using PresentRating = std::function<std::uint8_t(const Channel&)>;
+
+    // The scenario's current channel and broadcast-related flag are the live ones and change with the tuner.
+    BroadcastPlayers(Scenario& scenario, Timers& timers, ReceiverEvents& events, PresentRating presentRating)
+        : m_scenario(scenario),
+          m_timers(timers),
+          m_events(events),
+          m_presentRating(std::move(presentRating)),
+          m_lastChannel(scenario.broadcast.currentChannel) {}
+
+    [[nodiscard]] bool bindToCurrentChannel(std::uint32_t pluginId);
+    // The channel's id, or nothing when the receiver knows no such channel.
+    [[nodiscard]] std::optional<std::uint32_t> setChannel(std::uint32_t pluginId, const ChannelRequest& request);
+    // False when there is no channel to change to.
+    [[nodiscard]] bool stepChannel(std::uint32_t pluginId, bool next);
+    void setNullChannel(std::uint32_t pluginId, bool becomeIndependent);
+    void release(std::uint32_t pluginId);
+    void stop(std::uint32_t pluginId);
+
+    [[nodiscard]] BroadcastState state(std::uint32_t pluginId);
+    // What the player shows or would show; nothing while it is unrealized.
+    [[nodiscard]] const Channel* channel(std::uint32_t pluginId);
+    void setVolume(std::uint32_t pluginId, std::int32_t volume);
+    [[nodiscard]] std::int32_t volume(std::uint32_t pluginId);
+    void setWindow(std::uint32_t pluginId, const VideoWindow& window);
+    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type, bool activeOnly);
+    void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
+    void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
+
+    // Somebody used the remote control, or the scenario changed: every realised player follows.
+    void currentChannelChanged();
+    // The television shows its last channel again after an application had taken it away.
+    void restoreChannel();
+
+    [[nodiscard]] const BoundedStore<BroadcastPlayer>& players() const { return m_players; }
+
+   private:
+    [[nodiscard]] BroadcastPlayer& player(std::uint32_t pluginId);
+    [[nodiscard]] const Channel* find(const ChannelRequest& request) const;
+    [[nodiscard]] std::optional<std::int32_t> obstacle(const Channel& channel) const;
+    void tune(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
+    void finishTuning(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
+    // The event is on the bus before the reply to the call that caused it, so events never overtake each other.
+    void announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value, std::int32_t error = NoError);
+    void changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error = NoError);
+    void setCurrentChannel(std::uint32_t channelId);
+
+    Scenario& m_scenario;
+    Timers& m_timers;
+    ReceiverEvents& m_events;
+    PresentRating m_presentRating;
+    std::uint32_t m_lastChannel;
+    BoundedStore<BroadcastPlayer> m_players{64};
+};
+
+}  // namespace Receiver

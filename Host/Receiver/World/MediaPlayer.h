@@ -1,0 +1,52 @@
+// What plays one medium. The simulated player stands behind it now; a player that really decodes can take its
+// place without any other change.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Host/Receiver/World/Scenario.h"
+
+namespace Receiver {
+
+enum class MediaState { Stopped = 0, Playing = 1, Paused = 2, Connecting = 3, Buffering = 4, Finished = 5, Error = 6 };
+
+// Why a medium does not play, as the state event says it.
+namespace MediaError {
+inline constexpr std::int32_t ContentNotAvailable = 5;
+}
+
+class MediaListener {
+   public:
+    virtual ~MediaListener() = default;
+
+    virtual void mediaStateChanged(MediaState state, std::int32_t error) = 0;
+    virtual void mediaSpeedChanged(double speed) = 0;
+    virtual void mediaPositionChanged(std::uint32_t milliseconds) = 0;
+};
+
+class MediaPlayer {
+   public:
+    virtual ~MediaPlayer() = default;
+
+    // Takes another medium; what played before is stopped.
+    virtual void load(const std::string& url) = 0;
+    // Speed 0 pauses. False where the medium cannot be played so.
+    [[nodiscard]] virtual bool play(double speed) = 0;
+    virtual void stop() = 0;
+    // False while nothing plays and behind the end.
+    [[nodiscard]] virtual bool seek(std::uint32_t milliseconds) = 0;
+
+    [[nodiscard]] virtual MediaState state() const = 0;
+    [[nodiscard]] virtual std::uint32_t position() const = 0;  // milliseconds
+    [[nodiscard]] virtual std::uint32_t duration() const = 0;  // milliseconds; 0 while unknown, or without end
+    [[nodiscard]] virtual double speed() const = 0;
+    [[nodiscard]] virtual std::vector<Component> components() const = 0;
+};
+
+using MediaPlayerFactory = std::function<std::unique_ptr<MediaPlayer>(MediaListener&)>;
+
+}  // namespace Receiver

@@ -1,0 +1,87 @@
+// The players of broadband media that pages hold, told apart by their plugin id.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/BroadcastPlayers.h"
+#include "Host/Receiver/World/Components.h"
+#include "Host/Receiver/World/MediaPlayer.h"
+#include "Host/Receiver/World/ReceiverEvents.h"
+
+namespace Receiver {
+
+// What a page has set for one plugin id, and the player once it has got one.
+class MediaSession : private MediaListener {
+   public:
+    MediaSession(std::uint32_t pluginId, std::int32_t initialVolume, ReceiverEvents& events)
+        : volume(initialVolume), m_pluginId(pluginId), m_events(events) {}
+
+    void acquire(const MediaPlayerFactory& make);
+    [[nodiscard]] MediaPlayer* player() const { return m_player.get(); }
+
+    void setUrl(const std::string& url);
+    [[nodiscard]] const std::string& url() const { return m_url; }
+    void setAttribute(const std::string& name, const std::string& value);
+    [[nodiscard]] const std::map<std::string, std::string>& attributes() const { return m_attributes; }
+    // An empty address empties the queue; false when the queue is full.
+    [[nodiscard]] bool queue(const std::string& url);
+    // The error of the last state event.
+    [[nodiscard]] std::int32_t error() const { return m_error; }
+
+    std::string location;
+    std::string mimeType;
+    std::int32_t volume;
+    VideoWindow window;
+    ComponentSelection selection;
+
+   private:
+    void mediaStateChanged(MediaState state, std::int32_t error) override;
+    void mediaSpeedChanged(double speed) override;
+    void mediaPositionChanged(std::uint32_t milliseconds) override;
+
+    const std::uint32_t m_pluginId;
+    ReceiverEvents& m_events;
+    std::string m_url;
+    std::map<std::string, std::string> m_attributes;
+    std::deque<std::string> m_queue;
+    std::int32_t m_error = NoError;
+    std::unique_ptr<MediaPlayer> m_player;
+};
+
+class MediaPlayers {
+   public:
+    MediaPlayers(const Scenario& scenario, ReceiverEvents& events, MediaPlayerFactory make)
+        : m_scenario(scenario), m_events(events), m_make(std::move(make)) {}
+
+    // Makes the session known on first use.
+    [[nodiscard]] MediaSession& session(std::uint32_t pluginId);
+    // Null for a plugin id that has set nothing yet, or no player.
+    [[nodiscard]] MediaSession* find(std::uint32_t pluginId) { return m_sessions.find(pluginId); }
+    [[nodiscard]] MediaPlayer* player(std::uint32_t pluginId);
+
+    // False when as many players are at work as the receiver has decoders for.
+    [[nodiscard]] bool acquire(std::uint32_t pluginId);
+    [[nodiscard]] bool supports(const std::string& mimeType) const;
+    // False, and nothing changed, for a type that is not supported.
+    [[nodiscard]] bool setMimeType(std::uint32_t pluginId, const std::string& mimeType);
+    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type, bool activeOnly);
+    void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
+    void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
+    void release(std::uint32_t pluginId);
+
+    [[nodiscard]] const BoundedStore<MediaSession>& sessions() const { return m_sessions; }
+
+   private:
+    const Scenario& m_scenario;
+    ReceiverEvents& m_events;
+    MediaPlayerFactory m_make;
+    BoundedStore<MediaSession> m_sessions{64};
+};
+
+}  // namespace Receiver

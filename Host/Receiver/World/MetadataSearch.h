@@ -1,0 +1,151 @@
+// Searches over the programmes of the scenario: queries, searches and their results, each named by an id.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/Scenario.h"
+#include "Host/Receiver/World/Schedule.h"
+#include "Host/Receiver/World/Timers.h"
+
+namespace Receiver {
+
+// What a query compares; the numbers that this receiver gives to the fields of a programme.
+enum class QueryField : std::uint32_t { Name = 0, Description, Start, Duration, ChannelId, Rating, ProgrammeId };
+
+// How a query compares.
+enum class QueryMode : std::uint32_t { Equal = 0, NotEqual, Greater, GreaterOrEqual, Less, LessOrEqual, Contains };
+
+struct Constraint {
+    std::uint32_t field = 0;
+    std::string text;  // compared with Contains unless it is empty; then the number counts, with Equal
+    std::uint32_t number = 0;
+};
+
+struct FoundProgramme {
+    std::uint32_t channelId = 0;
+    const Programme* programme = nullptr;
+    std::int64_t start = 0;
+};
+
+using OrderBy = std::vector<std::pair<std::uint32_t, bool>>;  // field, ascending
+
+// A condition on programmes; shared by the queries that were made from it.
+struct Condition {
+    std::function<bool(const FoundProgramme&)> matches;
+    std::vector<Constraint> constraints;  // of a query made from constraints
+    std::size_t size = 1;
+};
+
+class MetadataSearch {
+   public:
+    using ProgrammesOf = std::function<std::vector<ScheduledProgramme>(std::uint32_t channelId)>;
+
+    MetadataSearch(const Scenario& scenario, Timers& timers, ProgrammesOf programmesOf)
+        : m_scenario(scenario), m_timers(timers), m_programmesOf(std::move(programmesOf)) {}
+
+    // An object lives until the last of those who retained it releases it. False for an unknown id.
+    struct Counted {
+        std::uint32_t retained = 0;
+    };
+    struct Query : Counted {
+        explicit Query(std::shared_ptr<const Condition> given) : condition(std::move(given)) {}
+        std::shared_ptr<const Condition> condition;
+    };
+    struct Search : Counted {
+        Search(Timers& timers, std::int32_t searchTarget) : target(searchTarget), timer(timers) {}
+        std::int32_t target;
+        std::uint32_t queryId = 0;
+        std::shared_ptr<const Condition> condition;
+        std::vector<Constraint> constraints;
+        OrderBy orderBy;
+        std::uint32_t resultsId = 0;
+        Timer timer;
+    };
+    struct Results : Counted {
+        explicit Results(std::uint32_t ofSearch) : searchId(ofSearch) {}
+        std::uint32_t searchId;
+        bool complete = false;
+        std::uint32_t offset = 0;
+        std::uint32_t count = 0xFFFFFFFF;
+        std::vector<std::uint32_t> programmes;  // all that were found
+        // How many of them lie in the window.
+        [[nodiscard]] std::uint32_t shown() const;
+    };
+
+    [[nodiscard]] BoundedStore<Query>& queries() { return m_queries; }
+    [[nodiscard]] BoundedStore<Search>& searches() { return m_searches; }
+    [[nodiscard]] BoundedStore<Results>& results() { return m_results; }
+
+    // Each makes a query and gives its id.
+    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field, std::uint32_t mode, std::uint32_t value);
+    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field, std::uint32_t mode, const std::string& value);
+    [[nodiscard]] std::uint32_t addQuery(const std::vector<Constraint>& constraints);
+    // A query that every programme satisfies.
+    [[nodiscard]] std::uint32_t addQuery();
+    // Nothing for unknown queries and for one that would become too large.
+    enum class Junction { And, Or };
+    [[nodiscard]] std::optional<std::uint32_t> join(Junction junction, std::uint32_t left, std::uint32_t right);
+    [[nodiscard]] std::optional<std::uint32_t> negate(std::uint32_t id);
+
+    [[nodiscard]] std::uint32_t addSearch(std::int32_t target);
+    [[nodiscard]] bool setQuery(std::uint32_t searchId, std::uint32_t queryId);
+    [[nodiscard]] bool setOrderBy(std::uint32_t searchId, const OrderBy& orderBy);
+    [[nodiscard]] bool expandOrderBy(std::uint32_t searchId, std::uint32_t field, bool ascending);
+    // The constraints of a query that was made from some join those of the search.
+    [[nodiscard]] bool addConstraints(std::uint32_t searchId, std::uint32_t queryId);
+    [[nodiscard]] bool removeConstraints(std::uint32_t searchId, std::uint32_t field);
+    [[nodiscard]] bool clearConstraints(std::uint32_t searchId);
+    // The results of a search, made when it has none; nothing for an unknown search.
+    [[nodiscard]] std::optional<std::uint32_t> resultsOf(std::uint32_t searchId);
+    [[nodiscard]] std::uint32_t addResults(std::uint32_t searchId);
+    [[nodiscard]] bool setWindow(std::uint32_t resultsId, std::int32_t start, std::int32_t count);
+
+    void start(std::uint32_t searchId);
+    // Leaves the results that there are.
+    void abort(std::uint32_t searchId);
+    // Takes the results away too.
+    void cancel(std::uint32_t searchId);
+
+    // The programme that results name by this id; nothing once the scenario has no such programme.
+    [[nodiscard]] std::optional<FoundProgramme> programme(std::uint32_t id) const;
+
+    template <typename Object>
+    [[nodiscard]] static bool retain(BoundedStore<Object>& store, std::uint32_t id) {
+        auto* object = store.find(id);
+        if (object == nullptr)
+            return false;
+        ++object->retained;
+        return true;
+    }
+    template <typename Object>
+    static void release(BoundedStore<Object>& store, std::uint32_t id) {
+        auto* object = store.find(id);
+        if (object == nullptr)
+            return;
+        if (object->retained <= 1)
+            store.erase(id);
+        else
+            --object->retained;
+    }
+
+   private:
+    [[nodiscard]] std::uint32_t store(Condition condition);
+    [[nodiscard]] std::vector<std::pair<std::uint32_t, FoundProgramme>> everything() const;
+    void finish(std::uint32_t searchId);
+
+    const Scenario& m_scenario;
+    Timers& m_timers;
+    ProgrammesOf m_programmesOf;
+    BoundedStore<Query> m_queries{1024};
+    BoundedStore<Search> m_searches{256};
+    BoundedStore<Results> m_results{256};
+};
+
+}  // namespace Receiver

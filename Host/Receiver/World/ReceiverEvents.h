@@ -1,0 +1,49 @@
+// What the world tells: the signals of the product's interfaces and those of the control interface.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Receiver {
+
+// Event codes of the video/broadcast and A/V players.
+namespace Event {
+inline constexpr std::int32_t ChannelChange = 100;
+inline constexpr std::int32_t BroadcastState = 101;
+inline constexpr std::int32_t BroadcastParentalRating = 106;
+inline constexpr std::int32_t BroadcastComponentSelect = 108;
+inline constexpr std::int32_t MediaState = 200;
+inline constexpr std::int32_t MediaSpeed = 201;
+inline constexpr std::int32_t MediaPosition = 202;
+inline constexpr std::int32_t MediaComponentSelect = 206;
+inline constexpr std::int32_t SasSession = 1000;
+}  // namespace Event
+
+// The second value of a channel-change or play-state event when nothing went wrong.
+inline constexpr std::int32_t NoError = 1000;
+
+class ReceiverEvents {
+   public:
+    virtual ~ReceiverEvents() = default;
+
+    virtual void pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) = 0;
+    virtual void pluginEventSigned(std::int32_t event, std::uint32_t pluginId, std::int32_t value) = 0;
+    virtual void pluginEventFloat(std::int32_t event, std::uint32_t pluginId, double value) = 0;
+    virtual void pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first,
+                                 std::int32_t second) = 0;
+    virtual void streamEvent(std::uint32_t status, std::int16_t eventId, const std::string& name,
+                             const std::vector<std::uint8_t>& data, std::uint32_t jobId) = 0;
+    virtual void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+                                   const std::string& message) = 0;
+    virtual void fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
+                              bool status) = 0;
+
+    virtual void applicationStarted(std::int32_t viewId, const std::string& url) = 0;
+    virtual void applicationDestroyed(std::int32_t viewId) = 0;
+    virtual void applicationVisibilityChanged(std::int32_t viewId, bool visible) = 0;
+    virtual void keyMaskChanged(std::uint32_t mask) = 0;
+    virtual void keyPressed(std::uint32_t keyCode) = 0;
+};
+
+}  // namespace Receiver
