@@ -450,8 +450,8 @@ function _hbbtv_vantrel_initialize(object) {
     _hbbtv_vantrel_attach(object, oipf, plugin, attributes);
     return true;
   }
-  object.webkitSetInternalObject(oipf);
   _hbbtv_vantrel_internals.add(object);
+  object.webkitSetInternalObject(oipf);
   if (plugin.visual) {
     object.setMimeType(type);
     object.setAttributes(attributes);
