@@ -5,7 +5,8 @@
 // later is kept in a variable now, and nothing here may throw into the page. It may run twice in one global object
 // (an empty document whose window the first real document takes over), so it declares with `var` and `function` only.
 //
-// In front of it stand the mutation-summary library and the table _hbbtv_vantrel_members.
+// In front of it stand the mutation-summary library and _hbbtv_vantrel_members, the generated table of the member names
+// of each native class.
 
 // ---- Log ----
 
@@ -31,6 +32,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Application Manager",
     profile: "1.1.1",
     mime: "application/oipfApplicationManager",
+    members: "OipfApplicationManager",
     visual: false,
     create: _hbbtv_vantrel_createApplicationManagerCallback
   },
@@ -38,6 +40,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Configuration",
     profile: "1.1.1",
     mime: "application/oipfConfiguration",
+    members: "OipfConfiguration",
     visual: false,
     create: _hbbtv_vantrel_createConfigurationCallback
   },
@@ -45,6 +48,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Capabilities",
     profile: "1.1.1",
     mime: "application/oipfCapabilities",
+    members: "OipfCapabilities",
     visual: false,
     create: _hbbtv_vantrel_createCapabilitiesCallback
   },
@@ -52,6 +56,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV DRM Agent",
     profile: "1.2.1",
     mime: "application/oipfDrmAgent",
+    members: "OipfDrmAgent",
     visual: false,
     create: _hbbtv_vantrel_createDrmAgentCallback
   },
@@ -59,6 +64,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Gateway Info",
     profile: "1.1.1",
     mime: "application/oipfGatewayInfo",
+    members: "OipfGatewayInfo",
     visual: false,
     create: _hbbtv_vantrel_createGatewayInfoCallback
   },
@@ -66,6 +72,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Parental Control Manager",
     profile: "1.1.1",
     mime: "application/oipfParentalControlManager",
+    members: "OipfParentalControlManager",
     visual: false,
     create: _hbbtv_vantrel_createParentalControlManagerCallback
   },
@@ -73,6 +80,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Search Manager",
     profile: "1.2.1",
     mime: "application/oipfSearchManager",
+    members: "OipfSearchManager",
     visual: false,
     create: _hbbtv_vantrel_createSearchManagerCallback
   },
@@ -80,6 +88,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Live Playback",
     profile: "1.1.1",
     mime: "video/broadcast",
+    members: "OipfVideoBroadcast",
     visual: true,
     create: _hbbtv_vantrel_createVideoBroadcastCallback
   },
@@ -105,6 +114,7 @@ var _hbbtv_vantrel_plugins = [
         ]
       }
     ],
+    members: "OipfAVControl",
     visual: true,
     create: _hbbtv_vantrel_createVideoMpegCallback
   }
@@ -592,8 +602,8 @@ function _hbbtv_vantrel_installTouch(name) {
 
 function _hbbtv_vantrel_installTouches() {
   const names = new Set(["addEventListener", "removeEventListener"]);
-  for (const members of Object.values(_hbbtv_vantrel_members)) {
-    for (const list of Object.values(members)) {
+  for (const plugin of _hbbtv_vantrel_plugins) {
+    for (const list of Object.values(_hbbtv_vantrel_members[plugin.members] || {})) {
       // What every object element has (data, type, width, height) it keeps; markup attributes carry those.
       list.filter(name => !(name in HTMLObjectElement.prototype)).forEach(name => names.add(name));
     }
