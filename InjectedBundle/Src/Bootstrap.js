@@ -164,8 +164,8 @@ function _hbbtv_vantrel_pluginInfo(mimetype) {
 
 // ---- Elements and what is known of them ----
 
-// Element to { oipf, plugin, summary } while it is reflected. Weak, so that an element that the page drops before it
-// was ever in the document can go, and its native object with it.
+// Element to { oipf, plugin, summary, listeners } while it is reflected. Weak, so that an element that the page drops
+// before it was ever in the document can go, and its native object with it.
 var _hbbtv_vantrel_states = new WeakMap();
 // Elements whose object was taken away; out of the document they stay ordinary.
 var _hbbtv_vantrel_finalized = new WeakSet();
@@ -250,11 +250,21 @@ function _hbbtv_vantrel_reflectMethod(object, oipf, name) {
     configurable: true,
     enumerable: true,
     writable: true,
-    value() {
+    value(...args) {
       const target = _hbbtv_vantrel_target(object, oipf);
-      return target[name].apply(target, arguments);
+      _hbbtv_vantrel_noteListener(object, name, args);
+      return target[name](...args);
     }
   });
+}
+
+// Native objects forget a listener by its function alone, whatever it listens to.
+function _hbbtv_vantrel_noteListener(object, method, [type, listener]) {
+  const state = _hbbtv_vantrel_states.get(object);
+  if (state && method === "addEventListener" && typeof listener === "function")
+    state.listeners.set(listener, type);
+  if (state && method === "removeEventListener")
+    state.listeners.delete(listener);
 }
 
 // What the page set on the element before there was a native object goes to the native object.
@@ -389,7 +399,7 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
   try {
     _hbbtv_vantrel_finalized.delete(object);
     _hbbtv_vantrel_reflect(object, oipf);
-    const state = { oipf, plugin, summary: null };
+    const state = { oipf, plugin, summary: null, listeners: new Map() };
     _hbbtv_vantrel_states.set(object, state);
     if (plugin.visual) {
       oipf.setMimeType(_hbbtv_vantrel_typeOf(object));
@@ -420,9 +430,11 @@ function _hbbtv_vantrel_finalize(object) {
   if (!oipf)
     return;
   _hbbtv_vantrel_log("cleaning: " + _hbbtv_vantrel_text(object) + " " + _hbbtv_vantrel_typeOf(object));
-  _hbbtv_vantrel_forget(object);
+  const state = _hbbtv_vantrel_states.get(object);
+  _hbbtv_vantrel_states.delete(object);
   _hbbtv_vantrel_callOwn(object, "release");
   _hbbtv_vantrel_callOwn(object, "finalize");
+  _hbbtv_vantrel_letGo(object, oipf, state);
   for (const key of _hbbtv_vantrel_keys(oipf)) {
     Reflect.deleteProperty(object, key);
     _hbbtv_vantrel_log("removed property: " + key);
@@ -431,12 +443,15 @@ function _hbbtv_vantrel_finalize(object) {
   _hbbtv_vantrel_finalized.add(object);
 }
 
-// An observer or a listener left behind would keep the element, or its native object, alive.
-function _hbbtv_vantrel_forget(object) {
-  const state = _hbbtv_vantrel_states.get(object);
-  _hbbtv_vantrel_states.delete(object);
-  if (state && state.summary)
-    state.summary.disconnect();
+// A native object with handlers lives on and fires, and an observer or a listener keeps the element.
+function _hbbtv_vantrel_letGo(object, oipf, state) {
+  if (state) {
+    if (state.summary)
+      state.summary.disconnect();
+    state.listeners.forEach((type, listener) => oipf.removeEventListener(type, listener, false));
+  }
+  _hbbtv_vantrel_keys(oipf).filter(key => key.startsWith("on") && _hbbtv_vantrel_hasOwn(oipf, key))
+    .forEach(key => _hbbtv_vantrel_assign(oipf, key, null));
   _hbbtv_vantrel_unfollow(object);
   _hbbtv_vantrel_removeStandIns(object);
 }
