@@ -44,6 +44,8 @@ export class PageServer {
 
   // Path to { type, body } for pages that a test writes itself.
   #written = new Map();
+  // The paths that were asked for.
+  requested = new Set();
   #http = createServer((request, response) => this.#answer(request, response));
 
   get origin() {
@@ -63,6 +65,7 @@ export class PageServer {
   #answer(request, response) {
     const { pathname } = new URL(request.url, this.origin);
     const headers = { "Cache-Control": "no-store" };
+    this.requested.add(pathname);
     const written = this.#written.get(pathname);
     if (written) {
       response.writeHead(200, { ...headers, "Content-Type": written.type }).end(written.body);

@@ -16,6 +16,8 @@ function first(what, candidates) {
 export const shell = () => first("hbbtv-shell", [resolve(build, "Host/Shell/hbbtv-shell")]);
 export const receiver = () => first("hbbtv-receiver", [resolve(build, "Host/Receiver/hbbtv-receiver")]);
 
+export const defaultScenario = resolve(sourceRoot, "Examples/scenarios/default.json");
+
 // WebKitGTK's own small browser, in the library's private folder.
 export const miniBrowser = () => first("MiniBrowser",
   readdirSync("/usr/lib").map(folder => `/usr/lib/${folder}/webkit2gtk-4.1/MiniBrowser`));

@@ -22,6 +22,8 @@ export class Workplace {
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
   #log;
+  // What the processes have written so far, as in the log file.
+  lines = [];
 
   constructor() {
     const inside = name => {
@@ -56,13 +58,18 @@ export class Workplace {
     process.once("exit", this.exited);
   }
 
-  // Starts a program and writes its output to the log. `lines` is called with each line of its standard output.
-  start(command, args, { env = {}, lines = undefined, stdio = ["ignore", "pipe", "pipe"] } = {}) {
-    const child = spawn(command, args, { env: { ...this.env, ...env }, stdio });
+  #note(name, line) {
+    this.lines.push(line);
+    this.#log.write(`[${name}] ${line}\n`);
+  }
+
+  // Starts a program and writes its output to the log.
+  start(command, args, stdio = ["ignore", "pipe", "pipe"]) {
+    const child = spawn(command, args, { env: this.env, stdio });
     const name = command.split("/").pop();
     child.ended = new Promise(resolve => {
       child.once("error", error => {
-        this.#log.write(`[${name}] ${error.message}\n`);
+        this.#note(name, error.message);
         resolve();
       });
       child.once("exit", resolve);
@@ -70,9 +77,7 @@ export class Workplace {
     this.#children.add(child);
     for (const stream of [child.stdout, child.stderr]) {
       createInterface({ input: stream }).on("line", line => {
-        this.#log.write(`[${name}] ${line}\n`);
-        if (stream === child.stdout && lines)
-          lines(line);
+        this.#note(name, line);
       });
     }
     return child;
@@ -89,7 +94,7 @@ export class Workplace {
 
   async #startBus() {
     const bus = this.start("dbus-daemon", ["--session", "--nofork", "--nopidfile", "--print-address=3"],
-      { stdio: ["ignore", "pipe", "pipe", "pipe"] });
+      ["ignore", "pipe", "pipe", "pipe"]);
     this.env.DBUS_SESSION_BUS_ADDRESS = await this.#firstLine(bus, bus.stdio[3]);
   }
 
@@ -97,14 +102,14 @@ export class Workplace {
     if (this.env.DISPLAY)
       return;
     const args = ["-displayfd", "3", "-screen", "0", "1280x720x24", "-nolisten", "tcp"];
-    const display = this.start("Xvfb", args, { stdio: ["ignore", "pipe", "pipe", "pipe"] });
+    const display = this.start("Xvfb", args, ["ignore", "pipe", "pipe", "pipe"]);
     this.env.DISPLAY = ":" + await this.#firstLine(display, display.stdio[3]);
   }
 
-  async stop(child) {
+  async stop(child, signal = "SIGTERM") {
     if (!this.#children.has(child))
       return;
-    child.kill("SIGTERM");
+    child.kill(signal);
     const timer = setTimeout(() => child.kill("SIGKILL"), 5000);
     await child.ended;
     clearTimeout(timer);
