@@ -5,7 +5,8 @@
 // later is kept in a variable now, and nothing here may throw into the page. It may run twice in one global object
 // (an empty document whose window the first real document takes over), so it declares with `var` and `function` only.
 //
-// In front of it stand the mutation-summary library and the table _hbbtv_vantrel_members.
+// In front of it stand the mutation-summary library and _hbbtv_vantrel_members, the generated table of the member names
+// of each native class.
 
 // ---- Log ----
 
@@ -31,6 +32,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Application Manager",
     profile: "1.1.1",
     mime: "application/oipfApplicationManager",
+    members: "OipfApplicationManager",
     visual: false,
     create: _hbbtv_vantrel_createApplicationManagerCallback
   },
@@ -38,6 +40,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Configuration",
     profile: "1.1.1",
     mime: "application/oipfConfiguration",
+    members: "OipfConfiguration",
     visual: false,
     create: _hbbtv_vantrel_createConfigurationCallback
   },
@@ -45,6 +48,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Capabilities",
     profile: "1.1.1",
     mime: "application/oipfCapabilities",
+    members: "OipfCapabilities",
     visual: false,
     create: _hbbtv_vantrel_createCapabilitiesCallback
   },
@@ -52,6 +56,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV DRM Agent",
     profile: "1.2.1",
     mime: "application/oipfDrmAgent",
+    members: "OipfDrmAgent",
     visual: false,
     create: _hbbtv_vantrel_createDrmAgentCallback
   },
@@ -59,6 +64,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Gateway Info",
     profile: "1.1.1",
     mime: "application/oipfGatewayInfo",
+    members: "OipfGatewayInfo",
     visual: false,
     create: _hbbtv_vantrel_createGatewayInfoCallback
   },
@@ -66,6 +72,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Parental Control Manager",
     profile: "1.1.1",
     mime: "application/oipfParentalControlManager",
+    members: "OipfParentalControlManager",
     visual: false,
     create: _hbbtv_vantrel_createParentalControlManagerCallback
   },
@@ -73,6 +80,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Search Manager",
     profile: "1.2.1",
     mime: "application/oipfSearchManager",
+    members: "OipfSearchManager",
     visual: false,
     create: _hbbtv_vantrel_createSearchManagerCallback
   },
@@ -80,6 +88,7 @@ var _hbbtv_vantrel_plugins = [
     name: "HbbTV Live Playback",
     profile: "1.1.1",
     mime: "video/broadcast",
+    members: "OipfVideoBroadcast",
     visual: true,
     create: _hbbtv_vantrel_createVideoBroadcastCallback
   },
@@ -105,6 +114,7 @@ var _hbbtv_vantrel_plugins = [
         ]
       }
     ],
+    members: "OipfAVControl",
     visual: true,
     create: _hbbtv_vantrel_createVideoMpegCallback
   }
@@ -154,8 +164,8 @@ function _hbbtv_vantrel_pluginInfo(mimetype) {
 
 // ---- Elements and what is known of them ----
 
-// Element to { oipf, plugin, summary } while it is reflected. Weak, so that an element that the page drops before it
-// was ever in the document can go, and its native object with it.
+// Element to { oipf, plugin, summary, listeners } while it is reflected. Weak, so that an element that the page drops
+// before it was ever in the document can go, and its native object with it.
 var _hbbtv_vantrel_states = new WeakMap();
 // Elements whose object was taken away; out of the document they stay ordinary.
 var _hbbtv_vantrel_finalized = new WeakSet();
@@ -240,11 +250,21 @@ function _hbbtv_vantrel_reflectMethod(object, oipf, name) {
     configurable: true,
     enumerable: true,
     writable: true,
-    value() {
+    value(...args) {
       const target = _hbbtv_vantrel_target(object, oipf);
-      return target[name].apply(target, arguments);
+      _hbbtv_vantrel_noteListener(object, name, args);
+      return target[name](...args);
     }
   });
+}
+
+// Native objects forget a listener by its function alone, whatever it listens to.
+function _hbbtv_vantrel_noteListener(object, method, [type, listener]) {
+  const state = _hbbtv_vantrel_states.get(object);
+  if (state && method === "addEventListener" && typeof listener === "function")
+    state.listeners.set(listener, type);
+  if (state && method === "removeEventListener")
+    state.listeners.delete(listener);
 }
 
 // What the page set on the element before there was a native object goes to the native object.
@@ -379,7 +399,7 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
   try {
     _hbbtv_vantrel_finalized.delete(object);
     _hbbtv_vantrel_reflect(object, oipf);
-    const state = { oipf, plugin, summary: null };
+    const state = { oipf, plugin, summary: null, listeners: new Map() };
     _hbbtv_vantrel_states.set(object, state);
     if (plugin.visual) {
       oipf.setMimeType(_hbbtv_vantrel_typeOf(object));
@@ -410,9 +430,11 @@ function _hbbtv_vantrel_finalize(object) {
   if (!oipf)
     return;
   _hbbtv_vantrel_log("cleaning: " + _hbbtv_vantrel_text(object) + " " + _hbbtv_vantrel_typeOf(object));
-  _hbbtv_vantrel_forget(object);
+  const state = _hbbtv_vantrel_states.get(object);
+  _hbbtv_vantrel_states.delete(object);
   _hbbtv_vantrel_callOwn(object, "release");
   _hbbtv_vantrel_callOwn(object, "finalize");
+  _hbbtv_vantrel_letGo(object, oipf, state);
   for (const key of _hbbtv_vantrel_keys(oipf)) {
     Reflect.deleteProperty(object, key);
     _hbbtv_vantrel_log("removed property: " + key);
@@ -421,12 +443,15 @@ function _hbbtv_vantrel_finalize(object) {
   _hbbtv_vantrel_finalized.add(object);
 }
 
-// An observer or a listener left behind would keep the element, or its native object, alive.
-function _hbbtv_vantrel_forget(object) {
-  const state = _hbbtv_vantrel_states.get(object);
-  _hbbtv_vantrel_states.delete(object);
-  if (state && state.summary)
-    state.summary.disconnect();
+// A native object with handlers lives on and fires, and an observer or a listener keeps the element.
+function _hbbtv_vantrel_letGo(object, oipf, state) {
+  if (state) {
+    if (state.summary)
+      state.summary.disconnect();
+    state.listeners.forEach((type, listener) => oipf.removeEventListener(type, listener, false));
+  }
+  _hbbtv_vantrel_keys(oipf).filter(key => key.startsWith("on") && _hbbtv_vantrel_hasOwn(oipf, key))
+    .forEach(key => _hbbtv_vantrel_assign(oipf, key, null));
   _hbbtv_vantrel_unfollow(object);
   _hbbtv_vantrel_removeStandIns(object);
 }
@@ -450,8 +475,8 @@ function _hbbtv_vantrel_initialize(object) {
     _hbbtv_vantrel_attach(object, oipf, plugin, attributes);
     return true;
   }
-  object.webkitSetInternalObject(oipf);
   _hbbtv_vantrel_internals.add(object);
+  object.webkitSetInternalObject(oipf);
   if (plugin.visual) {
     object.setMimeType(type);
     object.setAttributes(attributes);
@@ -592,8 +617,8 @@ function _hbbtv_vantrel_installTouch(name) {
 
 function _hbbtv_vantrel_installTouches() {
   const names = new Set(["addEventListener", "removeEventListener"]);
-  for (const members of Object.values(_hbbtv_vantrel_members)) {
-    for (const list of Object.values(members)) {
+  for (const plugin of _hbbtv_vantrel_plugins) {
+    for (const list of Object.values(_hbbtv_vantrel_members[plugin.members] || {})) {
       // What every object element has (data, type, width, height) it keeps; markup attributes carry those.
       list.filter(name => !(name in HTMLObjectElement.prototype)).forEach(name => names.add(name));
     }

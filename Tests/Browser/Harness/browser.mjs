@@ -1,0 +1,66 @@
+// A browser under WebDriver: WebKitWebDriver on a free port, and the browser that it starts.
+import { createServer } from "node:net";
+import { Executor, HttpClient } from "selenium-webdriver/http/index.js";
+import webdriver from "selenium-webdriver";
+import { waitFor } from "./wait.mjs";
+
+async function freePort() {
+  const probe = createServer();
+  await new Promise(listening => probe.listen(0, "127.0.0.1", listening));
+  const { port } = probe.address();
+  await new Promise(closed => probe.close(closed));
+  return port;
+}
+
+async function answers(url) {
+  try {
+    return (await fetch(`${url}/status`)).ok;
+  } catch {
+    return false;
+  }
+}
+
+// `close` ends the session and the driver program; everything else is selenium's WebDriver, as `driver`.
+export class Browser {
+  static async start(workplace, binary, args) {
+    const port = await freePort();
+    const url = `http://127.0.0.1:${port}`;
+    const program = workplace.start("WebKitWebDriver", [`--port=${port}`]);
+    await waitFor("WebKitWebDriver answers", () => answers(url));
+    const capabilities = new webdriver.Capabilities({ "webkitgtk:browserOptions": { binary, args } });
+    const driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
+    await driver.getSession();
+    await driver.manage().setTimeouts({ script: 20000, pageLoad: 20000, implicit: 0 });
+    return new Browser(workplace, program, driver);
+  }
+
+  constructor(workplace, program, driver) {
+    this.workplace = workplace;
+    this.program = program;
+    this.driver = driver;
+  }
+
+  open(url) {
+    return this.driver.get(url);
+  }
+
+  // Runs the function in the page, with JSON-like arguments.
+  run(pageFunction, ...args) {
+    return this.driver.executeScript(pageFunction, ...args);
+  }
+
+  // Runs the function in the page; it calls its last argument with the result.
+  runAsync(pageFunction, ...args) {
+    return this.driver.executeAsyncScript(pageFunction, ...args);
+  }
+
+  // Waits until the function answers something truthy in the page.
+  waitFor(what, pageFunction, ...args) {
+    return waitFor(what, () => this.run(pageFunction, ...args));
+  }
+
+  async close() {
+    await this.driver.quit().catch(() => {});
+    await this.workplace.stop(this.program);
+  }
+}

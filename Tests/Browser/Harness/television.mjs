@@ -1,0 +1,52 @@
+// A television for one test program: home, bus and display, page server, receiver, and the shell with the bundle under
+// WebDriver.
+import { Browser } from "./browser.mjs";
+import { PageServer } from "./pages.mjs";
+import { shell } from "./programs.mjs";
+import { Receiver } from "./receiver.mjs";
+import { Workplace } from "./workplace.mjs";
+
+export class Television {
+  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus.
+  static async start({ shell: args = [], receiver = true } = {}) {
+    const television = new Television();
+    try {
+      television.workplace = await Workplace.create();
+      television.server = await PageServer.start();
+      television.receiver = receiver ? await Receiver.start(television.workplace) : undefined;
+      await television.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);
+    } catch (error) {
+      await television.close();
+      throw error;
+    }
+    return television;
+  }
+
+  async startShell(args) {
+    await this.browser?.close();
+    this.browser = await Browser.start(this.workplace, shell(), ["--automation", ...args]);
+  }
+
+  // Opens a page of Tests/Browser/pages.
+  open(page) {
+    return this.browser.open(this.server.url(`/pages/${page}`));
+  }
+
+  // Shows a page that is written in the test.
+  show(name, body) {
+    return this.browser.open(this.server.write(name, body));
+  }
+
+  // The number in the last line of the bundle's log about live native objects; counted when a page begins.
+  nativeObjectsAlive() {
+    const counts = this.workplace.lines.map(line => /native objects alive: (\d+)/.exec(line)).filter(Boolean);
+    return counts.length ? Number(counts.at(-1)[1]) : undefined;
+  }
+
+  async close() {
+    await this.browser?.close();
+    await this.receiver?.stop();
+    await this.server?.close();
+    await this.workplace?.close();
+  }
+}

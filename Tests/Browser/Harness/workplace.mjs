@@ -1,0 +1,123 @@
+// A home, a session bus and a display of its own for one test program, and the processes that live there. Their output
+// goes to one log file, whose path is printed when a test fails.
+import { spawn } from "node:child_process";
+import { createWriteStream, mkdirSync, mkdtempSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { createInterface } from "node:readline";
+
+export class Workplace {
+  static async create() {
+    const workplace = new Workplace();
+    try {
+      await workplace.#startBus();
+      await workplace.#startDisplay();
+    } catch (error) {
+      await workplace.close();
+      throw error;
+    }
+    return workplace;
+  }
+
+  #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
+  #children = new Set();
+  #log;
+  // What the processes have written so far, as in the log file.
+  lines = [];
+
+  constructor() {
+    const inside = name => {
+      const path = join(this.#folder, name);
+      mkdirSync(path, { mode: 0o700 });
+      return path;
+    };
+    this.logFile = join(this.#folder, "processes.log");
+    this.#log = createWriteStream(this.logFile);
+    this.env = {
+      PATH: process.env.PATH,
+      LANG: "C.UTF-8",
+      HOME: inside("home"),
+      XDG_RUNTIME_DIR: inside("runtime"),
+      XDG_CONFIG_HOME: inside("config"),
+      XDG_CACHE_HOME: inside("cache"),
+      XDG_DATA_HOME: inside("data"),
+      HBBTV_LOG_LEVEL: process.env.HBBTV_LOG_LEVEL ?? "info",
+      GSETTINGS_BACKEND: "memory",
+      GTK_A11Y: "none",
+      NO_AT_BRIDGE: "1",
+      LIBGL_ALWAYS_SOFTWARE: "1"
+    };
+    if (process.env.DISPLAY)
+      this.env.DISPLAY = process.env.DISPLAY;
+    this.exited = code => {
+      if (code)
+        console.error(`Output of the processes of the failed tests: ${this.logFile}`);
+      else
+        rmSync(this.#folder, { recursive: true, force: true });
+    };
+    process.once("exit", this.exited);
+  }
+
+  #note(name, line) {
+    this.lines.push(line);
+    this.#log.write(`[${name}] ${line}\n`);
+  }
+
+  // Starts a program and writes its output to the log.
+  start(command, args, stdio = ["ignore", "pipe", "pipe"]) {
+    const child = spawn(command, args, { env: this.env, stdio });
+    const name = command.split("/").pop();
+    child.ended = new Promise(resolve => {
+      child.once("error", error => {
+        this.#note(name, error.message);
+        resolve();
+      });
+      child.once("exit", resolve);
+    }).then(() => this.#children.delete(child));
+    this.#children.add(child);
+    for (const stream of [child.stdout, child.stderr]) {
+      createInterface({ input: stream }).on("line", line => {
+        this.#note(name, line);
+      });
+    }
+    return child;
+  }
+
+  // The first line that the program writes to the given stream; the way bus and display tell their addresses.
+  async #firstLine(child, stream) {
+    const line = new Promise(resolve => createInterface({ input: stream }).once("line", resolve));
+    const ended = child.ended.then(() => {
+      throw new Error(`${child.spawnfile} ended early, see ${this.logFile}`);
+    });
+    return Promise.race([line, ended]);
+  }
+
+  async #startBus() {
+    const bus = this.start("dbus-daemon", ["--session", "--nofork", "--nopidfile", "--print-address=3"],
+      ["ignore", "pipe", "pipe", "pipe"]);
+    this.env.DBUS_SESSION_BUS_ADDRESS = await this.#firstLine(bus, bus.stdio[3]);
+  }
+
+  async #startDisplay() {
+    if (this.env.DISPLAY)
+      return;
+    const args = ["-displayfd", "3", "-screen", "0", "1280x720x24", "-nolisten", "tcp"];
+    const display = this.start("Xvfb", args, ["ignore", "pipe", "pipe", "pipe"]);
+    this.env.DISPLAY = ":" + await this.#firstLine(display, display.stdio[3]);
+  }
+
+  async stop(child, signal = "SIGTERM") {
+    if (!this.#children.has(child))
+      return;
+    child.kill(signal);
+    const timer = setTimeout(() => child.kill("SIGKILL"), 5000);
+    await child.ended;
+    clearTimeout(timer);
+  }
+
+  async close() {
+    for (const child of Array.from(this.#children).reverse())
+      await this.stop(child);
+    this.#log.end();
+  }
+}

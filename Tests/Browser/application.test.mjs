@@ -1,0 +1,195 @@
+// The application manager, applications and keys, as a page in the television uses them.
+import assert from "node:assert/strict";
+import { after, afterEach, before, beforeEach, describe, it } from "node:test";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+const lowMemory = "(400, uint32 0)";
+const loadError = "(401, uint32 0)";
+
+describe("An application", () => {
+  let television, browser, receiver;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver } = television);
+  });
+
+  after(() => television?.close());
+
+  beforeEach(async () => {
+    await receiver.resetMethods();
+    await television.open("plain.html");
+  });
+
+  afterEach(async () => assert.deepEqual(await browser.run(() => window.failures), []));
+
+  // Makes window.makeManager(name): a manager whose handlers write into window.heard under that name.
+  const listen = () => browser.run(() => {
+    window.heard = [];
+    window.makeManager = name => {
+      const manager = document.createElement("object");
+      manager.onLowMemory = () => window.heard.push(name + " handler");
+      manager.setAttribute("type", "application/oipfApplicationManager");
+      manager.addEventListener("LowMemory", event => window.heard.push(name + " " + event.type), false);
+      return manager;
+    };
+  });
+
+  describe("hears events", () => {
+    beforeEach(listen);
+
+    it("through handlers and listeners that were set before the element was in the document", async () => {
+      await browser.run(() => document.getElementById("root").appendChild(makeManager("early")));
+      await receiver.emit("PluginEvent", lowMemory);
+      await browser.waitFor("both were called", () => window.heard.length === 2);
+      assert.deepEqual(await browser.run(() => window.heard), ["early handler", "early LowMemory"]);
+    });
+
+    it("after its element was moved, but not after it was removed; a re-inserted element starts anew", async () => {
+      await browser.run(() => {
+        const root = document.getElementById("root");
+        const moved = root.appendChild(makeManager("moved"));
+        const removed = root.appendChild(makeManager("removed"));
+        window.reinserted = root.appendChild(makeManager("reinserted"));
+        window.before = moved.__reflected;
+        setTimeout(() => {
+          document.body.appendChild(moved);
+          root.removeChild(removed);
+          root.removeChild(window.reinserted);
+          setTimeout(() => {
+            window.kept = moved.__reflected === window.before;
+            window.gone = [removed.__reflected, removed.getOwnerApplication, Object.keys(removed)];
+            root.appendChild(window.reinserted);
+            window.reinserted.onLowMemory = () => window.heard.push("new handler");
+            window.ready = true;
+          });
+        });
+      });
+      await browser.waitFor("the elements are in place", () => window.ready);
+      assert.deepEqual(await browser.run(() => [window.kept, window.gone]), [true, [null, null, []]]);
+      await receiver.emit("PluginEvent", lowMemory);
+      await browser.waitFor("the others were called", () => window.heard.length >= 3);
+      assert.deepEqual(await browser.run(() => window.heard.sort()),
+        ["moved LowMemory", "moved handler", "new handler"]);
+    });
+
+    it("and may create and drop objects while it does", async () => {
+      await browser.run(() => {
+        const root = document.getElementById("root");
+        const manager = root.appendChild(makeManager("churning"));
+        manager.onLowMemory = () => {
+          root.innerHTML = "";
+          for (let i = 0; i < 50; ++i)
+            root.appendChild(makeManager("made")).getOwnerApplication();
+          root.innerHTML = "";
+          window.__collectGarbage?.();
+          root.appendChild(makeManager("last")).getOwnerApplication();
+          window.heard.push("done");
+        };
+      });
+      await receiver.emit("PluginEvent", lowMemory);
+      await browser.waitFor("the handler is through", () => window.heard.includes("done"));
+      await browser.run(() => { window.heard = []; });
+      await receiver.emit("PluginEvent", lowMemory);
+      await browser.waitFor("the last one hears the next event", () => window.heard.includes("last handler"));
+      assert.deepEqual(await browser.run(() => window.heard.sort()), ["last LowMemory", "last handler"]);
+    });
+
+    it("about an application that could not be loaded, named by an application without a view", async () => {
+      await browser.run(() => {
+        const manager = document.getElementById("root").appendChild(makeManager("load"));
+        manager.onApplicationLoadError = application => {
+          application.hide();
+          application.show();
+          window.heard.push(String(application));
+        };
+        manager.addEventListener("ApplicationLoadError", event => {
+          window.heard.push(typeof event.app.hide);
+        });
+      });
+      await receiver.clearCalls();
+      await receiver.emit("PluginEvent", loadError);
+      await browser.waitFor("both were called", () => window.heard.length === 2);
+      assert.deepEqual(await browser.run(() => window.heard), ["[object Application]", "function"]);
+      assert.deepEqual(await receiver.callNames("IDAEBrowserAPI.Hide", "IDAEBrowserAPI.Show"), []);
+    });
+  });
+
+  describe("gets keys", () => {
+    const makeKeyset = () => browser.run(() => {
+      const manager = oipfObjectFactory.createApplicationManagerObject();
+      window.keyset = manager.getOwnerApplication(document).privateData.keyset;
+      window.keys = [];
+      document.addEventListener("keydown", event => window.keys.push(event.keyCode), false);
+    });
+
+    it("with the platform's key codes, and only those of its key mask", async () => {
+      await makeKeyset();
+      assert.deepEqual(await browser.run(() => [keyset.setValue(Keyset.RED), keyset.value]), [1, 1]);
+      for (const key of ["VK_GREEN", "VK_LEFT", "VK_5", "VK_RED"])
+        await receiver.pressKey(key);
+      await browser.waitFor("red", () => window.keys.includes(403));
+      assert.deepEqual(await browser.run(() => window.keys), [403]);
+
+      await browser.run(() => {
+        window.keys = [];
+        keyset.setValue(Keyset.GREEN | Keyset.NAVIGATION | Keyset.NUMERIC | Keyset.VCR, []);
+      });
+      for (const key of ["VK_RED", "VK_GREEN", "VK_LEFT", "VK_ENTER", "VK_5", "VK_PLAY"])
+        await receiver.pressKey(key);
+      await browser.waitFor("play", () => window.keys.includes(KeyEvent.VK_PLAY));
+      assert.deepEqual(await browser.run(() => window.keys), [404, 37, 13, 53, 415]);
+    });
+
+    it("as far as the receiver lets it", async () => {
+      const maximum = await receiver.getWorld("/keys/maximum");
+      await receiver.setWorld("/keys/maximum", 31);
+      await makeKeyset();
+      const values = await browser.run(() => [keyset.maximumValue, keyset.setValue(2047), keyset.value,
+        keyset.setValue(NaN)]);
+      const mask = await receiver.getWorld("/keys/mask");
+      assert.deepEqual(values, [31, mask, mask, null]);
+      assert.equal(mask & ~31, 0);
+      await receiver.setWorld("/keys/maximum", maximum);
+    });
+  });
+
+  describe("starts others", () => {
+    const create = (...args) => browser.run((...given) => {
+      window.owner = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document);
+      window.child = owner.createApplication(...given);
+      return window.child === null ? null : String(window.child);
+    }, ...args);
+
+    it("by an address relative to its own, in a view that it can hide, show and destroy", async () => {
+      assert.equal(await create("application.html?child", true), "[object Application]");
+      const [[, [url, parent]]] =
+        (await receiver.calls()).filter(([method]) => method === "IDAEBrowserAPI.CreateApplication").slice(-1);
+      assert.equal(url, television.server.url("/pages/application.html?child"));
+      await waitFor("the child's page is loaded", () => television.server.requested.has("/pages/application.html"));
+      await receiver.clearCalls();
+      await browser.run(() => {
+        child.hide();
+        child.show();
+        child.destroyApplication();
+      });
+      const child = [parent + 1];
+      assert.deepEqual((await receiver.calls()).filter(([method]) => /\.(Hide|Show|DestroyApplication)$/.test(method)), [
+        ["IDAEBrowserAPI.Hide", child], ["IDAEBrowserAPI.Show", child], ["IDAEBrowserAPI.DestroyApplication", child]
+      ]);
+    });
+
+    it("unless the receiver refuses: null, and no exception", async () => {
+      assert.equal(await create("http://refused.invalid/index.html", false), null);
+      await receiver.fail("IDAEBrowserAPI.CreateApplication", "no resources");
+      assert.equal(await create("application.html", false), null);
+    });
+  });
+
+  it("learns how much memory is free", async () => {
+    const free = await browser.run(() => oipfObjectFactory.createApplicationManagerObject()
+      .getOwnerApplication(document).privateData.getFreeMem());
+    assert.ok(Number.isInteger(free) && free > 0, `${free}`);
+  });
+});

@@ -1,0 +1,110 @@
+// Stands in for the bundle's native side in pages that test the bootstrap script alone. The objects have the shape that
+// the JavaScriptCore C API gives the real ones: attributes and constants are own and enumerable, methods are inherited
+// and enumerable, read-only members ignore assignments, and each object notes the calls it gets.
+"use strict";
+(() => {
+  const agent = new URLSearchParams(location.search).get("agent") ?? "HbbTV/1.2.1 (;;;;;)";
+  Object.defineProperty(navigator, "userAgent", { get: () => agent });
+
+  const visualMethods = ["setMimeType", "setAttributes", "setWindow", "release", "stop", "addEventListener",
+    "removeEventListener"];
+  const classes = {
+    OipfApplicationManager: {
+      attributes: ["onLowMemory", "onApplicationLoadError"],
+      methods: ["getOwnerApplication", "addEventListener", "removeEventListener"]
+    },
+    OipfConfiguration: { attributes: ["configuration"], methods: [] },
+    OipfCapabilities: { attributes: ["xmlCapabilities"], methods: ["hasCapability"] },
+    OipfDrmAgent: { attributes: ["onDRMMessageResult"], methods: ["sendDRMMessage"] },
+    OipfGatewayInfo: { attributes: ["isIGDiscovered"], methods: [] },
+    OipfParentalControlManager: { attributes: ["isPINEntryLocked"], methods: ["setParentalControlStatus"] },
+    OipfSearchManager: { attributes: ["onMetadataSearch"], methods: ["createSearch"] },
+    OipfVideoBroadcast: {
+      attributes: ["width", "height", "playState", "onPlayStateChange"],
+      methods: ["bindToCurrentChannel", ...visualMethods],
+      constants: ["COMPONENT_TYPE_VIDEO"]
+    },
+    OipfAVControl: {
+      attributes: ["width", "height", "type", "data", "playState", "onPlayStateChange"],
+      methods: ["play", ...visualMethods]
+    }
+  };
+
+  const counts = { made: 0, alive: new Set() };
+  const results = { play: true, getOwnerApplication: "the application" };
+  const setters = {
+    setMimeType: (state, type) => { state.type = type; },
+    setAttributes: (state, attributes) => { Object.assign(state.given, attributes); }
+  };
+
+  function makeMethod(name) {
+    return function (...args) {
+      const { state, calls, listeners } = this.__fake;
+      if (name === "addEventListener")
+        listeners.push(args[1]);
+      else if (name === "removeEventListener")
+        this.__fake.listeners = listeners.filter(listener => listener !== args[1]);
+      else
+        calls.push([name, ...args]);
+      setters[name]?.(state, ...args);
+      return results[name];
+    };
+  }
+
+  function makeClass(name, { attributes, methods, constants = [] }) {
+    const prototype = {};
+    for (const method of methods)
+      Object.defineProperty(prototype, method, { value: makeMethod(method), enumerable: true });
+    return () => {
+      const object = Object.create(prototype);
+      const fake = { id: ++counts.made, name, calls: [], listeners: [], state: { given: {} } };
+      Object.defineProperty(object, "__fake", { value: fake });
+      for (const attribute of attributes) {
+        const initial = attribute.startsWith("on") ? null : attribute === "playState" ? 0 : "";
+        fake.state[attribute] = initial;
+        Object.defineProperty(object, attribute, {
+          enumerable: true,
+          get: () => fake.state[attribute],
+          set: value => {
+            fake.calls.push(["set " + attribute, value]);
+            fake.state[attribute] = value;
+          }
+        });
+      }
+      constants.forEach((constant, value) => Object.defineProperty(object, constant, { value, enumerable: true }));
+      // What the middleware does: changes the state, then calls the handlers.
+      fake.changePlayState = state => {
+        fake.state.playState = state;
+        fake.state.onPlayStateChange?.call(object, state, 0);
+        fake.listeners.forEach(listener => listener.call(object, { type: "PlayStateChange", state }));
+      };
+      return object;
+    };
+  }
+
+  const made = Object.fromEntries(Object.entries(classes).map(([name, members]) => [name, makeClass(name, members)]));
+  const refused = new URLSearchParams(location.search).get("refused");
+  function create(name) {
+    if (name === refused)
+      throw new Error("not built");
+    return made[name]();
+  }
+
+  window.PrivateObjectFactory = {
+    createVideoBroadcastObject: () => create("OipfVideoBroadcast"),
+    createVideoMpegObject: () => create("OipfAVControl"),
+    createApplicationManagerObject: () => create("OipfApplicationManager"),
+    createCapabilitiesObject: () => create("OipfCapabilities"),
+    createChannelConfig: () => ({ onChannelListUpdate: null }),
+    createConfigurationObject: () => create("OipfConfiguration"),
+    createDrmAgentObject: () => create("OipfDrmAgent"),
+    createGatewayInfoObject: () => create("OipfGatewayInfo"),
+    createParentalControlManagerObject: () => create("OipfParentalControlManager"),
+    createSearchManagerObject: () => create("OipfSearchManager")
+  };
+  window._hbbtv_vantrel_members = classes;
+  window.fakes = counts;
+
+  window.failures = [];
+  window.addEventListener("error", event => window.failures.push(event.message));
+})();

@@ -1,0 +1,96 @@
+// Pages go on when the receiver does not.
+import assert from "node:assert/strict";
+import { after, before, describe, it } from "node:test";
+import { Receiver } from "./Harness/receiver.mjs";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+// Uses a bit of everything; what a page sees when nobody answers is null, 0 or nothing, never an exception.
+const useEverything = () => {
+  const manager = document.createElement("object");
+  manager.type = "application/oipfApplicationManager";
+  document.getElementById("root").appendChild(manager);
+  manager.onLowMemory = () => { window.heard = true; };
+  const owner = manager.getOwnerApplication(document);
+  owner.show();
+  owner.hide();
+  const { keyset, currentChannel } = owner.privateData;
+  const seen = {
+    set: keyset.setValue(Keyset.RED),
+    value: keyset.value,
+    channel: currentChannel === null ? null : "a channel",
+    child: owner.createApplication("http://refused.invalid/", false)
+  };
+  owner.show();
+  return seen;
+};
+
+const answered = { set: 1, value: 1, channel: "a channel", child: null };
+const unanswered = { set: 0, value: 0, channel: null, child: null };
+
+describe("Without a receiver", () => {
+  let television;
+
+  before(async () => {
+    television = await Television.start({ receiver: false });
+  });
+
+  after(() => television?.close());
+
+  it("a page loads and gets the failure values; with one it works, without being loaded again", async () => {
+    const { browser } = television;
+    await television.open("plain.html");
+    assert.deepEqual(await browser.run(useEverything), unanswered);
+    television.receiver = await Receiver.start(television.workplace);
+    await waitFor("the receiver is heard", async () => (await browser.run(useEverything)).set === 1);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+});
+
+describe("A receiver", () => {
+  let television, browser, receiver;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver } = television);
+  });
+
+  after(() => television?.close());
+
+  it("may die and come back: calls fail in between, events arrive afterwards", async () => {
+    await television.open("plain.html");
+    assert.deepEqual(await browser.run(useEverything), answered);
+    await receiver.stop("SIGKILL");
+    assert.deepEqual(await browser.run(useEverything), unanswered);
+    await television.open("application.html");
+    await television.open("plain.html");
+    await receiver.start();
+    await waitFor("calls are answered again", async () => (await browser.run(useEverything)).set === 1);
+    await receiver.emit("PluginEvent", "(400, uint32 0)");
+    await browser.waitFor("events arrive again", () => window.heard);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+
+  it("may be slow: the page waits for the answer and gets it", async () => {
+    await television.open("plain.html");
+    await receiver.delay("IDAEBrowserAPI.GetKeyMask", 700);
+    const [seen, took] = await browser.run(() => {
+      const start = Date.now();
+      const { keyset } = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication().privateData;
+      return [keyset.setValue(Keyset.BLUE), Date.now() - start];
+    });
+    await receiver.resetMethods();
+    assert.equal(seen, 8);
+    assert.ok(took >= 650, `${took} ms`);
+  });
+
+  it("may answer with errors", async () => {
+    await television.open("plain.html");
+    for (const method of ["SetKeyMask", "GetKeyMask", "CurrentChannel", "IsBroadcastRelated", "CreateApplication", "Show"])
+      await receiver.fail(`IDAEBrowserAPI.${method}`, "out of order");
+    const seen = await browser.run(useEverything);
+    await receiver.resetMethods();
+    assert.deepEqual(seen, unanswered);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+});

@@ -1,0 +1,399 @@
+// The bootstrap script alone, in WebKit's own small browser, over stand-in native objects that note what reaches them.
+import assert from "node:assert/strict";
+import { after, afterEach, before, describe, it } from "node:test";
+import { Browser } from "./Harness/browser.mjs";
+import { PageServer } from "./Harness/pages.mjs";
+import { miniBrowser } from "./Harness/programs.mjs";
+import { Workplace } from "./Harness/workplace.mjs";
+
+const types = {
+  oldProfile: [
+    "application/oipfApplicationManager", "application/oipfConfiguration", "application/oipfCapabilities",
+    "application/oipfGatewayInfo", "application/oipfParentalControlManager", "video/broadcast", "audio/mp3",
+    "audio/mp4", "audio/mpeg", "video/mp4", "video/mpeg", "video/mpeg4", "video/x-ms-wmv",
+    "application/vnd.apple.mpegurl", "application/vnd.oipf.contentaccessstreaming+xml"
+  ],
+  newProfile: [
+    "application/oipfDrmAgent", "application/oipfSearchManager", "application/dash+xml", "video/vnd.3gpp.mpd"
+  ],
+  never: [
+    "video/vnd.ms-playready.media.pyv", "audio/vnd.ms-playready.media.pya",
+    "application/vnd.ms-playready.initiator+xml", "text/html", "application/x-other"
+  ]
+};
+
+describe("The bootstrap script", () => {
+  let workplace, server, browser;
+
+  before(async () => {
+    workplace = await Workplace.create();
+    server = await PageServer.start();
+    browser = await Browser.start(workplace, miniBrowser(), ["--automation"]);
+  });
+
+  after(async () => {
+    await browser?.close();
+    await server?.close();
+    await workplace?.close();
+  });
+
+  // Nothing that the script does may surface as an error of the page.
+  afterEach(async () => {
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+
+  const open = (query = "", page = "script.html") => browser.open(server.url(`/pages/${page}?${query}`));
+
+  describe("decides by profile", () => {
+    const expectations = [
+      ["no HbbTV token", "Mozilla/5.0", []],
+      ["HbbTV/1.1.1", "Mozilla/5.0 HbbTV/1.1.1 (;;;;;)", types.oldProfile],
+      ["hbbtv/1.2.1 in lower case", "Mozilla/5.0 hbbtv/1.2.1 (;;;;;)", [...types.oldProfile, ...types.newProfile]]
+    ];
+    for (const [name, agent, supported] of expectations) {
+      it(`which elements are upgraded: ${name}`, async () => {
+        const all = Object.values(types).flat();
+        await open("agent=" + encodeURIComponent(agent));
+        const upgraded = await browser.runAsync((mimes, done) => {
+          const root = document.getElementById("root");
+          root.innerHTML = mimes.map(mime => `<object type="${mime}"></object>`).join("");
+          setTimeout(() => done(Array.from(root.children).filter(o => o.__reflected).map(o => o.getAttribute("type"))));
+        }, all);
+        assert.deepEqual(upgraded.sort(), [...supported].sort());
+        const offered = await browser.run(
+          mimes => mimes.filter(mime => oipfObjectFactory.isObjectSupported(mime.toUpperCase())), all);
+        assert.deepEqual(offered.sort(), [...supported].sort());
+        const touched = await browser.run(mimes => mimes.filter(mime => {
+          const object = document.createElement("object");
+          object.type = mime;
+          void object.bindToCurrentChannel;
+          return object.__reflected;
+        }), all);
+        assert.deepEqual(touched.sort(), [...supported].sort());
+      });
+    }
+  });
+
+  describe("upgrades on first touch", () => {
+    it("in the task that inserts the element, by innerHTML, by appendChild and before insertion", async () => {
+      await open();
+      const seen = await browser.run(() => {
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="a" type="application/oipfApplicationManager"></object>';
+        const appended = document.createElement("object");
+        appended.setAttribute("type", "video/mp4");
+        root.appendChild(appended);
+        const loose = document.createElement("object");
+        loose.type = "video/mp4";
+        return [document.getElementById("a").getOwnerApplication(document), appended.play(1), loose.play(1)];
+      });
+      assert.deepEqual(seen, ["the application", true, true]);
+    });
+
+    it("and keeps that object when the observer comes by later", async () => {
+      await open();
+      const made = await browser.runAsync(done => {
+        const object = document.createElement("object");
+        object.type = "video/broadcast";
+        object.bindToCurrentChannel();
+        document.body.appendChild(object);
+        setTimeout(() => done([fakes.made, object.__reflected.__fake.calls.length, object.children.length]));
+      });
+      assert.deepEqual(made, [1, 3, 1]);
+    });
+
+    it("hands over what the page had set before", async () => {
+      await open();
+      const state = await browser.run(() => {
+        const object = document.createElement("object");
+        const handler = () => {};
+        object.onPlayStateChange = handler;
+        object.data = "film.mp4";
+        object.setAttribute("width", "640");
+        object.innerHTML = '<param name="quality" value="high">';
+        object.setAttribute("type", "video/mp4");
+        const { given, ...state } = (object.play(1), object.__reflected.__fake.state);
+        return [object.onPlayStateChange === handler, state.onPlayStateChange === handler, state.type, state.data,
+          state.width, given, object.type];
+      });
+      const given = { data: "film.mp4", width: "640", type: "video/mp4", quality: "high" };
+      assert.deepEqual(state, [true, true, "video/mp4", "film.mp4", 640, given, "video/mp4"]);
+    });
+
+    it("leaves other object elements as they are", async () => {
+      await open();
+      const seen = await browser.run(() => {
+        const object = document.createElement("object");
+        object.type = "image/png";
+        object.data = "a.png";
+        object.width = 7;
+        object.name = "n";
+        object.play = 5;
+        const inherited = Object.keys(HTMLObjectElement.prototype);
+        let clicks = 0;
+        object.addEventListener("click", () => ++clicks);
+        object.click();
+        return [object.type, object.getAttribute("data"), object.width, object.name, object.play,
+          Object.keys(object), object.stop, clicks, inherited.includes("stop"), object.__reflected];
+      });
+      assert.deepEqual(seen, ["image/png", "a.png", "7", "n", 5, ["play"], null, 1, false, null]);
+    });
+  });
+
+  describe("follows the markup", () => {
+    it("when attributes and params change, in the same task and later", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/mp4" data="a.mp4"></object>';
+        const video = document.getElementById("v");
+        const { state, calls } = (video.play(1), video.__reflected.__fake);
+        video.setAttribute("data", "b.mp4");
+        video.play(1);
+        const inTask = calls.slice(-2);
+        video.setAttribute("width", "100%");
+        video.setAttribute("height", "360");
+        video.setAttribute("data", "c.mp4");
+        video.data = "d.mp4";
+        const param = document.createElement("param");
+        param.name = "late";
+        param.value = "1";
+        video.appendChild(param);
+        setTimeout(() => done([inTask, state.data, state.width, state.height, state.given.late]));
+      });
+      assert.deepEqual(seen, [[["set data", "b.mp4"], ["play", 1]], "d.mp4", "", 360, "1"]);
+    });
+
+    it("when the type changes: the same kind keeps its object, another kind gets another", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/mp4"></object>';
+        const video = document.getElementById("v");
+        const handler = () => {};
+        video.onPlayStateChange = handler;
+        const first = video.__reflected;
+        video.setAttribute("type", "application/dash+xml");
+        video.play(1);
+        const same = [video.__reflected === first, first.__fake.state.type];
+        setTimeout(() => {
+          const kept = [video.__reflected === first, video.onPlayStateChange === handler];
+          video.setAttribute("type", "video/broadcast");
+          video.onPlayStateChange = handler;
+          video.bindToCurrentChannel();
+          const second = video.__reflected;
+          setTimeout(() => done([same, kept, second.__fake.name, second.__fake.state.onPlayStateChange === handler,
+            video.__reflected === second, first.__fake.calls.some(call => call[0] === "release"), "play" in first,
+            Object.keys(video).includes("play"), video.querySelectorAll("hole").length]));
+        });
+      });
+      assert.deepEqual(seen,
+        [[true, "application/dash+xml"], [true, true], "OipfVideoBroadcast", true, true, true, true, false, 1]);
+    });
+  });
+
+  describe("ends an object with its element", () => {
+    it("but a moved element keeps it", async () => {
+      await open();
+      const kept = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="v" type="video/broadcast"></object><p></p>';
+        const video = document.getElementById("v");
+        setTimeout(() => {
+          const oipf = video.__reflected;
+          root.removeChild(video);
+          document.querySelector("p").appendChild(video);
+          setTimeout(() => done([video.__reflected === oipf, fakes.made, oipf.__fake.calls.flat()]));
+        });
+      });
+      assert.deepEqual(kept, [true, 1, ["setMimeType", "video/broadcast", "setAttributes",
+        { id: "v", type: "video/broadcast" }]]);
+    });
+
+    it("removed: released, unmarked, no longer touchable; inserted again: a new object", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="v" type="video/mp4"><p>fallback</p></object>';
+        const video = document.getElementById("v");
+        video.play(1);
+        video.onPlayStateChange = () => {};
+        video.addEventListener("PlayStateChange", () => {}, false);
+        const first = video.__reflected;
+        root.removeChild(video);
+        setTimeout(() => {
+          const { calls, listeners, state } = first.__fake;
+          const gone = [calls.filter(call => call[0] === "release").length, listeners.length, state.onPlayStateChange,
+            "__reflected" in video, Object.keys(video).includes("play"), video.play, video.innerHTML, fakes.made];
+          root.appendChild(video);
+          const again = [video.play(1), video.__reflected !== first, fakes.made];
+          setTimeout(() => done([gone, again, fakes.made, video.__reflected.__fake.listeners.length]));
+        });
+      });
+      assert.deepEqual(seen, [[1, 0, null, false, false, null, "<p>fallback</p>", 1], [true, true, 2], 2, 1]);
+    });
+
+    it("also one that came, was used and went within one task", async () => {
+      await open();
+      const calls = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="v" type="video/broadcast"></object>';
+        const video = document.getElementById("v");
+        video.bindToCurrentChannel();
+        const oipf = video.__reflected;
+        root.innerHTML = "";
+        setTimeout(() => done(oipf.__fake.calls.map(call => call[0])));
+      });
+      assert.deepEqual(calls.filter(name => !name.startsWith("set")), ["bindToCurrentChannel", "release"]);
+    });
+
+    it("and keeps nothing of it: adding and removing does not add up", async () => {
+      await open();
+      const alive = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        const elements = [];
+        const objects = [];
+        const churn = ["application/oipfApplicationManager", "video/broadcast", "video/mp4"];
+        let left = 600;
+        const collected = () => elements.concat(objects).filter(ref => !ref.deref()).length;
+        const step = () => {
+          if (left-- > 0) {
+            root.innerHTML = `<object type="${churn[left % 3]}"></object>`;
+            void root.firstChild.addEventListener;
+            elements.push(new WeakRef(root.firstChild));
+            objects.push(new WeakRef(root.firstChild.__reflected));
+            // Never inserted, only touched.
+            const loose = document.createElement("object");
+            loose.type = churn[left % 3];
+            void loose.addEventListener;
+            objects.push(new WeakRef(loose.__reflected));
+            setTimeout(step);
+          } else if (collected() < 1700 && left > -400) {
+            // Garbage, until the collector takes notice.
+            window.garbage = Array.from({ length: 200000 }, (_, i) => ({ i }));
+            setTimeout(step);
+          } else {
+            done(1800 - collected());
+          }
+        };
+        step();
+      });
+      assert.ok(alive <= 100, `${alive} of 1800 are still there`);
+    });
+  });
+
+  describe("shows where the video is", () => {
+    it("through a hole while an A/V object plays or pauses, black otherwise", async () => {
+      await open();
+      const seen = await browser.run(() => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/mp4"></object>';
+        const video = document.getElementById("v");
+        void video.play;
+        return [0, 1, 2, 5, 3].map(state => {
+          video.__reflected.__fake.changePlayState(state);
+          const [child] = video.children;
+          return `${video.children.length} ${child.localName} ${child.style.backgroundColor}`;
+        });
+      });
+      assert.deepEqual(seen, ["1 div black", "1 hole ", "1 hole ", "1 div black", "1 div black"]);
+    });
+
+    it("and tells the object where the hole is, also in a copied element", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="v" type="video/broadcast"></object>';
+        const video = document.getElementById("v");
+        video.bindToCurrentChannel();
+        const copy = root.appendChild(video.cloneNode(true));
+        setTimeout(() => {
+          const detail = { x: 1, y: 2, width: 3, height: 4 };
+          copy.querySelector("hole").dispatchEvent(new CustomEvent("geometrychanged", { detail }));
+          const windows = object => object.__reflected.__fake.calls.filter(call => call[0] === "setWindow");
+          done([copy.children.length, windows(copy), windows(video)]);
+        });
+      });
+      assert.deepEqual(seen, [1, [["setWindow", 1, 2, 3, 4]], []]);
+    });
+  });
+
+  describe("gives pages the object factory", () => {
+    it("whose elements work as those of the document, with or without the browser's internal objects", async () => {
+      for (const internal of [false, true]) {
+        await open();
+        const seen = await browser.runAsync((withInternal, done) => {
+          if (withInternal) {
+            HTMLObjectElement.prototype.webkitSetInternalObject = function (oipf) {
+              for (const name of ["setMimeType", "setAttributes", "bindToCurrentChannel"])
+                this[name] = oipf[name].bind(oipf);
+              this.internal = oipf;
+            };
+          }
+          const object = oipfObjectFactory.createVideoBroadcastObject();
+          object.bindToCurrentChannel();
+          document.body.appendChild(object);
+          const names = (object.internal ?? object.__reflected).__fake.calls.map(call => call[0]);
+          setTimeout(() => done([names, fakes.made, object.localName, object.getAttribute("type")]));
+        }, internal);
+        const names = ["setMimeType", "setAttributes", "bindToCurrentChannel"];
+        assert.deepEqual(seen, [names, 1, "object", "video/broadcast"], `internal objects: ${internal}`);
+      }
+    });
+
+    it("which throws for what is not supported, with or without an HbbTV token", async () => {
+      for (const query of ["", "agent=none"]) {
+        await open(query);
+        const thrown = await browser.run(() => ["createStatusViewObject", "createMDTFObject"].map(name => {
+          try {
+            return oipfObjectFactory[name]();
+          } catch (e) {
+            return [e instanceof TypeError, e.message];
+          }
+        }));
+        assert.deepEqual(thrown, [[true, "Object is not supported."], [true, "Object is not supported."]]);
+      }
+    });
+  });
+
+  describe("stays out of the page's way", () => {
+    it("when an object cannot be made", async () => {
+      await open("refused=OipfVideoBroadcast");
+      const seen = await browser.runAsync(done => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast">text</object>';
+        const video = document.getElementById("v");
+        const member = video.bindToCurrentChannel;
+        video.onPlayStateChange = 5;
+        setTimeout(() => done([member, video.onPlayStateChange, video.__reflected, video.innerHTML]));
+      });
+      assert.deepEqual(seen, [null, 5, null, "text"]);
+    });
+
+    it("on pages that freeze, extend and replace what it stands on", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        "use strict";
+        Object.prototype.polluted = function () { throw new Error("polluted"); };
+        window.MutationSummary = null;
+        [Object, Array, Function, HTMLObjectElement, Element, Node].forEach(one => Object.freeze(one.prototype));
+        const root = document.getElementById("root");
+        root.innerHTML = '<object id="v" type="video/mp4"></object><object id="f" type="video/mp4"></object>';
+        const video = document.getElementById("v");
+        const frozen = Object.freeze(document.getElementById("f"));
+        console.log = () => video.playState;
+        video.onPlayStateChange = { toString() { throw new Error("no text"); } };
+        video.ownThing = 1;
+        void frozen.play;
+        setTimeout(() => {
+          video.setAttribute("data", "b.mp4");
+          setTimeout(() => done([video.play(1), video.data, video.ownThing, Object.keys(video).includes("polluted")]));
+        });
+      });
+      assert.deepEqual(seen, [true, "b.mp4", 1, false]);
+    });
+
+    it("in XHTML and in frames", async () => {
+      await open("", "script.xhtml");
+      const seen = await browser.run(() => [document.contentType, window.inlineResult, typeof oipfObjectFactory,
+        frames[0].inlineResult, frames[0].oipfObjectFactory !== oipfObjectFactory]);
+      assert.deepEqual(seen, ["application/xhtml+xml", "the application", "object", "the application", true]);
+    });
+  });
+});
