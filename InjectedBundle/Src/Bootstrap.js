@@ -401,6 +401,8 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
     _hbbtv_vantrel_reflect(object, oipf);
     const state = { oipf, plugin, summary: null, listeners: new Map() };
     _hbbtv_vantrel_states.set(object, state);
+    if (!_hbbtv_vantrel_inDocument(object))
+      _hbbtv_vantrel_anyLoose = true;
     if (plugin.visual) {
       oipf.setMimeType(_hbbtv_vantrel_typeOf(object));
       oipf.setAttributes(attributes);
@@ -503,13 +505,15 @@ function _hbbtv_vantrel_onWebKitObjectAdded(event) {
 
 // Element to type, of the supported elements that were in the document at the last look.
 var _hbbtv_vantrel_known = new Map();
+// Whether elements were upgraded out of the document. Such an element may come and go between two looks.
+var _hbbtv_vantrel_anyLoose = false;
 
 function _hbbtv_vantrel_observe(queries) {
   const selectors = new Set(queries.map(query => query.element.toLowerCase()));
   const objects = document.getElementsByTagNameNS("*", "object");
-  const look = () => {
-    // On most pages both are empty.
-    if (!objects.length && !_hbbtv_vantrel_known.size)
+  const look = records => {
+    // Most pages have none of all this.
+    if (!objects.length && !_hbbtv_vantrel_known.size && !_hbbtv_vantrel_anyLoose)
       return;
     const present = new Map();
     for (const object of Array.from(objects)) {
@@ -517,17 +521,34 @@ function _hbbtv_vantrel_observe(queries) {
       if (selectors.has("object[type=" + type + "]"))
         present.set(object, type);
     }
-    _hbbtv_vantrel_report(_hbbtv_vantrel_known, present);
+    _hbbtv_vantrel_report(_hbbtv_vantrel_known, present, _hbbtv_vantrel_passers(records));
   };
   _hbbtv_vantrel_known.clear();
   new MutationObserver(look).observe(document,
     { childList: true, subtree: true, attributes: true, attributeFilter: ["type"] });
-  look();
+  look([]);
 }
 
-function _hbbtv_vantrel_report(before, now) {
+// Upgraded elements that were removed although they had not been seen in the document.
+function _hbbtv_vantrel_passers(records) {
+  const passers = new Set();
+  if (!_hbbtv_vantrel_anyLoose)
+    return passers;
+  const consider = object => {
+    if (_hbbtv_vantrel_states.has(object) && !_hbbtv_vantrel_known.has(object) && !_hbbtv_vantrel_inDocument(object))
+      passers.add(object);
+  };
+  for (const node of records.flatMap(record => Array.from(record.removedNodes))) {
+    consider(node);
+    if (node.firstElementChild)
+      Array.from(node.getElementsByTagNameNS("*", "object")).forEach(consider);
+  }
+  return passers;
+}
+
+function _hbbtv_vantrel_report(before, now, passers) {
   const missing = (some, others) => Array.from(some.keys()).filter(key => some.get(key) !== others.get(key));
-  const summary = { removed: missing(before, now), added: missing(now, before) };
+  const summary = { removed: missing(before, now).concat(...passers), added: missing(now, before) };
   _hbbtv_vantrel_known = now;
   if (summary.removed.length || summary.added.length)
     _hbbtv_vantrel_check([summary]);

@@ -237,12 +237,17 @@ describe("The bootstrap script", () => {
         const root = document.getElementById("root");
         root.innerHTML = '<object id="v" type="video/broadcast"></object>';
         const video = document.getElementById("v");
-        video.bindToCurrentChannel();
-        const oipf = video.__reflected;
+        // Used before it comes, and it comes inside of another element.
+        const loose = document.createElement("object");
+        loose.type = "video/broadcast";
+        const used = [video, loose].map(object => (object.bindToCurrentChannel(), object.__reflected));
+        root.innerHTML = "<p></p>";
+        root.firstChild.appendChild(loose);
         root.innerHTML = "";
-        setTimeout(() => done(oipf.__fake.calls.map(call => call[0])));
+        setTimeout(() => done(used.map(oipf => oipf.__fake.calls.map(call => call[0]))));
       });
-      assert.deepEqual(calls.filter(name => !name.startsWith("set")), ["bindToCurrentChannel", "release"]);
+      for (const names of calls)
+        assert.deepEqual(names.filter(name => !name.startsWith("set")), ["bindToCurrentChannel", "release"]);
     });
 
     it("and keeps nothing of it: adding and removing does not add up", async () => {

@@ -37,10 +37,10 @@ export class Television {
     return this.browser.open(this.server.write(name, body));
   }
 
-  // The number in the last line of the bundle's log about live native objects; counted when a page begins.
-  nativeObjectsAlive() {
-    const counts = this.workplace.lines.map(line => /native objects alive: (\d+)/.exec(line)).filter(Boolean);
-    return counts.length ? Number(counts.at(-1)[1]) : undefined;
+  // How many native objects were alive, one entry a page that began.
+  countsOfNativeObjects() {
+    return this.workplace.lines.map(line => /native objects alive: (\d+)/.exec(line)).filter(Boolean)
+      .map(found => Number(found[1]));
   }
 
   async close() {
