@@ -117,6 +117,13 @@ BindingObject* BindingClass::NativeOf(const char* where, JSContextRef context, J
     return native;
 }
 
+BindingObject* BindingClass::NativeOfOwn(const char* where, JSObjectRef object) const {
+    auto* native = static_cast<BindingObject*>(JSObjectGetPrivate(object));
+    if (native == nullptr)
+        HBBTV_LOG_ERROR("%s::%s JSObjectGetPrivate is NULL", m_id, where);
+    return native;
+}
+
 void BindingClass::RegisterConstructor(JSContextRef context) const {
     JSObjectRef constructor = JSObjectMakeConstructor(context, m_class, m_definition.callAsConstructor);
     const JSStringHandle name(m_id);
@@ -158,7 +165,7 @@ bool BindingClass::HasProperty(JSObjectRef object, JSStringRef string) const {
 JSValueRef BindingClass::GetProperty(JSContextRef context, JSObjectRef object, JSStringRef string,
                                      JSValueRef* exception) const {
     const Name name(string);
-    BindingObject* native = NativeOf("t_GetProperty", context, object);
+    BindingObject* native = NativeOfOwn("t_GetProperty", object);
     if (native == nullptr)
         return JSValueMakeNull(context);
     if (const BindingAttribute* attribute = Find(name))
@@ -175,7 +182,7 @@ bool BindingClass::SetProperty(JSContextRef context, JSObjectRef object, JSStrin
     const BindingAttribute* attribute = Find(Name(string));
     if (attribute == nullptr || attribute->set == nullptr)
         return false;
-    BindingObject* native = NativeOf("t_SetProperty", context, object);
+    BindingObject* native = NativeOfOwn("t_SetProperty", object);
     if (native != nullptr)
         attribute->set(*attribute, context, object, *native, value, exception);
     return true;

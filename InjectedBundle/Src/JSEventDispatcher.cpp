@@ -179,40 +179,43 @@ bool JSEventDispatcher::JSDispatchEvent(const char* eventName, const std::vector
         return false;
     }
 
-    // Everything that is called from here on is a copy: a handler may add and remove handlers, and drop this object.
-    std::vector<ProtectedValue> alive;
     const auto handlerEntry = m_dom1.find(std::string_view(eventName));
     const auto [first, last] = m_dom2.equal_range(std::string_view(eventName));
     if (handlerEntry == m_dom1.end() && first == last) {
         HBBTV_LOG_INFO("%s(%s) - No matching DOM1 CBs or DOM2 listeners registered.", m_name.c_str(), eventName);
         return true;
     }
-    alive.emplace_back(m_context, m_thisObject);
-    for (const JSValueRef value : paramValues)
-        alive.emplace_back(m_context, value);
-    JSObjectRef handler = nullptr;
-    if (handlerEntry != m_dom1.end()) {
-        handler = handlerEntry->second.function;
-        alive.emplace_back(m_context, handler);
-    }
+    JSObjectRef handler = handlerEntry != m_dom1.end() ? handlerEntry->second.function : nullptr;
     std::vector<JSObjectRef> listeners;
-    for (auto at = first; at != last; ++at) {
+    for (auto at = first; at != last; ++at)
         listeners.push_back(at->second.function);
-        alive.emplace_back(m_context, at->second.function);
-    }
     return CallListeners(eventName, listeners, paramNames, paramValues, handler);
 }
 
 bool JSEventDispatcher::CallListeners(const char* eventName, const std::vector<JSObjectRef>& listeners,
                                       const std::vector<const char*>& paramNames,
                                       const std::vector<JSValueRef>& paramValues, JSObjectRef handler) {
+    // Everything that is used from here on is a copy: a handler may add and remove handlers, and drop this object.
     const JSGlobalContextRef context = m_context;
     const JSObjectRef target = m_thisObject;
     const std::string name = m_name;
 
+    // One array keeps alive what the calls need: protecting each value by itself costs more than making an event.
+    std::vector<JSValueRef> values(listeners.begin(), listeners.end());
+    values.insert(values.end(), paramValues.begin(), paramValues.end());
+    values.push_back(target);
+    if (handler != nullptr)
+        values.push_back(handler);
+    JSObjectRef kept = JSObjectMakeArray(context, values.size(), values.data(), nullptr);
+    if (kept == nullptr) {
+        HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
+        return false;
+    }
+    const ProtectedValue alive(context, kept);
+
     struct Pending {
         JSObjectRef listener;
-        ProtectedValue event;
+        JSObjectRef event;
     };
     std::vector<Pending> pending;
     pending.reserve(listeners.size());
@@ -223,19 +226,20 @@ bool JSEventDispatcher::CallListeners(const char* eventName, const std::vector<J
             HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
             return false;
         }
-        pending.push_back({listener, ProtectedValue(context, event)});
+        JSObjectSetPropertyAtIndex(context, kept, static_cast<unsigned>(values.size() + pending.size()), event,
+                                   nullptr);
+        pending.push_back({listener, event});
     }
     // All of them are set before the first call, so that what a listener finds on the firing object is what the last
     // of these settings left there; only that one is made.
-    if (!pending.empty() && !SetReadOnly(context, target, s_event.Get(), pending.back().event.Get(), true)) {
+    if (!pending.empty() && !SetReadOnly(context, target, s_event.Get(), pending.back().event, true)) {
         HBBTV_LOG_ERROR("%s(%s) - Fail to set event object on this object!", name.c_str(), eventName);
         return false;
     }
     for (size_t i = 0; i < paramNames.size() && !pending.empty(); ++i) {
         const JSStringHandle property(paramNames[i]);
         for (const Pending& each : pending) {
-            auto* event = const_cast<JSObjectRef>(each.event.Get());
-            if (!SetReadOnly(context, event, property.Get(), paramValues[i], false)) {
+            if (!SetReadOnly(context, each.event, property.Get(), paramValues[i], false)) {
                 HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s.", name.c_str(), eventName, paramNames[i]);
                 return false;
             }
@@ -257,11 +261,10 @@ bool JSEventDispatcher::CallListeners(const char* eventName, const std::vector<J
     }
     std::sort(pending.begin(), pending.end(),
               [](const Pending& a, const Pending& b) { return std::less<>()(a.listener, b.listener); });
-    for (Pending& each : pending) {
+    for (const Pending& each : pending) {
         JSValueRef exception = nullptr;
-        const JSValueRef event = each.event.Get();
+        const JSValueRef event = each.event;
         JSObjectCallAsFunction(context, each.listener, target, 1, &event, &exception);
-        each.event.Release();
         if (exception != nullptr) {
             HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(), eventName,
                             static_cast<void*>(each.listener));
