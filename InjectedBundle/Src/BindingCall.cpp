@@ -30,6 +30,10 @@ JSValueRef RefuseArguments(const char* id, const char* where, const CallArgument
     return JSValueMakeNull(call.context);
 }
 
+void LogIgnored(const char* where, size_t index) {
+    HBBTV_LOG_INFO("%s Argument[%lu] is accepted and not used", where, static_cast<unsigned long>(index));
+}
+
 JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call) {
     *call.exception = jiUtility::JSObjectMakeException(
         where, call.context, "TypeError", std::string(missing) + " is not supported", call.exception);

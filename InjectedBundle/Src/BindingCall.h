@@ -31,6 +31,9 @@ namespace Call {
 // Logs the arguments and throws. Returns null, the call's result.
 [[nodiscard]] JSValueRef RefuseArguments(const char* id, const char* where, const CallArguments& call);
 
+// Says that an argument which pages give, and which means nothing here, was given.
+void LogIgnored(const char* where, size_t index);
+
 // Answers a member whose result class is not part of this build.
 [[nodiscard]] JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call);
 
@@ -82,11 +85,14 @@ struct Operation {
 
     // What is passed on: everything but the ignored arguments.
     template <class Type>
-    static auto Pass(typename Type::Native& native) {
-        if constexpr (std::is_same_v<Type, Idl::Ignored>)
+    static auto Pass(const char* where, const CallArguments& call, size_t index, typename Type::Native& native) {
+        if constexpr (std::is_same_v<Type, Idl::Ignored>) {
+            if (index < call.count)
+                Call::LogIgnored(where, index);
             return std::tuple<>();
-        else
+        } else {
             return std::tuple<typename Type::Native&>(native);
+        }
     }
 
     template <class Implementation, size_t... I>
@@ -104,7 +110,7 @@ struct Operation {
                 else
                     return (implementation.*Member)(passed...);
             };
-            return std::apply(forward, std::tuple_cat(Pass<Arguments>(std::get<I>(natives))...));
+            return std::apply(forward, std::tuple_cat(Pass<Arguments>(where, call, I, std::get<I>(natives))...));
         });
     }
 };
