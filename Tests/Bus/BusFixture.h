@@ -1,0 +1,12 @@
+// What every bus test stands on: a bus and a home of the test program's own, and waiting for a fact.
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+// Runs the main loop until the fact holds. False when it did not within the limit.
+[[nodiscard]] bool WaitFor(const std::function<bool()>& fact,
+                           std::chrono::milliseconds limit = std::chrono::seconds(10));
+
+// Criticals and warnings of GLib end the program; the bus goes with it. Called by main() before the tests.
+void GiveTheProgramItsOwnBus();

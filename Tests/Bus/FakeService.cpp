@@ -1,0 +1,198 @@
+#include "Tests/Bus/FakeService.h"
+
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
+
+#include "IPC/DBUS/Src/DBusCall.h"
+
+namespace {
+
+void Check(const GErrorPtr& error, const char* what) {
+    if (error)
+        throw std::runtime_error(std::string(what) + ": " + error->message);
+}
+
+// The tuple type of a method's output or a signal's arguments.
+std::string TupleOf(GDBusArgInfo* const* arguments) {
+    std::string type = "(";
+    for (; arguments != nullptr && *arguments != nullptr; ++arguments)
+        type += (*arguments)->signature;
+    return type + ")";
+}
+
+GVariantPtr Parse(const std::string& type, const std::string& values) {
+    GErrorPtr error;
+    GVariantPtr value(g_variant_parse(type.empty() ? nullptr : G_VARIANT_TYPE(type.c_str()), values.c_str(),
+                                      nullptr, nullptr, OutPointer(error)));
+    Check(error, values.c_str());
+    return value;
+}
+
+// The text of a tuple of zeros: false, 0, "" and empty arrays.
+std::string ZerosOf(GDBusArgInfo* const* arguments) {
+    std::string text;
+    size_t count = 0;
+    for (; arguments != nullptr && arguments[count] != nullptr; ++count) {
+        const char type = arguments[count]->signature[0];
+        text += count > 0 ? ", " : "";
+        text += type == 'b' ? "false" : type == 's' ? "''" : type == 'a' ? "[]" : "0";
+    }
+    return "(" + text + (count == 1 ? ",)" : ")");
+}
+
+}  // namespace
+
+FakeService::FakeService(const std::string& interface) : m_name("org.vantrel.hbbtv." + interface) {
+    GCharPtr xml;
+    GErrorPtr error;
+    g_file_get_contents((HBBTV_DBUS_XML_DIR "/" + m_name + ".xml").c_str(), OutPointer(xml), nullptr,
+                        OutPointer(error));
+    Check(error, "reading the interface");
+    m_node.reset(g_dbus_node_info_new_for_xml(xml.get(), OutPointer(error)));
+    Check(error, "parsing the interface");
+    m_info = g_dbus_node_info_lookup_interface(m_node.get(), m_name.c_str());
+    Start();
+}
+
+FakeService::~FakeService() {
+    if (m_thread.joinable())
+        Stop();
+}
+
+void FakeService::Start() {
+    GErrorPtr error;
+    m_connection.reset(g_dbus_connection_new_for_address_sync(
+        std::getenv("DBUS_SESSION_BUS_ADDRESS"),
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, OutPointer(error)));
+    Check(error, "connecting");
+
+    // Calls are answered in the context that is the thread's default when the object is registered.
+    GMainContext* const context = g_main_context_new();
+    m_loop.reset(g_main_loop_new(context, FALSE), g_main_loop_unref);
+    g_main_context_push_thread_default(context);
+    static const GDBusInterfaceVTable methods = {OnCall, nullptr, nullptr, {}};
+    g_dbus_connection_register_object(m_connection.get(), kObjectPath,
+                                      const_cast<GDBusInterfaceInfo*>(m_info), &methods, this, nullptr,
+                                      OutPointer(error));
+    g_main_context_pop_thread_default(context);
+    Check(error, "exporting");
+    m_thread = std::thread([loop = m_loop, context] {
+        g_main_context_push_thread_default(context);
+        g_main_loop_run(loop.get());
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+    });
+
+    const GVariantPtr reply(g_dbus_connection_call_sync(
+        m_connection.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+        "RequestName", g_variant_new("(su)", m_name.c_str(), 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
+        nullptr, OutPointer(error)));
+    Check(error, "owning the name");
+}
+
+void FakeService::Stop() {
+    g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
+    g_main_context_invoke(
+        g_main_loop_get_context(m_loop.get()),
+        [](gpointer loop) -> gboolean {
+            g_main_loop_quit(static_cast<GMainLoop*>(loop));
+            return G_SOURCE_REMOVE;
+        },
+        m_loop.get());
+    m_thread.join();
+    m_connection.reset();
+}
+
+void FakeService::Reply(const std::string& method, const std::string& values) {
+    const std::lock_guard guard(m_mutex);
+    m_answers[method].values = values;
+}
+
+void FakeService::ReplyOfAnyType(const std::string& method, const std::string& values) {
+    const std::lock_guard guard(m_mutex);
+    m_answers[method].values = values;
+    m_answers[method].ofAnyType = true;
+}
+
+void FakeService::Fail(const std::string& method, const std::string& message) {
+    const std::lock_guard guard(m_mutex);
+    m_answers[method].failure = message;
+}
+
+void FakeService::Delay(const std::string& method, unsigned milliseconds) {
+    const std::lock_guard guard(m_mutex);
+    m_answers[method].delay = milliseconds;
+}
+
+void FakeService::Emit(const std::string& signal, const std::string& values) {
+    const GDBusSignalInfo* info =
+        g_dbus_interface_info_lookup_signal(const_cast<GDBusInterfaceInfo*>(m_info), signal.c_str());
+    const GVariantPtr parameters = Parse(info != nullptr ? TupleOf(info->args) : "", values);
+    GErrorPtr error;
+    g_dbus_connection_emit_signal(m_connection.get(), nullptr, kObjectPath, m_name.c_str(), signal.c_str(),
+                                  parameters.get(), OutPointer(error));
+    Check(error, "emitting");
+}
+
+std::vector<std::string> FakeService::TakeCalls() {
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_calls, {});
+}
+
+void FakeService::OnCall(GDBusConnection* /*connection*/, const gchar* /*sender*/, const gchar* /*path*/,
+                         const gchar* /*interface*/, const gchar* method, GVariant* parameters,
+                         GDBusMethodInvocation* invocation, gpointer data) {
+    auto* const self = static_cast<FakeService*>(data);
+    unsigned delay = 0;
+    {
+        const std::lock_guard guard(self->m_mutex);
+        const GCharPtr text(g_variant_print(parameters, FALSE));
+        self->m_calls.push_back(std::string(method) + " " + text.get());
+        delay = self->m_answers[method].delay;
+    }
+    if (delay == 0)
+        return self->AnswerCall(invocation);
+    auto* const later = g_timeout_source_new(delay);
+    auto* const pending = new std::pair(self, invocation);
+    g_source_set_callback(
+        later,
+        [](gpointer call) -> gboolean {
+            const auto& [service, answered] =
+                *static_cast<std::pair<FakeService*, GDBusMethodInvocation*>*>(call);
+            service->AnswerCall(answered);
+            return G_SOURCE_REMOVE;
+        },
+        pending,
+        [](gpointer call) { delete static_cast<std::pair<FakeService*, GDBusMethodInvocation*>*>(call); });
+    g_source_attach(later, g_main_context_get_thread_default());
+    g_source_unref(later);
+}
+
+void FakeService::AnswerCall(GDBusMethodInvocation* invocation) {
+    const GDBusMethodInfo* method = g_dbus_method_invocation_get_method_info(invocation);
+    Answer answer;
+    {
+        const std::lock_guard guard(m_mutex);
+        answer = m_answers[method->name];
+    }
+    if (!answer.failure.empty()) {
+        g_dbus_method_invocation_return_error_literal(invocation, G_DBUS_ERROR, G_DBUS_ERROR_FAILED,
+                                                      answer.failure.c_str());
+        return;
+    }
+    if (answer.ofAnyType) {
+        const GObjectPtr<GDBusMessage> reply(
+            g_dbus_message_new_method_reply(g_dbus_method_invocation_get_message(invocation)));
+        g_dbus_message_set_body(reply.get(), Parse("", answer.values).get());
+        g_dbus_connection_send_message(g_dbus_method_invocation_get_connection(invocation), reply.get(),
+                                       G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+        g_object_unref(invocation);
+        return;
+    }
+    const GVariantPtr reply =
+        Parse(TupleOf(method->out_args), answer.values.empty() ? ZerosOf(method->out_args) : answer.values);
+    g_dbus_method_invocation_return_value(invocation, reply.get());
+}

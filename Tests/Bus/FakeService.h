@@ -1,0 +1,68 @@
+// A service of the receiver, reduced to its wire: it answers what a test tells it to, and keeps what it was
+// asked.
+//
+// It runs on a thread and a connection of its own, because the clients block the main thread.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "IPC/DBUS/Src/GLibHandles.h"
+
+class FakeService {
+ public:
+    // The interface's last word, as in "IJSChannelCache". Owns its name until it is stopped or destroyed.
+    explicit FakeService(const std::string& interface);
+    ~FakeService();
+    FakeService(const FakeService&) = delete;
+    FakeService& operator=(const FakeService&) = delete;
+
+    // Dies, as far as anybody on the bus can tell; comes back as another process would.
+    void Stop();
+    void Start();
+
+    // What a method answers from now on. Values are written as GVariant text: "(uint32 7, true)". A method
+    // that nothing was said about answers zeros.
+    void Reply(const std::string& method, const std::string& values);
+    // As a service that was built from another description does.
+    void ReplyOfAnyType(const std::string& method, const std::string& values);
+    void Fail(const std::string& method, const std::string& message);
+    void Delay(const std::string& method, unsigned milliseconds);
+
+    // For signals that the interface lacks the type must be in the text.
+    void Emit(const std::string& signal, const std::string& values);
+
+    // The calls since the last time, as "Show (7,)".
+    [[nodiscard]] std::vector<std::string> TakeCalls();
+
+ private:
+    struct Answer {
+        std::string values;
+        bool ofAnyType = false;
+        std::string failure;
+        unsigned delay = 0;
+    };
+    struct Unref {
+        void operator()(GDBusNodeInfo* node) const { g_dbus_node_info_unref(node); }
+    };
+
+    static void OnCall(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar* method,
+                       GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self);
+    void AnswerCall(GDBusMethodInvocation* invocation);
+
+    std::string m_name;
+    std::unique_ptr<GDBusNodeInfo, Unref> m_node;
+    const GDBusInterfaceInfo* m_info;
+
+    std::mutex m_mutex;
+    std::map<std::string, Answer> m_answers;
+    std::vector<std::string> m_calls;
+
+    GObjectPtr<GDBusConnection> m_connection;
+    std::shared_ptr<GMainLoop> m_loop;
+    std::thread m_thread;
+};

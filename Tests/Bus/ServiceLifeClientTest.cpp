@@ -1,0 +1,117 @@
+// Services that are not there, die, come back, are slow; and clients that outlive the program.
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "IPC/DBUS/Src/AVEventHandlerWK_DBus.h"
+#include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
+#include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "IPC/DBUS/Src/DSMCCWK_DBus.h"
+#include "Tests/Bus/BusFixture.h"
+#include "Tests/Bus/FakeService.h"
+#include "Tests/Bus/LogCapture.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class AClient : public testing::Test {
+ protected:
+    void SetUp() override { LogCapture::Clear(); }
+
+    static std::unique_ptr<FakeService> NewService() {
+        auto service = std::make_unique<FakeService>("IDAEBrowserAPI");
+        service->Reply("IsTrusted", "(true,)");
+        return service;
+    }
+};
+
+TEST_F(AClient, MadeBeforeItsServiceFailsAtOnceAndReachesItWhenItAppears) {
+    const auto start = std::chrono::steady_clock::now();
+    CDAEBrowserAPIWK client;
+    EXPECT_FALSE(client.IsTrusted());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    EXPECT_EQ(LogCapture::Errors(), 1);
+
+    const auto service = NewService();
+    EXPECT_TRUE(client.IsTrusted());
+}
+
+TEST_F(AClient, ReachesAServiceThatDiedAndCameBackAndHearsItsSignals) {
+    struct Counter final : IPluginController {
+        void OnEvent(event_t) override { ++events; }
+        int events = 0;
+    } counter;
+    const auto service = NewService();
+    CDAEBrowserAPIWK client;
+    client.SubscribeEvents(&counter);
+    for (int life = 1; life <= 3; ++life) {
+        EXPECT_TRUE(WaitFor([&] { return client.IsTrusted(); }));
+        EXPECT_TRUE(WaitFor([&] {
+            service->Emit("PluginEvent", "(400, 0)");
+            return counter.events >= life;
+        }));
+        service->Stop();
+        EXPECT_FALSE(client.IsTrusted());
+        service->Start();
+    }
+    client.UnsubscribeEvents(&counter);
+}
+
+TEST_F(AClient, WaitsForASlowAnswer) {
+    const auto service = NewService();
+    service->Delay("IsTrusted", 300);
+    CDAEBrowserAPIWK client;
+    EXPECT_TRUE(client.IsTrusted());
+    EXPECT_EQ(LogCapture::Errors(), 0);
+}
+
+TEST_F(AClient, IsFreedWhenItsServiceDiesWithACallUnderWay) {
+    const auto service = NewService();
+    service->Delay("IsTrusted", 60000);
+    CDAEBrowserAPIWK client;
+    std::thread killer([&] {
+        while (service->TakeCalls().empty())
+            std::this_thread::yield();
+        service->Stop();
+    });
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(client.IsTrusted());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    killer.join();
+}
+
+TEST_F(AClient, RefusesAnAnswerOfTheWrongType) {
+    const auto service = NewService();
+    service->ReplyOfAnyType("IsTrusted", "('yes', 1)");
+    service->ReplyOfAnyType("GetCountryID", "()");
+    CDAEBrowserAPIWK client;
+    EXPECT_FALSE(client.IsTrusted());
+    std::string country = "untouched";
+    client.GetCountryID(country);
+    EXPECT_EQ(country, "untouched");
+    EXPECT_EQ(LogCapture::Errors(), 2);
+}
+
+TEST_F(AClient, OfEveryKindSurvivesTheEndOfTheProgram) {
+    EXPECT_EXIT(
+        {
+            const auto service = NewService();
+            static_cast<void>(CDAEBrowserAPIWK::GetInstance()->IsTrusted());
+            CBroadcastPlayerWK::GetInstance()->Stop(1);
+            CAVEventHandlerWK::GetInstance()->Stop(1);
+            IJSChannelCacheWK::GetInstance()->Release(1);
+            InitDSMCCDBus();
+            // Deliveries may be on their way.
+            service->Emit("PluginEvent", "(400, 0)");
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// Assertions, the console printer and the lock beneath it.
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "CSP/Inc/PCDebug.h"
+#include "CSP/Inc/PCError.h"
+#include "CSP/Inc/PCMutex.h"
+
+using HbbTVPlatform::PCError;
+using HbbTVPlatform::PCMutex;
+using HbbTVPlatform::PCRealDebug;
+
+namespace {
+
+// Made before and destroyed after everything else of the program, the printer's lock included. If its print
+// did not go without the lock, this program could not end well.
+struct PrintsAtTheVeryEnd {
+    PrintsAtTheVeryEnd() = default;
+    ~PrintsAtTheVeryEnd() { PCRealDebug::Print("never seen"); }
+};
+PrintsAtTheVeryEnd s_printsAtTheVeryEnd __attribute__((init_priority(101)));
+
+class AConsolePrinter : public testing::Test {
+ protected:
+    ~AConsolePrinter() override { PCRealDebug::SetLevel(0, 0xFFFFFFFFU); }
+
+    template <typename Function>
+    static std::string OutputOf(Function function) {
+        testing::internal::CaptureStdout();
+        function();
+        return testing::internal::GetCapturedStdout();
+    }
+
+    static std::string Line(const std::string& text) {
+        return std::to_string(HbbTVPlatform::lineCount) + " " + text + "\n";
+    }
+};
+
+TEST_F(AConsolePrinter, PrintsEveryLevelUntilToldOtherwise) {
+    const std::string expected = Line("(0): a 1");
+    EXPECT_EQ(OutputOf([] { PCRealDebug::Print("a %d", 1); }), expected);
+    const std::string top = Line("(4294967295): 100%");
+    EXPECT_EQ(OutputOf([] { PCRealDebug::Print(0xFFFFFFFFU, "%s", "100%"); }), top);
+}
+
+TEST_F(AConsolePrinter, KeepsToItsLevelsAndCountsOnlyWhatItPrints) {
+    PCRealDebug::SetLevel(1, 10);
+    PCRealDebug::SetLevel(5, 3);
+    const std::string expected =
+        Line("(1): low") + std::to_string(HbbTVPlatform::lineCount + 1) + " (10): high\n";
+    EXPECT_EQ(OutputOf([] {
+                  PCRealDebug::Print(0, "below");
+                  PCRealDebug::Print("without a level");
+                  PCRealDebug::Print(1, "low");
+                  PCRealDebug::Print(11, "above");
+                  PCRealDebug::Print(10, "high");
+              }),
+              expected);
+}
+
+TEST_F(AConsolePrinter, KeepsLinesOfThreadsWhole) {
+    constexpr int kThreads = 4;
+    constexpr int kLines = 200;
+    const unsigned long before = HbbTVPlatform::lineCount;
+    const std::string output = OutputOf([] {
+        std::vector<std::thread> threads;
+        for (int t = 0; t < kThreads; ++t) {
+            threads.emplace_back([] {
+                for (int i = 0; i < kLines; ++i)
+                    PCRealDebug::Print(7, "%s-%s", "left", "right");
+            });
+        }
+        for (auto& thread : threads)
+            thread.join();
+    });
+    std::string expected;
+    for (unsigned long line = before; line < before + kThreads * kLines; ++line)
+        expected += std::to_string(line) + " (7): left-right\n";
+    EXPECT_EQ(output, expected);
+}
+
+TEST_F(AConsolePrinter, DoesNotDisturbTheEndOfAProgramWhoseThreadsPrint) {
+    EXPECT_EXIT(
+        {
+            PCRealDebug::SetLevel(1, 1);
+            std::atomic<int> printing = 0;
+            for (int t = 0; t < 3; ++t) {
+                std::thread([&printing] {
+                    for (;;) {
+                        PCRealDebug::Print("silent, but locked");
+                        printing.fetch_or(1);
+                    }
+                }).detach();
+            }
+            while (printing == 0)
+                std::this_thread::yield();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_F(AConsolePrinter, AssertsThatThereIsAFormat) {
+    void (*const print)(unsigned, const char*, ...) = PCRealDebug::Print;
+    EXPECT_EXIT(print(3, nullptr), testing::KilledBySignal(SIGABRT),
+                "Assertion failed: .*PCDebug.cpp \\([0-9]+\\) - format != (NULL|nullptr)");
+}
+
+TEST(AnAssertion, SaysWhatFailedAndWhereAndEndsTheProcess) {
+    EXPECT_EXIT(PC_ASSERT(1 + 1 == 3), testing::KilledBySignal(SIGABRT),
+                "Assertion failed: /.*CSPTest.cpp \\([0-9]+\\) - 1 \\+ 1 == 3\n"
+                "Debug information:\n"
+                "    Thread ID: 0x[0-9a-f]{8}\n"
+                "Call stack:\n"
+                ".*\\[0x[0-9a-f]+\\]");
+}
+
+TEST(AMutex, IsHeldByOneThreadAsOftenAsItTookIt) {
+    PCMutex mutex;
+    std::atomic<bool> taken = false;
+    mutex.lock();
+    mutex.lock();
+    std::thread other([&] {
+        const std::lock_guard guard(mutex);
+        taken = true;
+    });
+    mutex.unlock();
+    // Still held once: the other thread cannot have it, however long it has had to try.
+    for (int i = 0; i < 1000; ++i)
+        std::this_thread::yield();
+    EXPECT_FALSE(taken);
+    mutex.unlock();
+    other.join();
+    EXPECT_TRUE(taken);
+}
+
+TEST(AMutex, AssertsThatOnlyItsHolderGivesItBack) {
+    EXPECT_EXIT(
+        {
+            PCMutex mutex;
+            mutex.lock();
+            std::thread([&] { mutex.unlock(); }).join();
+        },
+        testing::KilledBySignal(SIGABRT), "m_owner == pthread_self");
+}
+
+TEST(AnErrorNumber, IsTheThreadsOwn) {
+    PCError::Set(EINVAL);
+    std::thread([] { PCError::Set(ENOENT); }).join();
+    EXPECT_EQ(PCError::Num(), EINVAL);
+}
+
+}  // namespace
