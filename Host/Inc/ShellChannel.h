@@ -34,8 +34,7 @@ inline constexpr char kIntrospection[] = R"xml(
 </node>
 )xml";
 
-// To a page: a remote-control key that has no key of the keyboard behind it; (key code, pressed or released).
-inline constexpr char kKeyMessage[] = "remote-control-key";
-inline constexpr char kKeyMessageType[] = "(ub)";
+// Keys that no keyboard has travel as the key of the private character that is this far from their code.
+inline constexpr unsigned kFirstPrivateCharacter = 0xE000;
 
 }  // namespace Host::ShellChannel

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <utility>
 
+#include <gdk/gdkkeysyms.h>
 #include <glib-unix.h>
 
 namespace Shell {
@@ -25,8 +26,9 @@ std::string urlOf(const std::string& argument) {
 
 }  // namespace
 
-Browser::Browser(Options options)
+Browser::Browser(Options options, GDBusConnection* bus)
     : m_options(std::move(options)),
+      m_bus(retain(bus)),
       m_loop(g_main_loop_new(nullptr, FALSE)),
       m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
@@ -41,13 +43,26 @@ Browser::~Browser() {
 }
 
 int Browser::run() {
+    bringUpReceiver();
+    m_receiver = std::make_unique<ReceiverControl>(m_bus.get(), *this);
+    if (const auto mask = m_receiver->keyMask())
+        m_remoteControl.setMask(*mask);
     if (m_options.automation)
         m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
-    BrowserView& view = openView(kFirstViewId);
-    if (!m_options.url.empty())
-        view.load(urlOf(m_options.url));
-    g_main_loop_run(m_loop.get());
-    return m_exitCode;
+    if (!m_exitCode) {
+        openView(kFirstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
+        g_main_loop_run(m_loop.get());
+    }
+    return m_exitCode.value_or(0);
+}
+
+void Browser::bringUpReceiver() {
+    if (!m_options.receiver || !m_bus || isReceiverRunning(m_bus.get()))
+        return;
+    m_receiverProcess =
+        std::make_unique<ReceiverProcess>(m_options.scenario, [this] { g_main_loop_quit(m_loop.get()); });
+    if (!m_receiverProcess->settled())
+        g_main_loop_run(m_loop.get());
 }
 
 void Browser::leave(int exitCode) {
@@ -65,10 +80,13 @@ gboolean Browser::onInterrupt(gpointer self) {
     return G_SOURCE_CONTINUE;
 }
 
-BrowserView& Browser::openView(std::int32_t id) {
+BrowserView& Browser::openView(std::int32_t id, const std::string& url) {
     auto& view = m_views[id];
     view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
+    m_receiver->registerView(id, url);
     m_screen.add(*view);
+    if (!url.empty())
+        view->load(url);
     return *view;
 }
 
@@ -78,6 +96,7 @@ void Browser::closeView(std::int32_t id) {
         return;
     m_screen.remove(*found->second);
     m_views.erase(found);
+    m_receiver->unregisterView(id);
 }
 
 BrowserView* Browser::findView(std::int32_t id) const {
@@ -90,14 +109,73 @@ WebKitWebView* Browser::viewForAutomation() {
         if (const BrowserView* view = findView(kFirstViewId))
             return view->webView();
     }
-    return openView(m_views.empty() ? kFirstViewId : m_views.rbegin()->first + 1).webView();
+    return openView(m_views.empty() ? kFirstViewId : m_views.rbegin()->first + 1, "").webView();
 }
 
-bool Browser::handleKey(const GdkEventKey&) {
-    return false;
+bool Browser::handleKey(const GdkEventKey& event) {
+    BrowserView* view = m_screen.top();
+    const bool isPress = event.type == GDK_KEY_PRESS;
+    if (view && event.keyval == GDK_KEY_F12) {
+        if (isPress)
+            view->showInspector();
+        return true;
+    }
+    if (view && event.keyval == GDK_KEY_r && (event.state & GDK_CONTROL_MASK) != 0) {
+        if (isPress)
+            view->reload();
+        return true;
+    }
+    return m_remoteControl.handleKeyEvent(view, event);
 }
 
-void Browser::viewDidChangeUrl(BrowserView&) {}
+void Browser::receiverAppeared() {
+    for (const auto& [id, view] : m_views)
+        m_receiver->registerView(id, view->url());
+    m_remoteControl.setMask(m_receiver->keyMask().value_or(kAllKeyGroups));
+}
+
+void Browser::receiverVanished() {
+    g_message("the receiver is gone; all keys reach the page");
+    m_remoteControl.setMask(kAllKeyGroups);
+}
+
+void Browser::applicationStarted(std::int32_t id, const std::string& url) {
+    if (BrowserView* view = findView(id)) {
+        view->load(url);
+        return;
+    }
+    openView(id, url);
+}
+
+// An empty screen would look like a fault: the last view stays.
+void Browser::applicationDestroyed(std::int32_t id) {
+    BrowserView* view = findView(id);
+    if (!view)
+        return;
+    if (m_views.size() > 1) {
+        closeView(id);
+        return;
+    }
+    view->showPlainPage();
+    m_screen.setVisible(*view, true);
+}
+
+void Browser::applicationVisibilityChanged(std::int32_t id, bool visible) {
+    if (BrowserView* view = findView(id))
+        m_screen.setVisible(*view, visible);
+}
+
+void Browser::keyMaskChanged(std::uint32_t mask) {
+    m_remoteControl.setMask(mask);
+}
+
+void Browser::keyPressed(std::uint32_t keyCode) {
+    m_remoteControl.press(m_screen.top(), keyCode);
+}
+
+void Browser::viewDidChangeUrl(BrowserView& view) {
+    m_receiver->changeUrl(view.id(), view.url());
+}
 
 void Browser::viewDidFinishLoad(BrowserView& view) {
     if (view.id() == kFirstViewId)

@@ -12,15 +12,19 @@
 #include "Host/Shell/BrowserView.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/PageCheck.h"
+#include "Host/Shell/ReceiverControl.h"
+#include "Host/Shell/ReceiverProcess.h"
+#include "Host/Shell/RemoteControl.h"
 #include "Host/Shell/Screen.h"
 #include "Host/Shell/WebProcessChannel.h"
 #include "Host/Shell/WebSetup.h"
 
 namespace Shell {
 
-class Browser final : public BrowserViewListener, public WebProcessMessages {
+class Browser final : public BrowserViewListener, public WebProcessMessages, public ReceiverEvents {
  public:
-    explicit Browser(Options options);
+    // Without a session bus (null) there is no receiver.
+    Browser(Options options, GDBusConnection* bus);
     ~Browser();
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
@@ -39,10 +43,20 @@ class Browser final : public BrowserViewListener, public WebProcessMessages {
     [[nodiscard]] std::optional<std::string> answerMessage(std::uint64_t page,
                                                            const std::string& name) override;
 
+    void receiverAppeared() override;
+    void receiverVanished() override;
+    void applicationStarted(std::int32_t id, const std::string& url) override;
+    void applicationDestroyed(std::int32_t id) override;
+    void applicationVisibilityChanged(std::int32_t id, bool visible) override;
+    void keyMaskChanged(std::uint32_t mask) override;
+    void keyPressed(std::uint32_t keyCode) override;
+
     static gboolean onTerminate(gpointer self);
     static gboolean onInterrupt(gpointer self);
 
-    BrowserView& openView(std::int32_t id);
+    // Runs the main loop until the receiver is ready, or is known not to come.
+    void bringUpReceiver();
+    BrowserView& openView(std::int32_t id, const std::string& url);
     void closeView(std::int32_t id);
     [[nodiscard]] BrowserView* findView(std::int32_t id) const;
     [[nodiscard]] WebKitWebView* viewForAutomation();
@@ -50,10 +64,14 @@ class Browser final : public BrowserViewListener, public WebProcessMessages {
     void leave(int exitCode);
 
     Options m_options;
+    Host::GObjectHandle<GDBusConnection> m_bus;
     Host::GMainLoopHandle m_loop;
     Host::GSourceHandle m_terminate;
     Host::GSourceHandle m_interrupt;
-    int m_exitCode = 0;
+    std::optional<int> m_exitCode;  // Set when it is time to leave.
+    std::unique_ptr<ReceiverProcess> m_receiverProcess;
+    std::unique_ptr<ReceiverControl> m_receiver;  // From run() on.
+    RemoteControl m_remoteControl;
     WebProcessChannel m_channel;
     WebSetup m_web;
     Screen m_screen;

@@ -32,7 +32,8 @@ std::optional<std::string> fromEnvironment(const char* name) {
 
 }  // namespace
 
-// HBBTV_LIBDIR and HBBTV_LIBEXECDIR are the install folders as seen from the folder of this program.
+// HBBTV_LIBDIR, HBBTV_LIBEXECDIR and HBBTV_DATADIR are the install folders as seen from the folder of this
+// program, HBBTV_SCENARIOS is the folder in the source tree.
 std::optional<std::string> findAdapterFolder() {
     return findBeside({"../WebProcess/Extension", HBBTV_LIBDIR "/hbbtv/web-process"});
 }
@@ -48,6 +49,10 @@ std::optional<std::string> findReceiver() {
     if (auto path = fromEnvironment("HBBTV_RECEIVER"))
         return path;
     return findBeside({"hbbtv-receiver", "../Receiver/hbbtv-receiver", HBBTV_LIBEXECDIR "/hbbtv-receiver"});
+}
+
+std::optional<std::string> findDefaultScenario() {
+    return findBeside({HBBTV_DATADIR "/hbbtv/scenarios/default.json", HBBTV_SCENARIOS "/default.json"});
 }
 
 }  // namespace Shell

@@ -15,4 +15,7 @@ namespace Shell {
 // HBBTV_RECEIVER as it is, else the receiver that belongs to this program.
 [[nodiscard]] std::optional<std::string> findReceiver();
 
+// The scenario of a receiver for which none is named.
+[[nodiscard]] std::optional<std::string> findDefaultScenario();
+
 }  // namespace Shell

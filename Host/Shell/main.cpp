@@ -6,17 +6,19 @@
 
 #include "Host/Shell/Browser.h"
 #include "Host/Shell/Options.h"
+#include "Host/Shell/SessionBus.h"
 
 namespace {
 
 constexpr int kBadUsage = 2;
 
 int runBrowser(int argc, char** argv, Shell::Options options) {
+    const Shell::SessionBus bus;
     if (!gtk_init_check(&argc, &argv)) {
         std::cerr << "hbbtv-shell: no display; xvfb-run gives one to a machine without a screen\n";
         return 1;
     }
-    return Shell::Browser(std::move(options)).run();
+    return Shell::Browser(std::move(options), bus.connection()).run();
 }
 
 }  // namespace

@@ -10,7 +10,6 @@ extern "C" void JSSynchronousGarbageCollectForDebugging(JSContextRef context);
 namespace WebProcess {
 
 extern const std::string_view s_browserExtensions;
-extern const std::string_view s_remoteControlKey;
 
 namespace {
 
@@ -92,14 +91,6 @@ void defineCollectGarbage(JSGlobalContextRef context) {
     const JSObjectRef function = JSObjectMakeFunctionWithCallback(context, name.get(), collectGarbage);
     JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.get(), function,
                         kJSPropertyAttributeDontEnum, nullptr);
-}
-
-void dispatchKey(JSGlobalContextRef context, std::uint32_t keyCode, bool pressed) {
-    static constexpr char kName[] = "remote-control key";
-    const JSObjectRef dispatch = evaluateFunction(context, s_remoteControlKey.data(), kName);
-    const JSValueRef arguments[] = {JSValueMakeNumber(context, keyCode),
-                                    JSValueMakeBoolean(context, pressed)};
-    callFunction(context, dispatch, arguments, kName);
 }
 
 }  // namespace WebProcess

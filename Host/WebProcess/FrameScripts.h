@@ -1,7 +1,6 @@
 // Script that the adapter runs in a frame's own world.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -29,8 +28,5 @@ void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& liste
 
 // A non-enumerable "__collectGarbage" on the window, for tests.
 void defineCollectGarbage(JSGlobalContextRef context);
-
-// A key event of the remote control on the focused element of the frame (or of the same-origin frame within).
-void dispatchKey(JSGlobalContextRef context, std::uint32_t keyCode, bool pressed);
 
 }  // namespace WebProcess

@@ -2,14 +2,9 @@
 
 #include <libsoup/soup.h>
 
-#include "Host/Inc/GHandles.h"
-#include "Host/Inc/ShellChannel.h"
 #include "Host/WebProcess/DeprecatedWebKit.h"
-#include "Host/WebProcess/FrameScripts.h"
 
 namespace WebProcess {
-
-using namespace Host;
 
 namespace {
 
@@ -32,7 +27,6 @@ HostPage::HostPage(WebKitWebPage* page) : m_page(page), m_id(webkit_web_page_get
     g_signal_connect(page, "console-message-sent", G_CALLBACK(onConsoleMessage), this);
     g_signal_connect(page, "send-request", G_CALLBACK(onSendRequest), this);
     g_signal_connect(page, "notify::uri", G_CALLBACK(onUriChanged), this);
-    g_signal_connect(page, "user-message-received", G_CALLBACK(onUserMessage), this);
 }
 
 HostPage::~HostPage() {
@@ -115,21 +109,6 @@ void HostPage::didStartProvisionalLoad() {
                                                    m_loaderClient.base.clientInfo);
     if (userData)
         fromRef<WKObject>(userData)->release();
-}
-
-gboolean HostPage::onUserMessage(WebKitWebPage*, WebKitUserMessage* message, gpointer self) {
-    auto& page = *static_cast<HostPage*>(self);
-    GVariant* parameters = webkit_user_message_get_parameters(message);
-    if (!g_str_equal(webkit_user_message_get_name(message), ShellChannel::kKeyMessage) || !parameters ||
-        !g_variant_is_of_type(parameters, G_VARIANT_TYPE(ShellChannel::kKeyMessageType)))
-        return FALSE;
-    guint32 keyCode = 0;
-    gboolean pressed = FALSE;
-    g_variant_get(parameters, ShellChannel::kKeyMessageType, &keyCode, &pressed);
-    HostFrame* main = page.mainFrame();
-    if (const JSGlobalContextRef context = main ? main->scriptContext() : nullptr)
-        dispatchKey(context, keyCode, pressed);
-    return TRUE;
 }
 
 }  // namespace WebProcess

@@ -36,7 +36,6 @@ class HostPage final : public WKObject {
     static gboolean onSendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* redirect,
                                   gpointer self);
     static void onUriChanged(WebKitWebPage* page, GParamSpec* property, gpointer self);
-    static gboolean onUserMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer self);
 
     void didStartProvisionalLoad();
 

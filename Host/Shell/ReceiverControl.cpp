@@ -1,0 +1,134 @@
+#include "Host/Shell/ReceiverControl.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace Shell {
+
+using namespace Host;
+
+namespace {
+
+constexpr char kName[] = "org.vantrel.hbbtv.ReceiverControl";
+constexpr char kInterface[] = "org.vantrel.hbbtv.ReceiverControl";
+constexpr char kPath[] = "/org/vantrel/hbbtv/control";
+constexpr int kCallLimitMs = 2000;
+
+}  // namespace
+
+bool isNameOwned(GDBusConnection* bus, const char* name) {
+    GErrorSlot error;
+    const GVariantHandle reply(g_dbus_connection_call_sync(
+        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
+        g_variant_new("(s)", name), G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NONE, kCallLimitMs, nullptr,
+        error.out()));
+    if (!reply) {
+        g_warning("the session bus does not answer: %s", error.message());
+        return false;
+    }
+    gboolean owned = FALSE;
+    g_variant_get(reply.get(), "(b)", &owned);
+    return owned;
+}
+
+ReceiverControl::ReceiverControl(GDBusConnection* bus, ReceiverEvents& events)
+    : m_bus(retain(bus)), m_events(events) {
+    if (!m_bus)
+        return;
+    m_present = isNameOwned(bus, kName);
+    m_subscription = g_dbus_connection_signal_subscribe(bus, kName, kInterface, nullptr, kPath, nullptr,
+                                                        G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
+    m_nameWatch = g_bus_watch_name_on_connection(bus, kName, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared,
+                                                 onVanished, this, nullptr);
+}
+
+ReceiverControl::~ReceiverControl() {
+    if (!m_bus)
+        return;
+    g_bus_unwatch_name(m_nameWatch);
+    g_dbus_connection_signal_unsubscribe(m_bus.get(), m_subscription);
+}
+
+GVariantHandle ReceiverControl::call(const char* method, GVariant* parameters, const char* replyType) {
+    const GVariantHandle sunk(g_variant_ref_sink(parameters));
+    if (!m_present)
+        return nullptr;
+    GErrorSlot error;
+    GVariantHandle reply(g_dbus_connection_call_sync(
+        m_bus.get(), kName, kPath, kInterface, method, sunk.get(), G_VARIANT_TYPE(replyType),
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, error.out()));
+    if (!reply)
+        g_warning("the receiver refused %s: %s", method, error.message());
+    return reply;
+}
+
+void ReceiverControl::send(const char* method, GVariant* parameters) {
+    const GVariantHandle sunk(g_variant_ref_sink(parameters));
+    if (m_present)
+        g_dbus_connection_call(m_bus.get(), kName, kPath, kInterface, method, sunk.get(), nullptr,
+                               G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, nullptr, nullptr);
+}
+
+void ReceiverControl::registerView(std::int32_t view, const std::string& url) {
+    (void)call("RegisterView", g_variant_new("(is)", view, url.c_str()), "()");
+}
+
+void ReceiverControl::changeUrl(std::int32_t view, const std::string& url) {
+    send("RegisterView", g_variant_new("(is)", view, url.c_str()));
+}
+
+void ReceiverControl::unregisterView(std::int32_t view) {
+    send("UnregisterView", g_variant_new("(i)", view));
+}
+
+std::optional<std::uint32_t> ReceiverControl::keyMask() {
+    const GVariantHandle reply = call("GetWorld", g_variant_new("(s)", "/keys/mask"), "(s)");
+    if (!reply)
+        return std::nullopt;
+    const char* json = nullptr;
+    g_variant_get(reply.get(), "(&s)", &json);
+    return static_cast<std::uint32_t>(std::strtoul(json, nullptr, 10));
+}
+
+void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*, gpointer self) {
+    auto& control = *static_cast<ReceiverControl*>(self);
+    // The first notice of a receiver that was there from the start is no news.
+    if (!std::exchange(control.m_present, true))
+        control.m_events.receiverAppeared();
+}
+
+void ReceiverControl::onVanished(GDBusConnection*, const char*, gpointer self) {
+    auto& control = *static_cast<ReceiverControl*>(self);
+    if (std::exchange(control.m_present, false))
+        control.m_events.receiverVanished();
+}
+
+void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
+                               GVariant* parameters, gpointer self) {
+    ReceiverEvents& events = static_cast<ReceiverControl*>(self)->m_events;
+    const auto is = [signal, parameters](const char* name, const char* type) {
+        return g_str_equal(signal, name) && g_variant_is_of_type(parameters, G_VARIANT_TYPE(type));
+    };
+    gint32 view = 0;
+    guint32 number = 0;
+    if (is("ApplicationStarted", "(is)")) {
+        const char* url = nullptr;
+        g_variant_get(parameters, "(i&s)", &view, &url);
+        events.applicationStarted(view, url);
+    } else if (is("ApplicationDestroyed", "(i)")) {
+        g_variant_get(parameters, "(i)", &view);
+        events.applicationDestroyed(view);
+    } else if (is("ApplicationVisibilityChanged", "(ib)")) {
+        gboolean visible = FALSE;
+        g_variant_get(parameters, "(ib)", &view, &visible);
+        events.applicationVisibilityChanged(view, visible);
+    } else if (is("KeyMaskChanged", "(u)")) {
+        g_variant_get(parameters, "(u)", &number);
+        events.keyMaskChanged(number);
+    } else if (is("KeyPressed", "(u)")) {
+        g_variant_get(parameters, "(u)", &number);
+        events.keyPressed(number);
+    }
+}
+
+}  // namespace Shell

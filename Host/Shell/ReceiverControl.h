@@ -1,0 +1,61 @@
+// The shell's side of the receiver's control interface: tells it which view shows what, and hears what it
+// wants.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Host/Inc/GHandles.h"
+
+namespace Shell {
+
+[[nodiscard]] bool isNameOwned(GDBusConnection* bus, const char* name);
+
+class ReceiverEvents {
+ public:
+    // It is there (again) and knows no view of ours yet.
+    virtual void receiverAppeared() = 0;
+    virtual void receiverVanished() = 0;
+    virtual void applicationStarted(std::int32_t view, const std::string& url) = 0;
+    virtual void applicationDestroyed(std::int32_t view) = 0;
+    virtual void applicationVisibilityChanged(std::int32_t view, bool visible) = 0;
+    virtual void keyMaskChanged(std::uint32_t mask) = 0;
+    virtual void keyPressed(std::uint32_t keyCode) = 0;
+
+ protected:
+    ~ReceiverEvents() = default;
+};
+
+class ReceiverControl {
+ public:
+    // Without a bus it is silent; without a receiver until there is one.
+    ReceiverControl(GDBusConnection* bus, ReceiverEvents& events);
+    ~ReceiverControl();
+    ReceiverControl(const ReceiverControl&) = delete;
+    ReceiverControl& operator=(const ReceiverControl&) = delete;
+
+    // Returns when the receiver knows the view, so that what the page then asks of it finds the view known.
+    void registerView(std::int32_t view, const std::string& url);
+    void changeUrl(std::int32_t view, const std::string& url);
+    void unregisterView(std::int32_t view);
+    // The mask as it is now; nothing without a receiver.
+    [[nodiscard]] std::optional<std::uint32_t> keyMask();
+
+ private:
+    static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
+    static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
+    static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
+                         const char* signal, GVariant* parameters, gpointer self);
+
+    [[nodiscard]] Host::GVariantHandle call(const char* method, GVariant* parameters, const char* replyType);
+    void send(const char* method, GVariant* parameters);
+
+    Host::GObjectHandle<GDBusConnection> m_bus;
+    ReceiverEvents& m_events;
+    unsigned m_nameWatch = 0;
+    unsigned m_subscription = 0;
+    bool m_present = false;
+};
+
+}  // namespace Shell

@@ -1,0 +1,30 @@
+// The road of a key: from the keyboard or the receiver, through the key mask, to the view on top.
+#pragma once
+
+#include <cstdint>
+
+#include <gdk/gdk.h>
+
+#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/KeyMap.h"
+
+namespace Shell {
+
+class RemoteControl {
+ public:
+    // Without a receiver every key passes.
+    void setMask(std::uint32_t mask) { m_mask = mask; }
+
+    // A key of the keyboard; false lets the event go on to the view by itself.
+    [[nodiscard]] bool handleKeyEvent(BrowserView* view, const GdkEventKey& event) const;
+
+    // One key of the remote control, pressed and released.
+    void press(BrowserView* view, std::uint32_t keyCode) const;
+
+ private:
+    [[nodiscard]] bool passes(KeyGroup group) const { return (m_mask & group) != 0; }
+
+    std::uint32_t m_mask = kAllKeyGroups;
+};
+
+}  // namespace Shell
