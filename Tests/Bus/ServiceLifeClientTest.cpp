@@ -11,6 +11,7 @@
 #include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "IPC/DBUS/Src/DBusUtils.h"
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
@@ -96,6 +97,21 @@ TEST_F(AClient, RefusesAnAnswerOfTheWrongType) {
     client.GetCountryID(country);
     EXPECT_EQ(country, "untouched");
     EXPECT_EQ(LogCapture::Errors(), 2);
+}
+
+TEST(AConnection, AsksForANameAndLogsWhetherItGotIt) {
+    LogCapture::Clear();
+    const auto connection = GetDBusAndName("org.vantrel.hbbtv.Test");
+    ASSERT_NE(connection, nullptr);
+    EXPECT_EQ(connection, GetDBus());
+    EXPECT_TRUE(WaitFor([] {
+        return LogCapture::Count("Acquired the name org.vantrel.hbbtv.Test on the session bus") == 1;
+    }));
+
+    const FakeService owner("DSMCC");
+    EXPECT_NE(GetDBusAndName("org.vantrel.hbbtv.DSMCC"), nullptr);
+    EXPECT_TRUE(WaitFor(
+        [] { return LogCapture::Count("Lost the name org.vantrel.hbbtv.DSMCC on the session bus") == 1; }));
 }
 
 TEST_F(AClient, OfEveryKindSurvivesTheEndOfTheProgram) {

@@ -116,7 +116,7 @@ TEST_F(AConsolePrinter, AssertsThatThereIsAFormat) {
 
 TEST(AnAssertion, SaysWhatFailedAndWhereAndEndsTheProcess) {
     EXPECT_EXIT(PC_ASSERT(1 + 1 == 3), testing::KilledBySignal(SIGABRT),
-                "Assertion failed: /.*CSPTest.cpp \\([0-9]+\\) - 1 \\+ 1 == 3\n"
+                "Assertion failed: .*CSPTest.cpp \\([0-9]+\\) - 1 \\+ 1 == 3\n"
                 "Debug information:\n"
                 "    Thread ID: 0x[0-9a-f]{8}\n"
                 "Call stack:\n"

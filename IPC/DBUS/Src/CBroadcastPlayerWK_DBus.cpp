@@ -27,8 +27,9 @@ void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant
 auto AppendTo(AVComponentVector& components, const char* operation) {
     return OutWith([&components, operation](GVariant* array) {
         DeserialiseAVComponents(components, array);
-        HBBTV_LOG_DEBUG("CBroadcastPlayerWK::%s returning %d items.", operation,
-                        static_cast<int>(components.size()));
+        HBBTV_LOG_RECORD_AT(HbbTVPlatform::BaseName(__FILE__), operation, __LINE__, kPlatformLogDebug, "", "",
+                            "CBroadcastPlayerWK::%s returning %d items.", operation,
+                            static_cast<int>(components.size()));
     });
 }
 
