@@ -119,9 +119,10 @@ BindingObject* BindingClass::NativeOf(const char* where, JSContextRef context, J
 
 BindingObject* BindingClass::NativeOfOwn(const char* where, JSObjectRef object) const {
     auto* native = static_cast<BindingObject*>(JSObjectGetPrivate(object));
-    if (native == nullptr)
-        HBBTV_LOG_ERROR("%s::%s JSObjectGetPrivate is NULL", m_id, where);
-    return native;
+    if (native != nullptr && &native->OwnClass() == this)
+        return native;
+    HBBTV_LOG_ERROR("%s::%s JSObjectGetPrivate is NULL", m_id, where);
+    return nullptr;
 }
 
 void BindingClass::RegisterConstructor(JSContextRef context) const {

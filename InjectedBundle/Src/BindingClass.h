@@ -85,8 +85,9 @@ class BindingClass {
 
     // A property name in the form the tables are searched by: ASCII, in a buffer as long as the longest name.
     class Name;
-    // The same for the object of a property callback: the engine calls it with its own objects only, whatever the
-    // receiver was, so the check, which takes the engine's lock, would cost more than the whole rest.
+    // The same for the object of a property callback. The engine calls it with the object whose class names the
+    // callback, whatever the receiver was, so the native object's own word is enough; asking the engine takes its lock
+    // and would cost more than the whole rest.
     [[nodiscard]] BindingObject* NativeOfOwn(const char* where, JSObjectRef object) const;
     [[nodiscard]] const BindingAttribute* Find(const Name& name) const;
     void SetConstants(JSContextRef context, JSObjectRef object) const;

@@ -58,6 +58,8 @@ ${copy}
     [[nodiscard]] C${name}Impl& Implementation() { return *m_implementation; }
     [[nodiscard]] const C${name}Impl& Implementation() const { return *m_implementation; }
 
+    [[nodiscard]] const BindingClass& OwnClass() const override { return Class(); }
+
     static void Register(JSContextRef context);
     // Takes over \`native\`; a null one gives a plain empty object.
     static JSObjectRef CreateObject(JSContextRef context, ji${name}* native, JSValueRef* exception);

@@ -60,10 +60,6 @@ class OwnBus : public testing::Environment {
     }
 
     void TearDown() override {
-        // Clients that live until the process ends outlive their bus, which GIO would end the program for.
-        const GObjectPtr<GDBusConnection> shared(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-        if (shared)
-            g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
         kill(m_bus, SIGTERM);
         waitpid(m_bus, nullptr, 0);
     }

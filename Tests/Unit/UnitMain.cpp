@@ -6,8 +6,8 @@
 #include "Tests/Bus/BusFixture.h"
 
 // What the engine holds from its own heap is not seen by the leak check, which knows the C heap only.
-extern "C" const char* __lsan_default_suppressions();  // NOLINT
-extern "C" const char* __lsan_default_suppressions() { return "leak:libjavascriptcoregtk\n"; }  // NOLINT
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();  // NOLINT
+const char* __lsan_default_suppressions() { return "leak:libjavascriptcoregtk\n"; }           // NOLINT
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);

@@ -25,6 +25,8 @@ GObjectPtr<GDBusConnection> GetDBus() {
             g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, OutPointer(error)));
         if (connection) {
             HBBTV_LOG_DEBUG("Got GDBusConnection");
+            // The process is the browser's: it must not end because a bus does.
+            g_dbus_connection_set_exit_on_close(connection.get(), FALSE);
             return connection;
         }
         if (!error)
