@@ -144,7 +144,7 @@ function _hbbtv_vantrel_pluginInfo(mimetype) {
 
 // ---- Elements and what is known of them ----
 
-// Element to { oipf, plugin, summary, listeners } while it is reflected. Weak, so that an element that the
+// Element to { oipf, plugin, summary, listeners } while it has an object. Weak, so that an element that the
 // page drops before it was ever in the document can go, and its native object with it.
 var _hbbtv_vantrel_states = new WeakMap();
 // Elements whose object was taken away; out of the document they stay ordinary.
@@ -232,18 +232,24 @@ function _hbbtv_vantrel_reflectMethod(object, oipf, name) {
     writable: true,
     value(...args) {
       const target = _hbbtv_vantrel_target(object, oipf);
-      _hbbtv_vantrel_noteListener(object, name, args);
+      if (name === "addEventListener" || name === "removeEventListener")
+        _hbbtv_vantrel_listener(object, name, args);
       return target[name](...args);
     }
   });
 }
 
-// Native objects forget a listener by its function alone, whatever it listens to.
-function _hbbtv_vantrel_noteListener(object, method, [type, listener]) {
+// An element is an event target besides: a listener hears the events of both. Of those of the native object a
+// note is kept; it forgets a listener by its function alone, whatever it listens to.
+function _hbbtv_vantrel_listener(object, method, args) {
+  const [type, listener] = args;
   const state = _hbbtv_vantrel_states.get(object);
-  if (state && method === "addEventListener" && typeof listener === "function")
+  if (!state || typeof listener !== "function")
+    return;
+  EventTarget.prototype[method].apply(object, args);
+  if (method === "addEventListener")
     state.listeners.set(listener, type);
-  if (state && method === "removeEventListener")
+  else
     state.listeners.delete(listener);
 }
 
@@ -379,8 +385,7 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
   try {
     _hbbtv_vantrel_finalized.delete(object);
     _hbbtv_vantrel_reflect(object, oipf);
-    const state = { oipf, plugin, summary: null, listeners: new Map() };
-    _hbbtv_vantrel_states.set(object, state);
+    _hbbtv_vantrel_watch(object, oipf, plugin);
     if (!_hbbtv_vantrel_inDocument(object))
       _hbbtv_vantrel_anyLoose = true;
     if (plugin.visual) {
@@ -388,14 +393,19 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
       oipf.setAttributes(attributes);
       ["data", "width", "height"].forEach(name => _hbbtv_vantrel_assignAttribute(object, oipf, name));
     }
-    state.summary = new _hbbtv_vantrel_MutationSummary({
-      callback: _hbbtv_vantrel_notify_attributes,
-      rootNode: object,
-      queries: [{ all: true }]
-    });
   } catch (e) {
     _hbbtv_vantrel_log("Caught: " + _hbbtv_vantrel_text(e));
   }
+}
+
+function _hbbtv_vantrel_watch(object, oipf, plugin) {
+  const state = { oipf, plugin, summary: null, listeners: new Map() };
+  _hbbtv_vantrel_states.set(object, state);
+  state.summary = new _hbbtv_vantrel_MutationSummary({
+    callback: _hbbtv_vantrel_notify_attributes,
+    rootNode: object,
+    queries: [{ all: true }]
+  });
 }
 
 function _hbbtv_vantrel_callOwn(object, name) {
@@ -467,6 +477,7 @@ function _hbbtv_vantrel_initialize(object) {
       event.target.setAttributes(_hbbtv_vantrel_check_params(event.target));
     }, false);
   }
+  _hbbtv_vantrel_watch(object, oipf, plugin);
   return true;
 }
 

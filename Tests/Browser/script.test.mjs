@@ -122,6 +122,26 @@ describe("The bootstrap script", () => {
       assert.deepEqual(state, [true, true, "video/mp4", "film.mp4", 640, given, "video/mp4"]);
     });
 
+    it("but the element stays an event target", async () => {
+      await open();
+      const heard = await browser.run(() => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast"></object>';
+        const video = document.getElementById("v");
+        const heard = [];
+        const listener = event => heard.push(event.type);
+        video.addEventListener("click", listener, false);
+        video.addEventListener("PlayStateChange", listener);
+        video.click();
+        video.__reflected.__fake.changePlayState(2);
+        video.removeEventListener("click", listener, false);
+        video.removeEventListener("PlayStateChange", listener);
+        video.click();
+        video.__reflected.__fake.changePlayState(1);
+        return heard;
+      });
+      assert.deepEqual(heard, ["click", "PlayStateChange"]);
+    });
+
     it("leaves other object elements as they are", async () => {
       await open();
       const seen = await browser.run(() => {
@@ -339,11 +359,13 @@ describe("The bootstrap script", () => {
           const object = oipfObjectFactory.createVideoBroadcastObject();
           object.bindToCurrentChannel();
           document.body.appendChild(object);
-          const names = (object.internal ?? object.__reflected).__fake.calls.map(call => call[0]);
-          setTimeout(() => done([names, fakes.made, object.localName, object.getAttribute("type")]));
+          object.setAttribute("width", "640");
+          const { calls, state } = (object.internal ?? object.__reflected).__fake;
+          const names = calls.map(call => call[0]);
+          setTimeout(() => done([names, fakes.made, object.getAttribute("type"), state.width]));
         }, internal);
         const names = ["setMimeType", "setAttributes", "bindToCurrentChannel"];
-        assert.deepEqual(seen, [names, 1, "object", "video/broadcast"], `internal objects: ${internal}`);
+        assert.deepEqual(seen, [names, 1, "video/broadcast", 640], `internal objects: ${internal}`);
       }
     });
 

@@ -42,9 +42,9 @@
     return function (...args) {
       const { state, calls, listeners } = this.__fake;
       if (name === "addEventListener")
-        listeners.push(args[1]);
+        listeners.push({ type: args[0], listener: args[1] });
       else if (name === "removeEventListener")
-        this.__fake.listeners = listeners.filter(listener => listener !== args[1]);
+        this.__fake.listeners = listeners.filter(({ listener }) => listener !== args[1]);
       else
         calls.push([name, ...args]);
       setters[name]?.(state, ...args);
@@ -78,7 +78,9 @@
       fake.changePlayState = state => {
         fake.state.playState = state;
         fake.state.onPlayStateChange?.call(object, state, 0);
-        fake.listeners.forEach(listener => listener.call(object, { type: "PlayStateChange", state }));
+        const event = { type: "PlayStateChange", state };
+        fake.listeners.filter(({ type }) => type === event.type)
+          .forEach(({ listener }) => listener.call(object, event));
       };
       return object;
     };
