@@ -1,12 +1,13 @@
-// The user script that runs in every frame before the document's own scripts. It turns `object` elements of the OIPF
-// types into native objects and defines window.oipfObjectFactory.
+// The user script that runs in every frame before the document's own scripts. It turns `object` elements of
+// the OIPF types into native objects and defines window.oipfObjectFactory.
 //
-// It shares the global scope with the page, so every identifier begins with _hbbtv_vantrel_, what a page may replace
-// later is kept in a variable now, and nothing here may throw into the page. It may run twice in one global object
-// (an empty document whose window the first real document takes over), so it declares with `var` and `function` only.
+// It shares the global scope with the page, so every identifier begins with _hbbtv_vantrel_, what a page may
+// replace later is kept in a variable now, and nothing here may throw into the page. It may run twice in one
+// global object (an empty document whose window the first real document takes over), so it declares with
+// `var` and `function` only.
 //
-// In front of it stand the mutation-summary library and _hbbtv_vantrel_members, the generated table of the member names
-// of each native class.
+// In front of it stand the mutation-summary library and _hbbtv_vantrel_members, the generated table of the
+// member names of each native class.
 
 // ---- Log ----
 
@@ -29,67 +30,43 @@ function _hbbtv_vantrel_text(value) {
 
 var _hbbtv_vantrel_plugins = [
   {
-    name: "HbbTV Application Manager",
-    profile: "1.1.1",
-    mime: "application/oipfApplicationManager",
-    members: "OipfApplicationManager",
-    visual: false,
+    name: "HbbTV Application Manager", profile: "1.1.1", visual: false,
+    mime: "application/oipfApplicationManager", members: "OipfApplicationManager",
     create: _hbbtv_vantrel_createApplicationManagerCallback
   },
   {
-    name: "HbbTV Configuration",
-    profile: "1.1.1",
-    mime: "application/oipfConfiguration",
-    members: "OipfConfiguration",
-    visual: false,
+    name: "HbbTV Configuration", profile: "1.1.1", visual: false,
+    mime: "application/oipfConfiguration", members: "OipfConfiguration",
     create: _hbbtv_vantrel_createConfigurationCallback
   },
   {
-    name: "HbbTV Capabilities",
-    profile: "1.1.1",
-    mime: "application/oipfCapabilities",
-    members: "OipfCapabilities",
-    visual: false,
+    name: "HbbTV Capabilities", profile: "1.1.1", visual: false,
+    mime: "application/oipfCapabilities", members: "OipfCapabilities",
     create: _hbbtv_vantrel_createCapabilitiesCallback
   },
   {
-    name: "HbbTV DRM Agent",
-    profile: "1.2.1",
-    mime: "application/oipfDrmAgent",
-    members: "OipfDrmAgent",
-    visual: false,
+    name: "HbbTV DRM Agent", profile: "1.2.1", visual: false,
+    mime: "application/oipfDrmAgent", members: "OipfDrmAgent",
     create: _hbbtv_vantrel_createDrmAgentCallback
   },
   {
-    name: "HbbTV Gateway Info",
-    profile: "1.1.1",
-    mime: "application/oipfGatewayInfo",
-    members: "OipfGatewayInfo",
-    visual: false,
+    name: "HbbTV Gateway Info", profile: "1.1.1", visual: false,
+    mime: "application/oipfGatewayInfo", members: "OipfGatewayInfo",
     create: _hbbtv_vantrel_createGatewayInfoCallback
   },
   {
-    name: "HbbTV Parental Control Manager",
-    profile: "1.1.1",
-    mime: "application/oipfParentalControlManager",
-    members: "OipfParentalControlManager",
-    visual: false,
+    name: "HbbTV Parental Control Manager", profile: "1.1.1", visual: false,
+    mime: "application/oipfParentalControlManager", members: "OipfParentalControlManager",
     create: _hbbtv_vantrel_createParentalControlManagerCallback
   },
   {
-    name: "HbbTV Search Manager",
-    profile: "1.2.1",
-    mime: "application/oipfSearchManager",
-    members: "OipfSearchManager",
-    visual: false,
+    name: "HbbTV Search Manager", profile: "1.2.1", visual: false,
+    mime: "application/oipfSearchManager", members: "OipfSearchManager",
     create: _hbbtv_vantrel_createSearchManagerCallback
   },
   {
-    name: "HbbTV Live Playback",
-    profile: "1.1.1",
-    mime: "video/broadcast",
-    members: "OipfVideoBroadcast",
-    visual: true,
+    name: "HbbTV Live Playback", profile: "1.1.1", visual: true,
+    mime: "video/broadcast", members: "OipfVideoBroadcast",
     create: _hbbtv_vantrel_createVideoBroadcastCallback
   },
   {
@@ -130,6 +107,9 @@ function _hbbtv_vantrel_checkProfile(found, current) {
   // A profile with capability suffixes is never offered.
   if (found.indexOf(";") > 0)
     return false;
+  // The same order for proper versions, without setting up a collator in every frame.
+  if (/^\d\.\d\.\d$/.test(current))
+    return found <= current;
   return found.localeCompare(current) <= 0;
 }
 
@@ -164,8 +144,8 @@ function _hbbtv_vantrel_pluginInfo(mimetype) {
 
 // ---- Elements and what is known of them ----
 
-// Element to { oipf, plugin, summary, listeners } while it is reflected. Weak, so that an element that the page drops
-// before it was ever in the document can go, and its native object with it.
+// Element to { oipf, plugin, summary, listeners } while it has an object. Weak, so that an element that the
+// page drops before it was ever in the document can go, and its native object with it.
 var _hbbtv_vantrel_states = new WeakMap();
 // Elements whose object was taken away; out of the document they stay ordinary.
 var _hbbtv_vantrel_finalized = new WeakSet();
@@ -221,8 +201,8 @@ function _hbbtv_vantrel_keys(oipf) {
   return keys;
 }
 
-// The native object behind a reflected member, once attribute changes made earlier in this task have arrived. They
-// may even have changed the kind of object.
+// The native object behind a reflected member, once attribute changes made earlier in this task have arrived.
+// They may even have changed the kind of object.
 function _hbbtv_vantrel_target(object, oipf) {
   _hbbtv_vantrel_flush(object);
   return object.__reflected || oipf;
@@ -252,18 +232,24 @@ function _hbbtv_vantrel_reflectMethod(object, oipf, name) {
     writable: true,
     value(...args) {
       const target = _hbbtv_vantrel_target(object, oipf);
-      _hbbtv_vantrel_noteListener(object, name, args);
+      if (name === "addEventListener" || name === "removeEventListener")
+        _hbbtv_vantrel_listener(object, name, args);
       return target[name](...args);
     }
   });
 }
 
-// Native objects forget a listener by its function alone, whatever it listens to.
-function _hbbtv_vantrel_noteListener(object, method, [type, listener]) {
+// An element is an event target besides: a listener hears the events of both. Of those of the native object a
+// note is kept; it forgets a listener by its function alone, whatever it listens to.
+function _hbbtv_vantrel_listener(object, method, args) {
+  const [type, listener] = args;
   const state = _hbbtv_vantrel_states.get(object);
-  if (state && method === "addEventListener" && typeof listener === "function")
+  if (!state || typeof listener !== "function")
+    return;
+  EventTarget.prototype[method].apply(object, args);
+  if (method === "addEventListener")
     state.listeners.set(listener, type);
-  if (state && method === "removeEventListener")
+  else
     state.listeners.delete(listener);
 }
 
@@ -399,8 +385,7 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
   try {
     _hbbtv_vantrel_finalized.delete(object);
     _hbbtv_vantrel_reflect(object, oipf);
-    const state = { oipf, plugin, summary: null, listeners: new Map() };
-    _hbbtv_vantrel_states.set(object, state);
+    _hbbtv_vantrel_watch(object, oipf, plugin);
     if (!_hbbtv_vantrel_inDocument(object))
       _hbbtv_vantrel_anyLoose = true;
     if (plugin.visual) {
@@ -408,14 +393,19 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
       oipf.setAttributes(attributes);
       ["data", "width", "height"].forEach(name => _hbbtv_vantrel_assignAttribute(object, oipf, name));
     }
-    state.summary = new _hbbtv_vantrel_MutationSummary({
-      callback: _hbbtv_vantrel_notify_attributes,
-      rootNode: object,
-      queries: [{ all: true }]
-    });
   } catch (e) {
     _hbbtv_vantrel_log("Caught: " + _hbbtv_vantrel_text(e));
   }
+}
+
+function _hbbtv_vantrel_watch(object, oipf, plugin) {
+  const state = { oipf, plugin, summary: null, listeners: new Map() };
+  _hbbtv_vantrel_states.set(object, state);
+  state.summary = new _hbbtv_vantrel_MutationSummary({
+    callback: _hbbtv_vantrel_notify_attributes,
+    rootNode: object,
+    queries: [{ all: true }]
+  });
 }
 
 function _hbbtv_vantrel_callOwn(object, name) {
@@ -487,6 +477,7 @@ function _hbbtv_vantrel_initialize(object) {
       event.target.setAttributes(_hbbtv_vantrel_check_params(event.target));
     }, false);
   }
+  _hbbtv_vantrel_watch(object, oipf, plugin);
   return true;
 }
 
@@ -498,10 +489,10 @@ function _hbbtv_vantrel_onWebKitObjectAdded(event) {
 
 // ---- The observer of the document ----
 //
-// A MutationSummary of the document visits every node of every change once for each query; with the twenty types here
-// a page of a thousand elements took four times as long to load. So the document has one plain observer, which looks
-// at its `object` elements alone and reports as a summary does: what stays in is not reported, so an element that was
-// moved keeps its object.
+// A MutationSummary of the document visits every node of every change once for each query; with the twenty
+// types here a page of a thousand elements took four times as long to load. So the document has one plain
+// observer, which looks at its `object` elements alone and reports as a summary does: what stays in is not
+// reported, so an element that was moved keeps its object.
 
 // Element to type, of the supported elements that were in the document at the last look.
 var _hbbtv_vantrel_known = new Map();
@@ -535,7 +526,8 @@ function _hbbtv_vantrel_passers(records) {
   if (!_hbbtv_vantrel_anyLoose)
     return passers;
   const consider = object => {
-    if (_hbbtv_vantrel_states.has(object) && !_hbbtv_vantrel_known.has(object) && !_hbbtv_vantrel_inDocument(object))
+    const unseen = _hbbtv_vantrel_states.has(object) && !_hbbtv_vantrel_known.has(object);
+    if (unseen && !_hbbtv_vantrel_inDocument(object))
       passers.add(object);
   };
   for (const node of records.flatMap(record => Array.from(record.removedNodes))) {
@@ -583,9 +575,9 @@ function _hbbtv_vantrel_check(matches) {
 
 // ---- Upgrade on first touch ----
 //
-// Observers run after the task that inserted the element, and the page uses the element in that very task. So every
-// OIPF member name is an accessor on the prototype of all object elements, which a reflected element's own properties
-// hide. On an element of another type it is as if it were not there.
+// Observers run after the task that inserted the element, and the page uses the element in that very task. So
+// every OIPF member name is an accessor on the prototype of all object elements, which a reflected element's
+// own properties hide. On an element of another type it is as if it were not there.
 
 function _hbbtv_vantrel_mayUpgrade(object) {
   try {
@@ -763,7 +755,7 @@ function _hbbtv_vantrel_createVideoBroadcastCallback(object) {
 // Transparent while playing or paused.
 function _hbbtv_vantrel_createVideoMpegCallback(object) {
   const oipf = PrivateObjectFactory.createVideoMpegObject();
-  _hbbtv_vantrel_visibility_check(object, oipf, control => control.playState === 1 || control.playState === 2);
+  _hbbtv_vantrel_visibility_check(object, oipf, ({ playState }) => playState === 1 || playState === 2);
   return oipf;
 }
 

@@ -46,7 +46,7 @@ describe("An application", () => {
       assert.deepEqual(await browser.run(() => window.heard), ["early handler", "early LowMemory"]);
     });
 
-    it("after its element was moved, but not after it was removed; a re-inserted element starts anew", async () => {
+    it("while its element moves, but not when it is removed; a re-inserted one starts anew", async () => {
       await browser.run(() => {
         const root = document.getElementById("root");
         const moved = root.appendChild(makeManager("moved"));
@@ -162,22 +162,26 @@ describe("An application", () => {
       return window.child === null ? null : String(window.child);
     }, ...args);
 
+    // As ["Show", [7]], of these methods of the browser interface.
+    const callsOf = async (...methods) => (await receiver.calls())
+      .map(([method, args]) => [method.replace("IDAEBrowserAPI.", ""), args])
+      .filter(([method]) => methods.includes(method));
+
     it("by an address relative to its own, in a view that it can hide, show and destroy", async () => {
       assert.equal(await create("application.html?child", true), "[object Application]");
-      const [[, [url, parent]]] =
-        (await receiver.calls()).filter(([method]) => method === "IDAEBrowserAPI.CreateApplication").slice(-1);
-      assert.equal(url, television.server.url("/pages/application.html?child"));
-      await waitFor("the child's page is loaded", () => television.server.requested.has("/pages/application.html"));
+      const { server } = television;
+      const [[, [url, parent]]] = (await callsOf("CreateApplication")).slice(-1);
+      assert.equal(url, server.url("/pages/application.html?child"));
+      await waitFor("the child's page is loaded", () => server.requested.has("/pages/application.html"));
       await receiver.clearCalls();
       await browser.run(() => {
         child.hide();
         child.show();
         child.destroyApplication();
       });
-      const child = [parent + 1];
-      assert.deepEqual((await receiver.calls()).filter(([method]) => /\.(Hide|Show|DestroyApplication)$/.test(method)), [
-        ["IDAEBrowserAPI.Hide", child], ["IDAEBrowserAPI.Show", child], ["IDAEBrowserAPI.DestroyApplication", child]
-      ]);
+      const view = [parent + 1];
+      assert.deepEqual(await callsOf("Hide", "Show", "DestroyApplication"),
+        [["Hide", view], ["Show", view], ["DestroyApplication", view]]);
     });
 
     it("unless the receiver refuses: null, and no exception", async () => {

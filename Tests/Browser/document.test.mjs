@@ -25,7 +25,8 @@ describe("A document", () => {
     const seen = await browser.run(() => {
       const inner = frames.nest.frames.inner;
       const all = [window, frames.child, frames.nest, inner];
-      return { globals: all.map(one => one.globals), own: new Set(all.map(one => one.PrivateObjectFactory)).size };
+      const factories = new Set(all.map(one => one.PrivateObjectFactory));
+      return { globals: all.map(one => one.globals), own: factories.size };
     });
     for (const globals of seen.globals) {
       // A constructor object is a function or an object, as the engine likes.
@@ -45,7 +46,8 @@ describe("A document", () => {
       assert.deepEqual(await browser.run(() => window.found), everyWay);
       if (contentType)
         assert.equal(await browser.run(() => document.contentType), contentType);
-      assert.equal(await browser.run(() => document.createElement("object") instanceof HTMLObjectElement), true);
+      const made = await browser.run(() => document.createElement("object") instanceof HTMLObjectElement);
+      assert.equal(made, true);
     });
   }
 
@@ -58,7 +60,8 @@ describe("A document", () => {
   it("may be strict, have a debug function of its own, and elements of any supported kind", async () => {
     await television.open("strict.html");
     const seen = await browser.run(() => window.seen);
-    assert.deepEqual(seen, { handler: true, cleared: null, ownThing: 1, debug: "own text", application: true });
+    assert.deepEqual(seen,
+      { handler: true, cleared: null, ownThing: 1, debug: "own text", application: true });
   });
 });
 

@@ -47,7 +47,9 @@ describe("Navigation", () => {
 
   it("to another document, and a reload, release players in order", async () => {
     await television.open("plain.html");
-    for (const navigate of [() => television.open("application.html"), () => browser.driver.navigate().refresh()]) {
+    const elsewhere = () => television.open("application.html");
+    const again = () => browser.driver.navigate().refresh();
+    for (const navigate of [elsewhere, again]) {
       await receiver.clearCalls();
       await navigate();
       assert.deepEqual(await receiver.callNames(...releases), releases);
@@ -85,7 +87,8 @@ describe("Navigation", () => {
       await television.open("plain.html");
       await browser.run(populate);
     }
-    await waitFor(`the count is back at ${baseline}`, async () => await aliveAfterNavigation() <= baseline, 20000);
+    const isBack = async () => await aliveAfterNavigation() <= baseline;
+    await waitFor(`the count is back at ${baseline}`, isBack, 20000);
   });
 
   it("is not needed for removed elements: ten thousand of them do not add up", async () => {

@@ -86,7 +86,9 @@ describe("A receiver", () => {
 
   it("may answer with errors", async () => {
     await television.open("plain.html");
-    for (const method of ["SetKeyMask", "GetKeyMask", "CurrentChannel", "IsBroadcastRelated", "CreateApplication", "Show"])
+    const methods = ["SetKeyMask", "GetKeyMask", "CurrentChannel", "IsBroadcastRelated", "CreateApplication",
+      "Show"];
+    for (const method of methods)
       await receiver.fail(`IDAEBrowserAPI.${method}`, "out of order");
     const seen = await browser.run(useEverything);
     await receiver.resetMethods();

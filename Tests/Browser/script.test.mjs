@@ -1,4 +1,5 @@
-// The bootstrap script alone, in WebKit's own small browser, over stand-in native objects that note what reaches them.
+// The bootstrap script alone, in WebKit's own small browser, over stand-in native objects that note what
+// reaches them.
 import assert from "node:assert/strict";
 import { after, afterEach, before, describe, it } from "node:test";
 import { Browser } from "./Harness/browser.mjs";
@@ -48,7 +49,7 @@ describe("The bootstrap script", () => {
     const expectations = [
       ["no HbbTV token", "Mozilla/5.0", []],
       ["HbbTV/1.1.1", "Mozilla/5.0 HbbTV/1.1.1 (;;;;;)", types.oldProfile],
-      ["hbbtv/1.2.1 in lower case", "Mozilla/5.0 hbbtv/1.2.1 (;;;;;)", [...types.oldProfile, ...types.newProfile]]
+      ["hbbtv/1.2.1, lower case", "Mozilla/5.0 hbbtv/1.2.1 (;;;;;)", types.oldProfile.concat(types.newProfile)]
     ];
     for (const [name, agent, supported] of expectations) {
       it(`which elements are upgraded: ${name}`, async () => {
@@ -57,7 +58,8 @@ describe("The bootstrap script", () => {
         const upgraded = await browser.runAsync((mimes, done) => {
           const root = document.getElementById("root");
           root.innerHTML = mimes.map(mime => `<object type="${mime}"></object>`).join("");
-          setTimeout(() => done(Array.from(root.children).filter(o => o.__reflected).map(o => o.getAttribute("type"))));
+          const upgraded = () => Array.from(root.children).filter(object => object.__reflected);
+          setTimeout(() => done(upgraded().map(object => object.getAttribute("type"))));
         }, all);
         assert.deepEqual(upgraded.sort(), [...supported].sort());
         const offered = await browser.run(
@@ -75,7 +77,7 @@ describe("The bootstrap script", () => {
   });
 
   describe("upgrades on first touch", () => {
-    it("in the task that inserts the element, by innerHTML, by appendChild and before insertion", async () => {
+    it("in the task that inserts the element, in any way, and before insertion", async () => {
       await open();
       const seen = await browser.run(() => {
         const root = document.getElementById("root");
@@ -113,11 +115,31 @@ describe("The bootstrap script", () => {
         object.innerHTML = '<param name="quality" value="high">';
         object.setAttribute("type", "video/mp4");
         const { given, ...state } = (object.play(1), object.__reflected.__fake.state);
-        return [object.onPlayStateChange === handler, state.onPlayStateChange === handler, state.type, state.data,
-          state.width, given, object.type];
+        return [object.onPlayStateChange === handler, state.onPlayStateChange === handler, state.type,
+          state.data, state.width, given, object.type];
       });
       const given = { data: "film.mp4", width: "640", type: "video/mp4", quality: "high" };
       assert.deepEqual(state, [true, true, "video/mp4", "film.mp4", 640, given, "video/mp4"]);
+    });
+
+    it("but the element stays an event target", async () => {
+      await open();
+      const heard = await browser.run(() => {
+        document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast"></object>';
+        const video = document.getElementById("v");
+        const heard = [];
+        const listener = event => heard.push(event.type);
+        video.addEventListener("click", listener, false);
+        video.addEventListener("PlayStateChange", listener);
+        video.click();
+        video.__reflected.__fake.changePlayState(2);
+        video.removeEventListener("click", listener, false);
+        video.removeEventListener("PlayStateChange", listener);
+        video.click();
+        video.__reflected.__fake.changePlayState(1);
+        return heard;
+      });
+      assert.deepEqual(heard, ["click", "PlayStateChange"]);
     });
 
     it("leaves other object elements as they are", async () => {
@@ -180,13 +202,14 @@ describe("The bootstrap script", () => {
           video.onPlayStateChange = handler;
           video.bindToCurrentChannel();
           const second = video.__reflected;
-          setTimeout(() => done([same, kept, second.__fake.name, second.__fake.state.onPlayStateChange === handler,
-            video.__reflected === second, first.__fake.calls.some(call => call[0] === "release"), "play" in first,
-            Object.keys(video).includes("play"), video.querySelectorAll("hole").length]));
+          const released = first.__fake.calls.some(call => call[0] === "release");
+          setTimeout(() => done([same, kept, second.__fake.name, video.__reflected === second, released,
+            second.__fake.state.onPlayStateChange === handler, Object.keys(video).includes("play"),
+            video.querySelectorAll("hole").length]));
         });
       });
       assert.deepEqual(seen,
-        [[true, "application/dash+xml"], [true, true], "OipfVideoBroadcast", true, true, true, true, false, 1]);
+        [[true, "application/dash+xml"], [true, true], "OipfVideoBroadcast", true, true, true, false, 1]);
     });
   });
 
@@ -221,8 +244,9 @@ describe("The bootstrap script", () => {
         root.removeChild(video);
         setTimeout(() => {
           const { calls, listeners, state } = first.__fake;
-          const gone = [calls.filter(call => call[0] === "release").length, listeners.length, state.onPlayStateChange,
-            "__reflected" in video, Object.keys(video).includes("play"), video.play, video.innerHTML, fakes.made];
+          const gone = [calls.filter(call => call[0] === "release").length, listeners.length,
+            state.onPlayStateChange, "__reflected" in video, Object.keys(video).includes("play"), video.play,
+            video.innerHTML, fakes.made];
           root.appendChild(video);
           const again = [video.play(1), video.__reflected !== first, fakes.made];
           setTimeout(() => done([gone, again, fakes.made, video.__reflected.__fake.listeners.length]));
@@ -321,7 +345,7 @@ describe("The bootstrap script", () => {
   });
 
   describe("gives pages the object factory", () => {
-    it("whose elements work as those of the document, with or without the browser's internal objects", async () => {
+    it("whose elements work as those of the document, with or without internal objects", async () => {
       for (const internal of [false, true]) {
         await open();
         const seen = await browser.runAsync((withInternal, done) => {
@@ -335,11 +359,13 @@ describe("The bootstrap script", () => {
           const object = oipfObjectFactory.createVideoBroadcastObject();
           object.bindToCurrentChannel();
           document.body.appendChild(object);
-          const names = (object.internal ?? object.__reflected).__fake.calls.map(call => call[0]);
-          setTimeout(() => done([names, fakes.made, object.localName, object.getAttribute("type")]));
+          object.setAttribute("width", "640");
+          const { calls, state } = (object.internal ?? object.__reflected).__fake;
+          const names = calls.map(call => call[0]);
+          setTimeout(() => done([names, fakes.made, object.getAttribute("type"), state.width]));
         }, internal);
         const names = ["setMimeType", "setAttributes", "bindToCurrentChannel"];
-        assert.deepEqual(seen, [names, 1, "object", "video/broadcast"], `internal objects: ${internal}`);
+        assert.deepEqual(seen, [names, 1, "video/broadcast", 640], `internal objects: ${internal}`);
       }
     });
 
@@ -377,7 +403,8 @@ describe("The bootstrap script", () => {
         "use strict";
         Object.prototype.polluted = function () { throw new Error("polluted"); };
         window.MutationSummary = null;
-        [Object, Array, Function, HTMLObjectElement, Element, Node].forEach(one => Object.freeze(one.prototype));
+        for (const { prototype } of [Object, Array, Function, HTMLObjectElement, Element, Node])
+          Object.freeze(prototype);
         const root = document.getElementById("root");
         root.innerHTML = '<object id="v" type="video/mp4"></object><object id="f" type="video/mp4"></object>';
         const video = document.getElementById("v");
@@ -388,7 +415,8 @@ describe("The bootstrap script", () => {
         void frozen.play;
         setTimeout(() => {
           video.setAttribute("data", "b.mp4");
-          setTimeout(() => done([video.play(1), video.data, video.ownThing, Object.keys(video).includes("polluted")]));
+          const polluted = Object.keys(video).includes("polluted");
+          setTimeout(() => done([video.play(1), video.data, video.ownThing, polluted]));
         });
       });
       assert.deepEqual(seen, [true, "b.mp4", 1, false]);
@@ -396,8 +424,8 @@ describe("The bootstrap script", () => {
 
     it("in XHTML and in frames", async () => {
       await open("", "script.xhtml");
-      const seen = await browser.run(() => [document.contentType, window.inlineResult, typeof oipfObjectFactory,
-        frames[0].inlineResult, frames[0].oipfObjectFactory !== oipfObjectFactory]);
+      const seen = await browser.run(() => [document.contentType, window.inlineResult,
+        typeof oipfObjectFactory, frames[0].inlineResult, frames[0].oipfObjectFactory !== oipfObjectFactory]);
       assert.deepEqual(seen, ["application/xhtml+xml", "the application", "object", "the application", true]);
     });
   });

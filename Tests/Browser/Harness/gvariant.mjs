@@ -63,7 +63,8 @@ class Reader {
 
 function unescape(text) {
   const named = { a: "\x07", b: "\b", f: "\f", n: "\n", r: "\r", t: "\t", v: "\v" };
-  return text.replace(/\\(?:u([0-9a-f]{4})|U([0-9a-f]{8})|([0-7]{1,3})|(.))/gs, (_, short, long, octal, plain) => {
+  const escapes = /\\(?:u([0-9a-f]{4})|U([0-9a-f]{8})|([0-7]{1,3})|(.))/gs;
+  return text.replace(escapes, (_, short, long, octal, plain) => {
     if (octal)
       return String.fromCharCode(parseInt(octal, 8));
     return plain ? named[plain] ?? plain : String.fromCodePoint(parseInt(short ?? long, 16));

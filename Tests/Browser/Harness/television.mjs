@@ -1,5 +1,5 @@
-// A television for one test program: home, bus and display, page server, receiver, and the shell with the bundle under
-// WebDriver.
+// A television for one test program: home, bus and display, page server, receiver, and the shell with the
+// bundle under WebDriver.
 import { Browser } from "./browser.mjs";
 import { PageServer } from "./pages.mjs";
 import { shell } from "./programs.mjs";

@@ -1,8 +1,8 @@
 // Waiting for a fact instead of for a while.
 import { setTimeout as pause } from "node:timers/promises";
 
-// Resolves with the first truthy answer of the predicate; rejects, naming what was waited for and what the predicate
-// answered last, when none comes in time.
+// Resolves with the first truthy answer of the predicate; rejects, naming what was waited for and what the
+// predicate answered last, when none comes in time.
 export async function waitFor(what, predicate, timeoutMs = 10000) {
   const deadline = Date.now() + timeoutMs;
   for (;;) {

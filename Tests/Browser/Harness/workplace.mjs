@@ -1,5 +1,5 @@
-// A home, a session bus and a display of its own for one test program, and the processes that live there. Their output
-// goes to one log file, whose path is printed when a test fails.
+// A home, a session bus and a display of its own for one test program, and the processes that live there.
+// Their output goes to one log file, whose path is printed when a test fails.
 import { spawn } from "node:child_process";
 import { createWriteStream, mkdirSync, mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";

@@ -1,6 +1,7 @@
-// Stands in for the bundle's native side in pages that test the bootstrap script alone. The objects have the shape that
-// the JavaScriptCore C API gives the real ones: attributes and constants are own and enumerable, methods are inherited
-// and enumerable, read-only members ignore assignments, and each object notes the calls it gets.
+// Stands in for the bundle's native side in pages that test the bootstrap script alone. The objects have the
+// shape that the JavaScriptCore C API gives the real ones: attributes and constants are own and enumerable,
+// methods are inherited and enumerable, read-only members ignore assignments, and each object notes the calls
+// it gets.
 "use strict";
 (() => {
   const agent = new URLSearchParams(location.search).get("agent") ?? "HbbTV/1.2.1 (;;;;;)";
@@ -41,9 +42,9 @@
     return function (...args) {
       const { state, calls, listeners } = this.__fake;
       if (name === "addEventListener")
-        listeners.push(args[1]);
+        listeners.push({ type: args[0], listener: args[1] });
       else if (name === "removeEventListener")
-        this.__fake.listeners = listeners.filter(listener => listener !== args[1]);
+        this.__fake.listeners = listeners.filter(({ listener }) => listener !== args[1]);
       else
         calls.push([name, ...args]);
       setters[name]?.(state, ...args);
@@ -71,18 +72,23 @@
           }
         });
       }
-      constants.forEach((constant, value) => Object.defineProperty(object, constant, { value, enumerable: true }));
+      constants.forEach((constant, value) =>
+        Object.defineProperty(object, constant, { value, enumerable: true }));
       // What the middleware does: changes the state, then calls the handlers.
       fake.changePlayState = state => {
         fake.state.playState = state;
         fake.state.onPlayStateChange?.call(object, state, 0);
-        fake.listeners.forEach(listener => listener.call(object, { type: "PlayStateChange", state }));
+        const event = { type: "PlayStateChange", state };
+        fake.listeners.filter(({ type }) => type === event.type)
+          .forEach(({ listener }) => listener.call(object, event));
       };
       return object;
     };
   }
 
-  const made = Object.fromEntries(Object.entries(classes).map(([name, members]) => [name, makeClass(name, members)]));
+  const made = {};
+  for (const [name, members] of Object.entries(classes))
+    made[name] = makeClass(name, members);
   const refused = new URLSearchParams(location.search).get("refused");
   function create(name) {
     if (name === refused)

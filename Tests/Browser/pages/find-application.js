@@ -1,5 +1,5 @@
-// Finds the owner application in the ways that pages do, within one task. window.found tells, way by way, whether it
-// was an application that can be used.
+// Finds the owner application in the ways that pages do, within one task. window.found tells, way by way,
+// whether it was an application that can be used.
 window.found = (() => {
   const root = document.getElementById("root");
 

@@ -1,5 +1,5 @@
-// First script of every page that runs over the real bundle: keeps what goes wrong in the page, and tells which globals
-// were there before any script of the page.
+// First script of every page that runs over the real bundle: keeps what goes wrong in the page, and tells
+// which globals were there before any script of the page.
 window.failures = [];
 window.addEventListener("error", event => window.failures.push(event.message));
 window.globals = {
@@ -9,5 +9,6 @@ window.globals = {
   Channel: typeof window.Channel,
   debug: typeof window.debug,
   oipfObjectFactory: typeof window.oipfObjectFactory,
-  foreign: Object.keys(window).filter(name => /hbbtv|vantrel|oipf/i.test(name) && !/^_hbbtv_vantrel_/.test(name))
+  foreign: Object.keys(window)
+    .filter(name => /hbbtv|vantrel|oipf/i.test(name) && !/^_hbbtv_vantrel_/.test(name))
 };
