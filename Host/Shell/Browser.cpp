@@ -24,18 +24,29 @@ std::string urlOf(const std::string& argument) {
     return GChars(g_file_get_uri(file.get())).get();
 }
 
+std::optional<ReceiverProcess> runReceiver(const Options& options, GDBusConnection* bus) {
+    if (!options.receiver || !bus)
+        return std::nullopt;
+    return std::optional<ReceiverProcess>(std::in_place, bus, options.scenario);
+}
+
 }  // namespace
 
 Browser::Browser(Options options, GDBusConnection* bus)
     : m_options(std::move(options)),
-      m_bus(retain(bus)),
+      m_receiverProcess(runReceiver(m_options, bus)),
+      m_receiver(bus, *this),
       m_loop(g_main_loop_new(nullptr, FALSE)),
       m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
       m_channel(*this),
       m_web(m_options, m_channel.address()),
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
-      m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {}
+      m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
+    m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
+    if (m_options.automation)
+        m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
+}
 
 Browser::~Browser() {
     while (!m_views.empty())
@@ -43,26 +54,9 @@ Browser::~Browser() {
 }
 
 int Browser::run() {
-    bringUpReceiver();
-    m_receiver = std::make_unique<ReceiverControl>(m_bus.get(), *this);
-    if (const auto mask = m_receiver->keyMask())
-        m_remoteControl.setMask(*mask);
-    if (m_options.automation)
-        m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
-    if (!m_exitCode) {
-        openView(kFirstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
-        g_main_loop_run(m_loop.get());
-    }
-    return m_exitCode.value_or(0);
-}
-
-void Browser::bringUpReceiver() {
-    if (!m_options.receiver || !m_bus || isReceiverRunning(m_bus.get()))
-        return;
-    m_receiverProcess =
-        std::make_unique<ReceiverProcess>(m_options.scenario, [this] { g_main_loop_quit(m_loop.get()); });
-    if (!m_receiverProcess->settled())
-        g_main_loop_run(m_loop.get());
+    openView(kFirstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
+    g_main_loop_run(m_loop.get());
+    return m_exitCode;
 }
 
 void Browser::leave(int exitCode) {
@@ -83,7 +77,7 @@ gboolean Browser::onInterrupt(gpointer self) {
 BrowserView& Browser::openView(std::int32_t id, const std::string& url) {
     auto& view = m_views[id];
     view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
-    m_receiver->registerView(id, url);
+    m_receiver.registerView(id, url);
     m_screen.add(*view);
     if (!url.empty())
         view->load(url);
@@ -96,7 +90,7 @@ void Browser::closeView(std::int32_t id) {
         return;
     m_screen.remove(*found->second);
     m_views.erase(found);
-    m_receiver->unregisterView(id);
+    m_receiver.unregisterView(id);
 }
 
 BrowserView* Browser::findView(std::int32_t id) const {
@@ -130,8 +124,8 @@ bool Browser::handleKey(const GdkEventKey& event) {
 
 void Browser::receiverAppeared() {
     for (const auto& [id, view] : m_views)
-        m_receiver->registerView(id, view->url());
-    m_remoteControl.setMask(m_receiver->keyMask().value_or(kAllKeyGroups));
+        m_receiver.registerView(id, view->url());
+    m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
 }
 
 void Browser::receiverVanished() {
@@ -174,7 +168,7 @@ void Browser::keyPressed(std::uint32_t keyCode) {
 }
 
 void Browser::viewDidChangeUrl(BrowserView& view) {
-    m_receiver->changeUrl(view.id(), view.url());
+    m_receiver.changeUrl(view.id(), view.url());
 }
 
 void Browser::viewDidFinishLoad(BrowserView& view) {

@@ -54,8 +54,6 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     static gboolean onTerminate(gpointer self);
     static gboolean onInterrupt(gpointer self);
 
-    // Runs the main loop until the receiver is ready, or is known not to come.
-    void bringUpReceiver();
     BrowserView& openView(std::int32_t id, const std::string& url);
     void closeView(std::int32_t id);
     [[nodiscard]] BrowserView* findView(std::int32_t id) const;
@@ -64,14 +62,14 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void leave(int exitCode);
 
     Options m_options;
-    Host::GObjectHandle<GDBusConnection> m_bus;
+    // First, because it blocks: a signal then still ends the shell by itself.
+    std::optional<ReceiverProcess> m_receiverProcess;
+    ReceiverControl m_receiver;
+    RemoteControl m_remoteControl;
+    int m_exitCode = 0;
     Host::GMainLoopHandle m_loop;
     Host::GSourceHandle m_terminate;
     Host::GSourceHandle m_interrupt;
-    std::optional<int> m_exitCode;  // Set when it is time to leave.
-    std::unique_ptr<ReceiverProcess> m_receiverProcess;
-    std::unique_ptr<ReceiverControl> m_receiver;  // From run() on.
-    RemoteControl m_remoteControl;
     WebProcessChannel m_channel;
     WebSetup m_web;
     Screen m_screen;

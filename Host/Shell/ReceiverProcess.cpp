@@ -1,7 +1,8 @@
 #include "Host/Shell/ReceiverProcess.h"
 
+#include <algorithm>
 #include <iostream>
-#include <utility>
+#include <iterator>
 #include <vector>
 
 #include "Host/Shell/InstalledFiles.h"
@@ -9,12 +10,10 @@
 
 namespace Shell {
 
-using namespace Host;
-
 namespace {
 
 constexpr char kReadyLine[] = "hbbtv-receiver: ready";
-constexpr unsigned kReadyLimitSeconds = 10;
+constexpr int kReadyLimitMs = 10000;
 
 constexpr const char* kNames[] = {
     "org.vantrel.hbbtv.IDAEBrowserAPI",  "org.vantrel.hbbtv.IBroadcastPlayer",
@@ -22,17 +21,20 @@ constexpr const char* kNames[] = {
     "org.vantrel.hbbtv.IMetaDataSearch", "org.vantrel.hbbtv.DSMCC",
 };
 
-}  // namespace
-
 bool isReceiverRunning(GDBusConnection* bus) {
-    for (const char* name : kNames) {
-        if (!isNameOwned(bus, name))
-            return false;
-    }
-    return true;
+    return std::all_of(std::begin(kNames), std::end(kNames),
+                       [bus](const char* name) { return isNameOwned(bus, name); });
 }
 
-ReceiverProcess::ReceiverProcess(const std::optional<std::string>& scenario, std::function<void()> settled) {
+void forward(const std::string& line) {
+    std::cerr << line << std::endl;
+}
+
+}  // namespace
+
+ReceiverProcess::ReceiverProcess(GDBusConnection* bus, const std::optional<std::string>& scenario) {
+    if (isReceiverRunning(bus))
+        return;
     const auto program = findReceiver();
     if (!program) {
         g_warning("hbbtv-receiver is not installed beside this program; going on without a receiver");
@@ -46,33 +48,22 @@ ReceiverProcess::ReceiverProcess(const std::optional<std::string>& scenario, std
     m_child = ChildProcess::start(command);
     if (!m_child)
         return;
-    m_settled = std::move(settled);
-    m_timeout.reset(g_timeout_add_seconds(kReadyLimitSeconds, onTimeout, this));
-    m_child->watch(
-        [this](const std::string& line) {
-            if (line == kReadyLine)
-                settle();
-            else
-                std::cerr << line << std::endl;
-        },
-        [this] {
-            g_warning("the receiver has ended; going on without it");
-            settle();
-        });
+    if (!waitUntilReady())
+        g_warning("the receiver did not become ready; going on without waiting for it");
+    m_child->watch(forward, [this] {
+        g_warning("the receiver has ended; going on without it");
+        m_child.reset();
+    });
 }
 
-void ReceiverProcess::settle() {
-    m_timeout.reset();
-    if (const auto settled = std::exchange(m_settled, nullptr))
-        settled();
-}
-
-gboolean ReceiverProcess::onTimeout(gpointer self) {
-    auto& receiver = *static_cast<ReceiverProcess*>(self);
-    receiver.m_timeout.forget();
-    g_warning("the receiver was not ready within %u s; going on without waiting", kReadyLimitSeconds);
-    receiver.settle();
-    return G_SOURCE_REMOVE;
+bool ReceiverProcess::waitUntilReady() {
+    std::string line;
+    while (m_child->readLine(line, kReadyLimitMs)) {
+        if (line == kReadyLine)
+            return true;
+        forward(line);
+    }
+    return false;
 }
 
 }  // namespace Shell

@@ -1,7 +1,6 @@
 // The simulated receiver as the shell's child.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,26 +10,18 @@
 
 namespace Shell {
 
-// Whether somebody already owns all six names of the receiver.
-[[nodiscard]] bool isReceiverRunning(GDBusConnection* bus);
-
 class ReceiverProcess {
  public:
-    // Runs it; `settled` is called once, through the main loop, when it is ready, has failed, or takes too
-    // long.
-    ReceiverProcess(const std::optional<std::string>& scenario, std::function<void()> settled);
-
-    // Nothing is going to happen: it could not be run.
-    [[nodiscard]] bool settled() const { return !m_settled; }
+    // Runs a receiver unless somebody already owns all its names, and returns when it is ready, has failed or
+    // takes too long; failures are logged and the shell goes on.
+    ReceiverProcess(GDBusConnection* bus, const std::optional<std::string>& scenario);
+    ReceiverProcess(const ReceiverProcess&) = delete;
+    ReceiverProcess& operator=(const ReceiverProcess&) = delete;
 
  private:
-    static gboolean onTimeout(gpointer self);
-
-    void settle();
+    [[nodiscard]] bool waitUntilReady();
 
     std::unique_ptr<ChildProcess> m_child;
-    std::function<void()> m_settled;  // Empty once it has been called.
-    Host::GSourceHandle m_timeout;
 };
 
 }  // namespace Shell
