@@ -24,7 +24,7 @@ constexpr const char smallTelevision[] = R"({
        "components": [
          {"type": "video", "encoding": "H264", "pid": 100, "aspect_ratio": 178, "ca_sid": 7, "tag": 1},
          {"type": "audio", "encoding": "HEAAC", "pid": 101, "language": "deu", "channels": 2},
-         {"type": "audio", "encoding": "AC3", "pid": 102, "language": "eng", "channels": 6, "audio_description": true},
+         {"type": "audio", "encoding": "AC3", "pid": 102, "language": "eng", "audio_description": true},
          {"type": "audio", "encoding": "HEAAC", "pid": 103, "language": "eng", "channels": 2},
          {"type": "subtitle", "pid": 104, "language": "deu", "hearing_impaired": true}]},
       {"id": 2, "name": "Two", "id_type": "ID_DVB_T", "onid": 1, "tsid": 2, "sid": 11,
