@@ -59,21 +59,24 @@ void fillPlayer(IAVEventHandlerIface& table) {
     table.handle_flag_player_playing =
         answer<iavevent_handler_complete_flag_player_playing,
                [](World& world, std::uint32_t id) { return stateOf(world, id) == MediaState::Playing; }>;
-    table.handle_get_player = answer<iavevent_handler_complete_get_player,
-                                     [](World& world, std::uint32_t id) { return world.media().acquire(id); }>;
+    table.handle_get_player =
+        answer<iavevent_handler_complete_get_player,
+               [](World& world, std::uint32_t id) { return world.media().acquire(id); }>;
     table.handle_release_player = answer<iavevent_handler_complete_release_player,
                                          [](World& world, std::uint32_t id) { world.media().release(id); }>;
-    table.handle_play = answer<iavevent_handler_complete_play,
-                               [](World& world, std::uint32_t id, double speed) { return play(world, id, speed); }>;
-    table.handle_stop =
-        answer<iavevent_handler_complete_stop, [](World& world, std::uint32_t id) { return stop(world, id); }>;
+    table.handle_play =
+        answer<iavevent_handler_complete_play,
+               [](World& world, std::uint32_t id, double speed) { return play(world, id, speed); }>;
+    table.handle_stop = answer<iavevent_handler_complete_stop,
+                               [](World& world, std::uint32_t id) { return stop(world, id); }>;
     table.handle_seek =
-        answer<iavevent_handler_complete_seek,
-               [](World& world, std::uint32_t id, std::uint32_t position) { return seek(world, id, position); }>;
-    table.handle_queue = answer<iavevent_handler_complete_queue,
-                                [](World& world, std::uint32_t id, const char* url) {
-                                    return world.media().session(id).queue(url);
-                                }>;
+        answer<iavevent_handler_complete_seek, [](World& world, std::uint32_t id, std::uint32_t position) {
+            return seek(world, id, position);
+        }>;
+    table.handle_queue =
+        answer<iavevent_handler_complete_queue, [](World& world, std::uint32_t id, const char* url) {
+            return world.media().session(id).queue(url);
+        }>;
 }
 
 void fillMedium(IAVEventHandlerIface& table) {
@@ -81,18 +84,19 @@ void fillMedium(IAVEventHandlerIface& table) {
                                        [](World& world, std::uint32_t id, const char* location) {
                                            world.media().session(id).location = location;
                                        }>;
-    table.handle_set_data = answer<iavevent_handler_complete_set_data,
-                                   [](World& world, std::uint32_t id, const char* url) {
-                                       world.media().session(id).setUrl(url);
-                                   }>;
+    table.handle_set_data =
+        answer<iavevent_handler_complete_set_data, [](World& world, std::uint32_t id, const char* url) {
+            world.media().session(id).setUrl(url);
+        }>;
     table.handle_get_data = answer<iavevent_handler_complete_get_data, [](World& world, std::uint32_t id) {
         const auto* session = world.media().find(id);
         return session == nullptr ? std::string() : session->url();
     }>;
-    table.handle_set_attribute = answer<iavevent_handler_complete_set_attribute,
-                                        [](World& world, std::uint32_t id, const char* name, const char* value) {
-                                            world.media().session(id).setAttribute(name, value);
-                                        }>;
+    table.handle_set_attribute =
+        answer<iavevent_handler_complete_set_attribute,
+               [](World& world, std::uint32_t id, const char* name, const char* value) {
+                   world.media().session(id).setAttribute(name, value);
+               }>;
     table.handle_check_mime_type =
         answer<iavevent_handler_complete_check_mime_type,
                [](World& world, const char* mimeType) { return world.media().supports(mimeType); }>;
@@ -101,17 +105,17 @@ void fillMedium(IAVEventHandlerIface& table) {
     };
     table.handle_set_mime_type = answer<iavevent_handler_complete_set_mime_type, setMimeType>;
     table.handle_change_mime_type = answer<iavevent_handler_complete_change_mime_type, setMimeType>;
-    table.handle_get_mime_type = answer<iavevent_handler_complete_get_mime_type, [](World& world, std::uint32_t id) {
-        const auto* session = world.media().find(id);
-        return session == nullptr ? std::string() : session->mimeType;
-    }>;
+    table.handle_get_mime_type =
+        answer<iavevent_handler_complete_get_mime_type, [](World& world, std::uint32_t id) {
+            const auto* session = world.media().find(id);
+            return session == nullptr ? std::string() : session->mimeType;
+        }>;
     table.handle_get_nr_tracks =
         answer<iavevent_handler_complete_get_nr_tracks,
                [](World& world, std::uint32_t id) { return numberOfTracks(world, id); }>;
     table.handle_get_current_track =
-        answer<iavevent_handler_complete_get_current_track, [](World& world, std::uint32_t id) {
-            return numberOfTracks(world, id) == 0 ? noTrack : 0;
-        }>;
+        answer<iavevent_handler_complete_get_current_track,
+               [](World& world, std::uint32_t id) { return numberOfTracks(world, id) == 0 ? noTrack : 0; }>;
 }
 
 void fillProgress(IAVEventHandlerIface& table) {
@@ -120,10 +124,11 @@ void fillProgress(IAVEventHandlerIface& table) {
             const auto* player = world.media().player(id);
             return player == nullptr ? std::uint32_t{0} : player->position();
         }>;
-    table.handle_get_play_time = answer<iavevent_handler_complete_get_play_time, [](World& world, std::uint32_t id) {
-        const auto* player = world.media().player(id);
-        return player == nullptr ? std::uint32_t{0} : player->duration();
-    }>;
+    table.handle_get_play_time =
+        answer<iavevent_handler_complete_get_play_time, [](World& world, std::uint32_t id) {
+            const auto* player = world.media().player(id);
+            return player == nullptr ? std::uint32_t{0} : player->duration();
+        }>;
     table.handle_get_speed = answer<iavevent_handler_complete_get_speed, [](World& world, std::uint32_t id) {
         const auto* player = world.media().player(id);
         return player == nullptr ? 0.0 : player->speed();
@@ -136,21 +141,24 @@ void fillProgress(IAVEventHandlerIface& table) {
         return session == nullptr ? NoError : session->error();
     }>;
     table.handle_set_volume =
-        answer<iavevent_handler_complete_set_volume,
-               [](World& world, std::uint32_t id, std::int32_t value) { return setVolume(world, id, value); }>;
-    table.handle_get_volume =
-        answer<iavevent_handler_complete_get_volume, [](World& world, std::uint32_t id) { return volume(world, id); }>;
+        answer<iavevent_handler_complete_set_volume, [](World& world, std::uint32_t id, std::int32_t value) {
+            return setVolume(world, id, value);
+        }>;
+    table.handle_get_volume = answer<iavevent_handler_complete_get_volume,
+                                     [](World& world, std::uint32_t id) { return volume(world, id); }>;
 }
 
 void fillPresentation(IAVEventHandlerIface& table) {
     table.handle_get_video_components =
-        answer<iavevent_handler_complete_get_video_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.media().components(id, ComponentType::Video, active));
-        }>;
+        answer<iavevent_handler_complete_get_video_components,
+               [](World& world, std::uint32_t id, bool active) {
+                   return variantOf(world.media().components(id, ComponentType::Video, active));
+               }>;
     table.handle_get_audio_components =
-        answer<iavevent_handler_complete_get_audio_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.media().components(id, ComponentType::Audio, active));
-        }>;
+        answer<iavevent_handler_complete_get_audio_components,
+               [](World& world, std::uint32_t id, bool active) {
+                   return variantOf(world.media().components(id, ComponentType::Audio, active));
+               }>;
     table.handle_get_sbt_components =
         answer<iavevent_handler_complete_get_sbt_components, [](World& world, std::uint32_t id, bool active) {
             return variantOf(world.media().components(id, ComponentType::Subtitle, active));
@@ -183,8 +191,9 @@ Skeleton makeAvEventHandler(World& world, CallDispatcher& dispatcher) {
         fillProgress(handlers);
         fillPresentation(handlers);
     };
-    return makeSkeleton({"ReceiverAvEventHandler", TYPE_IAVEVENT_HANDLER_SKELETON, TYPE_IAVEVENT_HANDLER, fill},
-                        &world, &dispatcher);
+    return makeSkeleton(
+        {"ReceiverAvEventHandler", TYPE_IAVEVENT_HANDLER_SKELETON, TYPE_IAVEVENT_HANDLER, fill}, &world,
+        &dispatcher);
 }
 
 }  // namespace Receiver

@@ -8,7 +8,8 @@ namespace Receiver {
 
 namespace {
 
-std::tuple<std::uint32_t, bool> setChannel(World& world, std::uint32_t pluginId, const ChannelRequest& request) {
+std::tuple<std::uint32_t, bool> setChannel(World& world, std::uint32_t pluginId,
+                                           const ChannelRequest& request) {
     const auto id = world.broadcast().setChannel(pluginId, request);
     return {id.value_or(request.id), id.has_value()};
 }
@@ -29,17 +30,17 @@ void fillTuning(IBroadcastPlayerIface& table) {
                [](World& world, std::uint32_t id) { return world.broadcast().bindToCurrentChannel(id); }>;
     table.handle_set_channel =
         answer<ibroadcast_player_complete_set_channel,
-               [](World& world, std::uint32_t pluginId, std::uint32_t type, const char* dsd, std::int32_t onid,
-                  std::int32_t tsid, std::int32_t sid, std::uint32_t channelId) {
+               [](World& world, std::uint32_t pluginId, std::uint32_t type, const char* dsd,
+                  std::int32_t onid, std::int32_t tsid, std::int32_t sid, std::uint32_t channelId) {
                    return setChannel(world, pluginId, {type, dsd, onid, tsid, sid, channelId});
                }>;
     table.handle_next_or_prev_channel =
         answer<ibroadcast_player_complete_next_or_prev_channel,
                [](World& world, std::uint32_t id, bool next) { return stepChannel(world, id, next); }>;
-    table.handle_set_null_channel =
-        answer<ibroadcast_player_complete_set_null_channel, [](World& world, std::uint32_t id, bool independent) {
-            world.broadcast().setNullChannel(id, independent);
-        }>;
+    table.handle_set_null_channel = answer<ibroadcast_player_complete_set_null_channel,
+                                           [](World& world, std::uint32_t id, bool independent) {
+                                               world.broadcast().setNullChannel(id, independent);
+                                           }>;
     table.handle_release = answer<ibroadcast_player_complete_release,
                                   [](World& world, std::uint32_t id) { world.broadcast().release(id); }>;
     table.handle_stop = answer<ibroadcast_player_complete_stop,
@@ -57,23 +58,28 @@ void fillTuning(IBroadcastPlayerIface& table) {
 }
 
 void fillPresentation(IBroadcastPlayerIface& table) {
-    table.handle_set_volume =
-        answer<ibroadcast_player_complete_set_volume,
-               [](World& world, std::uint32_t id, std::int32_t volume) { world.broadcast().setVolume(id, volume); }>;
-    table.handle_get_volume = answer<ibroadcast_player_complete_get_volume,
-                                     [](World& world, std::uint32_t id) { return world.broadcast().volume(id); }>;
+    table.handle_set_volume = answer<ibroadcast_player_complete_set_volume,
+                                     [](World& world, std::uint32_t id, std::int32_t volume) {
+                                         world.broadcast().setVolume(id, volume);
+                                     }>;
+    table.handle_get_volume =
+        answer<ibroadcast_player_complete_get_volume,
+               [](World& world, std::uint32_t id) { return world.broadcast().volume(id); }>;
     table.handle_get_audio_components =
-        answer<ibroadcast_player_complete_get_audio_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.broadcast().components(id, ComponentType::Audio, active));
-        }>;
+        answer<ibroadcast_player_complete_get_audio_components,
+               [](World& world, std::uint32_t id, bool active) {
+                   return variantOf(world.broadcast().components(id, ComponentType::Audio, active));
+               }>;
     table.handle_get_video_components =
-        answer<ibroadcast_player_complete_get_video_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.broadcast().components(id, ComponentType::Video, active));
-        }>;
+        answer<ibroadcast_player_complete_get_video_components,
+               [](World& world, std::uint32_t id, bool active) {
+                   return variantOf(world.broadcast().components(id, ComponentType::Video, active));
+               }>;
     table.handle_get_sbt_components =
-        answer<ibroadcast_player_complete_get_sbt_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.broadcast().components(id, ComponentType::Subtitle, active));
-        }>;
+        answer<ibroadcast_player_complete_get_sbt_components,
+               [](World& world, std::uint32_t id, bool active) {
+                   return variantOf(world.broadcast().components(id, ComponentType::Subtitle, active));
+               }>;
     table.handle_select_component =
         answer<ibroadcast_player_complete_select_component,
                [](World& world, std::uint32_t id, std::int32_t type, std::int32_t pid) {
@@ -100,8 +106,9 @@ Skeleton makeBroadcastPlayer(World& world, CallDispatcher& dispatcher) {
         fillTuning(handlers);
         fillPresentation(handlers);
     };
-    return makeSkeleton({"ReceiverBroadcastPlayer", TYPE_IBROADCAST_PLAYER_SKELETON, TYPE_IBROADCAST_PLAYER, fill},
-                        &world, &dispatcher);
+    return makeSkeleton(
+        {"ReceiverBroadcastPlayer", TYPE_IBROADCAST_PLAYER_SKELETON, TYPE_IBROADCAST_PLAYER, fill}, &world,
+        &dispatcher);
 }
 
 }  // namespace Receiver

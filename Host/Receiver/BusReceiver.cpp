@@ -12,7 +12,8 @@ constexpr std::uint32_t primaryOwner = 1;
 
 }  // namespace
 
-BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder)
+BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario,
+                         const std::string& folder)
     : m_connection(connection),
       m_world(scenario, folder, m_timers, m_events),
       m_dispatcher(m_timers),
@@ -43,8 +44,8 @@ bool BusReceiver::start(std::string& problem) {
     bool exported = g_dbus_interface_skeleton_export(m_control.get(), m_connection, Names::ControlPath,
                                                      Out(error)) != FALSE;
     for (const auto& service : m_services)
-        exported = exported && g_dbus_interface_skeleton_export(service.get(), m_connection, Names::ObjectPath,
-                                                                Out(error)) != FALSE;
+        exported = exported && g_dbus_interface_skeleton_export(service.get(), m_connection,
+                                                                Names::ObjectPath, Out(error)) != FALSE;
     if (!exported) {
         problem = std::string("cannot export the interfaces: ") + error->message;
         return false;
@@ -60,8 +61,8 @@ bool BusReceiver::own(const std::string& name, std::string& problem) {
     ErrorPtr error;
     const VariantPtr reply(g_dbus_connection_call_sync(
         m_connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-        g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
-        Out(error)));
+        g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1,
+        nullptr, Out(error)));
     if (!reply) {
         problem = "cannot own the name " + name + ": " + error->message;
         return false;

@@ -18,7 +18,7 @@
 namespace Receiver {
 
 class BusReceiver {
-   public:
+ public:
     // Throws ScenarioError.
     BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder);
     BusReceiver(const BusReceiver&) = delete;
@@ -28,7 +28,7 @@ class BusReceiver {
     // False, with the reason in "problem", when an object or a name could not be had.
     [[nodiscard]] bool start(std::string& problem);
 
-   private:
+ private:
     [[nodiscard]] bool own(const std::string& name, std::string& problem);
 
     GDBusConnection* m_connection;

@@ -28,8 +28,8 @@ void CallDispatcher::addInterface(const GDBusInterfaceInfo& interface) {
 void CallDispatcher::receive(ObjectPtr<GDBusMethodInvocation> invocation,
                              std::function<void(ObjectPtr<GDBusMethodInvocation>)> answer) {
     auto* raw = invocation.get();
-    const auto method =
-        shortName(g_dbus_method_invocation_get_interface_name(raw), g_dbus_method_invocation_get_method_name(raw));
+    const auto method = shortName(g_dbus_method_invocation_get_interface_name(raw),
+                                  g_dbus_method_invocation_get_method_name(raw));
     const CharPtr arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
     const auto& call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
     if (m_listener)

@@ -1,5 +1,5 @@
-// The one door through which every call of the six interfaces comes: it writes the call down, makes it slow or
-// lets it fail where somebody asked for that, and then has it answered.
+// The one door through which every call of the six interfaces comes: it writes the call down, makes it slow
+// or lets it fail where somebody asked for that, and then has it answered.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +11,14 @@
 
 #include <gio/gio.h>
 
-#include "Host/Receiver/CallLog.h"
 #include "Host/Receiver/GLibHandles.h"
+#include "Host/Receiver/World/CallLog.h"
 #include "Host/Receiver/World/Timers.h"
 
 namespace Receiver {
 
 class CallDispatcher {
-   public:
+ public:
     explicit CallDispatcher(Timers& timers) : m_timers(timers) {}
     CallDispatcher(const CallDispatcher&) = delete;
     CallDispatcher& operator=(const CallDispatcher&) = delete;
@@ -39,7 +39,7 @@ class CallDispatcher {
 
     [[nodiscard]] CallLog& log() { return m_log; }
 
-   private:
+ private:
     struct Treatment {
         std::uint32_t delayMs = 0;
         bool fails = false;

@@ -10,10 +10,11 @@ namespace {
 auto channelInfo(World& world, std::uint32_t id) {
     const auto* found = world.scenario().channel(id);
     const auto channel = found == nullptr ? Channel() : *found;
-    return std::make_tuple(channel.name, channel.longName, channel.description, channel.idType, channel.networkId,
-                           channel.onid, channel.tsid, channel.sid, channel.radio, channel.ccid, channel.authorised,
-                           channel.hidden, channel.locked, channel.manualBlock, channel.maxBitRate,
-                           channel.ipBroadcastId, channel.majorChannel, found != nullptr);
+    return std::make_tuple(channel.name, channel.longName, channel.description, channel.idType,
+                           channel.networkId, channel.onid, channel.tsid, channel.sid, channel.radio,
+                           channel.ccid, channel.authorised, channel.hidden, channel.locked,
+                           channel.manualBlock, channel.maxBitRate, channel.ipBroadcastId,
+                           channel.majorChannel, found != nullptr);
 }
 
 void fill(gpointer raw, gpointer) {
@@ -22,15 +23,16 @@ void fill(gpointer raw, gpointer) {
                                  [](World& world, std::uint32_t id) { return world.retainChannel(id); }>;
     table.handle_release = answer<ijschannel_cache_complete_release,
                                   [](World& world, std::uint32_t id) { world.releaseChannel(id); }>;
-    table.handle_get_channel_info = answer<ijschannel_cache_complete_get_channel_info,
-                                           [](World& world, std::uint32_t id) { return channelInfo(world, id); }>;
+    table.handle_get_channel_info =
+        answer<ijschannel_cache_complete_get_channel_info,
+               [](World& world, std::uint32_t id) { return channelInfo(world, id); }>;
 }
 
 }  // namespace
 
 Skeleton makeChannelCache(World& world, CallDispatcher& dispatcher) {
-    return makeSkeleton({"ReceiverChannelCache", TYPE_IJSCHANNEL_CACHE_SKELETON, TYPE_IJSCHANNEL_CACHE, fill}, &world,
-                        &dispatcher);
+    return makeSkeleton({"ReceiverChannelCache", TYPE_IJSCHANNEL_CACHE_SKELETON, TYPE_IJSCHANNEL_CACHE, fill},
+                        &world, &dispatcher);
 }
 
 }  // namespace Receiver

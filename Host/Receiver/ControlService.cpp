@@ -23,8 +23,9 @@ void pressKey(ControlDesk& desk, const std::string& key) {
 
 void refuseUnknownMethod(bool known, const std::string& method) {
     if (!known)
-        throw ScenarioError("", "there is no method \"" + method + "\"; methods are named like "
-                                "\"IDAEBrowserAPI.CreateApplication\"");
+        throw ScenarioError("", "there is no method \"" + method +
+                                    "\"; methods are named like "
+                                    "\"IDAEBrowserAPI.CreateApplication\"");
 }
 
 GVariant* calls(ControlDesk& desk) {
@@ -46,36 +47,37 @@ void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
 
 void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<ReceiverControlIface*>(raw);
-    table.handle_register_view =
-        answer<receiver_control_complete_register_view,
-               [](ControlDesk& desk, std::int32_t viewId, const char* url) { desk.world.registerView(viewId, url); }>;
+    table.handle_register_view = answer<receiver_control_complete_register_view,
+                                        [](ControlDesk& desk, std::int32_t viewId, const char* url) {
+                                            desk.world.registerView(viewId, url);
+                                        }>;
     table.handle_unregister_view =
         answer<receiver_control_complete_unregister_view,
                [](ControlDesk& desk, std::int32_t viewId) { unregisterView(desk, viewId); }>;
     table.handle_press_key = answer<receiver_control_complete_press_key,
                                     [](ControlDesk& desk, const char* key) { pressKey(desk, key); }>;
-    table.handle_set_world =
-        answer<receiver_control_complete_set_world, [](ControlDesk& desk, const char* pointer, const char* json) {
-            desk.world.setValue(pointer, json);
-        }>;
+    table.handle_set_world = answer<receiver_control_complete_set_world,
+                                    [](ControlDesk& desk, const char* pointer, const char* json) {
+                                        desk.world.setValue(pointer, json);
+                                    }>;
     table.handle_get_world =
         answer<receiver_control_complete_get_world,
                [](ControlDesk& desk, const char* pointer) { return toText(desk.world.value(pointer)); }>;
-    table.handle_emit_signal =
-        answer<receiver_control_complete_emit_signal, [](ControlDesk& desk, const char* signal, GVariant* arguments) {
-            emitSignal(desk, signal, arguments);
-        }>;
+    table.handle_emit_signal = answer<receiver_control_complete_emit_signal,
+                                      [](ControlDesk& desk, const char* signal, GVariant* arguments) {
+                                          emitSignal(desk, signal, arguments);
+                                      }>;
     table.handle_delay_method =
         answer<receiver_control_complete_delay_method,
                [](ControlDesk& desk, const char* method, std::uint32_t milliseconds) {
                    refuseUnknownMethod(desk.dispatcher.delay(method, milliseconds), method);
                }>;
-    table.handle_fail_method =
-        answer<receiver_control_complete_fail_method, [](ControlDesk& desk, const char* method, const char* message) {
-            refuseUnknownMethod(desk.dispatcher.fail(method, message), method);
-        }>;
-    table.handle_reset_methods = answer<receiver_control_complete_reset_methods,
-                                        [](ControlDesk& desk) { desk.dispatcher.reset(); }>;
+    table.handle_fail_method = answer<receiver_control_complete_fail_method,
+                                      [](ControlDesk& desk, const char* method, const char* message) {
+                                          refuseUnknownMethod(desk.dispatcher.fail(method, message), method);
+                                      }>;
+    table.handle_reset_methods =
+        answer<receiver_control_complete_reset_methods, [](ControlDesk& desk) { desk.dispatcher.reset(); }>;
     table.handle_get_calls =
         answer<receiver_control_complete_get_calls, [](ControlDesk& desk) { return calls(desk); }>;
     table.handle_clear_calls = answer<receiver_control_complete_clear_calls,
@@ -85,8 +87,8 @@ void fill(gpointer raw, gpointer) {
 }  // namespace
 
 ObjectPtr<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk) {
-    return makeSkeleton({"ReceiverControlDesk", TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill}, &desk,
-                        nullptr);
+    return makeSkeleton({"ReceiverControlDesk", TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill},
+                        &desk, nullptr);
 }
 
 }  // namespace Receiver

@@ -45,10 +45,10 @@ std::tuple<GVariant*, std::uint16_t, bool> channelsAndEvent(World& world, const 
 }
 
 void fillApplications(IDAEBrowserAPIIface& table) {
-    table.handle_create_application =
-        answer<idaebrowser_api_complete_create_application, [](World& world, const char* url, std::int32_t viewId) {
-            return world.applications().create(url, viewId);
-        }>;
+    table.handle_create_application = answer<idaebrowser_api_complete_create_application,
+                                             [](World& world, const char* url, std::int32_t viewId) {
+                                                 return world.applications().create(url, viewId);
+                                             }>;
     table.handle_destroy_application =
         answer<idaebrowser_api_complete_destroy_application,
                [](World& world, std::int32_t viewId) { world.applications().destroy(viewId); }>;
@@ -66,9 +66,9 @@ void fillApplications(IDAEBrowserAPIIface& table) {
     table.handle_is_urlin_app_boundary =
         answer<idaebrowser_api_complete_is_urlin_app_boundary,
                [](World& world, const char* url) { return world.applications().isInBoundary(url); }>;
-    table.handle_set_key_mask = answer<idaebrowser_api_complete_set_key_mask, [](World& world, std::int32_t mask) {
-        world.setKeyMask(static_cast<std::uint32_t>(mask));
-    }>;
+    table.handle_set_key_mask =
+        answer<idaebrowser_api_complete_set_key_mask,
+               [](World& world, std::int32_t mask) { world.setKeyMask(static_cast<std::uint32_t>(mask)); }>;
     table.handle_get_key_mask = answer<idaebrowser_api_complete_get_key_mask,
                                        [](World& world) { return world.scenario().keys.mask; }>;
     table.handle_get_max_key_mask = answer<idaebrowser_api_complete_get_max_key_mask,
@@ -76,18 +76,19 @@ void fillApplications(IDAEBrowserAPIIface& table) {
 }
 
 void fillReceiver(IDAEBrowserAPIIface& table) {
-    table.handle_set_profile_support =
-        answer<idaebrowser_api_complete_set_profile_support,
-               [](World& world, std::uint16_t profile, std::uint8_t major, std::uint8_t minor, std::uint8_t micro) {
-                   world.addProfile({profile, major, minor, micro});
-               }>;
-    table.handle_is_profile_supported =
-        answer<idaebrowser_api_complete_is_profile_supported,
-               [](World& world, std::uint16_t profile, std::uint8_t major, std::uint8_t minor, std::uint8_t micro) {
-                   return world.hasProfile({profile, major, minor, micro});
-               }>;
-    table.handle_get_xml_capabilities = answer<idaebrowser_api_complete_get_xml_capabilities,
-                                               [](World& world) { return capabilitiesXml(world.scenario()); }>;
+    table.handle_set_profile_support = answer<idaebrowser_api_complete_set_profile_support,
+                                              [](World& world, std::uint16_t profile, std::uint8_t major,
+                                                 std::uint8_t minor, std::uint8_t micro) {
+                                                  world.addProfile({profile, major, minor, micro});
+                                              }>;
+    table.handle_is_profile_supported = answer<idaebrowser_api_complete_is_profile_supported,
+                                               [](World& world, std::uint16_t profile, std::uint8_t major,
+                                                  std::uint8_t minor, std::uint8_t micro) {
+                                                   return world.hasProfile({profile, major, minor, micro});
+                                               }>;
+    table.handle_get_xml_capabilities =
+        answer<idaebrowser_api_complete_get_xml_capabilities,
+               [](World& world) { return capabilitiesXml(world.scenario()); }>;
     table.handle_has_capability =
         answer<idaebrowser_api_complete_has_capability,
                [](World& world, const char* name) { return hasCapability(world.scenario(), name); }>;
@@ -102,7 +103,8 @@ void fillReceiver(IDAEBrowserAPIIface& table) {
                [](World& world) { return world.scenario().locale.uiLanguages; }>;
     table.handle_get_country_id = answer<idaebrowser_api_complete_get_country_id,
                                          [](World& world) { return world.scenario().locale.country; }>;
-    table.handle_get_time = answer<idaebrowser_api_complete_get_time, [](World& world) { return time(world); }>;
+    table.handle_get_time =
+        answer<idaebrowser_api_complete_get_time, [](World& world) { return time(world); }>;
     table.handle_get_parental_lock_status =
         answer<idaebrowser_api_complete_get_parental_lock_status,
                [](World& world) { return world.scenario().parental.lockStatus; }>;
@@ -114,11 +116,13 @@ void fillReceiver(IDAEBrowserAPIIface& table) {
                [](World& world) { return world.scenario().parental.minimum; }>;
     table.handle_get_ciplus_drm_type = answer<idaebrowser_api_complete_get_ciplus_drm_type,
                                               [](World& world) { return world.scenario().drm.ciPlusTypes; }>;
-    table.handle_is_sassession_open = answer<idaebrowser_api_complete_is_sassession_open,
-                                             [](World& world) { return world.scenario().drm.sasSessionOpen; }>;
-    table.handle_send_drmmessage =
-        answer<idaebrowser_api_complete_send_drmmessage,
-               [](World& world, const char*, const char*, const char* system) { return world.sendDrmMessage(system); }>;
+    table.handle_is_sassession_open = answer<idaebrowser_api_complete_is_sassession_open, [](World& world) {
+        return world.scenario().drm.sasSessionOpen;
+    }>;
+    table.handle_send_drmmessage = answer<idaebrowser_api_complete_send_drmmessage,
+                                          [](World& world, const char*, const char*, const char* system) {
+                                              return world.sendDrmMessage(system);
+                                          }>;
 }
 
 void fillBroadcast(IDAEBrowserAPIIface& table) {
@@ -138,10 +142,10 @@ void fillBroadcast(IDAEBrowserAPIIface& table) {
     table.handle_get_channels_and_event_from_url =
         answer<idaebrowser_api_complete_get_channels_and_event_from_url,
                [](World& world, const char* url) { return channelsAndEvent(world, url); }>;
-    table.handle_stream_event_subscribe =
-        answer<idaebrowser_api_complete_stream_event_subscribe, [](World& world, const char* url, const char* name) {
-            return world.streamEvents().subscribe(url, name);
-        }>;
+    table.handle_stream_event_subscribe = answer<idaebrowser_api_complete_stream_event_subscribe,
+                                                 [](World& world, const char* url, const char* name) {
+                                                     return world.streamEvents().subscribe(url, name);
+                                                 }>;
     table.handle_stream_event_unsubscribe =
         answer<idaebrowser_api_complete_stream_event_unsubscribe,
                [](World& world, std::uint32_t jobId) { return world.streamEvents().unsubscribe(jobId); }>;
@@ -156,8 +160,8 @@ Skeleton makeDaeBrowserApi(World& world, CallDispatcher& dispatcher) {
         fillReceiver(handlers);
         fillBroadcast(handlers);
     };
-    return makeSkeleton({"ReceiverDaeBrowserApi", TYPE_IDAEBROWSER_API_SKELETON, TYPE_IDAEBROWSER_API, fill}, &world,
-                        &dispatcher);
+    return makeSkeleton({"ReceiverDaeBrowserApi", TYPE_IDAEBROWSER_API_SKELETON, TYPE_IDAEBROWSER_API, fill},
+                        &world, &dispatcher);
 }
 
 }  // namespace Receiver

@@ -37,13 +37,14 @@ void DbusEvents::streamEvent(std::uint32_t status, std::int16_t eventId, const s
                                       variantOf(data), jobId);
 }
 
-void DbusEvents::playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode, const std::string& message) {
+void DbusEvents::playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+                                   const std::string& message) {
     idaebrowser_api_emit_play_ready_response(IDAEBROWSER_API(m_daeBrowserApi), transactionId, resultCode,
                                              message.c_str());
 }
 
-void DbusEvents::fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
-                              bool status) {
+void DbusEvents::fileResponse(std::uint32_t handle, const std::string& url,
+                              const std::vector<std::uint8_t>& data, bool status) {
     dsmcc_emit_file_response(DSMCC(m_dsmcc), handle, url.c_str(), variantOf(data),
                              static_cast<std::uint32_t>(data.size()), status ? TRUE : FALSE);
 }

@@ -3,25 +3,27 @@
 
 #include <gio/gio.h>
 
-#include "Host/Receiver/CallLog.h"
+#include "Host/Receiver/World/CallLog.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 
 namespace Receiver {
 
 class DbusEvents : public ReceiverEvents {
-   public:
-    // The skeletons are made after the world, which needs this object: to be called once, before the first call is
-    // served. They are not owned.
+ public:
+    // The skeletons are made after the world, which needs this object: to be called once, before the first
+    // call is served. They are not owned.
     void announceOn(GDBusInterfaceSkeleton* daeBrowserApi, GDBusInterfaceSkeleton* dsmcc,
                     GDBusInterfaceSkeleton* control);
 
     void pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) override;
     void pluginEventSigned(std::int32_t event, std::uint32_t pluginId, std::int32_t value) override;
     void pluginEventFloat(std::int32_t event, std::uint32_t pluginId, double value) override;
-    void pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first, std::int32_t second) override;
+    void pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first,
+                         std::int32_t second) override;
     void streamEvent(std::uint32_t status, std::int16_t eventId, const std::string& name,
                      const std::vector<std::uint8_t>& data, std::uint32_t jobId) override;
-    void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode, const std::string& message) override;
+    void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+                           const std::string& message) override;
     void fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
                       bool status) override;
 
@@ -33,7 +35,7 @@ class DbusEvents : public ReceiverEvents {
 
     void callRecorded(const Call& call);
 
-   private:
+ private:
     GDBusInterfaceSkeleton* m_daeBrowserApi = nullptr;
     GDBusInterfaceSkeleton* m_dsmcc = nullptr;
     GDBusInterfaceSkeleton* m_control = nullptr;

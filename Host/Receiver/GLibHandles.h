@@ -27,16 +27,16 @@ using ObjectPtr = std::unique_ptr<Object, FreeWith<g_object_unref>>;
 // Hands the raw place to a C function and takes over what it leaves there: f(Out(pointer)).
 template <typename Pointer>
 class Out {
-   public:
+ public:
     explicit Out(Pointer& target) : m_target(target) {}
     Out(const Out&) = delete;
     Out& operator=(const Out&) = delete;
     ~Out() { m_target.reset(m_raw); }
 
     // NOLINTNEXTLINE(google-explicit-constructor): stands where the C function's argument stands.
-    operator typename Pointer::element_type**() { return &m_raw; }
+    operator typename Pointer::element_type **() { return &m_raw; }
 
-   private:
+ private:
     Pointer& m_target;
     typename Pointer::element_type* m_raw = nullptr;
 };

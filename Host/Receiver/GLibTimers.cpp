@@ -30,9 +30,9 @@ Timers::Id GLibTimers::after(std::uint32_t milliseconds, std::function<void()> a
         node.mapped()();
         return G_SOURCE_REMOVE;
     };
-    data->id = g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, fire, source.release(), [](gpointer user) {
-        const std::unique_ptr<Source> owned(static_cast<Source*>(user));
-    });
+    data->id = g_timeout_add_full(
+        G_PRIORITY_DEFAULT, milliseconds, fire, source.release(),
+        [](gpointer user) { const std::unique_ptr<Source> owned(static_cast<Source*>(user)); });
     m_actions.emplace(data->id, std::move(action));
     return data->id;
 }

@@ -8,7 +8,7 @@
 namespace Receiver {
 
 class GLibTimers : public Timers {
-   public:
+ public:
     GLibTimers() = default;
     GLibTimers(const GLibTimers&) = delete;
     GLibTimers& operator=(const GLibTimers&) = delete;
@@ -19,7 +19,7 @@ class GLibTimers : public Timers {
     [[nodiscard]] std::int64_t now() const override;
     [[nodiscard]] std::int64_t utc() const override;
 
-   private:
+ private:
     std::map<Id, std::function<void()>> m_actions;
 };
 

@@ -44,7 +44,8 @@ std::tuple<bool, Id, Id, Id, bool> queryResults(World& world, Id id) {
     const auto* results = world.search().results().find(id);
     if (results == nullptr)
         return {false, 0, 0, 0, false};
-    return {results->complete, results->offset, results->shown(), static_cast<Id>(results->programmes.size()), true};
+    return {results->complete, results->offset, results->shown(), static_cast<Id>(results->programmes.size()),
+            true};
 }
 
 std::tuple<bool, Id, bool> itemAtIndex(World& world, Id id, Id index) {
@@ -70,9 +71,9 @@ std::tuple<bool, bool> setSearchWindow(World& world, Id searchId, std::int32_t s
 auto programme(World& world, Id id) {
     const auto entry = world.search().programme(id);
     const auto programme = entry ? *entry->programme : Programme();
-    return std::make_tuple(entry ? entry->channelId : 0, Id{programme.eventId}, programme.name, programme.description,
-                           programme.id, entry ? static_cast<Id>(entry->start) : 0, programme.durationMinutes * 60,
-                           Id{programme.rating}, entry.has_value());
+    return std::make_tuple(entry ? entry->channelId : 0, Id{programme.eventId}, programme.name,
+                           programme.description, programme.id, entry ? static_cast<Id>(entry->start) : 0,
+                           programme.durationMinutes * 60, Id{programme.rating}, entry.has_value());
 }
 
 void fillQueries(IMetaDataSearchIface& table) {
@@ -114,8 +115,9 @@ void fillResults(IMetaDataSearchIface& table) {
     table.handle_sr_release = answer<imeta_data_search_complete_sr_release, [](World& world, Id id) {
         MetadataSearch::release(world.search().results(), id);
     }>;
-    table.handle_sr_add = answer<imeta_data_search_complete_sr_add,
-                                 [](World& world, Id searchId) { return world.search().addResults(searchId); }>;
+    table.handle_sr_add = answer<imeta_data_search_complete_sr_add, [](World& world, Id searchId) {
+        return world.search().addResults(searchId);
+    }>;
     table.handle_sr_parent = answer<imeta_data_search_complete_sr_parent, [](World& world, Id id) {
         const auto* results = world.search().results().find(id);
         return Found{results == nullptr ? 0 : results->searchId, results != nullptr};
@@ -152,8 +154,9 @@ void fillSearches(IMetaDataSearchIface& table) {
     table.handle_mds_release = answer<imeta_data_search_complete_mds_release, [](World& world, Id id) {
         MetadataSearch::release(world.search().searches(), id);
     }>;
-    table.handle_mds_add = answer<imeta_data_search_complete_mds_add,
-                                  [](World& world, std::int32_t target) { return world.search().addSearch(target); }>;
+    table.handle_mds_add = answer<imeta_data_search_complete_mds_add, [](World& world, std::int32_t target) {
+        return world.search().addSearch(target);
+    }>;
     table.handle_mds_set_query =
         answer<imeta_data_search_complete_mds_set_query,
                [](World& world, Id id, Id queryId) { return world.search().setQuery(id, queryId); }>;
@@ -161,8 +164,9 @@ void fillSearches(IMetaDataSearchIface& table) {
         const auto* search = world.search().searches().find(id);
         return Found{search == nullptr ? 0 : search->queryId, search != nullptr};
     }>;
-    table.handle_mds_get_results = answer<imeta_data_search_complete_mds_get_results,
-                                          [](World& world, Id id) { return found(world.search().resultsOf(id)); }>;
+    table.handle_mds_get_results =
+        answer<imeta_data_search_complete_mds_get_results,
+               [](World& world, Id id) { return found(world.search().resultsOf(id)); }>;
     table.handle_mds_get_target = answer<imeta_data_search_complete_mds_get_target, [](World& world, Id id) {
         const auto* search = world.search().searches().find(id);
         return std::make_tuple(search == nullptr ? 0 : search->target, search != nullptr);
@@ -174,23 +178,25 @@ void fillSearchDetails(IMetaDataSearchIface& table) {
         answer<imeta_data_search_complete_mds_set_order_by, [](World& world, Id id, GVariant* orderBy) {
             return world.search().setOrderBy(id, readOrderBy(orderBy));
         }>;
-    table.handle_mds_get_order_by = answer<imeta_data_search_complete_mds_get_order_by, [](World& world, Id id) {
-        const auto* search = world.search().searches().find(id);
-        return std::make_tuple(variantOf(search == nullptr ? OrderBy() : search->orderBy), search != nullptr);
-    }>;
-    table.handle_mds_expand_order_by =
-        answer<imeta_data_search_complete_mds_expand_order_by,
-               [](World& world, Id id, std::uint32_t field, bool ascending) {
-                   return world.search().expandOrderBy(id, field, ascending);
-               }>;
+    table.handle_mds_get_order_by =
+        answer<imeta_data_search_complete_mds_get_order_by, [](World& world, Id id) {
+            const auto* search = world.search().searches().find(id);
+            return std::make_tuple(variantOf(search == nullptr ? OrderBy() : search->orderBy),
+                                   search != nullptr);
+        }>;
+    table.handle_mds_expand_order_by = answer<imeta_data_search_complete_mds_expand_order_by,
+                                              [](World& world, Id id, std::uint32_t field, bool ascending) {
+                                                  return world.search().expandOrderBy(id, field, ascending);
+                                              }>;
     table.handle_mds_add_constraints =
         answer<imeta_data_search_complete_mds_add_constraints, [](World& world, Id id, Id queryId) {
             const bool known = world.search().searches().find(id) != nullptr;
             return std::make_tuple(world.search().addConstraints(id, queryId), known);
         }>;
-    table.handle_mds_remove_constraints =
-        answer<imeta_data_search_complete_mds_remove_constraints,
-               [](World& world, Id id, std::uint32_t field) { return world.search().removeConstraints(id, field); }>;
+    table.handle_mds_remove_constraints = answer<imeta_data_search_complete_mds_remove_constraints,
+                                                 [](World& world, Id id, std::uint32_t field) {
+                                                     return world.search().removeConstraints(id, field);
+                                                 }>;
     table.handle_mds_clear_constraints =
         answer<imeta_data_search_complete_mds_clear_constraints,
                [](World& world, Id id) { return world.search().clearConstraints(id); }>;
@@ -211,8 +217,9 @@ Skeleton makeMetadataSearch(World& world, CallDispatcher& dispatcher) {
         fillSearches(handlers);
         fillSearchDetails(handlers);
     };
-    return makeSkeleton({"ReceiverMetadataSearch", TYPE_IMETA_DATA_SEARCH_SKELETON, TYPE_IMETA_DATA_SEARCH, fill},
-                        &world, &dispatcher);
+    return makeSkeleton(
+        {"ReceiverMetadataSearch", TYPE_IMETA_DATA_SEARCH_SKELETON, TYPE_IMETA_DATA_SEARCH, fill}, &world,
+        &dispatcher);
 }
 
 }  // namespace Receiver

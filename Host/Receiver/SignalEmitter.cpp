@@ -32,10 +32,10 @@ void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
     const auto interfaceName = hasInterface ? signal.substr(0, dot) : std::string(defaultInterface);
     const auto name = hasInterface ? signal.substr(dot + 1) : signal;
 
-    const auto interface =
-        std::find_if(m_interfaces.begin(), m_interfaces.end(), [&interfaceName](const GDBusInterfaceInfo* candidate) {
-            return candidate->name == Names::Prefix + interfaceName;
-        });
+    const auto interface = std::find_if(m_interfaces.begin(), m_interfaces.end(),
+                                        [&interfaceName](const GDBusInterfaceInfo* candidate) {
+                                            return candidate->name == Names::Prefix + interfaceName;
+                                        });
     if (interface == m_interfaces.end())
         throw ScenarioError("", "there is no interface \"" + interfaceName + "\"");
     if (g_dbus_is_member_name(name.c_str()) == FALSE)
@@ -50,12 +50,12 @@ void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
     if (g_variant_is_of_type(arguments, G_VARIANT_TYPE_TUPLE) == FALSE)
         throw ScenarioError("", "the arguments must be one tuple, are \"" + given + "\"");
     if (declared != nullptr && !takesAnything && given != tupleOf(*declared))
-        throw ScenarioError("", interfaceName + "." + name + " takes \"" + tupleOf(*declared) + "\", not \"" + given +
-                                    "\"");
+        throw ScenarioError(
+            "", interfaceName + "." + name + " takes \"" + tupleOf(*declared) + "\", not \"" + given + "\"");
 
     ErrorPtr error;
-    if (g_dbus_connection_emit_signal(m_connection, nullptr, Names::ObjectPath, (*interface)->name, name.c_str(),
-                                      arguments, Out(error)) == FALSE)
+    if (g_dbus_connection_emit_signal(m_connection, nullptr, Names::ObjectPath, (*interface)->name,
+                                      name.c_str(), arguments, Out(error)) == FALSE)
         throw ScenarioError("", std::string("the signal could not be sent: ") + error->message);
 }
 

@@ -9,7 +9,7 @@
 namespace Receiver {
 
 class SignalEmitter {
-   public:
+ public:
     explicit SignalEmitter(GDBusConnection* connection) : m_connection(connection) {}
 
     // The interface belongs to a skeleton and outlives this object.
@@ -18,7 +18,7 @@ class SignalEmitter {
     // Throws ScenarioError for what the control interface refuses.
     void emit(const std::string& signal, GVariant* arguments) const;
 
-   private:
+ private:
     GDBusConnection* m_connection;
     std::vector<const GDBusInterfaceInfo*> m_interfaces;
 };

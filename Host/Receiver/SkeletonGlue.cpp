@@ -5,7 +5,8 @@ namespace Receiver {
 namespace {
 
 const GDBusInterfaceVTable* generatedTable(GDBusInterfaceSkeleton* skeleton) {
-    auto* parent = static_cast<GDBusInterfaceSkeletonClass*>(g_type_class_peek_parent(G_OBJECT_GET_CLASS(skeleton)));
+    auto* parent =
+        static_cast<GDBusInterfaceSkeletonClass*>(g_type_class_peek_parent(G_OBJECT_GET_CLASS(skeleton)));
     return parent->get_vtable(skeleton);
 }
 
@@ -24,7 +25,8 @@ void callGenerated(GDBusInterfaceSkeleton* skeleton, ObjectPtr<GDBusMethodInvoca
     generatedTable(skeleton)->method_call(
         g_dbus_method_invocation_get_connection(call), g_dbus_method_invocation_get_sender(call),
         g_dbus_method_invocation_get_object_path(call), g_dbus_method_invocation_get_interface_name(call),
-        g_dbus_method_invocation_get_method_name(call), g_dbus_method_invocation_get_parameters(call), call, skeleton);
+        g_dbus_method_invocation_get_method_name(call), g_dbus_method_invocation_get_parameters(call), call,
+        skeleton);
 }
 
 void receiveCall(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
@@ -56,9 +58,9 @@ GType derivedType(const SkeletonDescription& description) {
         return existing;
     GTypeQuery query = {};
     g_type_query(description.skeleton, &query);
-    const auto type =
-        g_type_register_static_simple(description.skeleton, description.typeName, query.class_size, initialiseClass,
-                                      query.instance_size, nullptr, static_cast<GTypeFlags>(0));
+    const auto type = g_type_register_static_simple(description.skeleton, description.typeName,
+                                                    query.class_size, initialiseClass, query.instance_size,
+                                                    nullptr, static_cast<GTypeFlags>(0));
     const GInterfaceInfo info = {description.fillTable, nullptr, nullptr};
     g_type_add_interface_static(type, description.interface, &info);
     return type;

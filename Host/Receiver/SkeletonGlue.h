@@ -1,5 +1,5 @@
-// What lies between the generated skeletons and the world, once for all interfaces. The generated types check each
-// method's arguments and results, so a change of an interface description stops the compiler here.
+// What lies between the generated skeletons and the world, once for all interfaces. The generated types check
+// each method's arguments and results, so a change of an interface description stops the compiler here.
 #pragma once
 
 #include <string>
@@ -16,8 +16,8 @@
 
 namespace Receiver {
 
-// An interface of the product or of the control: the generated skeleton type, the type of its interface, and the
-// function that fills the table of handlers.
+// An interface of the product or of the control: the generated skeleton type, the type of its interface, and
+// the function that fills the table of handlers.
 struct SkeletonDescription {
     const char* typeName;
     GType skeleton;
@@ -25,32 +25,37 @@ struct SkeletonDescription {
     GInterfaceInitFunc fillTable;
 };
 
-// An object of a type derived from the skeleton. "owner" is what the handlers work on; with a dispatcher, calls go
-// through it.
-[[nodiscard]] ObjectPtr<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description, void* owner,
-                                                             CallDispatcher* dispatcher);
+// An object of a type derived from the skeleton. "owner" is what the handlers work on; with a dispatcher,
+// calls go through it.
+[[nodiscard]] ObjectPtr<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description,
+                                                             void* owner, CallDispatcher* dispatcher);
 
 [[nodiscard]] void* ownerOf(gpointer skeleton);
 
 namespace Wire {
 
-inline const char* convert(const std::string& text) { return text.c_str(); }
-inline gboolean convert(bool flag) { return flag ? TRUE : FALSE; }
+inline const char* convert(const std::string& text) {
+    return text.c_str();
+}
+inline gboolean convert(bool flag) {
+    return flag ? TRUE : FALSE;
+}
 template <typename Value>
-    requires(std::is_arithmetic_v<Value> && !std::is_same_v<Value, bool>)
-Value convert(Value value) {
+requires(std::is_arithmetic_v<Value> && !std::is_same_v<Value, bool>) Value convert(Value value) {
     return value;
 }
 // Floating: the completing function takes it over.
-inline GVariant* convert(GVariant* value) { return value; }
+inline GVariant* convert(GVariant* value) {
+    return value;
+}
 
 template <typename Handler, typename Result, typename Owner, typename... Arguments>
 Owner handlerOwner(Result (Handler::*)(Owner&, Arguments...) const);
 
 }  // namespace Wire
 
-// The handler of one method: calls the function with the owner and the arguments, and completes the call with what
-// it returns: nothing, one value, or a tuple. A ScenarioError that it throws becomes the call's error.
+// The handler of one method: calls the function with the owner and the arguments, and completes the call with
+// what it returns: nothing, one value, or a tuple. A ScenarioError that it throws becomes the call's error.
 template <auto Complete, auto Function, typename Interface, typename... Arguments>
 gboolean answer(Interface* skeleton, GDBusMethodInvocation* invocation, Arguments... arguments) {
     using Owner = decltype(Wire::handlerOwner(&decltype(Function)::operator()));
@@ -62,8 +67,9 @@ gboolean answer(Interface* skeleton, GDBusMethodInvocation* invocation, Argument
             Complete(skeleton, invocation);
         } else if constexpr (requires { std::tuple_size<Result>::value; }) {
             const auto result = Function(owner, arguments...);
-            std::apply([&](const auto&... values) { Complete(skeleton, invocation, Wire::convert(values)...); },
-                       result);
+            std::apply(
+                [&](const auto&... values) { Complete(skeleton, invocation, Wire::convert(values)...); },
+                result);
         } else {
             const auto result = Function(owner, arguments...);
             Complete(skeleton, invocation, Wire::convert(result));

@@ -5,7 +5,8 @@
 namespace Receiver {
 
 GVariant* variantOf(const std::vector<std::uint32_t>& numbers) {
-    return g_variant_new_fixed_array(G_VARIANT_TYPE_UINT32, numbers.data(), numbers.size(), sizeof(std::uint32_t));
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_UINT32, numbers.data(), numbers.size(),
+                                     sizeof(std::uint32_t));
 }
 
 GVariant* variantOf(const std::vector<std::uint8_t>& bytes) {
@@ -37,8 +38,8 @@ GVariant* variantOf(const std::vector<ScheduledProgramme>& programmes) {
     for (const auto& [programme, start] : programmes)
         g_variant_builder_add(&builder, "(ssuuyis)", programme->name.c_str(), programme->description.c_str(),
                               static_cast<guint32>(std::clamp<std::int64_t>(start, 0, 0xFFFFFFFF)),
-                              programme->durationMinutes * 60, guint{programme->rating}, gint{programme->eventId},
-                              programme->id.c_str());
+                              programme->durationMinutes * 60, guint{programme->rating},
+                              gint{programme->eventId}, programme->id.c_str());
     return g_variant_builder_end(&builder);
 }
 

@@ -18,6 +18,6 @@ namespace Receiver {
 [[nodiscard]] GVariant* variantOf(const std::vector<Component>& components);             // a(isbnqysbi)
 [[nodiscard]] GVariant* variantOf(const std::vector<ScheduledProgramme>& programmes);    // a(ssuuyis)
 
-[[nodiscard]] GVariant* variantOf(const OrderBy& orderBy);                               // a(ub)
+[[nodiscard]] GVariant* variantOf(const OrderBy& orderBy);  // a(ub)
 
 }  // namespace Receiver

@@ -20,7 +20,7 @@ struct View {
 };
 
 class Applications {
-   public:
+ public:
     Applications(const Scenario& scenario, ReceiverEvents& events) : m_scenario(scenario), m_events(events) {}
 
     // The shell shows this address in the view, from now on. True when the view was not known before.
@@ -40,7 +40,7 @@ class Applications {
 
     [[nodiscard]] const std::map<std::int32_t, View>& views() const { return m_views; }
 
-   private:
+ private:
     [[nodiscard]] const View* activeView() const;
     // What a dvb: address stands for on this broadcast; other addresses as they are.
     [[nodiscard]] std::string resolved(const std::string& url) const;

@@ -1,5 +1,5 @@
-// Values by id, at most so many: where the bus gives no word of a client that went away without releasing what
-// it held, the entry used longest ago makes room for a new one.
+// Values by id, at most so many: where the bus gives no word of a client that went away without releasing
+// what it held, the entry used longest ago makes room for a new one.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace Receiver {
 
 template <typename Value>
 class BoundedStore {
-   public:
+ public:
     explicit BoundedStore(std::size_t limit) : m_limit(limit) {}
 
     [[nodiscard]] Value* find(std::uint32_t id) {
@@ -28,9 +28,9 @@ class BoundedStore {
     Value& emplace(std::uint32_t id, Arguments&&... arguments) {
         m_entries.erase(id);
         if (m_entries.size() >= m_limit)
-            m_entries.erase(std::min_element(m_entries.begin(), m_entries.end(), [](const auto& a, const auto& b) {
-                return a.second.lastUse < b.second.lastUse;
-            }));
+            m_entries.erase(std::min_element(
+                m_entries.begin(), m_entries.end(),
+                [](const auto& a, const auto& b) { return a.second.lastUse < b.second.lastUse; }));
         auto& entry = m_entries[id];
         entry.value = std::make_unique<Value>(std::forward<Arguments>(arguments)...);
         entry.lastUse = ++m_uses;
@@ -55,7 +55,7 @@ class BoundedStore {
             visit(id, *entry.value);
     }
 
-   private:
+ private:
     struct Entry {
         std::unique_ptr<Value> value;
         std::uint64_t lastUse = 0;

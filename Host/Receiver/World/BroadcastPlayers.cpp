@@ -21,10 +21,12 @@ bool BroadcastPlayers::bindToCurrentChannel(std::uint32_t pluginId) {
     return true;
 }
 
-std::optional<std::uint32_t> BroadcastPlayers::setChannel(std::uint32_t pluginId, const ChannelRequest& request) {
+std::optional<std::uint32_t> BroadcastPlayers::setChannel(std::uint32_t pluginId,
+                                                          const ChannelRequest& request) {
     const auto* wanted = find(request);
     if (wanted == nullptr) {
-        announce(Event::ChannelChange, pluginId, static_cast<std::int32_t>(request.id), TuningError::UnknownChannel);
+        announce(Event::ChannelChange, pluginId, static_cast<std::int32_t>(request.id),
+                 TuningError::UnknownChannel);
         return std::nullopt;
     }
     const auto id = wanted->id;
@@ -98,7 +100,8 @@ void BroadcastPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& wind
     player(pluginId).window = window;
 }
 
-std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, ComponentType type, bool activeOnly) {
+std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, ComponentType type,
+                                                    bool activeOnly) {
     const auto* shown = channel(pluginId);
     if (shown == nullptr)
         return {};
@@ -178,8 +181,9 @@ std::optional<std::int32_t> BroadcastPlayers::obstacle(const Channel& channel) c
 void BroadcastPlayers::tune(std::uint32_t pluginId, std::uint32_t channelId, bool isChange) {
     auto& tuning = player(pluginId);
     tuning.selection.reset();
-    tuning.tuning.start(m_scenario.broadcast.tuneMs,
-                        [this, pluginId, channelId, isChange] { finishTuning(pluginId, channelId, isChange); });
+    tuning.tuning.start(m_scenario.broadcast.tuneMs, [this, pluginId, channelId, isChange] {
+        finishTuning(pluginId, channelId, isChange);
+    });
     changeState(pluginId, BroadcastState::Connecting);
 }
 
@@ -198,7 +202,8 @@ void BroadcastPlayers::finishTuning(std::uint32_t pluginId, std::uint32_t channe
         announce(Event::BroadcastParentalRating, pluginId, rating, 0);
 }
 
-void BroadcastPlayers::announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value, std::int32_t error) {
+void BroadcastPlayers::announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value,
+                                std::int32_t error) {
     m_events.pluginEventData(event, pluginId, value, error);
 }
 

@@ -53,7 +53,7 @@ struct BroadcastPlayer {
 };
 
 class BroadcastPlayers {
-   public:
+ public:
     using PresentRating = std::function<std::uint8_t(const Channel&)>;
 
     // The scenario's current channel and broadcast-related flag are the live ones and change with the tuner.
@@ -66,7 +66,8 @@ class BroadcastPlayers {
 
     [[nodiscard]] bool bindToCurrentChannel(std::uint32_t pluginId);
     // The channel's id, or nothing when the receiver knows no such channel.
-    [[nodiscard]] std::optional<std::uint32_t> setChannel(std::uint32_t pluginId, const ChannelRequest& request);
+    [[nodiscard]] std::optional<std::uint32_t> setChannel(std::uint32_t pluginId,
+                                                          const ChannelRequest& request);
     // False when there is no channel to change to.
     [[nodiscard]] bool stepChannel(std::uint32_t pluginId, bool next);
     void setNullChannel(std::uint32_t pluginId, bool becomeIndependent);
@@ -79,7 +80,8 @@ class BroadcastPlayers {
     void setVolume(std::uint32_t pluginId, std::int32_t volume);
     [[nodiscard]] std::int32_t volume(std::uint32_t pluginId);
     void setWindow(std::uint32_t pluginId, const VideoWindow& window);
-    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type, bool activeOnly);
+    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type,
+                                                    bool activeOnly);
     void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
     void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
 
@@ -90,14 +92,16 @@ class BroadcastPlayers {
 
     [[nodiscard]] const BoundedStore<BroadcastPlayer>& players() const { return m_players; }
 
-   private:
+ private:
     [[nodiscard]] BroadcastPlayer& player(std::uint32_t pluginId);
     [[nodiscard]] const Channel* find(const ChannelRequest& request) const;
     [[nodiscard]] std::optional<std::int32_t> obstacle(const Channel& channel) const;
     void tune(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
     void finishTuning(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
-    // The event is on the bus before the reply to the call that caused it, so events never overtake each other.
-    void announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value, std::int32_t error = NoError);
+    // The event is on the bus before the reply to the call that caused it, so events never overtake each
+    // other.
+    void announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value,
+                  std::int32_t error = NoError);
     void changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error = NoError);
     void setCurrentChannel(std::uint32_t channelId);
 

@@ -11,12 +11,24 @@ std::string escaped(const std::string& text) {
     std::string result;
     for (const char character : text) {
         switch (character) {
-            case '&': result += "&amp;"; break;
-            case '<': result += "&lt;"; break;
-            case '>': result += "&gt;"; break;
-            case '\'': result += "&apos;"; break;
-            case '"': result += "&quot;"; break;
-            case '\\': result += "&#92;"; break;
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '\'':
+                result += "&apos;";
+                break;
+            case '"':
+                result += "&quot;";
+                break;
+            case '\\':
+                result += "&#92;";
+                break;
             default:
                 if (static_cast<unsigned char>(character) < ' ')
                     result += ' ';
@@ -32,7 +44,8 @@ std::string attribute(const char* name, const std::string& value) {
 }
 
 std::string avProfile(const char* element, const AvProfile& profile) {
-    std::string xml = std::string("<") + element + attribute("name", profile.name) + attribute("type", profile.type);
+    std::string xml =
+        std::string("<") + element + attribute("name", profile.name) + attribute("type", profile.type);
     if (!profile.transport.empty())
         xml += attribute("transport", profile.transport);
     if (!profile.drmSystemId.empty())
@@ -76,9 +89,10 @@ bool hasCapability(const Scenario& scenario, const std::string& name) {
     return std::any_of(scenario.capabilities.uiProfiles.begin(), scenario.capabilities.uiProfiles.end(),
                        [&wanted](const std::string& profile) {
                            const auto offered = parts(profile);
-                           return std::all_of(wanted.begin(), wanted.end(), [&offered](const std::string& part) {
-                               return std::find(offered.begin(), offered.end(), part) != offered.end();
-                           });
+                           return std::all_of(
+                               wanted.begin(), wanted.end(), [&offered](const std::string& part) {
+                                   return std::find(offered.begin(), offered.end(), part) != offered.end();
+                               });
                        });
 }
 

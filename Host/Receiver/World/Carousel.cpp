@@ -18,13 +18,15 @@ constexpr std::uintmax_t largestFile = 16 * 1024 * 1024;
 std::string pathOf(const std::string& url) {
     const auto authority = url.find("://");
     const auto slash = url.find('/', authority == std::string::npos ? 0 : authority + 3);
-    const auto from = authority == std::string::npos ? 0 : (slash == std::string::npos ? url.size() : slash + 1);
+    const auto from =
+        authority == std::string::npos ? 0 : (slash == std::string::npos ? url.size() : slash + 1);
     const auto path = url.substr(from, url.find_first_of("?#", from) - from);
     const CharPtr decoded(g_uri_unescape_string(path.c_str(), nullptr));
     return decoded ? decoded.get() : std::string();
 }
 
-std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& folder, const std::string& name) {
+std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& folder,
+                                                  const std::string& name) {
     std::error_code error;
     const auto path = std::filesystem::canonical(folder / std::filesystem::path(name).relative_path(), error);
     if (error)

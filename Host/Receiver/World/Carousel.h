@@ -12,14 +12,15 @@
 namespace Receiver {
 
 class Carousel {
-   public:
+ public:
     Carousel(const Scenario& scenario, Timers& timers, ReceiverEvents& events)
         : m_scenario(scenario), m_timers(timers), m_events(events) {}
 
-    // False without a carousel; otherwise a file response follows, with a false status for a file that is not there.
+    // False without a carousel; otherwise a file response follows, with a false status for a file that is not
+    // there.
     [[nodiscard]] bool request(std::uint32_t handle, const std::string& url);
 
-   private:
+ private:
     void respond(std::uint32_t handle, const std::string& url);
 
     const Scenario& m_scenario;

@@ -21,9 +21,10 @@ std::optional<Component> preferred(const std::vector<Component>& candidates, con
     while (from <= languages.size()) {
         const auto comma = std::min(languages.find(',', from), languages.size());
         const auto language = languages.substr(from, comma - from);
-        const auto spoken = std::find_if(candidates.begin(), candidates.end(), [&language](const Component& candidate) {
-            return candidate.language == language && !candidate.impaired;
-        });
+        const auto spoken =
+            std::find_if(candidates.begin(), candidates.end(), [&language](const Component& candidate) {
+                return candidate.language == language && !candidate.impaired;
+            });
         if (spoken != candidates.end())
             return *spoken;
         from = comma + 1;
@@ -38,7 +39,8 @@ bool isType(std::int32_t type) {
 }  // namespace
 
 std::vector<Component> ComponentSelection::list(const std::vector<Component>& all, ComponentType type,
-                                                bool activeOnly, const std::string& preferredLanguages) const {
+                                                bool activeOnly,
+                                                const std::string& preferredLanguages) const {
     const auto candidates = ofType(all, type);
     if (!activeOnly)
         return candidates;
@@ -52,7 +54,8 @@ std::vector<Component> ComponentSelection::list(const std::vector<Component>& al
                      [&choice](const Component& candidate) { return candidate.pid == choice.pid; });
         return chosen;
     }
-    const auto best = preferred(candidates, type == ComponentType::Video ? std::string() : preferredLanguages);
+    const auto best =
+        preferred(candidates, type == ComponentType::Video ? std::string() : preferredLanguages);
     return best ? std::vector<Component>{*best} : std::vector<Component>{};
 }
 
@@ -75,9 +78,9 @@ bool ComponentSelection::unselect(const std::vector<Component>& all, std::int32_
     if (!isType(type))
         return false;
     const auto active = list(all, static_cast<ComponentType>(type), true, {});
-    const bool wasActive = pid == AnyPid || std::any_of(active.begin(), active.end(), [pid](const Component& candidate) {
-                               return candidate.pid == pid;
-                           });
+    const bool wasActive =
+        pid == AnyPid || std::any_of(active.begin(), active.end(),
+                                     [pid](const Component& candidate) { return candidate.pid == pid; });
     if (wasActive)
         m_choices[static_cast<std::size_t>(type)] = Choice{Kind::None};
     return wasActive;

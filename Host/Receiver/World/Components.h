@@ -15,18 +15,18 @@ namespace Receiver {
 inline constexpr std::int32_t AnyPid = -1;
 
 class ComponentSelection {
-   public:
+ public:
     // Until a page selects, the receiver shows the first video, the audio of the preferred language (else the
     // first) and no subtitles.
-    [[nodiscard]] std::vector<Component> list(const std::vector<Component>& all, ComponentType type, bool activeOnly,
-                                              const std::string& preferredLanguages) const;
+    [[nodiscard]] std::vector<Component> list(const std::vector<Component>& all, ComponentType type,
+                                              bool activeOnly, const std::string& preferredLanguages) const;
 
     // False when the list has no such component.
     bool select(const std::vector<Component>& all, std::int32_t type, std::int32_t pid);
     bool unselect(const std::vector<Component>& all, std::int32_t type, std::int32_t pid);
     void reset() { m_choices = {}; }
 
-   private:
+ private:
     enum class Kind { Preferred, None, Pid };
     struct Choice {
         Kind kind = Kind::Preferred;

@@ -22,7 +22,8 @@ std::string escapedForPointer(const std::string& key) {
 
 std::string lineAndColumn(const std::string& text, std::size_t byte) {
     // The parser counts from one and names the byte after the last one that it read.
-    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(byte > 0 ? byte - 1 : 0, text.size()));
+    const auto end =
+        text.begin() + static_cast<std::ptrdiff_t>(std::min(byte > 0 ? byte - 1 : 0, text.size()));
     const auto line = 1 + std::count(text.begin(), end, '\n');
     auto lineStart = end;
     while (lineStart != text.begin() && *(lineStart - 1) != '\n')
@@ -51,7 +52,8 @@ nlohmann::json parseJson(const std::string& text) {
         else if (event == Event::object_end)
             keys.pop_back();
         else if (event == Event::key && !keys.back().insert(parsed.get<std::string>()).second)
-            throw ScenarioError("", "the key \"" + parsed.get<std::string>() + "\" is given twice in one object");
+            throw ScenarioError("",
+                                "the key \"" + parsed.get<std::string>() + "\" is given twice in one object");
         return true;
     };
     try {
@@ -85,11 +87,13 @@ bool JsonValue::flag() const {
 }
 
 std::int64_t JsonValue::number(std::int64_t minimum, std::int64_t maximum) const {
-    const auto wanted = "must be a whole number from " + std::to_string(minimum) + " to " + std::to_string(maximum);
+    const auto wanted =
+        "must be a whole number from " + std::to_string(minimum) + " to " + std::to_string(maximum);
     if (!m_value.is_number_integer())
         refuse(wanted + ", is " + (m_value.is_number() ? toText(m_value) : m_value.type_name()));
-    const bool tooLarge = m_value.is_number_unsigned() &&
-                          m_value.get<std::uint64_t>() > static_cast<std::uint64_t>(std::max<std::int64_t>(maximum, 0));
+    const bool tooLarge =
+        m_value.is_number_unsigned() &&
+        m_value.get<std::uint64_t>() > static_cast<std::uint64_t>(std::max<std::int64_t>(maximum, 0));
     if (tooLarge || m_value.get<std::int64_t>() < minimum || m_value.get<std::int64_t>() > maximum)
         refuse(wanted + ", is " + toText(m_value));
     return m_value.get<std::int64_t>();

@@ -16,13 +16,13 @@ namespace Receiver {
 
 // A scenario, or a change to it, that the receiver does not take.
 class ScenarioError : public std::runtime_error {
-   public:
+ public:
     ScenarioError(std::string place, const std::string& reason)
         : std::runtime_error(place.empty() ? reason : place + ": " + reason), m_place(std::move(place)) {}
 
     [[nodiscard]] const std::string& place() const { return m_place; }
 
-   private:
+ private:
     std::string m_place;
 };
 
@@ -33,7 +33,7 @@ class ScenarioError : public std::runtime_error {
 [[nodiscard]] std::string toText(const nlohmann::json& value);
 
 class JsonValue {
-   public:
+ public:
     JsonValue(const nlohmann::json& value, std::string place) : m_value(value), m_place(std::move(place)) {}
 
     [[nodiscard]] std::string text() const;
@@ -51,7 +51,7 @@ class JsonValue {
     [[nodiscard]] const nlohmann::json& json() const { return m_value; }
     [[nodiscard]] const std::string& place() const { return m_place; }
 
-   private:
+ private:
     const nlohmann::json& m_value;
     std::string m_place;
 };
@@ -59,7 +59,7 @@ class JsonValue {
 // Reads the members of one object. read() calls the given function with the member, or does nothing when the
 // object has no such key; finish() refuses the keys that nobody asked for.
 class JsonObject {
-   public:
+ public:
     explicit JsonObject(const JsonValue& value);
 
     void read(const char* key, const std::function<void(const JsonValue&)>& take);
@@ -68,16 +68,16 @@ class JsonObject {
     void text(const char* key, std::string& target);
     void flag(const char* key, bool& target);
     template <typename Integer>
-    void number(const char* key, Integer& target,
-                std::int64_t minimum = std::numeric_limits<Integer>::min(),
+    void number(const char* key, Integer& target, std::int64_t minimum = std::numeric_limits<Integer>::min(),
                 std::int64_t maximum = std::numeric_limits<Integer>::max()) {
-        read(key, [&](const JsonValue& value) { target = static_cast<Integer>(value.number(minimum, maximum)); });
+        read(key,
+             [&](const JsonValue& value) { target = static_cast<Integer>(value.number(minimum, maximum)); });
     }
     void texts(const char* key, std::vector<std::string>& target);
 
     void finish() const;
 
-   private:
+ private:
     const JsonValue m_value;
     std::set<std::string> m_asked;
 };

@@ -59,7 +59,8 @@ constexpr std::uint32_t largestCode = 463;
 }  // namespace
 
 std::optional<std::uint32_t> keyCode(const std::string& key) {
-    const auto named = std::find_if(std::begin(keys), std::end(keys), [&key](const Key& k) { return key == k.name; });
+    const auto named =
+        std::find_if(std::begin(keys), std::end(keys), [&key](const Key& k) { return key == k.name; });
     if (named != std::end(keys))
         return named->code;
     std::uint32_t code = 0;

@@ -12,7 +12,15 @@
 
 namespace Receiver {
 
-enum class MediaState { Stopped = 0, Playing = 1, Paused = 2, Connecting = 3, Buffering = 4, Finished = 5, Error = 6 };
+enum class MediaState {
+    Stopped = 0,
+    Playing = 1,
+    Paused = 2,
+    Connecting = 3,
+    Buffering = 4,
+    Finished = 5,
+    Error = 6
+};
 
 // Why a medium does not play, as the state event says it.
 namespace MediaError {
@@ -20,7 +28,7 @@ inline constexpr std::int32_t ContentNotAvailable = 5;
 }
 
 class MediaListener {
-   public:
+ public:
     virtual ~MediaListener() = default;
 
     virtual void mediaStateChanged(MediaState state, std::int32_t error) = 0;
@@ -29,7 +37,7 @@ class MediaListener {
 };
 
 class MediaPlayer {
-   public:
+ public:
     virtual ~MediaPlayer() = default;
 
     // Takes another medium; what played before is stopped.
@@ -42,7 +50,8 @@ class MediaPlayer {
 
     [[nodiscard]] virtual MediaState state() const = 0;
     [[nodiscard]] virtual std::uint32_t position() const = 0;  // milliseconds
-    [[nodiscard]] virtual std::uint32_t duration() const = 0;  // milliseconds; 0 while unknown, or without end
+    [[nodiscard]] virtual std::uint32_t duration()
+        const = 0;  // milliseconds; 0 while unknown, or without end
     [[nodiscard]] virtual double speed() const = 0;
     [[nodiscard]] virtual std::vector<Component> components() const = 0;
 };

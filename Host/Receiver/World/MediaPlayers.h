@@ -18,7 +18,7 @@ namespace Receiver {
 
 // What a page has set for one plugin id, and the player once it has got one.
 class MediaSession : private MediaListener {
-   public:
+ public:
     MediaSession(std::uint32_t pluginId, std::int32_t initialVolume, ReceiverEvents& events)
         : volume(initialVolume), m_pluginId(pluginId), m_events(events) {}
 
@@ -40,7 +40,7 @@ class MediaSession : private MediaListener {
     VideoWindow window;
     ComponentSelection selection;
 
-   private:
+ private:
     void mediaStateChanged(MediaState state, std::int32_t error) override;
     void mediaSpeedChanged(double speed) override;
     void mediaPositionChanged(std::uint32_t milliseconds) override;
@@ -55,7 +55,7 @@ class MediaSession : private MediaListener {
 };
 
 class MediaPlayers {
-   public:
+ public:
     MediaPlayers(const Scenario& scenario, ReceiverEvents& events, MediaPlayerFactory make)
         : m_scenario(scenario), m_events(events), m_make(std::move(make)) {}
 
@@ -70,14 +70,15 @@ class MediaPlayers {
     [[nodiscard]] bool supports(const std::string& mimeType) const;
     // False, and nothing changed, for a type that is not supported.
     [[nodiscard]] bool setMimeType(std::uint32_t pluginId, const std::string& mimeType);
-    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type, bool activeOnly);
+    [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type,
+                                                    bool activeOnly);
     void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
     void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
     void release(std::uint32_t pluginId);
 
     [[nodiscard]] const BoundedStore<MediaSession>& sessions() const { return m_sessions; }
 
-   private:
+ private:
     const Scenario& m_scenario;
     ReceiverEvents& m_events;
     MediaPlayerFactory m_make;

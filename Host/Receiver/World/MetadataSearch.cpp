@@ -22,13 +22,20 @@ struct FieldValue {
 std::optional<FieldValue> fieldOf(const FoundProgramme& found, std::uint32_t field) {
     const auto& programme = *found.programme;
     switch (static_cast<QueryField>(field)) {
-        case QueryField::Name: return FieldValue{true, programme.name, 0};
-        case QueryField::Description: return FieldValue{true, programme.description, 0};
-        case QueryField::ProgrammeId: return FieldValue{true, programme.id, 0};
-        case QueryField::Start: return FieldValue{false, {}, found.start};
-        case QueryField::Duration: return FieldValue{false, {}, std::int64_t{programme.durationMinutes} * 60};
-        case QueryField::ChannelId: return FieldValue{false, {}, found.channelId};
-        case QueryField::Rating: return FieldValue{false, {}, programme.rating};
+        case QueryField::Name:
+            return FieldValue{true, programme.name, 0};
+        case QueryField::Description:
+            return FieldValue{true, programme.description, 0};
+        case QueryField::ProgrammeId:
+            return FieldValue{true, programme.id, 0};
+        case QueryField::Start:
+            return FieldValue{false, {}, found.start};
+        case QueryField::Duration:
+            return FieldValue{false, {}, std::int64_t{programme.durationMinutes} * 60};
+        case QueryField::ChannelId:
+            return FieldValue{false, {}, found.channelId};
+        case QueryField::Rating:
+            return FieldValue{false, {}, programme.rating};
     }
     return std::nullopt;
 }
@@ -41,18 +48,26 @@ std::string folded(std::string text) {
 template <typename Value>
 bool compares(const Value& left, std::uint32_t mode, const Value& right) {
     switch (static_cast<QueryMode>(mode)) {
-        case QueryMode::Equal: return left == right;
-        case QueryMode::NotEqual: return left != right;
-        case QueryMode::Greater: return left > right;
-        case QueryMode::GreaterOrEqual: return left >= right;
-        case QueryMode::Less: return left < right;
-        case QueryMode::LessOrEqual: return left <= right;
-        case QueryMode::Contains: break;
+        case QueryMode::Equal:
+            return left == right;
+        case QueryMode::NotEqual:
+            return left != right;
+        case QueryMode::Greater:
+            return left > right;
+        case QueryMode::GreaterOrEqual:
+            return left >= right;
+        case QueryMode::Less:
+            return left < right;
+        case QueryMode::LessOrEqual:
+            return left <= right;
+        case QueryMode::Contains:
+            break;
     }
     return false;
 }
 
-bool textMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode, const std::string& wanted) {
+bool textMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode,
+                 const std::string& wanted) {
     const auto value = fieldOf(found, field);
     if (!value || !value->isText)
         return false;
@@ -61,7 +76,8 @@ bool textMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t
     return compares(value->text, mode, wanted);
 }
 
-bool numberMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode, std::uint32_t wanted) {
+bool numberMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode,
+                   std::uint32_t wanted) {
     const auto value = fieldOf(found, field);
     return value && !value->isText && compares(value->number, mode, std::int64_t{wanted});
 }
@@ -71,7 +87,8 @@ bool satisfies(const FoundProgramme& found, const std::vector<Constraint>& const
         if (constraint.text.empty())
             return numberMatches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Equal),
                                  constraint.number);
-        return textMatches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Contains), constraint.text);
+        return textMatches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Contains),
+                           constraint.text);
     });
 }
 
@@ -81,7 +98,8 @@ bool comesFirst(const FoundProgramme& left, const FoundProgramme& right, const O
         const auto ofRight = fieldOf(right, field);
         if (!ofLeft || !ofRight)
             continue;
-        const auto order = std::tie(ofLeft->text, ofLeft->number) <=> std::tie(ofRight->text, ofRight->number);
+        const auto order =
+            std::tie(ofLeft->text, ofLeft->number) <=> std::tie(ofRight->text, ofRight->number);
         if (order != 0)
             return ascending ? order < 0 : order > 0;
     }
@@ -101,21 +119,23 @@ std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, 
 }
 
 std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, const std::string& value) {
-    return store({[=](const FoundProgramme& found) { return textMatches(found, field, mode, value); }, {}, 1});
+    return store(
+        {[=](const FoundProgramme& found) { return textMatches(found, field, mode, value); }, {}, 1});
 }
 
 std::uint32_t MetadataSearch::addQuery(const std::vector<Constraint>& constraints) {
     if (constraints.size() >= largestCondition)
         return 0;
-    return store({[constraints](const FoundProgramme& found) { return satisfies(found, constraints); }, constraints,
-                  constraints.size() + 1});
+    return store({[constraints](const FoundProgramme& found) { return satisfies(found, constraints); },
+                  constraints, constraints.size() + 1});
 }
 
 std::uint32_t MetadataSearch::addQuery() {
     return store({[](const FoundProgramme&) { return true; }, {}, 1});
 }
 
-std::optional<std::uint32_t> MetadataSearch::join(Junction junction, std::uint32_t left, std::uint32_t right) {
+std::optional<std::uint32_t> MetadataSearch::join(Junction junction, std::uint32_t left,
+                                                  std::uint32_t right) {
     const auto* first = m_queries.find(left);
     const auto* second = m_queries.find(right);
     if (first == nullptr || second == nullptr)
@@ -135,9 +155,10 @@ std::optional<std::uint32_t> MetadataSearch::negate(std::uint32_t id) {
     const auto* negated = m_queries.find(id);
     if (negated == nullptr || negated->condition->size >= largestCondition)
         return std::nullopt;
-    return store({[condition = negated->condition](const FoundProgramme& found) { return !condition->matches(found); },
-                  {},
-                  negated->condition->size + 1});
+    return store(
+        {[condition = negated->condition](const FoundProgramme& found) { return !condition->matches(found); },
+         {},
+         negated->condition->size + 1});
 }
 
 std::uint32_t MetadataSearch::addSearch(std::int32_t target) {
@@ -189,7 +210,8 @@ bool MetadataSearch::removeConstraints(std::uint32_t searchId, std::uint32_t fie
     auto* search = m_searches.find(searchId);
     if (search == nullptr)
         return false;
-    std::erase_if(search->constraints, [field](const Constraint& constraint) { return constraint.field == field; });
+    std::erase_if(search->constraints,
+                  [field](const Constraint& constraint) { return constraint.field == field; });
     return true;
 }
 
@@ -234,7 +256,8 @@ void MetadataSearch::start(std::uint32_t searchId) {
     if (!resultsId)
         return;
     m_results.find(*resultsId)->complete = false;
-    m_searches.find(searchId)->timer.start(m_scenario.search.durationMs, [this, searchId] { finish(searchId); });
+    m_searches.find(searchId)->timer.start(m_scenario.search.durationMs,
+                                           [this, searchId] { finish(searchId); });
 }
 
 void MetadataSearch::abort(std::uint32_t searchId) {

@@ -17,10 +17,26 @@
 namespace Receiver {
 
 // What a query compares; the numbers that this receiver gives to the fields of a programme.
-enum class QueryField : std::uint32_t { Name = 0, Description, Start, Duration, ChannelId, Rating, ProgrammeId };
+enum class QueryField : std::uint32_t {
+    Name = 0,
+    Description,
+    Start,
+    Duration,
+    ChannelId,
+    Rating,
+    ProgrammeId
+};
 
 // How a query compares.
-enum class QueryMode : std::uint32_t { Equal = 0, NotEqual, Greater, GreaterOrEqual, Less, LessOrEqual, Contains };
+enum class QueryMode : std::uint32_t {
+    Equal = 0,
+    NotEqual,
+    Greater,
+    GreaterOrEqual,
+    Less,
+    LessOrEqual,
+    Contains
+};
 
 struct Constraint {
     std::uint32_t field = 0;
@@ -44,7 +60,7 @@ struct Condition {
 };
 
 class MetadataSearch {
-   public:
+ public:
     using ProgrammesOf = std::function<std::vector<ScheduledProgramme>(std::uint32_t channelId)>;
 
     MetadataSearch(const Scenario& scenario, Timers& timers, ProgrammesOf programmesOf)
@@ -91,7 +107,8 @@ class MetadataSearch {
     [[nodiscard]] std::uint32_t addQuery();
     // Nothing for unknown queries and for one that would become too large.
     enum class Junction { And, Or };
-    [[nodiscard]] std::optional<std::uint32_t> join(Junction junction, std::uint32_t left, std::uint32_t right);
+    [[nodiscard]] std::optional<std::uint32_t> join(Junction junction, std::uint32_t left,
+                                                    std::uint32_t right);
     [[nodiscard]] std::optional<std::uint32_t> negate(std::uint32_t id);
 
     [[nodiscard]] std::uint32_t addSearch(std::int32_t target);
@@ -135,7 +152,7 @@ class MetadataSearch {
             --object->retained;
     }
 
-   private:
+ private:
     [[nodiscard]] std::uint32_t store(Condition condition);
     [[nodiscard]] std::vector<std::pair<std::uint32_t, FoundProgramme>> everything() const;
     void finish(std::uint32_t searchId);

@@ -24,7 +24,7 @@ inline constexpr std::int32_t SasSession = 1000;
 inline constexpr std::int32_t NoError = 1000;
 
 class ReceiverEvents {
-   public:
+ public:
     virtual ~ReceiverEvents() = default;
 
     virtual void pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) = 0;
@@ -36,8 +36,8 @@ class ReceiverEvents {
                              const std::vector<std::uint8_t>& data, std::uint32_t jobId) = 0;
     virtual void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
                                    const std::string& message) = 0;
-    virtual void fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
-                              bool status) = 0;
+    virtual void fileResponse(std::uint32_t handle, const std::string& url,
+                              const std::vector<std::uint8_t>& data, bool status) = 0;
 
     virtual void applicationStarted(std::int32_t viewId, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t viewId) = 0;

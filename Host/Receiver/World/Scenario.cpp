@@ -16,9 +16,9 @@ struct IdType {
 };
 
 constexpr IdType idTypes[] = {
-    {"ID_ANALOG", 0},   {"ID_DVB_C", 10},     {"ID_DVB_S", 11},     {"ID_DVB_T", 12},  {"ID_DVB_SI_DIRECT", 13},
-    {"ID_DVB_C2", 14},  {"ID_DVB_S2", 15},    {"ID_DVB_T2", 16},    {"ID_ISDB_C", 20}, {"ID_ISDB_T", 21},
-    {"ID_ATSC_T", 30},  {"ID_IPTV_SDS", 40},  {"ID_IPTV_URI", 41},
+    {"ID_ANALOG", 0},  {"ID_DVB_C", 10},    {"ID_DVB_S", 11},    {"ID_DVB_T", 12},  {"ID_DVB_SI_DIRECT", 13},
+    {"ID_DVB_C2", 14}, {"ID_DVB_S2", 15},   {"ID_DVB_T2", 16},   {"ID_ISDB_C", 20}, {"ID_ISDB_T", 21},
+    {"ID_ATSC_T", 30}, {"ID_IPTV_SDS", 40}, {"ID_IPTV_URI", 41},
 };
 
 std::uint32_t readIdType(const JsonValue& value) {
@@ -129,8 +129,10 @@ Channel readChannel(const JsonValue& value) {
     object.read("tuning_error", [&](const JsonValue& error) {
         channel.tuningError = static_cast<std::int32_t>(error.number(0, 999));
     });
-    object.read("components", [&](const JsonValue& list) { channel.components = readList(list, readComponent); });
-    object.read("programmes", [&](const JsonValue& list) { channel.programmes = readList(list, readProgramme); });
+    object.read("components",
+                [&](const JsonValue& list) { channel.components = readList(list, readComponent); });
+    object.read("programmes",
+                [&](const JsonValue& list) { channel.programmes = readList(list, readProgramme); });
     object.finish();
     if (channel.ccid.empty())
         channel.ccid = "ccid://1." + std::to_string(channel.id);
@@ -205,11 +207,11 @@ MediaItem readMediaItem(const JsonValue& value) {
     JsonObject object(value);
     MediaItem item;
     object.require("url", [&](const JsonValue& url) { item.url = nonEmptyText(url); });
-    object.read("error", [&](const JsonValue& error) {
-        item.error = static_cast<std::int32_t>(error.number(0, 6));
-    });
+    object.read("error",
+                [&](const JsonValue& error) { item.error = static_cast<std::int32_t>(error.number(0, 6)); });
     object.number("duration_ms", item.durationMs, 0, 0x7FFFFFFF);
-    object.read("components", [&](const JsonValue& list) { item.components = readList(list, readComponent); });
+    object.read("components",
+                [&](const JsonValue& list) { item.components = readList(list, readComponent); });
     object.finish();
     return item;
 }
@@ -267,14 +269,16 @@ void readDrm(const JsonValue& value, Scenario& scenario) {
     JsonObject object(value);
     object.text("ciplus_types", scenario.drm.ciPlusTypes);
     object.flag("sas_session_open", scenario.drm.sasSessionOpen);
-    object.read("systems", [&](const JsonValue& list) { scenario.drm.systems = readList(list, readDrmSystem); });
+    object.read("systems",
+                [&](const JsonValue& list) { scenario.drm.systems = readList(list, readDrmSystem); });
     object.finish();
 }
 
 void readCapabilities(const JsonValue& value, Scenario& scenario) {
     JsonObject object(value);
     auto& capabilities = scenario.capabilities;
-    object.read("profiles", [&](const JsonValue& list) { capabilities.profiles = readList(list, readProfile); });
+    object.read("profiles",
+                [&](const JsonValue& list) { capabilities.profiles = readList(list, readProfile); });
     object.texts("ui_profiles", capabilities.uiProfiles);
     object.read("audio", [&](const JsonValue& list) { capabilities.audio = readList(list, readAvProfile); });
     object.read("video", [&](const JsonValue& list) { capabilities.video = readList(list, readAvProfile); });
@@ -311,7 +315,8 @@ void readMedia(const JsonValue& value, Scenario& scenario) {
     object.texts("mime_types", scenario.media.mimeTypes);
     object.number("connect_ms", scenario.media.connectMs, 0, 600000);
     object.number("maximum_players", scenario.media.maximumPlayers, 0, 64);
-    object.read("items", [&](const JsonValue& list) { scenario.media.items = readList(list, readMediaItem); });
+    object.read("items",
+                [&](const JsonValue& list) { scenario.media.items = readList(list, readMediaItem); });
     object.finish();
 }
 

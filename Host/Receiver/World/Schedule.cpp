@@ -82,10 +82,11 @@ const Programme* present(const Channel& channel, std::int64_t origin, std::int64
 }
 
 std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel, std::uint16_t eventId,
-                                                   const DescriptorFilter& filter, const std::string& language,
-                                                   const std::string& country) {
-    const auto event = std::find_if(channel.programmes.begin(), channel.programmes.end(),
-                                    [eventId](const Programme& programme) { return programme.eventId == eventId; });
+                                                   const DescriptorFilter& filter,
+                                                   const std::string& language, const std::string& country) {
+    const auto event =
+        std::find_if(channel.programmes.begin(), channel.programmes.end(),
+                     [eventId](const Programme& programme) { return programme.eventId == eventId; });
     if (event == channel.programmes.end())
         return {};
     std::vector<Descriptor> all = {{shortEvent(*event, language), std::nullopt}};
@@ -99,8 +100,9 @@ std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel, std::
         const bool extended = bytes[0] == extensionTag && bytes.size() > 2;
         const bool tagFits = filter.tag < 0 || bytes[0] == filter.tag;
         const bool extensionFits = filter.extendedTag < 0 || !extended || bytes[2] == filter.extendedTag;
-        const bool specifierFits = filter.privateDataSpecifier < 0 || !descriptor.privateDataSpecifier ||
-                                   *descriptor.privateDataSpecifier == std::uint32_t(filter.privateDataSpecifier);
+        const bool specifierFits =
+            filter.privateDataSpecifier < 0 || !descriptor.privateDataSpecifier ||
+            *descriptor.privateDataSpecifier == std::uint32_t(filter.privateDataSpecifier);
         if (tagFits && extensionFits && specifierFits)
             found.push_back(bytes);
     }

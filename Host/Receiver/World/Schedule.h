@@ -15,9 +15,10 @@ struct ScheduledProgramme {
     std::int64_t start = 0;  // seconds since 1970
 };
 
-// What has not ended yet, in order of time: the present programme (if one is on now), and at least one after it.
-// "origin" is the moment, in seconds since 1970, that the schedule's minutes count from.
-[[nodiscard]] std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t origin, std::int64_t now);
+// What has not ended yet, in order of time: the present programme (if one is on now), and at least one after
+// it. "origin" is the moment, in seconds since 1970, that the schedule's minutes count from.
+[[nodiscard]] std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t origin,
+                                                       std::int64_t now);
 
 // The programme that is on now, or null.
 [[nodiscard]] const Programme* present(const Channel& channel, std::int64_t origin, std::int64_t now);
@@ -29,9 +30,11 @@ struct DescriptorFilter {
     std::int32_t privateDataSpecifier = -1;
 };
 
-// The event's descriptors, each as its bytes. Besides those of the scenario, every event carries its short event
-// descriptor and, where it is rated, its parental rating descriptor; both need the language and the country.
-[[nodiscard]] std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel, std::uint16_t eventId,
+// The event's descriptors, each as its bytes. Besides those of the scenario, every event carries its short
+// event descriptor and, where it is rated, its parental rating descriptor; both need the language and the
+// country.
+[[nodiscard]] std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel,
+                                                                 std::uint16_t eventId,
                                                                  const DescriptorFilter& filter,
                                                                  const std::string& language,
                                                                  const std::string& country);

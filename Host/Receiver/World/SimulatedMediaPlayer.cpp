@@ -68,8 +68,9 @@ std::vector<Component> SimulatedMediaPlayer::components() const {
 }
 
 const MediaItem* SimulatedMediaPlayer::item() const {
-    const auto found = std::find_if(m_scenario.media.items.begin(), m_scenario.media.items.end(),
-                                    [this](const MediaItem& candidate) { return matchesPattern(m_url, candidate.url); });
+    const auto found =
+        std::find_if(m_scenario.media.items.begin(), m_scenario.media.items.end(),
+                     [this](const MediaItem& candidate) { return matchesPattern(m_url, candidate.url); });
     return found == m_scenario.media.items.end() ? nullptr : &*found;
 }
 

@@ -7,7 +7,7 @@
 namespace Receiver {
 
 class SimulatedMediaPlayer : public MediaPlayer {
-   public:
+ public:
     SimulatedMediaPlayer(const Scenario& scenario, Timers& timers, MediaListener& listener)
         : m_scenario(scenario), m_timers(timers), m_listener(listener), m_next(timers) {}
 
@@ -22,7 +22,7 @@ class SimulatedMediaPlayer : public MediaPlayer {
     [[nodiscard]] double speed() const override { return m_state == MediaState::Playing ? m_speed : 0.0; }
     [[nodiscard]] std::vector<Component> components() const override;
 
-   private:
+ private:
     [[nodiscard]] const MediaItem* item() const;
     [[nodiscard]] bool isRolling() const {
         return m_state == MediaState::Playing || m_state == MediaState::Paused;

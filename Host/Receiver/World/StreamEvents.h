@@ -12,7 +12,7 @@
 namespace Receiver {
 
 class StreamEvents {
-   public:
+ public:
     StreamEvents(const Scenario& scenario, Timers& timers, ReceiverEvents& events)
         : m_scenario(scenario), m_timers(timers), m_events(events) {}
 
@@ -22,7 +22,7 @@ class StreamEvents {
 
     [[nodiscard]] std::size_t size() const { return m_subscriptions.size(); }
 
-   private:
+ private:
     struct Subscription {
         Subscription(Timers& timers, std::string forUrl, std::string forName)
             : url(std::move(forUrl)), name(std::move(forName)), timer(timers) {}

@@ -7,13 +7,13 @@
 namespace Receiver {
 
 class Timers {
-   public:
+ public:
     using Id = unsigned;
 
     virtual ~Timers() = default;
 
-    // Runs the action once, later (never from inside this call), and keeps its closure until it has run, because
-    // an action may destroy its own timer. The id is never 0.
+    // Runs the action once, later (never from inside this call), and keeps its closure until it has run,
+    // because an action may destroy its own timer. The id is never 0.
     [[nodiscard]] virtual Id after(std::uint32_t milliseconds, std::function<void()> action) = 0;
     virtual void cancel(Id id) = 0;
     // Milliseconds of a clock that only goes forward.
@@ -24,7 +24,7 @@ class Timers {
 
 // One pending action; starting again replaces it, destruction drops it.
 class Timer {
-   public:
+ public:
     explicit Timer(Timers& timers) : m_timers(timers) {}
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
@@ -44,7 +44,7 @@ class Timer {
     }
     [[nodiscard]] bool isRunning() const { return m_id != 0; }
 
-   private:
+ private:
     Timers& m_timers;
     Timers::Id m_id = 0;
 };

@@ -79,9 +79,10 @@ std::string schemeOf(const std::string& url) {
     if (colon == std::string::npos || colon == 0)
         return {};
     const auto scheme = lowerCase(url.substr(0, colon));
-    const bool wellFormed = g_ascii_isalpha(scheme.front()) && std::all_of(scheme.begin(), scheme.end(), [](char c) {
-                                return g_ascii_isalnum(c) || c == '+' || c == '-' || c == '.';
-                            });
+    const bool wellFormed =
+        g_ascii_isalpha(scheme.front()) && std::all_of(scheme.begin(), scheme.end(), [](char c) {
+            return g_ascii_isalnum(c) || c == '+' || c == '-' || c == '.';
+        });
     return wellFormed ? scheme : std::string();
 }
 
@@ -103,7 +104,8 @@ std::string originOf(const std::string& url) {
     if (port == -1)
         port = defaultPort(scheme);
     const bool isIpv6 = host.find(':') != std::string::npos;
-    return scheme + "://" + (isIpv6 ? "[" + host + "]" : host) + (port == -1 ? "" : ":" + std::to_string(port));
+    return scheme + "://" + (isIpv6 ? "[" + host + "]" : host) +
+           (port == -1 ? "" : ":" + std::to_string(port));
 }
 
 std::optional<DvbService> parseDvbService(const std::string& url) {

@@ -1,4 +1,5 @@
-// Addresses as the receiver judges them: wildcard patterns, origins, and the service that a dvb: address names.
+// Addresses as the receiver judges them: wildcard patterns, origins, and the service that a dvb: address
+// names.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +16,8 @@ namespace Receiver {
 // The scheme in lower case, empty for a text that is no absolute address.
 [[nodiscard]] std::string schemeOf(const std::string& url);
 
-// "scheme://host:port", the port always given where the scheme has a default one; "file://" for files. Empty for
-// what has no origin (relative addresses, data:, about:), which therefore belongs nowhere.
+// "scheme://host:port", the port always given where the scheme has a default one; "file://" for files. Empty
+// for what has no origin (relative addresses, data:, about:), which therefore belongs nowhere.
 [[nodiscard]] std::string originOf(const std::string& url);
 
 // dvb://onid.[tsid].sid[;event], each number in hexadecimal.
@@ -29,7 +30,8 @@ struct DvbService {
 
 [[nodiscard]] std::optional<DvbService> parseDvbService(const std::string& url);
 
-// "10.1" of dvb://current.ait/10.1?x=y, and the "?x=y" that is left; empty when the address names no application.
+// "10.1" of dvb://current.ait/10.1?x=y, and the "?x=y" that is left; empty when the address names no
+// application.
 struct AitReference {
     std::string application;
     std::string rest;

@@ -131,7 +131,8 @@ std::vector<std::uint32_t> World::channelsAt(const std::string& url, std::uint16
     if (!service)
         return ids;
     for (const auto& channel : m_scenario.broadcast.channels) {
-        const bool sameStream = channel.onid == service->onid && (!service->tsid || channel.tsid == *service->tsid);
+        const bool sameStream =
+            channel.onid == service->onid && (!service->tsid || channel.tsid == *service->tsid);
         if (sameStream && channel.sid == service->sid)
             ids.push_back(channel.id);
     }

@@ -24,7 +24,7 @@
 namespace Receiver {
 
 class World {
-   public:
+ public:
     // Throws ScenarioError. Folders that the scenario names are relative to the given one.
     World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events);
 
@@ -36,8 +36,8 @@ class World {
     [[nodiscard]] MetadataSearch& search() { return m_search; }
     [[nodiscard]] Carousel& carousel() { return m_carousel; }
 
-    // A value of the scenario, with what changes by itself as it is now; below "/state" what the scenario does not
-    // describe (views, players, subscriptions). Both throw ScenarioError.
+    // A value of the scenario, with what changes by itself as it is now; below "/state" what the scenario
+    // does not describe (views, players, subscriptions). Both throw ScenarioError.
     [[nodiscard]] nlohmann::json value(const std::string& pointer);
     void setValue(const std::string& pointer, const std::string& json);
 
@@ -61,7 +61,7 @@ class World {
     // The transaction id; the answer follows as an event.
     [[nodiscard]] std::int32_t sendDrmMessage(const std::string& drmSystemId);
 
-   private:
+ private:
     [[nodiscard]] nlohmann::json document() const;
     [[nodiscard]] nlohmann::json state();
     void adopt(Scenario next);

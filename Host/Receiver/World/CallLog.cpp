@@ -1,4 +1,4 @@
-#include "Host/Receiver/CallLog.h"
+#include "Host/Receiver/World/CallLog.h"
 
 #include <utility>
 

@@ -9,13 +9,13 @@
 namespace Receiver {
 
 struct Call {
-    std::string method;     // "Interface.Method"
-    std::string arguments;  // as GVariant text
+    std::string method;              // "Interface.Method"
+    std::string arguments;           // as GVariant text
     std::uint64_t milliseconds = 0;  // of the monotonic clock
 };
 
 class CallLog {
-   public:
+ public:
     static constexpr std::size_t Limit = 10000;
     static constexpr std::size_t ArgumentsLimit = 4096;
 
@@ -24,7 +24,7 @@ class CallLog {
     void clear() { m_calls.clear(); }
     [[nodiscard]] const std::deque<Call>& calls() const { return m_calls; }
 
-   private:
+ private:
     std::deque<Call> m_calls;
 };
 

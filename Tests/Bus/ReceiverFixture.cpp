@@ -1,0 +1,207 @@
+#include "Tests/Bus/ReceiverFixture.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "Host/Receiver/Names.h"
+#include "Tests/Bus/BusFixture.h"
+
+namespace ReceiverTest {
+
+namespace {
+
+using Receiver::CharPtr;
+using Receiver::ErrorPtr;
+using Receiver::ObjectPtr;
+using Receiver::Out;
+
+constexpr const char controlInterface[] = "ReceiverControl";
+
+std::vector<const char*> commandLine(const std::vector<std::string>& arguments) {
+    std::vector<const char*> line = {HBBTV_RECEIVER};
+    for (const auto& argument : arguments)
+        line.push_back(argument.c_str());
+    line.push_back(nullptr);
+    return line;
+}
+
+ObjectPtr<GSubprocess> spawn(const std::vector<std::string>& arguments, GSubprocessFlags flags,
+                             const std::vector<std::pair<std::string, std::string>>& environment) {
+    const ObjectPtr<GSubprocessLauncher> launcher(g_subprocess_launcher_new(flags));
+    for (const auto& [name, value] : environment)
+        g_subprocess_launcher_setenv(launcher.get(), name.c_str(), value.c_str(), TRUE);
+    ErrorPtr error;
+    ObjectPtr<GSubprocess> process(
+        g_subprocess_launcher_spawnv(launcher.get(), commandLine(arguments).data(), Out(error)));
+    if (!process)
+        ADD_FAILURE() << "cannot start the receiver: " << error->message;
+    return process;
+}
+
+VariantPtr parse(const std::string& arguments) {
+    ErrorPtr error;
+    VariantPtr value(g_variant_parse(nullptr, arguments.c_str(), nullptr, nullptr, Out(error)));
+    if (!value)
+        ADD_FAILURE() << "bad arguments " << arguments << ": " << error->message;
+    return value;
+}
+
+Answer answerOf(GVariant* reply, GError* error) {
+    Answer answer;
+    answer.value.reset(reply);
+    if (error != nullptr) {
+        g_dbus_error_strip_remote_error(error);
+        answer.error = error->message;
+    }
+    return answer;
+}
+
+struct Target {
+    std::string interface;
+    std::string method;
+    const char* path;
+};
+
+Target targetOf(const std::string& method) {
+    const auto dot = method.find('.');
+    const auto interface = method.substr(0, dot);
+    return {Receiver::Names::Prefix + interface, method.substr(dot + 1),
+            interface == controlInterface ? Receiver::Names::ControlPath : Receiver::Names::ObjectPath};
+}
+
+void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
+              GVariant* arguments, gpointer user) {
+    if (std::string(signal) == "CallRecorded")
+        return;
+    const CharPtr text(g_variant_print(arguments, FALSE));
+    static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + text.get());
+}
+
+std::string listed(const std::vector<std::string>& lines) {
+    std::string list;
+    for (const auto& line : lines)
+        list += "\n  " + line;
+    return list;
+}
+
+}  // namespace
+
+Ended runReceiver(const std::vector<std::string>& arguments,
+                  const std::vector<std::pair<std::string, std::string>>& environment) {
+    Ended ended;
+    const auto flags =
+        static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE);
+    const auto process = spawn(arguments, flags, environment);
+    if (!process)
+        return ended;
+    CharPtr output;
+    CharPtr errors;
+    ErrorPtr error;
+    EXPECT_TRUE(
+        g_subprocess_communicate_utf8(process.get(), nullptr, nullptr, Out(output), Out(errors), Out(error)));
+    ended.exitCode =
+        g_subprocess_get_if_exited(process.get()) ? g_subprocess_get_exit_status(process.get()) : -1;
+    ended.output = output ? output.get() : "";
+    ended.errors = errors ? errors.get() : "";
+    return ended;
+}
+
+std::string writeFile(const std::string& name, const std::string& content) {
+    const auto path = std::filesystem::path(std::getenv("HOME")) / name;
+    std::ofstream(path, std::ios::binary) << content;
+    return path.string();
+}
+
+std::string Answer::text() const {
+    if (!value)
+        return "error: " + error;
+    const CharPtr printed(g_variant_print(value.get(), FALSE));
+    return printed.get();
+}
+
+std::string RunningReceiver::scenario() const {
+    return HBBTV_DEFAULT_SCENARIO;
+}
+
+void RunningReceiver::SetUp() {
+    m_process = spawn({"--scenario", scenario()}, G_SUBPROCESS_FLAGS_STDOUT_PIPE, {});
+    ASSERT_TRUE(m_process);
+    m_output.reset(g_data_input_stream_new(g_subprocess_get_stdout_pipe(m_process.get())));
+    const CharPtr line(g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr));
+    ASSERT_STREQ(line.get(), "hbbtv-receiver: ready");
+
+    // A connection of the test's own, so that nothing of an earlier test arrives on it.
+    ErrorPtr error;
+    const CharPtr address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, Out(error)));
+    ASSERT_TRUE(address);
+    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    m_connection.reset(
+        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, Out(error)));
+    ASSERT_TRUE(m_connection);
+    m_subscription = g_dbus_connection_signal_subscribe(m_connection.get(), Receiver::Names::Control, nullptr,
+                                                        nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+                                                        onSignal, &m_signals, nullptr);
+    // The bus knows of the subscription once it has answered a later call.
+    ASSERT_TRUE(control("ClearCalls").value);
+}
+
+void RunningReceiver::TearDown() {
+    if (m_connection) {
+        g_dbus_connection_signal_unsubscribe(m_connection.get(), m_subscription);
+        g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
+    }
+    if (!m_process)
+        return;
+    g_subprocess_send_signal(m_process.get(), SIGTERM);
+    const CharPtr more(m_output ? g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr)
+                                : nullptr);
+    EXPECT_EQ(more, nullptr) << "the receiver wrote more than one line: " << more.get();
+    ASSERT_TRUE(g_subprocess_wait(m_process.get(), nullptr, nullptr));
+    ASSERT_TRUE(g_subprocess_get_if_exited(m_process.get()));
+    EXPECT_EQ(g_subprocess_get_exit_status(m_process.get()), 0);
+}
+
+Answer RunningReceiver::call(const std::string& method, const std::string& arguments) {
+    const auto target = targetOf(method);
+    const auto tuple = parse(arguments);
+    ErrorPtr error;
+    auto* reply =
+        g_dbus_connection_call_sync(m_connection.get(), target.interface.c_str(), target.path,
+                                    target.interface.c_str(), target.method.c_str(), tuple.get(), nullptr,
+                                    G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, Out(error));
+    return answerOf(reply, error.get());
+}
+
+Answer RunningReceiver::control(const std::string& method, const std::string& arguments) {
+    return call(std::string(controlInterface) + "." + method, arguments);
+}
+
+void RunningReceiver::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
+    const auto target = targetOf(method);
+    const auto finish = [](GObject* source, GAsyncResult* result, gpointer user) {
+        ErrorPtr error;
+        auto* reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, Out(error));
+        *static_cast<Answer*>(user) = answerOf(reply, error.get());
+    };
+    g_dbus_connection_call(m_connection.get(), target.interface.c_str(), target.path,
+                           target.interface.c_str(), target.method.c_str(), parse(arguments).get(), nullptr,
+                           G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, finish, answer);
+}
+
+testing::AssertionResult RunningReceiver::hears(const std::vector<std::string>& expected) {
+    if (WaitFor([&] { return m_signals.size() >= expected.size(); }) && m_signals == expected)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "heard" << listed(m_signals) << "\nand not" << listed(expected);
+}
+
+void RunningReceiver::forget() {
+    // A reply comes behind the signals that were emitted before it.
+    (void)control("GetWorld", "('/keys/mask',)");
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+    m_signals.clear();
+}
+
+}  // namespace ReceiverTest

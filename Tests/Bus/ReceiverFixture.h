@@ -1,0 +1,70 @@
+// hbbtv-receiver as a child of the test, and what the tests say to it and hear from it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gio/gio.h>
+#include <gtest/gtest.h>
+
+#include "Host/Receiver/GLibHandles.h"
+
+namespace ReceiverTest {
+
+using Receiver::VariantPtr;
+
+// A program that ran to its end.
+struct Ended {
+    int exitCode = -1;
+    std::string output;
+    std::string errors;
+};
+
+// Runs hbbtv-receiver and waits until it ends by itself.
+[[nodiscard]] Ended runReceiver(const std::vector<std::string>& arguments,
+                                const std::vector<std::pair<std::string, std::string>>& environment = {});
+
+// A file of the test program's own folder.
+[[nodiscard]] std::string writeFile(const std::string& name, const std::string& content);
+
+struct Answer {
+    VariantPtr value;   // null when the call failed
+    std::string error;  // without the "GDBus.Error:...: " before it
+
+    // The value as GVariant text, or the error after "error: ".
+    [[nodiscard]] std::string text() const;
+};
+
+// Starts the receiver in SetUp and ends it in TearDown, where it has to leave with exit code 0.
+class RunningReceiver : public testing::Test {
+ protected:
+    // The scenario of the tests that do not bring their own.
+    [[nodiscard]] virtual std::string scenario() const;
+    void SetUp() override;
+    void TearDown() override;
+
+    // "Interface.Method" and the arguments as GVariant text, "(1, 'a')".
+    Answer call(const std::string& method, const std::string& arguments = "()");
+    Answer control(const std::string& method, const std::string& arguments = "()");
+    // Sends the call and does not wait; *answer is set when the reply comes.
+    void callLater(const std::string& method, const std::string& arguments, Answer* answer);
+
+    // Everything that the receiver has emitted, as "Signal(arguments)"; the call log's own signal is left
+    // out.
+    [[nodiscard]] const std::vector<std::string>& signals() const { return m_signals; }
+    // Waits until the signals heard since the last call of forget() are these, or fails with what came
+    // instead.
+    [[nodiscard]] testing::AssertionResult hears(const std::vector<std::string>& expected);
+    void forget();
+
+    [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
+
+ private:
+    Receiver::ObjectPtr<GSubprocess> m_process;
+    Receiver::ObjectPtr<GDataInputStream> m_output;
+    Receiver::ObjectPtr<GDBusConnection> m_connection;
+    unsigned m_subscription = 0;
+    std::vector<std::string> m_signals;
+};
+
+}  // namespace ReceiverTest

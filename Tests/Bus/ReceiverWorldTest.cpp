@@ -1,0 +1,431 @@
+// The receiver's state on a clock of the test's own: what takes minutes or months on the wire.
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Host/Receiver/World/CallLog.h"
+#include "Host/Receiver/World/Capabilities.h"
+#include "Host/Receiver/World/JsonReader.h"
+#include "Host/Receiver/World/KeyCodes.h"
+#include "Host/Receiver/World/Urls.h"
+#include "Host/Receiver/World/World.h"
+#include "Tests/Bus/ReceiverFixture.h"
+
+namespace {
+
+using namespace Receiver;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr std::int64_t startUtc = 1'700'000'000;
+
+class ManualTimers : public Timers {
+ public:
+    Id after(std::uint32_t milliseconds, std::function<void()> action) override {
+        m_actions.emplace(std::make_pair(m_now + milliseconds, ++m_lastId), std::move(action));
+        return m_lastId;
+    }
+    void cancel(Id id) override {
+        std::erase_if(m_actions, [id](const auto& entry) { return entry.first.second == id; });
+    }
+    std::int64_t now() const override { return m_now; }
+    std::int64_t utc() const override { return startUtc + m_now / 1000; }
+
+    void pass(std::int64_t milliseconds) {
+        const auto end = m_now + milliseconds;
+        while (!m_actions.empty() && m_actions.begin()->first.first <= end) {
+            const auto next = m_actions.extract(m_actions.begin());
+            m_now = next.key().first;
+            next.mapped()();
+        }
+        m_now = end;
+    }
+    std::size_t pending() const { return m_actions.size(); }
+
+ private:
+    std::int64_t m_now = 0;
+    Id m_lastId = 0;
+    std::map<std::pair<std::int64_t, Id>, std::function<void()>> m_actions;
+};
+
+class HeardEvents : public ReceiverEvents {
+ public:
+    std::vector<std::string> heard;
+
+    std::vector<std::string> take() { return std::exchange(heard, {}); }
+
+ private:
+    template <typename... Values>
+    void hear(const char* name, const Values&... values) {
+        std::ostringstream line;
+        line << name;
+        ((line << " " << values), ...);
+        heard.push_back(line.str());
+    }
+    void pluginEventUnsigned(std::int32_t event, std::uint32_t id, std::uint32_t value) override {
+        hear("unsigned", event, id, value);
+    }
+    void pluginEventSigned(std::int32_t event, std::uint32_t id, std::int32_t value) override {
+        hear("signed", event, id, value);
+    }
+    void pluginEventFloat(std::int32_t event, std::uint32_t id, double value) override {
+        hear("float", event, id, value);
+    }
+    void pluginEventData(std::int32_t event, std::uint32_t id, std::int32_t first,
+                         std::int32_t second) override {
+        hear("data", event, id, first, second);
+    }
+    void streamEvent(std::uint32_t, std::int16_t, const std::string& name, const std::vector<std::uint8_t>&,
+                     std::uint32_t jobId) override {
+        hear("stream", name, jobId);
+    }
+    void playReadyResponse(std::uint32_t id, std::int32_t code, const std::string& message) override {
+        hear("drm", id, code, message);
+    }
+    void fileResponse(std::uint32_t handle, const std::string&, const std::vector<std::uint8_t>& data,
+                      bool status) override {
+        hear("file", handle, std::string(data.begin(), data.end()), status);
+    }
+    void applicationStarted(std::int32_t viewId, const std::string& url) override {
+        hear("started", viewId, url);
+    }
+    void applicationDestroyed(std::int32_t viewId) override { hear("destroyed", viewId); }
+    void applicationVisibilityChanged(std::int32_t viewId, bool visible) override {
+        hear("view", viewId, visible);
+    }
+    void keyMaskChanged(std::uint32_t mask) override { hear("mask", mask); }
+    void keyPressed(std::uint32_t code) override { hear("key", code); }
+};
+
+struct Simulation {
+    explicit Simulation(const std::string& scenario, const std::string& folder = ".")
+        : world(parseJson(scenario), folder, timers, events) {}
+
+    ManualTimers timers;
+    HeardEvents events;
+    World world;
+};
+
+constexpr const char twoProgrammes[] =
+    R"({"broadcast": {"channels": [{"id": 1, "name": "One", "id_type": "ID_DVB_T",
+  "programmes": [
+    {"event_id": 12, "name": "Second", "start_minutes": 20, "duration_minutes": 40, "parental_rating": 9},
+    {"event_id": 11, "name": "First", "start_minutes": -10, "duration_minutes": 30, "description": "of two"}]}]},
+  "locale": {"country": "DEU", "ui_languages": "eng"}})";
+
+TEST(ASchedule, AlwaysHasAPresentAndAFollowingProgrammeEvenAfterMonths) {
+    Simulation simulation(twoProgrammes);
+    const auto names = [&simulation] {
+        std::vector<std::string> list;
+        for (const auto& [programme, start] : simulation.world.programmes(1)) {
+            // The present one has begun and not ended, what follows begins later.
+            const auto now = simulation.world.utc();
+            EXPECT_EQ(start <= now, list.empty());
+            EXPECT_GT(start + programme->durationMinutes * 60, now);
+            list.push_back(programme->name);
+        }
+        return list;
+    };
+    EXPECT_THAT(names(), ElementsAre("First", "Second"));
+    simulation.timers.pass(20 * 60 * 1000);
+    EXPECT_THAT(names(), ElementsAre("Second", "First"));
+    simulation.timers.pass(40 * 60 * 1000);
+    EXPECT_THAT(names(), ElementsAre("First", "Second"));
+    simulation.timers.pass(std::int64_t{200} * 24 * 3600 * 1000);
+    EXPECT_THAT(names(), Not(IsEmpty()));
+    EXPECT_THAT(simulation.world.programmes(2), IsEmpty());
+}
+
+TEST(ASchedule, DescribesAnEventByItsDescriptors) {
+    Simulation simulation(twoProgrammes);
+    const auto& channel = *simulation.world.scenario().channel(1);
+    EXPECT_THAT(descriptors(channel, 11, {}, "eng", "DEU"),
+                ElementsAre(ElementsAre(0x4D, 18, 'e', 'n', 'g', 6, 0x15, 'F', 'i', 'r', 's', 't', 7, 0x15,
+                                        'o', 'f', ' ', 't', 'w', 'o')));
+    EXPECT_THAT(descriptors(channel, 12, {0x55, -1, -1}, "eng", "DEU"),
+                ElementsAre(ElementsAre(0x55, 4, 'D', 'E', 'U', 6)));
+    EXPECT_THAT(descriptors(channel, 11, {0x55, -1, -1}, "eng", "DEU"), IsEmpty());
+    EXPECT_THAT(descriptors(channel, 99, {}, "eng", "DEU"), IsEmpty());
+}
+
+constexpr const char media[] =
+    R"({"media": {"mime_types": ["video/mp4"], "connect_ms": 100, "maximum_players": 1,
+  "items": [{"url": "*/broken*", "error": 4}, {"url": "*/film*", "duration_ms": 10000}]}})";
+
+TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
+    Simulation simulation(media);
+    auto& players = simulation.world.media();
+    auto& events = simulation.events;
+    players.session(1).setUrl("http://x/film.mp4");
+    EXPECT_EQ(players.player(1), nullptr);
+    ASSERT_TRUE(players.acquire(1));
+    auto& player = *players.player(1);
+    ASSERT_TRUE(player.play(1.0));
+    simulation.timers.pass(100);
+    EXPECT_THAT(events.take(), ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
+    simulation.timers.pass(2000);
+    EXPECT_EQ(player.position(), 2000u);
+    ASSERT_TRUE(player.play(0.0));
+    simulation.timers.pass(60000);
+    EXPECT_EQ(player.position(), 2000u);
+    ASSERT_TRUE(player.play(2.0));
+    EXPECT_THAT(events.take(),
+                ElementsAre("data 200 1 2 1000", "float 201 1 0", "data 200 1 1 1000", "float 201 1 2"));
+    ASSERT_TRUE(player.seek(9000));
+    EXPECT_FALSE(player.seek(10001));
+    simulation.timers.pass(499);
+    EXPECT_EQ(player.position(), 9998u);
+    simulation.timers.pass(1);
+    EXPECT_THAT(events.take(), ElementsAre("unsigned 202 1 9000", "data 200 1 5 1000"));
+    EXPECT_EQ(player.position(), 10000u);
+    EXPECT_FALSE(player.seek(1)) << "nothing plays";
+    // Rewinding ends at the start, where it plays on.
+    ASSERT_TRUE(player.play(1.0));
+    simulation.timers.pass(1100);
+    ASSERT_TRUE(player.play(-4.0));
+    events.take();
+    simulation.timers.pass(1250);
+    EXPECT_THAT(events.take(), ElementsAre("float 201 1 1"));
+    EXPECT_EQ(player.position(), 1000u);
+    for (const double unplayable : {0.0 / 0.0, 1.0 / 0.0, 1e300})
+        EXPECT_FALSE(player.play(unplayable));
+    players.release(1);
+    EXPECT_THAT(events.take(), ElementsAre("data 200 1 0 1000"));
+    EXPECT_EQ(simulation.timers.pending(), 0u);
+}
+
+TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
+    Simulation simulation(media);
+    auto& players = simulation.world.media();
+    ASSERT_TRUE(players.acquire(1));
+    EXPECT_FALSE(players.player(1)->play(1.0)) << "there is no medium";
+    players.session(1).setUrl("http://x/broken.mp4");
+    ASSERT_TRUE(players.player(1)->play(1.0));
+    simulation.timers.pass(100);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 3 1000", "data 200 1 6 4"));
+    EXPECT_EQ(players.session(1).error(), 4);
+    players.session(1).setUrl("http://x/elsewhere.mp4");
+    ASSERT_TRUE(players.player(1)->play(1.0));
+    simulation.timers.pass(100);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("data 200 1 0 1000", "data 200 1 3 1000", "data 200 1 6 5"));
+
+    players.session(1).setUrl("http://x/film1.mp4");
+    ASSERT_TRUE(players.session(1).queue("http://x/film2.mp4"));
+    ASSERT_TRUE(players.player(1)->play(1.0));
+    simulation.timers.pass(10200);
+    EXPECT_EQ(players.session(1).url(), "http://x/film2.mp4");
+    simulation.timers.pass(100);
+    EXPECT_EQ(players.player(1)->state(), MediaState::Playing);
+    // The only decoder is at work; once the first has finished it is free.
+    EXPECT_FALSE(players.acquire(2));
+    simulation.timers.pass(20000);
+    EXPECT_TRUE(players.acquire(2));
+    EXPECT_TRUE(players.supports("Video/MP4; codecs=\"avc1\""));
+    EXPECT_FALSE(players.setMimeType(2, "video/ogg"));
+}
+
+TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
+    Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e"}],
+        "drm": {"systems": [{"id": "s", "reply_ms": 1000}]}})");
+    auto& world = simulation.world;
+    for (std::uint32_t id = 1; id <= 3000; ++id) {
+        world.broadcast().setVolume(id, 1);
+        world.media().session(id).setAttribute("name" + std::to_string(id), "value");
+        world.media().session(1).setAttribute("name" + std::to_string(id), "value");
+        (void)world.media().session(1).queue("http://x/" + std::to_string(id));
+        (void)world.streamEvents().subscribe("dvb://x", "e");
+        (void)world.search().addQuery();
+        (void)world.search().addSearch(1);
+        (void)world.sendDrmMessage("s");
+        world.addProfile({static_cast<std::uint16_t>(id), 1, 1, 1});
+    }
+    const auto state = world.value("/state");
+    EXPECT_LE(state["broadcast_players"].size(), 64u);
+    EXPECT_LE(state["media_players"].size(), 64u);
+    EXPECT_LE(state["media_players"]["1"]["attributes"].size(), 64u);
+    EXPECT_LE(state["stream_event_subscriptions"].get<int>(), 256);
+    EXPECT_LE(state["queries"].get<int>(), 1024);
+    EXPECT_LE(state["searches"].get<int>(), 256);
+    EXPECT_LE(simulation.timers.pending(), 256u + 64u);
+    // The latest client is served like the first.
+    EXPECT_EQ(world.broadcast().volume(3000), 1);
+    CallLog log;
+    for (std::size_t i = 0; i < CallLog::Limit + 5; ++i)
+        log.add("Interface.Method", "(" + std::to_string(i) + ",)", i);
+    ASSERT_EQ(log.calls().size(), CallLog::Limit);
+    EXPECT_EQ(log.calls().front().arguments, "(5,)");
+}
+
+TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {
+    Simulation simulation(
+        R"({"drm": {"systems": [{"id": "s", "result_code": 2, "result_message": "no", "reply_ms": 50}]}})");
+    EXPECT_EQ(simulation.world.sendDrmMessage("s"), 1);
+    EXPECT_EQ(simulation.world.sendDrmMessage("other"), 2);
+    simulation.timers.pass(0);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("drm 2 5 "));
+    simulation.timers.pass(50);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("drm 1 2 no"));
+}
+
+TEST(AWorld, FollowsChangesOfTheScenarioWithSubscriptionsUnderWay) {
+    Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e", "period_ms": 100}]})");
+    EXPECT_EQ(simulation.world.streamEvents().subscribe("dvb://x", "e"), 1u);
+    simulation.timers.pass(100);
+    simulation.world.setValue("/stream_events", "[]");
+    simulation.timers.pass(10000);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("stream e 1"));
+    simulation.world.setValue("/stream_events/-", R"({"url": "*", "name": "e", "period_ms": 5000})");
+    simulation.timers.pass(1000);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("stream e 1"));
+    // A refused change leaves everything as it was.
+    EXPECT_THROW(simulation.world.setValue("/stream_events/0/period_ms", "0"), ScenarioError);
+    EXPECT_EQ(simulation.world.value("/stream_events/0/period_ms"), 5000);
+}
+
+TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
+    Simulation simulation(R"({"search": {"duration_ms": 100}, "broadcast": {"channels": [
+      {"id": 1, "name": "One", "id_type": "ID_DVB_T", "programmes": [
+        {"event_id": 1, "name": "Evening News", "start_minutes": 0, "duration_minutes": 15},
+        {"event_id": 2, "name": "Film", "start_minutes": 15, "duration_minutes": 90, "parental_rating": 12},
+        {"event_id": 3, "name": "Late news", "start_minutes": 105, "duration_minutes": 30}]},
+      {"id": 2, "name": "Two", "id_type": "ID_DVB_T", "programmes": [
+        {"event_id": 4, "name": "News in brief", "start_minutes": 0, "duration_minutes": 5}]},
+      {"id": 3, "name": "Hidden", "id_type": "ID_DVB_T", "hidden": true, "programmes": [
+        {"event_id": 5, "name": "News for engineers", "start_minutes": 0, "duration_minutes": 5}]}]}})");
+    auto& search = simulation.world.search();
+    const auto name = static_cast<std::uint32_t>(QueryField::Name);
+    const auto duration = static_cast<std::uint32_t>(QueryField::Duration);
+    const auto contains = static_cast<std::uint32_t>(QueryMode::Contains);
+    const auto greater = static_cast<std::uint32_t>(QueryMode::Greater);
+    const auto news = search.addQuery(name, contains, std::string("NEWS"));
+    const auto isLong = search.addQuery(duration, greater, 600u);
+    const auto both = search.join(MetadataSearch::Junction::And, news, isLong);
+    ASSERT_TRUE(both);
+
+    const auto searchId = search.addSearch(1);
+    const auto eventsFound = [&](std::uint32_t queryId) {
+        EXPECT_TRUE(search.setQuery(searchId, queryId));
+        search.start(searchId);
+        const auto resultsId = search.resultsOf(searchId).value_or(0);
+        EXPECT_FALSE(search.results().find(resultsId)->complete);
+        simulation.timers.pass(100);
+        EXPECT_TRUE(search.results().find(resultsId)->complete);
+        std::vector<int> events;
+        for (const auto id : search.results().find(resultsId)->programmes)
+            events.push_back(search.programme(id)->programme->eventId);
+        return events;
+    };
+    EXPECT_THAT(eventsFound(news), ElementsAre(1, 3, 4));
+    EXPECT_THAT(eventsFound(*both), ElementsAre(1, 3));
+    EXPECT_THAT(eventsFound(*search.negate(news)), ElementsAre(2));
+    ASSERT_TRUE(search.setOrderBy(searchId, {{duration, false}}));
+    EXPECT_THAT(eventsFound(news), ElementsAre(3, 1, 4));
+    const auto onTwo = search.addQuery({{static_cast<std::uint32_t>(QueryField::ChannelId), "", 2}});
+    ASSERT_TRUE(search.addConstraints(searchId, onTwo));
+    EXPECT_THAT(eventsFound(news), ElementsAre(4));
+    ASSERT_TRUE(search.clearConstraints(searchId));
+    EXPECT_THAT(eventsFound(news), ElementsAre(3, 1, 4));
+    auto* results = search.results().find(*search.resultsOf(searchId));
+    ASSERT_TRUE(search.setWindow(*search.resultsOf(searchId), 1, 5));
+    EXPECT_EQ(results->shown(), 2u);
+    EXPECT_FALSE(search.setWindow(*search.resultsOf(searchId), -1, 5));
+
+    // A query outlives its id where a search or another query still needs it.
+    MetadataSearch::release(search.queries(), news);
+    EXPECT_FALSE(search.setQuery(searchId, news));
+    EXPECT_THAT(eventsFound(*both), ElementsAre(3, 1));
+    // Objects end with the last of those who retained them.
+    EXPECT_TRUE(MetadataSearch::retain(search.searches(), searchId));
+    EXPECT_TRUE(MetadataSearch::retain(search.searches(), searchId));
+    MetadataSearch::release(search.searches(), searchId);
+    EXPECT_NE(search.searches().find(searchId), nullptr);
+    MetadataSearch::release(search.searches(), searchId);
+    EXPECT_EQ(search.searches().find(searchId), nullptr);
+    // Queries joined with themselves again and again do not grow for ever.
+    auto grown = search.addQuery();
+    int joins = 0;
+    while (const auto larger = search.join(MetadataSearch::Junction::Or, grown, grown)) {
+        grown = *larger;
+        ASSERT_LT(++joins, 100);
+    }
+}
+
+TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
+    const std::filesystem::path home = std::getenv("HOME");
+    std::filesystem::create_directories(home / "carousel" / "sub");
+    (void)ReceiverTest::writeFile("secret.txt", "secret");
+    (void)ReceiverTest::writeFile("carousel/sub/a b.txt", "content");
+    std::filesystem::create_symlink(home / "secret.txt", home / "carousel" / "link.txt");
+    Simulation simulation(R"({"carousel": {"folder": "carousel", "reply_ms": 10}})", home.string());
+    const auto response = [&simulation](const std::string& url) {
+        EXPECT_TRUE(simulation.world.carousel().request(5, url));
+        simulation.timers.pass(10);
+        const auto heard = simulation.events.take();
+        return heard.size() == 1 ? heard.front() : "not one response";
+    };
+    EXPECT_EQ(response("dvb://current.car/sub/a%20b.txt?x#y"), "file 5 content 1");
+    for (const char* url :
+         {"dvb://current.car/none.txt", "dvb://current.car/../secret.txt", "dvb://current.car/link.txt",
+          "dvb://current.car/%2e%2e/secret.txt", "dvb://current.car/sub", "dvb://current.car",
+          "dvb://current.car//etc/passwd", "dvb://current.car/%zz", ""})
+        EXPECT_EQ(response(url), "file 5  0") << url;
+    Simulation without("{}");
+    EXPECT_FALSE(without.world.carousel().request(1, "dvb://x/a"));
+}
+
+TEST(TheCapabilities, AreOneLineOfXmlThatFitsIntoAScriptsText) {
+    Simulation simulation(R"({"capabilities": {"ui_profiles": ["OITF_HD_UIPROF+DRM+DVB_T", "<\"&'\\\n"],
+        "video": [{"name": "MP4", "type": "video/mp4", "transport": "dash"}]}})");
+    const auto xml = capabilitiesXml(simulation.world.scenario());
+    EXPECT_EQ(xml.find_first_of("\"\n\r\\"), std::string::npos);
+    EXPECT_THAT(xml, HasSubstr("name='&lt;&quot;&amp;&apos;&#92; '"));
+    EXPECT_THAT(xml,
+                HasSubstr("<video_profile name='MP4' type='video/mp4' transport='dash'/></profilelist>"));
+    const auto has = [&simulation](const char* name) {
+        return hasCapability(simulation.world.scenario(), name);
+    };
+    EXPECT_TRUE(has("OITF_HD_UIPROF"));
+    EXPECT_TRUE(has("+DRM"));
+    EXPECT_TRUE(has("OITF_HD_UIPROF+DVB_T"));
+    EXPECT_FALSE(has("OITF_HD_UIPROF+PVR"));
+    EXPECT_FALSE(has("+DR"));
+    EXPECT_FALSE(has(""));
+}
+
+TEST(Addresses, AreTakenApartAsAReceiverDoes) {
+    EXPECT_EQ(originOf("HTTP://User@LocalHost/a:b"), "http://localhost:80");
+    EXPECT_EQ(originOf("https://h:8443/x"), "https://h:8443");
+    EXPECT_EQ(originOf("http://[::1]:9/"), "http://[::1]:9");
+    EXPECT_EQ(originOf("file:///tmp/a.html"), "file://");
+    for (const char* none :
+         {"", "a.html", "/a", "data:text/html,x", "about:blank", "http://", "http://h:99999999/"})
+        EXPECT_EQ(originOf(none), "") << none;
+    EXPECT_TRUE(matchesPattern("http://localhost:80", "http://localhost:*"));
+    EXPECT_TRUE(matchesPattern("abcabd", "a*ab*"));
+    EXPECT_FALSE(matchesPattern("abc", "a*b"));
+    EXPECT_FALSE(matchesPattern("", "?"));
+
+    const auto service = parseDvbService("dvb://30.1f.7e;4d2~20260101T1000Z--PT1H/path");
+    ASSERT_TRUE(service);
+    EXPECT_EQ(std::make_tuple(service->onid, service->tsid, service->sid, service->eventId),
+              std::make_tuple(0x30u, std::optional(0x1fu), 0x7eu, std::optional(std::uint16_t{0x4d2})));
+    EXPECT_FALSE(parseDvbService("dvb://1..2")->tsid);
+    for (const char* none :
+         {"http://1.2.3", "dvb://1.2", "dvb://x.2.3", "dvb://1.2.3;", "dvb://10000.2.3", "dvb://"})
+        EXPECT_FALSE(parseDvbService(none)) << none;
+    EXPECT_EQ(keyCode("VK_PLAY_PAUSE"), 463u);
+    EXPECT_EQ(keyCode("0"), 0u);
+    EXPECT_EQ(keyCode("-1"), std::nullopt);
+}
+
+}  // namespace
