@@ -267,11 +267,16 @@ ${convert ? `JSValueRef ji${name}::t_ConvertToType(JSContextRef context, JSObjec
 `;
 }
 
-// The names that the bootstrap script needs before the first native object exists.
+// The names that the bootstrap script needs before the first native object exists: those of the classes that the
+// factory makes.
 export function membersScript(descriptions) {
-  const members = Object.fromEntries(descriptions.map(({ name, attributes, operations, listeners }) => [name, {
-    attributes: attributes.map((attribute) => attribute.name),
-    methods: [...operations.map((operation) => operation.name), ...listeners],
-  }]));
+  const made = new Set(descriptions.filter(({ globalInstance }) => globalInstance)
+    .flatMap(({ operations }) => operations.flatMap(({ forms }) => forms.map(({ result }) => result.name))));
+  const members = Object.fromEntries(descriptions.filter(({ name }) => made.has(name))
+    .map(({ name, constants, attributes, operations, listeners }) => [name, {
+      attributes: attributes.map((attribute) => attribute.name),
+      methods: [...operations.map((operation) => operation.name), ...listeners],
+      constants: constants.map((constant) => constant.name),
+    }]));
   return `var _hbbtv_vantrel_members = ${JSON.stringify(members, null, 1)};\n`;
 }
