@@ -6,6 +6,10 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
 
+// A test program that is told to end runs its exit handlers, so that nothing of it stays behind.
+for (const [signal, number] of Object.entries({ SIGINT: 2, SIGTERM: 15 }))
+  process.once(signal, () => process.exit(128 + number));
+
 export class Workplace {
   static async create() {
     const workplace = new Workplace();
@@ -49,13 +53,13 @@ export class Workplace {
     };
     if (process.env.DISPLAY)
       this.env.DISPLAY = process.env.DISPLAY;
-    this.exited = code => {
+    process.once("exit", code => {
+      this.#children.forEach(child => child.kill("SIGKILL"));
       if (code)
         console.error(`Output of the processes of the failed tests: ${this.logFile}`);
       else
         rmSync(this.#folder, { recursive: true, force: true });
-    };
-    process.once("exit", this.exited);
+    });
   }
 
   #note(name, line) {
