@@ -18,7 +18,7 @@ const hostFunctions = [
 ];
 const agreed = [
   new RegExp(`^(${hostFunctions.join('|')})$`),
-  /^JS[A-Z]\w+$/, // JavaScriptCore
+  /^(JS[A-Z]\w+|kJSClassDefinitionEmpty)$/, // JavaScriptCore
   /^g_\w+$/, // GLib, GObject, GIO
   /@(GLIBC|GLIBCXX|CXXABI|GCC)_[\w.]+$/, // the C and C++ runtimes; with them come the three below
   /^(__gmon_start__|_ITM_(de)?registerTMCloneTable)$/,
