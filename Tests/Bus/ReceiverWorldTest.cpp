@@ -119,7 +119,8 @@ constexpr const char twoProgrammes[] =
     R"({"broadcast": {"channels": [{"id": 1, "name": "One", "id_type": "ID_DVB_T",
   "programmes": [
     {"event_id": 12, "name": "Second", "start_minutes": 20, "duration_minutes": 40, "parental_rating": 9},
-    {"event_id": 11, "name": "First", "start_minutes": -10, "duration_minutes": 30, "description": "of two"}]}]},
+    {"event_id": 11, "name": "First", "description": "of two", "start_minutes": -10, "duration_minutes": 30}
+  ]}]},
   "locale": {"country": "DEU", "ui_languages": "eng"}})";
 
 TEST(ASchedule, AlwaysHasAPresentAndAFollowingProgrammeEvenAfterMonths) {

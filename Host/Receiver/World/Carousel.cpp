@@ -12,7 +12,7 @@ namespace Receiver {
 namespace {
 
 // More does not belong into one message of the bus.
-constexpr std::uintmax_t largestFile = 16 * 1024 * 1024;
+constexpr std::uintmax_t largestFile = std::uintmax_t{16} * 1024 * 1024;
 
 // The path of an address, decoded: "a b.html" of dvb://current.car/a%20b.html?x#y.
 std::string pathOf(const std::string& url) {

@@ -41,7 +41,7 @@ bool isType(std::int32_t type) {
 std::vector<Component> ComponentSelection::list(const std::vector<Component>& all, ComponentType type,
                                                 bool activeOnly,
                                                 const std::string& preferredLanguages) const {
-    const auto candidates = ofType(all, type);
+    auto candidates = ofType(all, type);
     if (!activeOnly)
         return candidates;
     const auto byDefault = type == ComponentType::Subtitle ? Choice{Kind::None} : Choice{Kind::Preferred};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <compare>
 #include <set>
 #include <tuple>
 
@@ -100,8 +101,8 @@ bool comesFirst(const FoundProgramme& left, const FoundProgramme& right, const O
             continue;
         const auto order =
             std::tie(ofLeft->text, ofLeft->number) <=> std::tie(ofRight->text, ofRight->number);
-        if (order != 0)
-            return ascending ? order < 0 : order > 0;
+        if (std::is_neq(order))
+            return ascending ? std::is_lt(order) : std::is_gt(order);
     }
     return false;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -94,7 +95,10 @@ struct Profile {
     std::uint8_t minor = 0;
     std::uint8_t micro = 0;
 
-    auto operator<=>(const Profile&) const = default;
+    bool operator<(const Profile& other) const {
+        return std::tie(profile, major, minor, micro) <
+               std::tie(other.profile, other.major, other.minor, other.micro);
+    }
 };
 
 struct AvProfile {

@@ -59,6 +59,8 @@ std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t or
     for (const auto& programme : channel.programmes)
         last = std::max(last, (std::int64_t{programme.startMinutes} + programme.durationMinutes) * 60);
     const auto span = last - first;
+    if (span <= 0)
+        return {};
     const auto elapsed = now - (origin + first);
     auto round = elapsed >= 0 ? elapsed / span : 0;
 
