@@ -40,14 +40,14 @@ BusReceiver::~BusReceiver() {
 
 bool BusReceiver::start(std::string& problem) {
     // Objects first: whoever sees a name finds it answering.
-    ErrorPtr error;
+    Host::GErrorSlot error;
     bool exported = g_dbus_interface_skeleton_export(m_control.get(), m_connection, Names::ControlPath,
-                                                     Out(error)) != FALSE;
+                                                     error.out()) != FALSE;
     for (const auto& service : m_services)
         exported = exported && g_dbus_interface_skeleton_export(service.get(), m_connection,
-                                                                Names::ObjectPath, Out(error)) != FALSE;
+                                                                Names::ObjectPath, error.out()) != FALSE;
     if (!exported) {
-        problem = std::string("cannot export the interfaces: ") + error->message;
+        problem = std::string("cannot export the interfaces: ") + error.message();
         return false;
     }
     for (const auto& service : m_services) {
@@ -58,13 +58,13 @@ bool BusReceiver::start(std::string& problem) {
 }
 
 bool BusReceiver::own(const std::string& name, std::string& problem) {
-    ErrorPtr error;
-    const VariantPtr reply(g_dbus_connection_call_sync(
+    Host::GErrorSlot error;
+    const Host::GVariantHandle reply(g_dbus_connection_call_sync(
         m_connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
         g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1,
-        nullptr, Out(error)));
+        nullptr, error.out()));
     if (!reply) {
-        problem = "cannot own the name " + name + ": " + error->message;
+        problem = "cannot own the name " + name + ": " + error.message();
         return false;
     }
     std::uint32_t answer = 0;

@@ -6,10 +6,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
-#include "Host/Receiver/GLibHandles.h"
 #include "Host/Receiver/GLibTimers.h"
 #include "Host/Receiver/Services.h"
 #include "Host/Receiver/SignalEmitter.h"

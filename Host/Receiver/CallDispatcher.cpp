@@ -25,12 +25,12 @@ void CallDispatcher::addInterface(const GDBusInterfaceInfo& interface) {
         m_methods.insert(shortName(interface.name, (*method)->name));
 }
 
-void CallDispatcher::receive(ObjectPtr<GDBusMethodInvocation> invocation,
-                             std::function<void(ObjectPtr<GDBusMethodInvocation>)> answer) {
+void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocation,
+                             std::function<void(Host::GObjectHandle<GDBusMethodInvocation>)> answer) {
     auto* raw = invocation.get();
     const auto method = shortName(g_dbus_method_invocation_get_interface_name(raw),
                                   g_dbus_method_invocation_get_method_name(raw));
-    const CharPtr arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
+    const Host::GChars arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
     const auto& call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
     if (m_listener)
         m_listener(call);
@@ -38,7 +38,7 @@ void CallDispatcher::receive(ObjectPtr<GDBusMethodInvocation> invocation,
     const auto found = m_treatments.find(method);
     const auto treatment = found == m_treatments.end() ? Treatment() : found->second;
     // std::function wants to copy what it holds, so the invocation is shared until it is answered.
-    const auto held = std::make_shared<ObjectPtr<GDBusMethodInvocation>>(std::move(invocation));
+    const auto held = std::make_shared<Host::GObjectHandle<GDBusMethodInvocation>>(std::move(invocation));
     auto finish = [held, treatment, answer = std::move(answer)] {
         if (treatment.fails)
             g_dbus_method_invocation_return_dbus_error(held->release(), "org.freedesktop.DBus.Error.Failed",

@@ -11,7 +11,7 @@
 
 #include <gio/gio.h>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/World/CallLog.h"
 #include "Host/Receiver/World/Timers.h"
 
@@ -28,8 +28,8 @@ class CallDispatcher {
     void onRecorded(std::function<void(const Call&)> listener) { m_listener = std::move(listener); }
 
     // Takes over the invocation; "answer" runs at most once, perhaps later.
-    void receive(ObjectPtr<GDBusMethodInvocation> invocation,
-                 std::function<void(ObjectPtr<GDBusMethodInvocation>)> answer);
+    void receive(Host::GObjectHandle<GDBusMethodInvocation> invocation,
+                 std::function<void(Host::GObjectHandle<GDBusMethodInvocation>)> answer);
 
     // All three return false for a method that none of the interfaces has ("Interface.Method").
     [[nodiscard]] bool delay(const std::string& method, std::uint32_t milliseconds);

@@ -39,7 +39,7 @@ GVariant* calls(ControlDesk& desk) {
 
 // The argument arrives in its box, and in a second one from callers that wrap it themselves.
 void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
-    VariantPtr arguments(g_variant_ref(boxed));
+    Host::GVariantHandle arguments(g_variant_ref(boxed));
     while (g_variant_is_of_type(arguments.get(), G_VARIANT_TYPE_VARIANT) != FALSE)
         arguments.reset(g_variant_get_variant(arguments.get()));
     desk.emitter.emit(signal, arguments.get());
@@ -86,7 +86,7 @@ void fill(gpointer raw, gpointer) {
 
 }  // namespace
 
-ObjectPtr<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk) {
+Host::GObjectHandle<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk) {
     return makeSkeleton({"ReceiverControlDesk", TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill},
                         &desk, nullptr);
 }

@@ -1,8 +1,8 @@
 // org.vantrel.hbbtv.ReceiverControl: the knobs of the simulated receiver, and its call log.
 #pragma once
 
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
-#include "Host/Receiver/GLibHandles.h"
 #include "Host/Receiver/SignalEmitter.h"
 #include "Host/Receiver/World/World.h"
 
@@ -16,6 +16,6 @@ struct ControlDesk {
     SignalEmitter& emitter;
 };
 
-[[nodiscard]] ObjectPtr<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk);
+[[nodiscard]] Host::GObjectHandle<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk);
 
 }  // namespace Receiver

@@ -16,15 +16,14 @@
 
 namespace {
 
-using Receiver::ErrorPtr;
-using Receiver::MainLoopPtr;
-using Receiver::ObjectPtr;
-using Receiver::Out;
+using Host::GErrorSlot;
+using Host::GMainLoopHandle;
+using Host::GObjectHandle;
 
 constexpr const char programName[] = "hbbtv-receiver: ";
 
 struct Loop {
-    MainLoopPtr main{g_main_loop_new(nullptr, FALSE)};
+    GMainLoopHandle main{g_main_loop_new(nullptr, FALSE)};
     int exitCode = 0;
 };
 
@@ -55,11 +54,11 @@ nlohmann::json readFile(const std::string& name) {
     return Receiver::parseJson(text);
 }
 
-ObjectPtr<GDBusConnection> connectToBus(std::string& problem) {
-    ErrorPtr error;
-    ObjectPtr<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, Out(error)));
+GObjectHandle<GDBusConnection> connectToBus(std::string& problem) {
+    GErrorSlot error;
+    GObjectHandle<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     if (!connection) {
-        problem = std::string("there is no session bus: ") + error->message;
+        problem = std::string("there is no session bus: ") + error.message();
         return nullptr;
     }
     g_dbus_connection_set_exit_on_close(connection.get(), FALSE);

@@ -1,13 +1,13 @@
 // The six interfaces of the product, one file each.
 #pragma once
 
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
-#include "Host/Receiver/GLibHandles.h"
 #include "Host/Receiver/World/World.h"
 
 namespace Receiver {
 
-using Skeleton = ObjectPtr<GDBusInterfaceSkeleton>;
+using Skeleton = Host::GObjectHandle<GDBusInterfaceSkeleton>;
 
 [[nodiscard]] Skeleton makeDaeBrowserApi(World& world, CallDispatcher& dispatcher);
 [[nodiscard]] Skeleton makeBroadcastPlayer(World& world, CallDispatcher& dispatcher);

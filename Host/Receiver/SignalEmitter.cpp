@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/JsonReader.h"
 
@@ -53,10 +53,10 @@ void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
         throw ScenarioError(
             "", interfaceName + "." + name + " takes \"" + tupleOf(*declared) + "\", not \"" + given + "\"");
 
-    ErrorPtr error;
+    Host::GErrorSlot error;
     if (g_dbus_connection_emit_signal(m_connection, nullptr, Names::ObjectPath, (*interface)->name,
-                                      name.c_str(), arguments, Out(error)) == FALSE)
-        throw ScenarioError("", std::string("the signal could not be sent: ") + error->message);
+                                      name.c_str(), arguments, error.out()) == FALSE)
+        throw ScenarioError("", std::string("the signal could not be sent: ") + error.message());
 }
 
 }  // namespace Receiver

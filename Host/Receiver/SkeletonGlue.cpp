@@ -20,7 +20,7 @@ GQuark ownerQuark() {
     return quark;
 }
 
-void callGenerated(GDBusInterfaceSkeleton* skeleton, ObjectPtr<GDBusMethodInvocation> invocation) {
+void callGenerated(GDBusInterfaceSkeleton* skeleton, Host::GObjectHandle<GDBusMethodInvocation> invocation) {
     auto* call = invocation.release();
     generatedTable(skeleton)->method_call(
         g_dbus_method_invocation_get_connection(call), g_dbus_method_invocation_get_sender(call),
@@ -32,13 +32,13 @@ void callGenerated(GDBusInterfaceSkeleton* skeleton, ObjectPtr<GDBusMethodInvoca
 void receiveCall(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
                  GDBusMethodInvocation* invocation, gpointer user) {
     auto* skeleton = G_DBUS_INTERFACE_SKELETON(user);
-    ObjectPtr<GDBusMethodInvocation> owned(invocation);
+    Host::GObjectHandle<GDBusMethodInvocation> owned(invocation);
     auto* dispatcher = static_cast<CallDispatcher*>(g_object_get_qdata(G_OBJECT(user), dispatcherQuark()));
     if (dispatcher == nullptr) {
         callGenerated(skeleton, std::move(owned));
         return;
     }
-    dispatcher->receive(std::move(owned), [skeleton](ObjectPtr<GDBusMethodInvocation> call) {
+    dispatcher->receive(std::move(owned), [skeleton](Host::GObjectHandle<GDBusMethodInvocation> call) {
         callGenerated(skeleton, std::move(call));
     });
 }
@@ -68,9 +68,9 @@ GType derivedType(const SkeletonDescription& description) {
 
 }  // namespace
 
-ObjectPtr<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description, void* owner,
-                                               CallDispatcher* dispatcher) {
-    ObjectPtr<GDBusInterfaceSkeleton> skeleton(
+Host::GObjectHandle<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description, void* owner,
+                                                         CallDispatcher* dispatcher) {
+    Host::GObjectHandle<GDBusInterfaceSkeleton> skeleton(
         G_DBUS_INTERFACE_SKELETON(g_object_new(derivedType(description), nullptr)));
     g_object_set_qdata(G_OBJECT(skeleton.get()), ownerQuark(), owner);
     g_object_set_qdata(G_OBJECT(skeleton.get()), dispatcherQuark(), dispatcher);

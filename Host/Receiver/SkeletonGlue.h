@@ -9,8 +9,8 @@
 
 #include <gio/gio.h>
 
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
-#include "Host/Receiver/GLibHandles.h"
 #include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/JsonReader.h"
 
@@ -27,8 +27,9 @@ struct SkeletonDescription {
 
 // An object of a type derived from the skeleton. "owner" is what the handlers work on; with a dispatcher,
 // calls go through it.
-[[nodiscard]] ObjectPtr<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description,
-                                                             void* owner, CallDispatcher* dispatcher);
+[[nodiscard]] Host::GObjectHandle<GDBusInterfaceSkeleton> makeSkeleton(const SkeletonDescription& description,
+                                                                       void* owner,
+                                                                       CallDispatcher* dispatcher);
 
 [[nodiscard]] void* ownerOf(gpointer skeleton);
 

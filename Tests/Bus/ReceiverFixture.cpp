@@ -11,10 +11,10 @@ namespace ReceiverTest {
 
 namespace {
 
-using Receiver::CharPtr;
-using Receiver::ErrorPtr;
-using Receiver::ObjectPtr;
-using Receiver::Out;
+using Host::GChars;
+using Host::GErrorSlot;
+using Host::GObjectHandle;
+using Host::GVariantHandle;
 
 constexpr const char controlInterface[] = "ReceiverControl";
 
@@ -26,33 +26,34 @@ std::vector<const char*> commandLine(const std::vector<std::string>& arguments) 
     return line;
 }
 
-ObjectPtr<GSubprocess> spawn(const std::vector<std::string>& arguments, GSubprocessFlags flags,
-                             const std::vector<std::pair<std::string, std::string>>& environment) {
-    const ObjectPtr<GSubprocessLauncher> launcher(g_subprocess_launcher_new(flags));
+GObjectHandle<GSubprocess> spawn(const std::vector<std::string>& arguments, GSubprocessFlags flags,
+                                 const std::vector<std::pair<std::string, std::string>>& environment) {
+    const GObjectHandle<GSubprocessLauncher> launcher(g_subprocess_launcher_new(flags));
     for (const auto& [name, value] : environment)
         g_subprocess_launcher_setenv(launcher.get(), name.c_str(), value.c_str(), TRUE);
-    ErrorPtr error;
-    ObjectPtr<GSubprocess> process(
-        g_subprocess_launcher_spawnv(launcher.get(), commandLine(arguments).data(), Out(error)));
+    GErrorSlot error;
+    GObjectHandle<GSubprocess> process(
+        g_subprocess_launcher_spawnv(launcher.get(), commandLine(arguments).data(), error.out()));
     if (!process)
-        ADD_FAILURE() << "cannot start the receiver: " << error->message;
+        ADD_FAILURE() << "cannot start the receiver: " << error.message();
     return process;
 }
 
-VariantPtr parse(const std::string& arguments) {
-    ErrorPtr error;
-    VariantPtr value(g_variant_parse(nullptr, arguments.c_str(), nullptr, nullptr, Out(error)));
+GVariantHandle parse(const std::string& arguments) {
+    GErrorSlot error;
+    GVariantHandle value(g_variant_parse(nullptr, arguments.c_str(), nullptr, nullptr, error.out()));
     if (!value)
-        ADD_FAILURE() << "bad arguments " << arguments << ": " << error->message;
+        ADD_FAILURE() << "bad arguments " << arguments << ": " << error.message();
     return value;
 }
 
-Answer answerOf(GVariant* reply, GError* error) {
+Answer answerOf(GVariant* reply, const GErrorSlot& error) {
     Answer answer;
     answer.value.reset(reply);
-    if (error != nullptr) {
-        g_dbus_error_strip_remote_error(error);
-        answer.error = error->message;
+    if (error) {
+        answer.error = error.message();
+        if (answer.error.starts_with("GDBus.Error:"))
+            answer.error.erase(0, answer.error.find(": ") + 2);
     }
     return answer;
 }
@@ -74,7 +75,7 @@ void onSignal(GDBusConnection*, const char*, const char*, const char*, const cha
               GVariant* arguments, gpointer user) {
     if (std::string(signal) == "CallRecorded")
         return;
-    const CharPtr text(g_variant_print(arguments, FALSE));
+    const GChars text(g_variant_print(arguments, FALSE));
     static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + text.get());
 }
 
@@ -95,11 +96,14 @@ Ended runReceiver(const std::vector<std::string>& arguments,
     const auto process = spawn(arguments, flags, environment);
     if (!process)
         return ended;
-    CharPtr output;
-    CharPtr errors;
-    ErrorPtr error;
+    char* rawOutput = nullptr;
+    char* rawErrors = nullptr;
+    GErrorSlot error;
     EXPECT_TRUE(
-        g_subprocess_communicate_utf8(process.get(), nullptr, nullptr, Out(output), Out(errors), Out(error)));
+        g_subprocess_communicate_utf8(process.get(), nullptr, nullptr, &rawOutput, &rawErrors, error.out()))
+        << error.message();
+    const GChars output(rawOutput);
+    const GChars errors(rawErrors);
     ended.exitCode =
         g_subprocess_get_if_exited(process.get()) ? g_subprocess_get_exit_status(process.get()) : -1;
     ended.output = output ? output.get() : "";
@@ -116,7 +120,7 @@ std::string writeFile(const std::string& name, const std::string& content) {
 std::string Answer::text() const {
     if (!value)
         return "error: " + error;
-    const CharPtr printed(g_variant_print(value.get(), FALSE));
+    const GChars printed(g_variant_print(value.get(), FALSE));
     return printed.get();
 }
 
@@ -128,17 +132,17 @@ void RunningReceiver::SetUp() {
     m_process = spawn({"--scenario", scenario()}, G_SUBPROCESS_FLAGS_STDOUT_PIPE, {});
     ASSERT_TRUE(m_process);
     m_output.reset(g_data_input_stream_new(g_subprocess_get_stdout_pipe(m_process.get())));
-    const CharPtr line(g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr));
+    const GChars line(g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr));
     ASSERT_STREQ(line.get(), "hbbtv-receiver: ready");
 
     // A connection of the test's own, so that nothing of an earlier test arrives on it.
-    ErrorPtr error;
-    const CharPtr address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, Out(error)));
+    GErrorSlot error;
+    const GChars address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     ASSERT_TRUE(address);
     const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     m_connection.reset(
-        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, Out(error)));
+        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, error.out()));
     ASSERT_TRUE(m_connection);
     m_subscription = g_dbus_connection_signal_subscribe(m_connection.get(), Receiver::Names::Control, nullptr,
                                                         nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
@@ -155,8 +159,8 @@ void RunningReceiver::TearDown() {
     if (!m_process)
         return;
     g_subprocess_send_signal(m_process.get(), SIGTERM);
-    const CharPtr more(m_output ? g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr)
-                                : nullptr);
+    const GChars more(m_output ? g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr)
+                               : nullptr);
     EXPECT_EQ(more, nullptr) << "the receiver wrote more than one line: " << more.get();
     ASSERT_TRUE(g_subprocess_wait(m_process.get(), nullptr, nullptr));
     ASSERT_TRUE(g_subprocess_get_if_exited(m_process.get()));
@@ -166,12 +170,12 @@ void RunningReceiver::TearDown() {
 Answer RunningReceiver::call(const std::string& method, const std::string& arguments) {
     const auto target = targetOf(method);
     const auto tuple = parse(arguments);
-    ErrorPtr error;
+    GErrorSlot error;
     auto* reply =
         g_dbus_connection_call_sync(m_connection.get(), target.interface.c_str(), target.path,
                                     target.interface.c_str(), target.method.c_str(), tuple.get(), nullptr,
-                                    G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, Out(error));
-    return answerOf(reply, error.get());
+                                    G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, error.out());
+    return answerOf(reply, error);
 }
 
 Answer RunningReceiver::control(const std::string& method, const std::string& arguments) {
@@ -181,9 +185,9 @@ Answer RunningReceiver::control(const std::string& method, const std::string& ar
 void RunningReceiver::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
     const auto target = targetOf(method);
     const auto finish = [](GObject* source, GAsyncResult* result, gpointer user) {
-        ErrorPtr error;
-        auto* reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, Out(error));
-        *static_cast<Answer*>(user) = answerOf(reply, error.get());
+        GErrorSlot error;
+        auto* reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, error.out());
+        *static_cast<Answer*>(user) = answerOf(reply, error);
     };
     g_dbus_connection_call(m_connection.get(), target.interface.c_str(), target.path,
                            target.interface.c_str(), target.method.c_str(), parse(arguments).get(), nullptr,

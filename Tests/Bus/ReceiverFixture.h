@@ -7,11 +7,9 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 
 namespace ReceiverTest {
-
-using Receiver::VariantPtr;
 
 // A program that ran to its end.
 struct Ended {
@@ -28,8 +26,8 @@ struct Ended {
 [[nodiscard]] std::string writeFile(const std::string& name, const std::string& content);
 
 struct Answer {
-    VariantPtr value;   // null when the call failed
-    std::string error;  // without the "GDBus.Error:...: " before it
+    Host::GVariantHandle value;  // null when the call failed
+    std::string error;           // without the "GDBus.Error:...: " before it
 
     // The value as GVariant text, or the error after "error: ".
     [[nodiscard]] std::string text() const;
@@ -60,9 +58,9 @@ class RunningReceiver : public testing::Test {
     [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
 
  private:
-    Receiver::ObjectPtr<GSubprocess> m_process;
-    Receiver::ObjectPtr<GDataInputStream> m_output;
-    Receiver::ObjectPtr<GDBusConnection> m_connection;
+    Host::GObjectHandle<GSubprocess> m_process;
+    Host::GObjectHandle<GDataInputStream> m_output;
+    Host::GObjectHandle<GDBusConnection> m_connection;
     unsigned m_subscription = 0;
     std::vector<std::string> m_signals;
 };

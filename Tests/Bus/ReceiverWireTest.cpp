@@ -7,14 +7,14 @@
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 #include "Host/Receiver/Names.h"
 #include "Tests/Bus/ReceiverFixture.h"
 
 namespace {
 
-using Receiver::NodeInfoPtr;
-using Receiver::VariantPtr;
+using Host::GNodeInfo;
+using Host::GVariantHandle;
 
 struct WireTable {
     std::string interface;
@@ -212,28 +212,28 @@ GVariant* emptyValue(const std::string& type) {
                            nullptr, nullptr, nullptr);
 }
 
-VariantPtr emptyArguments(GDBusArgInfo** arguments) {
+GVariantHandle emptyArguments(GDBusArgInfo** arguments) {
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE_TUPLE);
     for (; arguments != nullptr && *arguments != nullptr; ++arguments) {
-        const VariantPtr value(g_variant_ref_sink(emptyValue((*arguments)->signature)));
+        const GVariantHandle value(g_variant_ref_sink(emptyValue((*arguments)->signature)));
         g_variant_builder_add_value(&builder, value.get());
     }
-    return VariantPtr(g_variant_ref_sink(g_variant_builder_end(&builder)));
+    return GVariantHandle(g_variant_ref_sink(g_variant_builder_end(&builder)));
 }
 
 class AReceiverOnTheWire : public ReceiverTest::RunningReceiver {
  protected:
     // What the object at the path says of itself.
-    NodeInfoPtr introspected(const char* destination, const char* path) {
-        const VariantPtr reply(g_dbus_connection_call_sync(
+    GNodeInfo introspected(const char* destination, const char* path) {
+        const GVariantHandle reply(g_dbus_connection_call_sync(
             connection(), destination, path, "org.freedesktop.DBus.Introspectable", "Introspect", nullptr,
             G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
         if (!reply)
             return nullptr;
         const char* xml = nullptr;
         g_variant_get(reply.get(), "(&s)", &xml);
-        return NodeInfoPtr(g_dbus_node_info_new_for_xml(xml, nullptr));
+        return GNodeInfo(g_dbus_node_info_new_for_xml(xml, nullptr));
     }
 };
 
@@ -273,12 +273,12 @@ TEST_F(AReceiverOnTheWire, AnswersEveryMethodWithTheRightTupleEvenToEmptyArgumen
         if (!std::string((*interface)->name).starts_with(Receiver::Names::Prefix))
             continue;
         for (auto** method = (*interface)->methods; *method != nullptr; ++method) {
-            Receiver::ErrorPtr error;
-            const VariantPtr reply(g_dbus_connection_call_sync(
+            Host::GErrorSlot error;
+            const GVariantHandle reply(g_dbus_connection_call_sync(
                 connection(), (*interface)->name, Receiver::Names::ObjectPath, (*interface)->name,
                 (*method)->name, emptyArguments((*method)->in_args).get(), nullptr, G_DBUS_CALL_FLAGS_NONE,
-                -1, nullptr, Receiver::Out(error)));
-            ASSERT_TRUE(reply) << (*interface)->name << "." << (*method)->name << ": " << error->message;
+                -1, nullptr, error.out()));
+            ASSERT_TRUE(reply) << (*interface)->name << "." << (*method)->name << ": " << error.message();
             EXPECT_EQ(g_variant_get_type_string(reply.get()), tupleOf((*method)->out_args))
                 << (*method)->name;
             ++answered;
@@ -289,7 +289,7 @@ TEST_F(AReceiverOnTheWire, AnswersEveryMethodWithTheRightTupleEvenToEmptyArgumen
     // One door: each of these calls, and nothing else, is in the log.
     const auto calls = control("GetCalls");
     ASSERT_TRUE(calls.value);
-    const VariantPtr list(g_variant_get_child_value(calls.value.get(), 0));
+    const GVariantHandle list(g_variant_get_child_value(calls.value.get(), 0));
     EXPECT_EQ(g_variant_n_children(list.get()), 121u);
 }
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <optional>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 
 namespace Receiver {
 
@@ -21,7 +21,7 @@ std::string pathOf(const std::string& url) {
     const auto from =
         authority == std::string::npos ? 0 : (slash == std::string::npos ? url.size() : slash + 1);
     const auto path = url.substr(from, url.find_first_of("?#", from) - from);
-    const CharPtr decoded(g_uri_unescape_string(path.c_str(), nullptr));
+    const Host::GChars decoded(g_uri_unescape_string(path.c_str(), nullptr));
     return decoded ? decoded.get() : std::string();
 }
 

@@ -1,5 +1,5 @@
-// The receiver's world as the scenario file describes it. The file's keys stand in Scenario.cpp and, for a
-// reader, in Host/Receiver/README.md.
+// The receiver's world as the scenario file describes it. The keys of the file stand in Scenario.cpp;
+// Examples/scenarios/default.json shows them in use.
 #pragma once
 
 #include <cstdint>

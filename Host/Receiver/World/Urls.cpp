@@ -5,7 +5,7 @@
 
 #include <glib.h>
 
-#include "Host/Receiver/GLibHandles.h"
+#include "Host/Inc/GHandles.h"
 
 namespace Receiver {
 
@@ -92,20 +92,24 @@ std::string originOf(const std::string& url) {
         return "file://";
     if (scheme != "http" && scheme != "https" && scheme != "dvb")
         return {};
-    CharPtr rawHost;
+    char* rawHost = nullptr;
     int port = -1;
     const auto flags = static_cast<GUriFlags>(G_URI_FLAGS_PARSE_RELAXED | G_URI_FLAGS_ENCODED_PATH |
                                               G_URI_FLAGS_ENCODED_QUERY | G_URI_FLAGS_ENCODED_FRAGMENT);
-    const bool parsed =
-        g_uri_split_network(url.c_str(), flags, nullptr, Out(rawHost), &port, nullptr) != FALSE;
-    const std::string host = parsed && rawHost ? lowerCase(rawHost.get()) : std::string();
+    (void)g_uri_split_network(url.c_str(), flags, nullptr, &rawHost, &port, nullptr);
+    const Host::GChars givenHost(rawHost);
+    const std::string host = givenHost ? lowerCase(givenHost.get()) : std::string();
     if (host.empty())
         return {};
     if (port == -1)
         port = defaultPort(scheme);
+    std::string origin = scheme;
+    origin.append("://");
     const bool isIpv6 = host.find(':') != std::string::npos;
-    return scheme + "://" + (isIpv6 ? "[" + host + "]" : host) +
-           (port == -1 ? "" : ":" + std::to_string(port));
+    origin.append(isIpv6 ? "[" : "").append(host).append(isIpv6 ? "]" : "");
+    if (port != -1)
+        origin.append(":").append(std::to_string(port));
+    return origin;
 }
 
 std::optional<DvbService> parseDvbService(const std::string& url) {
