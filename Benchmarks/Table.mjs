@@ -33,7 +33,7 @@ const load = read('page-load.json');
 const inProcess = (name) => ({ value: median(times(bindings, name, 'cpu_time')), unit: 'ns' });
 const overBus = (name) => ({ value: median(times(remote, `${name}/real_time`, 'real_time')) / 1000, unit: 'us' });
 const bytes = (value) => ({ value, unit: 'B' });
-const milliseconds = (values) => ({ value: median(values), unit: 'ms' });
+const milliseconds = (repetitions, what) => ({ value: median(repetitions.map((times) => times[what])), unit: 'ms' });
 
 // What is compared, ours, the yardstick, the largest ratio that is accepted.
 const rows = [
@@ -47,7 +47,8 @@ const rows = [
   ['event to 10 listeners / bare calls, object by hand', inProcess('DispatchToListeners'), inProcess('CallBare/hand'), 1.5],
   ['event to 10 listeners / bare calls, empty object', inProcess('DispatchToListeners'), inProcess('CallBare/plain'), null],
   ['DAE client call / bare generated call', overBus('ClientCall'), overBus('BareCall'), 1.05],
-  ['page of 1,000 elements, with bundle / without', milliseconds(load.with), milliseconds(load.without), 1.1],
+  ['page of 1,000 elements on screen, with bundle / without', milliseconds(load.with, 'shown'), milliseconds(load.without, 'shown'), 1.1],
+  ['its load event, with bundle / without', milliseconds(load.with, 'loaded'), milliseconds(load.without, 'loaded'), 1.1],
   ['memory of a live object, generated / by hand', bytes(memory.binding), bytes(memory.hand), null],
 ];
 
