@@ -11,7 +11,7 @@ import { violations } from './check-rooms.mjs';
 
 const here = path.dirname(fileURLToPath(import.meta.url));
 const root = path.join(here, '../..');
-const build = process.env.HBBTV_BUILD ?? path.join(root, 'build/release');
+const build = path.resolve(root, process.env.HBBTV_BUILD_DIR ?? 'build/release');
 const { rooms } = JSON.parse(readFileSync(path.join(here, 'rooms.json'), 'utf8'));
 
 // Source files below the tree's own folders, as paths from the source root.

@@ -7,7 +7,7 @@ import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 const root = path.join(path.dirname(fileURLToPath(import.meta.url)), '../..');
-const build = process.env.HBBTV_BUILD ?? path.join(root, 'build/release');
+const build = path.resolve(root, process.env.HBBTV_BUILD_DIR ?? 'build/release');
 
 const hostFunctions = [
   'WKBundleAddUserScript', 'WKBundleFrameGetJavaScriptContext', 'WKBundleFrameIsMainFrame',

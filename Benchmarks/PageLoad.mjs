@@ -1,0 +1,64 @@
+// Loads a page of 1,000 elements in the shell, with the bundle and without it, by turns. Prints JSON: the times of each
+// repetition in milliseconds.
+import { Television } from '../Tests/Browser/Harness/television.mjs';
+
+const elements = 1000;
+const repetitions = 15;
+// The page's clock counts whole milliseconds, so that one load alone would be too coarse.
+const loadsPerRepetition = 6;
+
+function page() {
+  const rows = Array.from({ length: elements / 4 }, (_, i) =>
+    `<div class="row"><span>Programme ${i}</span><b>20:15</b><p>What it is about, in one line.</p></div>`);
+  return `<!DOCTYPE html><meta charset="utf-8"><title>Guide</title>
+    <style>.row { display: inline-block; width: 300px; margin: 2px; font: 12px sans-serif; }</style>
+    <body>${rows.join('\n')}
+    <script>
+      addEventListener('load', () => requestAnimationFrame(() => requestAnimationFrame(() => {
+        window.shown = performance.now();
+      })));
+    </script></body>`;
+}
+
+// Milliseconds from the start of the navigation: until the load event is over, and until the frame is on the screen.
+async function load(television) {
+  await television.show('guide.html', page());
+  await television.browser.waitFor('the page is on the screen', () => window.shown);
+  return television.browser.run(() => {
+    const [entry] = performance.getEntriesByType('navigation');
+    return { loaded: entry.loadEventEnd - entry.startTime, shown: window.shown };
+  });
+}
+
+async function repetition(television) {
+  const mean = { loaded: 0, shown: 0 };
+  for (let i = 0; i < loadsPerRepetition; i++) {
+    const times = await load(television);
+    for (const what in mean) mean[what] += times[what] / loadsPerRepetition;
+  }
+  return mean;
+}
+
+// As shipped: what is not logged is not formatted either.
+process.env.HBBTV_LOG_LEVEL = 'warning';
+const televisions = [];
+try {
+  const withBundle = await Television.start();
+  televisions.push(withBundle);
+  const without = await Television.start();
+  televisions.push(without);
+  without.workplace.env.HBBTV_BUNDLE = '';
+  await without.startShell([]);
+
+  const result = { with: [], without: [] };
+  for (const television of televisions) await repetition(television);
+  const hasBundle = await Promise.all(televisions.map(({ browser }) => browser.run(() => 'oipfObjectFactory' in window)));
+  if (!hasBundle[0] || hasBundle[1]) throw new Error(`the bundle is in the wrong shell: ${hasBundle}`);
+  for (let i = 0; i < repetitions; i++) {
+    result.with.push(await repetition(withBundle));
+    result.without.push(await repetition(without));
+  }
+  console.log(JSON.stringify(result));
+} finally {
+  for (const television of televisions) await television.close();
+}

@@ -1,0 +1,41 @@
+// A script context for measurements: one context, loops compiled once and called often.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <string>
+
+#include "InjectedBundle/Src/JSHandles.h"
+
+namespace Benchmarks {
+
+class Script {
+   public:
+    Script() : m_context(JSGlobalContextCreate(nullptr)) {}
+    Script(const Script&) = delete;
+    Script& operator=(const Script&) = delete;
+    ~Script() { JSGlobalContextRelease(m_context); }
+
+    [[nodiscard]] JSGlobalContextRef Context() const { return m_context; }
+
+    // The value of an expression that is a function. It stays alive with the context.
+    [[nodiscard]] JSObjectRef Function(const std::string& expression) {
+        const OipfJavaScript::JSStringHandle source(("(" + expression + ")").c_str());
+        const JSValueRef value = JSEvaluateScript(m_context, source.Get(), nullptr, nullptr, 1, nullptr);
+        JSObjectRef function = JSValueToObject(m_context, value, nullptr);
+        Keep(function);
+        return function;
+    }
+
+    // Makes the value reachable from the global object.
+    void Keep(JSValueRef value) {
+        const OipfJavaScript::JSStringHandle name(("kept" + std::to_string(m_kept++)).c_str());
+        JSObjectSetProperty(m_context, JSContextGetGlobalObject(m_context), name.Get(), value, 0, nullptr);
+    }
+
+   private:
+    JSGlobalContextRef m_context;
+    int m_kept = 0;
+};
+
+}  // namespace Benchmarks

@@ -1,0 +1,69 @@
+// Reads what the benchmark programs have written and prints one table of ratios; each is the median of repetitions
+// that were taken by turns. Ends with 1 when a ratio is over its goal.
+//
+//     node Table.mjs FOLDER     with bindings.json, remote-calls.json, memory.json, page-load.json
+import { readFileSync } from 'node:fs';
+import path from 'node:path';
+
+const folder = process.argv[2];
+const read = (name) => JSON.parse(readFileSync(path.join(folder, name), 'utf8'));
+
+function median(numbers) {
+  const sorted = [...numbers].sort((a, b) => a - b);
+  const middle = sorted.length >> 1;
+  return sorted.length % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
+}
+
+// Nanoseconds for each item of a Google Benchmark case, one number a repetition.
+function times(report, name, clock) {
+  const runs = report.benchmarks.filter((run) => run.run_type === 'iteration' && run.run_name === name);
+  const failed = runs.find((run) => run.error_occurred);
+  if (!runs.length || failed) throw new Error(`${name}: ${failed?.error_message ?? 'was not run'}`);
+  return runs.map((run) => run[clock] / (run.items_per_second ? itemsPerIteration(run) : 1));
+}
+
+function itemsPerIteration(run) {
+  return Math.round(run.items_per_second * run.cpu_time * 1e-9);
+}
+
+const bindings = read('bindings.json');
+const remote = read('remote-calls.json');
+const memory = read('memory.json');
+const load = read('page-load.json');
+const inProcess = (name) => ({ value: median(times(bindings, name, 'cpu_time')), unit: 'ns' });
+const overBus = (name) => ({ value: median(times(remote, `${name}/real_time`, 'real_time')) / 1000, unit: 'us' });
+const bytes = (value) => ({ value, unit: 'B' });
+const milliseconds = (repetitions, what) => ({ value: median(repetitions.map((times) => times[what])), unit: 'ms' });
+
+// What is compared, ours, the yardstick, the largest ratio that is accepted.
+const rows = [
+  ['property read, generated / by hand', inProcess('Read/binding'), inProcess('Read/hand'), 1.15],
+  ['property write, generated / by hand', inProcess('Write/binding'), inProcess('Write/hand'), 1.15],
+  ['method call, generated / by hand', inProcess('Call/binding'), inProcess('Call/hand'), 1.15],
+  ['object creation, generated / by hand', inProcess('MakeObjects/binding'), inProcess('MakeObjects/hand'), 1.15],
+  ['property read, 40 members / 2', inProcess('Read/many'), inProcess('Read/binding'), 1.1],
+  ['property write, 40 members / 2', inProcess('Write/many'), inProcess('Write/binding'), 1.1],
+  ['method call, 40 members / 2', inProcess('Call/many'), inProcess('Call/binding'), 1.1],
+  ['event to 10 listeners / bare calls, object by hand', inProcess('DispatchToListeners'), inProcess('CallBare/hand'), 1.5],
+  ['event to 10 listeners / bare calls, empty object', inProcess('DispatchToListeners'), inProcess('CallBare/plain'), null],
+  ['DAE client call / bare generated call', overBus('ClientCall'), overBus('BareCall'), 1.05],
+  ['page of 1,000 elements on screen, with bundle / without', milliseconds(load.with, 'shown'), milliseconds(load.without, 'shown'), 1.1],
+  ['its load event, with bundle / without', milliseconds(load.with, 'loaded'), milliseconds(load.without, 'loaded'), 1.1],
+  ['memory of a live object, generated / by hand', bytes(memory.binding), bytes(memory.hand), null],
+];
+
+const shown = ({ value, unit }) => `${value.toFixed(value < 100 ? 1 : 0)} ${unit}`;
+const width = Math.max(...rows.map(([name]) => name.length));
+const line = (name, ...cells) => console.log([name.padEnd(width), ...cells.map((cell) => cell.padStart(10))].join('  '));
+
+let over = 0;
+line('', 'ours', 'yardstick', 'ratio', 'goal', '');
+for (const [name, ours, yardstick, goal] of rows) {
+  const ratio = ours.value / yardstick.value;
+  // What the table shows is what is judged.
+  const isOver = goal !== null && Number(ratio.toFixed(2)) > goal;
+  if (isOver) over++;
+  line(name, shown(ours), shown(yardstick), ratio.toFixed(2), goal === null ? '-' : `<= ${goal.toFixed(2)}`,
+    goal === null ? '' : isOver ? 'over' : 'ok');
+}
+process.exitCode = over ? 1 : 0;
