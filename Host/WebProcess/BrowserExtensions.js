@@ -3,6 +3,12 @@
 (() => {
     'use strict';
 
+    // A page may put its own things in these places.
+    const {
+        CustomEvent, Document, Event, EventTarget, HTMLObjectElement, HTMLParamElement, IntersectionObserver,
+        MutationObserver, ResizeObserver, requestAnimationFrame,
+    } = window;
+
     function define(object, name, value) {
         Object.defineProperty(object, name, { value, writable: true, enumerable: false, configurable: true });
     }
@@ -97,52 +103,59 @@
     let checkPending = false;
     let resizes = null;
 
-    // In pixels of the whole page's viewport, as far as the frames around belong to the same origin.
-    function boxOf(hole) {
-        const rect = hole.getBoundingClientRect();
-        let { left, top } = rect;
+    // Where the hole is in the viewport of the whole page, as far as the frames around are of the same origin: else
+    // in that of the outermost frame that is.
+    function placeOf(hole) {
+        const { left, top, width, height } = hole.getBoundingClientRect();
+        const place = { left, top, width, height, view: window };
         try {
-            for (let frame = window.frameElement; frame; frame = frame.ownerDocument.defaultView.frameElement) {
+            for (let frame = window.frameElement; frame; frame = place.view.frameElement) {
                 const outer = frame.getBoundingClientRect();
-                left += outer.left + frame.clientLeft;
-                top += outer.top + frame.clientTop;
+                place.left += outer.left + frame.clientLeft;
+                place.top += outer.top + frame.clientTop;
+                place.view = frame.ownerDocument.defaultView;
             }
         } catch {
-            // A frame of another origin; its own viewport has to do.
+            // A frame of another origin around.
         }
-        if (rect.width === 0 || rect.height === 0) {
+        return place;
+    }
+
+    function boxOf({ left, top, width, height }) {
+        if (width === 0 || height === 0) {
             return { x: 0, y: 0, width: 0, height: 0 };
         }
         const x = Math.round(left);
         const y = Math.round(top);
-        return { x, y, width: Math.round(left + rect.width) - x, height: Math.round(top + rect.height) - y };
+        return { x, y, width: Math.round(left + width) - x, height: Math.round(top + height) - y };
     }
 
     // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so that every
     // move, whatever its cause, changes how much of the hole is inside.
-    function watchPlace(hole, threshold = 1) {
+    function watchPlace(hole, place, threshold = 1) {
         const state = holes.get(hole);
         if (state.mover) {
             state.mover.disconnect();
         }
-        const rect = hole.getBoundingClientRect();
-        const width = window.innerWidth;
-        const height = window.innerHeight;
-        const outside = rect.right <= 0 || rect.bottom <= 0 || rect.left >= width || rect.top >= height;
-        const insets = outside ? [0, 0, 0, 0] : [rect.top, width - rect.right, height - rect.bottom, rect.left];
+        const { innerWidth, innerHeight } = place.view;
+        const right = innerWidth - (place.left + place.width);
+        const bottom = innerHeight - (place.top + place.height);
+        const outside = place.left >= innerWidth || place.top >= innerHeight || right >= innerWidth
+            || bottom >= innerHeight;
+        const insets = outside ? [0, 0, 0, 0] : [place.top, right, bottom, place.left];
         let isFirst = true;
         state.mover = new IntersectionObserver(entries => {
             const ratio = entries[entries.length - 1].intersectionRatio;
-            if (isFirst) {
-                isFirst = false;
-                if (!outside && ratio !== threshold) {
-                    watchPlace(hole, Math.min(1, ratio) || 1e-7);
-                }
+            if (!isFirst) {
+                schedule();
                 return;
             }
-            schedule();
+            isFirst = false;
+            if (!outside && ratio !== threshold) {
+                watchPlace(hole, place, Math.min(1, ratio) || 1e-7);
+            }
         }, {
-            root: window === window.top ? null : document,
+            root: place.view === window.top ? null : place.view.document,
             rootMargin: insets.map(inset => `${-Math.floor(inset)}px`).join(' '),
             threshold: outside ? 0 : threshold,
         });
@@ -159,12 +172,13 @@
     function check() {
         checkPending = false;
         for (const [hole, state] of Array.from(holes)) {
-            const box = boxOf(hole);
+            const place = placeOf(hole);
+            const box = boxOf(place);
             // Out of the document, or not rendered; it begins anew when it is again.
             if (hole.getClientRects().length === 0) {
                 forget(hole);
             } else {
-                watchPlace(hole);
+                watchPlace(hole, place);
             }
             if (['x', 'y', 'width', 'height'].some(name => box[name] !== state.box[name])) {
                 state.box = box;
