@@ -1,5 +1,5 @@
-// What a television's browser has and WebKitGTK has not. Runs in every frame before any other script; nothing of it is
-// enumerable, and a page that uses none of it pays for a few listeners that never fire.
+// What a television's browser has and WebKitGTK has not. Runs in every frame before any other script; nothing
+// of it is enumerable, and a page that uses none of it pays for a few listeners that never fire.
 (() => {
     'use strict';
 
@@ -13,8 +13,8 @@
         Object.defineProperty(object, name, { value, writable: true, enumerable: false, configurable: true });
     }
 
-    // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements belong to
-    // no namespace; to a television they are XHTML.
+    // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements
+    // belong to no namespace; to a television they are XHTML.
     const applicationType = 'application/vnd.hbbtv.xhtml+xml';
     if (document.contentType === applicationType) {
         const { createElement, createElementNS } = Document.prototype;
@@ -48,7 +48,12 @@
             const value = name === 'addEventListener' || name === 'removeEventListener'
                 ? forwardListener(internal, name)
                 : internal[name].bind(internal);
-            Object.defineProperty(element, name, { value, writable: true, enumerable: true, configurable: true });
+            Object.defineProperty(element, name, {
+                value,
+                writable: true,
+                enumerable: true,
+                configurable: true,
+            });
             return;
         }
         Object.defineProperty(element, name, {
@@ -65,7 +70,9 @@
         const observer = new MutationObserver(records => {
             const isParam = node => node instanceof HTMLParamElement && node.parentNode === element;
             const changed = records.some(record =>
-                record.type === 'childList' ? Array.from(record.addedNodes).some(isParam) : isParam(record.target));
+                record.type === 'childList'
+                    ? Array.from(record.addedNodes).some(isParam)
+                    : isParam(record.target));
             if (changed) {
                 element.dispatchEvent(new Event('webkitobjectparamadded', { bubbles: true }));
             }
@@ -79,7 +86,7 @@
         return observer;
     }
 
-    define(HTMLObjectElement.prototype, 'webkitSetInternalObject', function webkitSetInternalObject(internal) {
+    define(HTMLObjectElement.prototype, 'webkitSetInternalObject', function (internal) {
         const former = presentations.get(this);
         if (former) {
             former.observer.disconnect();
@@ -103,8 +110,8 @@
     let checkPending = false;
     let resizes = null;
 
-    // Where the hole is in the viewport of the whole page, as far as the frames around are of the same origin: else
-    // in that of the outermost frame that is.
+    // Where the hole is in the viewport of the whole page, as far as the frames around are of the same
+    // origin: else in that of the outermost frame that is.
     function placeOf(hole) {
         const { left, top, width, height } = hole.getBoundingClientRect();
         const place = { left, top, width, height, view: window };
@@ -130,8 +137,8 @@
         return { x, y, width: Math.round(left + width) - x, height: Math.round(top + height) - y };
     }
 
-    // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so that every
-    // move, whatever its cause, changes how much of the hole is inside.
+    // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so
+    // that every move, whatever its cause, changes how much of the hole is inside.
     function watchPlace(hole, place, threshold = 1) {
         const state = holes.get(hole);
         if (state.mover) {
@@ -214,8 +221,8 @@
         }
     }
 
-    // The shell's style sheet animates holes, so that one that appears announces itself and pages without any need
-    // not be watched.
+    // The shell's style sheet animates holes, so that one that appears announces itself and pages without any
+    // need not be watched.
     window.addEventListener('animationstart', event => {
         if (event.animationName === '-hbbtv-hole') {
             event.stopImmediatePropagation();
@@ -223,22 +230,24 @@
         }
     }, true);
 
-    // Keys that only a remote control has. The shell sends them as keyboard events of a private character, so that
-    // they keep their order and find the focus like all others; here they get their code.
+    // Keys that only a remote control has. The shell sends them as keyboard events of a private character, so
+    // that they keep their order and find the focus like all others; here they get their code.
 
     const firstPrivateCharacter = 0xe000;
     const keyNames = {
-        403: 'ColorF0Red', 404: 'ColorF1Green', 405: 'ColorF2Yellow', 406: 'ColorF3Blue', 412: 'MediaRewind',
-        413: 'MediaStop', 415: 'MediaPlay', 416: 'MediaRecord', 417: 'MediaFastForward', 424: 'MediaTrackPrevious',
-        425: 'MediaTrackNext', 427: 'ChannelUp', 428: 'ChannelDown', 447: 'AudioVolumeUp', 448: 'AudioVolumeDown',
-        449: 'AudioVolumeMute', 457: 'Info', 458: 'Guide', 459: 'Teletext', 460: 'Subtitle', 461: 'GoBack',
-        462: 'ContextMenu', 463: 'MediaPlayPause',
+        403: 'ColorF0Red', 404: 'ColorF1Green', 405: 'ColorF2Yellow', 406: 'ColorF3Blue',
+        412: 'MediaRewind', 413: 'MediaStop', 415: 'MediaPlay', 416: 'MediaRecord',
+        417: 'MediaFastForward', 424: 'MediaTrackPrevious', 425: 'MediaTrackNext', 427: 'ChannelUp',
+        428: 'ChannelDown', 447: 'AudioVolumeUp', 448: 'AudioVolumeDown', 449: 'AudioVolumeMute',
+        457: 'Info', 458: 'Guide', 459: 'Teletext', 460: 'Subtitle', 461: 'GoBack', 462: 'ContextMenu',
+        463: 'MediaPlayPause',
     };
     let lastKeyEvent = null; // Kept so that what is defined on it is there for every listener.
 
     function remoteKeyCode(event) {
         const character = event.isTrusted && event.key.length === 1 ? event.key.charCodeAt(0) : 0;
-        return character > firstPrivateCharacter && character < 0xf900 ? character - firstPrivateCharacter : 0;
+        const keyCode = character - firstPrivateCharacter;
+        return keyCode > 0 && character <= 0xf8ff ? keyCode : 0;
     }
 
     function giveRemoteCode(event) {
