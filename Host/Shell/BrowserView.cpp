@@ -54,13 +54,11 @@ BrowserView::~BrowserView() {
 }
 
 void BrowserView::load(const std::string& url) {
-    m_ownPage = false;
     m_requestedUrl = url;
     webkit_web_view_load_uri(m_view.get(), url.c_str());
 }
 
 void BrowserView::reload() {
-    m_ownPage = false;
     webkit_web_view_reload(m_view.get());
 }
 
@@ -69,12 +67,12 @@ void BrowserView::showInspector() {
 }
 
 void BrowserView::showPlainPage() {
-    m_ownPage = true;
+    m_ownPageRequested = true;
     webkit_web_view_load_html(m_view.get(), plainPage().c_str(), nullptr);
 }
 
 void BrowserView::showError(const std::string& url, const std::string& reason) {
-    m_ownPage = true;
+    m_ownPageRequested = true;
     webkit_web_view_load_alternate_html(m_view.get(), errorPage(url, reason).c_str(), url.c_str(), nullptr);
 }
 
@@ -94,6 +92,7 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
     switch (event) {
         case WEBKIT_LOAD_STARTED:
             view.m_provisional = true;
+            view.m_ownPage = std::exchange(view.m_ownPageRequested, false);
             break;
         case WEBKIT_LOAD_COMMITTED:
             view.m_provisional = false;
@@ -140,7 +139,7 @@ gboolean BrowserView::onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* 
 void BrowserView::onUriChanged(WebKitWebView*, GParamSpec*, gpointer self) {
     auto& view = *static_cast<BrowserView*>(self);
     // A load that has only started may still fail or become a download.
-    if (view.m_provisional || view.m_ownPage || view.url() == view.m_reportedUrl)
+    if (view.m_provisional || view.m_ownPage || view.m_ownPageRequested || view.url() == view.m_reportedUrl)
         return;
     view.m_reportedUrl = view.url();
     view.m_listener.viewDidChangeUrl(view);

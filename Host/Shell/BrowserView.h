@@ -73,6 +73,7 @@ class BrowserView {
     std::string m_requestedUrl;  // Until the first page of a load() has come.
     std::string m_reportedUrl;
     // Loads of the shell's own pages (errors, the plain page) are nobody's business.
+    bool m_ownPageRequested = false;
     bool m_ownPage = false;
     bool m_provisional = false;
 };

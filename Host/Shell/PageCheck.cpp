@@ -30,7 +30,8 @@ constexpr char kVerdictScript[] = R"(
 )";
 
 constexpr char kFramesScript[] = R"(
-    return new Promise(resolve => requestAnimationFrame(() => requestAnimationFrame(() => resolve('settled'))));
+    return new Promise(resolve =>
+        requestAnimationFrame(() => requestAnimationFrame(() => resolve('settled'))));
 )";
 
 }  // namespace

@@ -1,14 +1,20 @@
-// What a television's browser has and WebKitGTK has not. Runs in every frame before any other script; nothing of it is
-// enumerable, and a page that uses none of it pays for a few listeners that never fire.
+// What a television's browser has and WebKitGTK has not. Runs in every frame before any other script; nothing
+// of it is enumerable, and a page that uses none of it pays for a few listeners that never fire.
 (() => {
     'use strict';
+
+    // A page may put its own things in these places.
+    const {
+        CustomEvent, Document, Event, EventTarget, HTMLObjectElement, HTMLParamElement, IntersectionObserver,
+        MutationObserver, ResizeObserver, requestAnimationFrame,
+    } = window;
 
     function define(object, name, value) {
         Object.defineProperty(object, name, { value, writable: true, enumerable: false, configurable: true });
     }
 
-    // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements belong to
-    // no namespace; to a television they are XHTML.
+    // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements
+    // belong to no namespace; to a television they are XHTML.
     const applicationType = 'application/vnd.hbbtv.xhtml+xml';
     if (document.contentType === applicationType) {
         const { createElement, createElementNS } = Document.prototype;
@@ -42,7 +48,12 @@
             const value = name === 'addEventListener' || name === 'removeEventListener'
                 ? forwardListener(internal, name)
                 : internal[name].bind(internal);
-            Object.defineProperty(element, name, { value, writable: true, enumerable: true, configurable: true });
+            Object.defineProperty(element, name, {
+                value,
+                writable: true,
+                enumerable: true,
+                configurable: true,
+            });
             return;
         }
         Object.defineProperty(element, name, {
@@ -59,7 +70,9 @@
         const observer = new MutationObserver(records => {
             const isParam = node => node instanceof HTMLParamElement && node.parentNode === element;
             const changed = records.some(record =>
-                record.type === 'childList' ? Array.from(record.addedNodes).some(isParam) : isParam(record.target));
+                record.type === 'childList'
+                    ? Array.from(record.addedNodes).some(isParam)
+                    : isParam(record.target));
             if (changed) {
                 element.dispatchEvent(new Event('webkitobjectparamadded', { bubbles: true }));
             }
@@ -73,7 +86,7 @@
         return observer;
     }
 
-    define(HTMLObjectElement.prototype, 'webkitSetInternalObject', function webkitSetInternalObject(internal) {
+    define(HTMLObjectElement.prototype, 'webkitSetInternalObject', function (internal) {
         const former = presentations.get(this);
         if (former) {
             former.observer.disconnect();
@@ -97,52 +110,59 @@
     let checkPending = false;
     let resizes = null;
 
-    // In pixels of the whole page's viewport, as far as the frames around belong to the same origin.
-    function boxOf(hole) {
-        const rect = hole.getBoundingClientRect();
-        let { left, top } = rect;
+    // Where the hole is in the viewport of the whole page, as far as the frames around are of the same
+    // origin: else in that of the outermost frame that is.
+    function placeOf(hole) {
+        const { left, top, width, height } = hole.getBoundingClientRect();
+        const place = { left, top, width, height, view: window };
         try {
-            for (let frame = window.frameElement; frame; frame = frame.ownerDocument.defaultView.frameElement) {
+            for (let frame = window.frameElement; frame; frame = place.view.frameElement) {
                 const outer = frame.getBoundingClientRect();
-                left += outer.left + frame.clientLeft;
-                top += outer.top + frame.clientTop;
+                place.left += outer.left + frame.clientLeft;
+                place.top += outer.top + frame.clientTop;
+                place.view = frame.ownerDocument.defaultView;
             }
         } catch {
-            // A frame of another origin; its own viewport has to do.
+            // A frame of another origin around.
         }
-        if (rect.width === 0 || rect.height === 0) {
+        return place;
+    }
+
+    function boxOf({ left, top, width, height }) {
+        if (width === 0 || height === 0) {
             return { x: 0, y: 0, width: 0, height: 0 };
         }
         const x = Math.round(left);
         const y = Math.round(top);
-        return { x, y, width: Math.round(left + rect.width) - x, height: Math.round(top + rect.height) - y };
+        return { x, y, width: Math.round(left + width) - x, height: Math.round(top + height) - y };
     }
 
-    // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so that every
-    // move, whatever its cause, changes how much of the hole is inside.
-    function watchPlace(hole, threshold = 1) {
+    // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so
+    // that every move, whatever its cause, changes how much of the hole is inside.
+    function watchPlace(hole, place, threshold = 1) {
         const state = holes.get(hole);
         if (state.mover) {
             state.mover.disconnect();
         }
-        const rect = hole.getBoundingClientRect();
-        const width = window.innerWidth;
-        const height = window.innerHeight;
-        const outside = rect.right <= 0 || rect.bottom <= 0 || rect.left >= width || rect.top >= height;
-        const insets = outside ? [0, 0, 0, 0] : [rect.top, width - rect.right, height - rect.bottom, rect.left];
+        const { innerWidth, innerHeight } = place.view;
+        const right = innerWidth - (place.left + place.width);
+        const bottom = innerHeight - (place.top + place.height);
+        const outside = place.left >= innerWidth || place.top >= innerHeight || right >= innerWidth
+            || bottom >= innerHeight;
+        const insets = outside ? [0, 0, 0, 0] : [place.top, right, bottom, place.left];
         let isFirst = true;
         state.mover = new IntersectionObserver(entries => {
             const ratio = entries[entries.length - 1].intersectionRatio;
-            if (isFirst) {
-                isFirst = false;
-                if (!outside && ratio !== threshold) {
-                    watchPlace(hole, Math.min(1, ratio) || 1e-7);
-                }
+            if (!isFirst) {
+                schedule();
                 return;
             }
-            schedule();
+            isFirst = false;
+            if (!outside && ratio !== threshold) {
+                watchPlace(hole, place, Math.min(1, ratio) || 1e-7);
+            }
         }, {
-            root: window === window.top ? null : document,
+            root: place.view === window.top ? null : place.view.document,
             rootMargin: insets.map(inset => `${-Math.floor(inset)}px`).join(' '),
             threshold: outside ? 0 : threshold,
         });
@@ -159,12 +179,13 @@
     function check() {
         checkPending = false;
         for (const [hole, state] of Array.from(holes)) {
-            const box = boxOf(hole);
+            const place = placeOf(hole);
+            const box = boxOf(place);
             // Out of the document, or not rendered; it begins anew when it is again.
             if (hole.getClientRects().length === 0) {
                 forget(hole);
             } else {
-                watchPlace(hole);
+                watchPlace(hole, place);
             }
             if (['x', 'y', 'width', 'height'].some(name => box[name] !== state.box[name])) {
                 state.box = box;
@@ -200,8 +221,8 @@
         }
     }
 
-    // The shell's style sheet animates holes, so that one that appears announces itself and pages without any need
-    // not be watched.
+    // The shell's style sheet animates holes, so that one that appears announces itself and pages without any
+    // need not be watched.
     window.addEventListener('animationstart', event => {
         if (event.animationName === '-hbbtv-hole') {
             event.stopImmediatePropagation();
@@ -209,22 +230,24 @@
         }
     }, true);
 
-    // Keys that only a remote control has. The shell sends them as keyboard events of a private character, so that
-    // they keep their order and find the focus like all others; here they get their code.
+    // Keys that only a remote control has. The shell sends them as keyboard events of a private character, so
+    // that they keep their order and find the focus like all others; here they get their code.
 
     const firstPrivateCharacter = 0xe000;
     const keyNames = {
-        403: 'ColorF0Red', 404: 'ColorF1Green', 405: 'ColorF2Yellow', 406: 'ColorF3Blue', 412: 'MediaRewind',
-        413: 'MediaStop', 415: 'MediaPlay', 416: 'MediaRecord', 417: 'MediaFastForward', 424: 'MediaTrackPrevious',
-        425: 'MediaTrackNext', 427: 'ChannelUp', 428: 'ChannelDown', 447: 'AudioVolumeUp', 448: 'AudioVolumeDown',
-        449: 'AudioVolumeMute', 457: 'Info', 458: 'Guide', 459: 'Teletext', 460: 'Subtitle', 461: 'GoBack',
-        462: 'ContextMenu', 463: 'MediaPlayPause',
+        403: 'ColorF0Red', 404: 'ColorF1Green', 405: 'ColorF2Yellow', 406: 'ColorF3Blue',
+        412: 'MediaRewind', 413: 'MediaStop', 415: 'MediaPlay', 416: 'MediaRecord',
+        417: 'MediaFastForward', 424: 'MediaTrackPrevious', 425: 'MediaTrackNext', 427: 'ChannelUp',
+        428: 'ChannelDown', 447: 'AudioVolumeUp', 448: 'AudioVolumeDown', 449: 'AudioVolumeMute',
+        457: 'Info', 458: 'Guide', 459: 'Teletext', 460: 'Subtitle', 461: 'GoBack', 462: 'ContextMenu',
+        463: 'MediaPlayPause',
     };
     let lastKeyEvent = null; // Kept so that what is defined on it is there for every listener.
 
     function remoteKeyCode(event) {
         const character = event.isTrusted && event.key.length === 1 ? event.key.charCodeAt(0) : 0;
-        return character > firstPrivateCharacter && character < 0xf900 ? character - firstPrivateCharacter : 0;
+        const keyCode = character - firstPrivateCharacter;
+        return keyCode > 0 && character <= 0xf8ff ? keyCode : 0;
     }
 
     function giveRemoteCode(event) {
