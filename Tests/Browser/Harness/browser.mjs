@@ -2,7 +2,7 @@
 import { createServer } from "node:net";
 import { Executor, HttpClient } from "selenium-webdriver/http/index.js";
 import webdriver from "selenium-webdriver";
-import { waitFor } from "./wait.mjs";
+import { inTime, waitFor } from "./wait.mjs";
 
 async function freePort() {
   const probe = createServer();
@@ -29,7 +29,8 @@ export class Browser {
     await waitFor("WebKitWebDriver answers", () => answers(url));
     const capabilities = new webdriver.Capabilities({ "webkitgtk:browserOptions": { binary, args } });
     const driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
-    await driver.getSession();
+    // The driver program waits for ever for a browser that ended while it started.
+    await inTime("the browser starts", driver.getSession());
     await driver.manage().setTimeouts({ script: 20000, pageLoad: 20000, implicit: 0 });
     return new Browser(workplace, program, driver);
   }
@@ -60,7 +61,7 @@ export class Browser {
   }
 
   async close() {
-    await this.driver.quit().catch(() => {});
+    await inTime("the browser ends", this.driver.quit(), 20000).catch(() => {});
     await this.workplace.stop(this.program);
   }
 }

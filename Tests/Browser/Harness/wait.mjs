@@ -14,3 +14,16 @@ export async function waitFor(what, predicate, timeoutMs = 10000) {
     await pause(20);
   }
 }
+
+// Settles as the promise does, or rejects when that takes too long.
+export async function inTime(what, promise, timeoutMs = 60000) {
+  let timer;
+  const late = new Promise((_, reject) => {
+    timer = setTimeout(() => reject(new Error(`Waited ${timeoutMs} ms in vain: ${what}`)), timeoutMs);
+  });
+  try {
+    return await Promise.race([promise, late]);
+  } finally {
+    clearTimeout(timer);
+  }
+}

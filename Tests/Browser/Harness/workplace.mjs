@@ -51,8 +51,10 @@ export class Workplace {
       NO_AT_BRIDGE: "1",
       LIBGL_ALWAYS_SOFTWARE: "1"
     };
-    if (process.env.DISPLAY)
-      this.env.DISPLAY = process.env.DISPLAY;
+    for (const name of ["DISPLAY", "XAUTHORITY"]) {
+      if (process.env[name])
+        this.env[name] = process.env[name];
+    }
     process.once("exit", code => {
       this.#children.forEach(child => child.kill("SIGKILL"));
       if (code)
