@@ -31,9 +31,12 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
     const auto method = shortName(g_dbus_method_invocation_get_interface_name(raw),
                                   g_dbus_method_invocation_get_method_name(raw));
     const Host::GChars arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
-    const auto& call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
-    if (m_listener)
-        m_listener(call);
+    const auto call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
+    // A watcher hears of the call after it was answered, which the caller is waiting for.
+    const auto announce = [this, &call] {
+        if (m_listener)
+            m_listener(call);
+    };
 
     const auto found = m_treatments.find(method);
     const auto treatment = found == m_treatments.end() ? Treatment() : found->second;
@@ -48,8 +51,10 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
     };
     if (treatment.delayMs == 0) {
         finish();
+        announce();
         return;
     }
+    announce();
     if (m_waiting.size() >= largestNumberWaiting)
         finishFirst();
     const auto waiting = m_waiting.emplace(m_waiting.end(), m_timers);
