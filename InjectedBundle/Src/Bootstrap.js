@@ -386,8 +386,10 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
     _hbbtv_vantrel_finalized.delete(object);
     _hbbtv_vantrel_reflect(object, oipf);
     _hbbtv_vantrel_watch(object, oipf, plugin);
-    if (!_hbbtv_vantrel_inDocument(object))
+    if (!_hbbtv_vantrel_inDocument(object)) {
       _hbbtv_vantrel_anyLoose = true;
+      _hbbtv_vantrel_startObserver();
+    }
     if (plugin.visual) {
       oipf.setMimeType(_hbbtv_vantrel_typeOf(object));
       oipf.setAttributes(attributes);
@@ -515,9 +517,33 @@ function _hbbtv_vantrel_observe(queries) {
     _hbbtv_vantrel_report(_hbbtv_vantrel_known, present, _hbbtv_vantrel_passers(records));
   };
   _hbbtv_vantrel_known.clear();
-  new MutationObserver(look).observe(document,
-    { childList: true, subtree: true, attributes: true, attributeFilter: ["type"] });
-  look([]);
+  _hbbtv_vantrel_startObserver = () => {
+    _hbbtv_vantrel_startObserver = () => {};
+    new MutationObserver(look).observe(document,
+      { childList: true, subtree: true, attributes: true, attributeFilter: ["type"] });
+    look([]);
+  };
+  if (document.readyState === "loading")
+    _hbbtv_vantrel_lookWhileParsing(look);
+  else
+    _hbbtv_vantrel_startObserver();
+}
+
+// Begins to observe the document, once.
+var _hbbtv_vantrel_startObserver = () => {};
+
+// The parser adds nodes by the thousand, and each would cost a record. Until it is done a look at each frame does: what
+// the page uses earlier is upgraded by touch.
+function _hbbtv_vantrel_lookWhileParsing(look) {
+  const start = _hbbtv_vantrel_startObserver;
+  document.addEventListener("readystatechange", () => _hbbtv_vantrel_startObserver(), { once: true, capture: true });
+  const frame = () => {
+    if (_hbbtv_vantrel_startObserver !== start)
+      return;
+    look([]);
+    requestAnimationFrame(frame);
+  };
+  requestAnimationFrame(frame);
 }
 
 // Upgraded elements that were removed although they had not been seen in the document.
