@@ -48,9 +48,13 @@ nlohmann::json readFile(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
     if (!file)
         throw Receiver::ScenarioError("", std::string("cannot open it: ") + std::strerror(errno));
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad())
-        throw Receiver::ScenarioError("", "cannot read it");
+    std::string text;
+    try {
+        text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    } catch (const std::ios_base::failure&) {
+        // The buffer throws whatever the stream was told, for a folder to begin with.
+        throw Receiver::ScenarioError("", std::string("cannot read it: ") + std::strerror(errno));
+    }
     return Receiver::parseJson(text);
 }
 

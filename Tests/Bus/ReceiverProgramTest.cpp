@@ -77,6 +77,9 @@ TEST(TheReceiverProgram, RefusesAScenarioWithFilePlaceAndReason) {
     const auto missing = runReceiver({"--scenario", "/nowhere/at-all.json"});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_THAT(missing.errors, HasSubstr("/nowhere/at-all.json: cannot open it: No such file or directory"));
+    const auto folder = runReceiver({"--scenario", "/"});
+    EXPECT_EQ(folder.exitCode, 1);
+    EXPECT_THAT(folder.errors, HasSubstr("hbbtv-receiver: /: cannot read it: Is a directory"));
 }
 
 TEST(TheReceiverProgram, SaysThatThereIsNoBus) {
