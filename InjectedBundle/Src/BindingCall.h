@@ -262,4 +262,11 @@ std::unique_ptr<Binding> MakeBinding(Arguments&&... arguments) {
     return std::make_unique<Binding>(std::make_unique<Implementation>(std::forward<Arguments>(arguments)...));
 }
 
+// A new JavaScript object around one.
+template <class Binding, typename... Arguments>
+JSObjectRef MakeObject(JSContextRef context, Arguments&&... arguments) {
+    return Binding::CreateObject(context, MakeBinding<Binding>(std::forward<Arguments>(arguments)...).release(),
+                                 nullptr);
+}
+
 }  // namespace OipfJavaScript

@@ -35,6 +35,18 @@ std::string Utf8FromUtf16(const JSChar* units, size_t length) {
     return text;
 }
 
+constexpr gunichar kIllFormed = 0xFFFFFFFF;
+
+// Reads the character at `at` and moves past it; kIllFormed for a byte that begins none, and past that byte.
+gunichar NextCharacter(const char*& at, const char* end) {
+    // The library takes a NUL for the end of the text.
+    gunichar character = *at == '\0' ? 0 : g_utf8_get_char_validated(at, end - at);
+    if (character > 0x10FFFF)
+        character = kIllFormed;
+    at = character == 0 || character == kIllFormed ? at + 1 : g_utf8_next_char(at);
+    return character;
+}
+
 template <typename Integer>
 Integer Saturate(double number) {
     if (std::isnan(number))
@@ -87,19 +99,15 @@ std::u16string ToUtf16(std::string_view utf8) {
     const char* at = utf8.data();
     const char* const end = at + utf8.size();
     while (at < end) {
-        const gunichar c = *at == '\0' ? 0 : g_utf8_get_char_validated(at, end - at);
-        if (c == static_cast<gunichar>(-1) || c == static_cast<gunichar>(-2)) {
-            units.push_back(static_cast<char16_t>(kReplacement));
-            ++at;
-            continue;
-        }
+        gunichar c = NextCharacter(at, end);
+        if (c == kIllFormed)
+            c = kReplacement;
         if (c < 0x10000) {
             units.push_back(static_cast<char16_t>(c));
         } else {
             units.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
             units.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
         }
-        at = *at == '\0' ? at + 1 : g_utf8_next_char(at);
     }
     return units;
 }
@@ -135,6 +143,29 @@ std::string ToBytes(JSStringRef string) {
     for (size_t i = 0; i < length; ++i)
         bytes.push_back(static_cast<char>(characters[i] & 0xFF));
     return bytes;
+}
+
+std::string BytesToUtf8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const char byte : bytes) {
+        char encoded[6];
+        text.append(encoded, static_cast<size_t>(g_unichar_to_utf8(static_cast<unsigned char>(byte), encoded)));
+    }
+    return text;
+}
+
+std::string WellFormedUtf8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    const char* at = bytes.data();
+    const char* const end = at + bytes.size();
+    while (at < end) {
+        const char* const start = at;
+        if (NextCharacter(at, end) != kIllFormed)
+            text.append(start, at);
+    }
+    return text;
 }
 
 int32_t ToInt32(double number) { return Saturate<int32_t>(number); }

@@ -29,6 +29,12 @@ namespace OipfJavaScript {
 // One byte per character, of which the low eight bits are taken.
 [[nodiscard]] std::string ToBytes(JSStringRef string);
 
+// UTF-8 of the text that MakeByteString makes.
+[[nodiscard]] std::string BytesToUtf8(std::string_view bytes);
+
+// What is well-formed UTF-8 in a payload; the bytes that are not are left out. NULs are kept.
+[[nodiscard]] std::string WellFormedUtf8(std::string_view bytes);
+
 // Numbers are truncated toward zero; NaN is 0; what lies outside the type's range becomes its nearest bound, except
 // that a negative number keeps its two's complement when it is read as unsigned (-1 is 4294967295), so that a
 // negative index never names a first element.

@@ -39,6 +39,22 @@ class JSStringHandle {
     JSStringRef m_string = nullptr;
 };
 
+// The names of an object's enumerable properties, its prototypes' included.
+class JSPropertyNames {
+   public:
+    JSPropertyNames(JSContextRef context, JSObjectRef object) : m_names(JSObjectCopyPropertyNames(context, object)) {}
+    JSPropertyNames(const JSPropertyNames&) = delete;
+    JSPropertyNames& operator=(const JSPropertyNames&) = delete;
+    ~JSPropertyNames() { JSPropertyNameArrayRelease(m_names); }
+
+    [[nodiscard]] size_t Count() const { return JSPropertyNameArrayGetCount(m_names); }
+    // Owned by the list.
+    [[nodiscard]] JSStringRef At(size_t index) const { return JSPropertyNameArrayGetNameAtIndex(m_names, index); }
+
+   private:
+    JSPropertyNameArrayRef m_names;
+};
+
 // Keeps a value, and through it the page that it belongs to, alive. Never let one be destroyed in a finaliser:
 // releasing it calls into the engine; see Abandon().
 class ProtectedValue {

@@ -2,16 +2,30 @@
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/gen/js/jiChannelConfig.h"
 #include "InjectedBundle/gen/js/jiOipfApplicationManager.h"
 #include "InjectedBundle/gen/js/jiOipfConfiguration.h"
+#include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
+#include "JavaScript/Src/CChannelConfigImpl.h"
 #include "JavaScript/Src/COipfApplicationManagerImpl.h"
 #include "JavaScript/Src/COipfConfigurationImpl.h"
+#include "JavaScript/Src/COipfVideoBroadcastImpl.h"
 
 namespace OipfJavaScript {
+
+std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfVideoBroadcast>();
+}
 
 std::unique_ptr<jiOipfApplicationManager> CPrivateObjectFactoryImpl::CreateApplicationManagerObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfApplicationManager>();
+}
+
+std::unique_ptr<jiChannelConfig> CPrivateObjectFactoryImpl::CreateChannelConfig() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiChannelConfig>();
 }
 
 std::unique_ptr<jiOipfConfiguration> CPrivateObjectFactoryImpl::CreateConfigurationObject() {

@@ -9,12 +9,16 @@
 
 namespace OipfJavaScript {
 
+class jiChannelConfig;
 class jiOipfApplicationManager;
 class jiOipfConfiguration;
+class jiOipfVideoBroadcast;
 
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
    public:
+    [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject();
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
+    [[nodiscard]] std::unique_ptr<jiChannelConfig> CreateChannelConfig();
     [[nodiscard]] std::unique_ptr<jiOipfConfiguration> CreateConfigurationObject();
 };
 

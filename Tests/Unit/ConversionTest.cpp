@@ -51,6 +51,9 @@ TEST(AText, IsReadFromBytesWithoutLosingTheRest) {
     EXPECT_EQ(ToUtf16(std::string("x\0y", 3)), std::u16string(u"x\0y", 3));
     EXPECT_EQ(ToUtf16("\xF0\x9F\x93"), u"\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(ToUtf16("\xF0\x9F\x93\xBA"), u"\U0001F4FA");
+    EXPECT_EQ(WellFormedUtf8("a\xFF\xC3\xA9\xE2\x82" "b\xED\xA0\x80\xF0\x9F\x93\xBA\xC3"), "a\u00e9b\U0001F4FA");
+    EXPECT_EQ(WellFormedUtf8(std::string("\0x\0\x80\0", 5)), std::string("\0x\0\0", 4));
+    EXPECT_EQ(BytesToUtf8(std::string("\0A\x80\xFF", 4)), std::string("\0A\u0080\u00ff", 6));
     EXPECT_EQ(jiUtility::Ucs2ToUtf8(u"\u20ac!", 2), "\u20ac!");
     EXPECT_EQ(jiUtility::Utf8ToUcs2("\u20ac!", 4), u"\u20ac!");
 }

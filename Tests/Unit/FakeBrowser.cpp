@@ -93,7 +93,8 @@ FakePage::FakePage() : main(*this, true) {
     main.Navigate();
 }
 
-FakePage::~FakePage() = default;
+// What a closed page leaves behind hears no events of the pages after it.
+FakePage::~FakePage() { main.Navigate(); }
 
 FakeFrame& FakePage::AddFrame() {
     children.push_back(std::make_unique<FakeFrame>(*this, false));

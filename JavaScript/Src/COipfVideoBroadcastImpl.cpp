@@ -1,0 +1,437 @@
+#include "JavaScript/Src/COipfVideoBroadcastImpl.h"
+
+#include <vector>
+
+#include "API/Src/IBroadcastPlayerCommon.h"
+#include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/gen/js/jiAVComponent.h"
+#include "InjectedBundle/gen/js/jiChannel.h"
+#include "InjectedBundle/gen/js/jiChannelConfig.h"
+#include "InjectedBundle/gen/js/jiParentalRatingCollection.h"
+#include "InjectedBundle/gen/js/jiProgrammeCollection.h"
+#include "InjectedBundle/gen/js/jiStreamEvent.h"
+#include "JavaScript/Src/CAVComponentCollectionImpl.h"
+#include "JavaScript/Src/CAVComponentImpl.h"
+#include "JavaScript/Src/CChannelConfigImpl.h"
+#include "JavaScript/Src/CChannelImpl.h"
+#include "JavaScript/Src/CParentalRatingCollectionImpl.h"
+#include "JavaScript/Src/CProgrammeCollectionImpl.h"
+#include "JavaScript/Src/CStreamEventImpl.h"
+
+namespace OipfJavaScript {
+
+namespace {
+
+// Any component of a type.
+constexpr uint32_t kAnyPid = 0xFFFFFFFF;
+
+const char* Text(bool value) {
+    return value ? "true" : "false";
+}
+
+uint32_t PidOf(const CAVComponentImpl& component) {
+    return static_cast<uint32_t>(component.GetPid());
+}
+
+// Pages read absent numbers of a channel as 4294967295 and hand them back: they must stay all ones.
+int32_t ChannelNumber(JSContextRef context, JSValueRef value) {
+    return static_cast<int32_t>(ToUint32(JSValueToNumber(context, value, nullptr)));
+}
+
+// The arguments of adding and of removing a stream-event listener.
+struct StreamEventArguments {
+    std::string targetURL;
+    std::string eventName;
+    JSValueRef listener = nullptr;
+};
+
+// False unless there are two texts and a function: for anything else nothing could ever be called.
+bool Read(const CallArguments& call, StreamEventArguments& arguments) {
+    if (call.count != 3 || !JSValueIsString(call.context, call.values[0]) ||
+        !JSValueIsString(call.context, call.values[1]) || !JSValueIsObject(call.context, call.values[2]))
+        return false;
+    arguments.listener = call.values[2];
+    return JSObjectIsFunction(call.context, JSValueToObject(call.context, arguments.listener, nullptr)) &&
+           ToUtf8(call.context, call.values[0], arguments.targetURL, call.exception) &&
+           ToUtf8(call.context, call.values[1], arguments.eventName, call.exception);
+}
+
+}  // namespace
+
+COipfVideoBroadcastImpl::COipfVideoBroadcastImpl()
+    : COipfVideoBroadcastBase(jiOipfVideoBroadcast::ID),
+      m_player(CBroadcastPlayerWK::GetInstance()),
+      m_streamEvents(std::make_unique<CStreamEventHandler>()),
+      m_instanceId(++s_instance_id) {
+    CDAEBrowserAPIWK::GetInstance()->SubscribeEvents(this);
+}
+
+COipfVideoBroadcastImpl::~COipfVideoBroadcastImpl() {
+    m_streamEvents.reset();
+    CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(this);
+}
+
+bool COipfVideoBroadcastImpl::IsBroadcastRelated() const {
+    return CDAEBrowserAPIWK::GetInstance()->IsBroadcastRelated();
+}
+
+std::unique_ptr<jiChannel> COipfVideoBroadcastImpl::GetCurrentChannel() {
+    if (!IsBroadcastRelated()) {
+        HBBTV_LOG_OBJECT(INFO, "app is not broadcast related");
+        Fail();
+        return nullptr;
+    }
+    uint32_t cacheId = 0;
+    if (m_player == nullptr || !m_player->GetChannel(m_instanceId, cacheId)) {
+        HBBTV_LOG_OBJECT(ERROR, "COipfVideoBroadcastImpl::%s failed", __func__);
+        Fail();
+        return nullptr;
+    }
+    return MakeBinding<jiChannel>(cacheId);
+}
+
+std::unique_ptr<jiProgrammeCollection> COipfVideoBroadcastImpl::GetProgrammes() {
+    if (!IsBroadcastRelated()) {
+        HBBTV_LOG_OBJECT(INFO, "app is not broadcast related");
+        Fail();
+        return nullptr;
+    }
+    uint32_t cacheId = 0;
+    std::unique_ptr<IProgrammeCollection> received;
+    if (m_player != nullptr && m_player->GetChannel(m_instanceId, cacheId))
+        received = CDAEBrowserAPIWK::GetInstance()->GetProgCollection(cacheId);
+    if (!received) {
+        HBBTV_LOG_OBJECT(ERROR, "failed GetProgCollection(%u)", cacheId);
+        Fail();
+        return nullptr;
+    }
+    return MakeBinding<jiProgrammeCollection>(*received, cacheId);
+}
+
+std::unique_ptr<jiChannelConfig> COipfVideoBroadcastImpl::GetChannelConfig() {
+    HBBTV_LOG_ENTRY();
+    if (!IsBroadcastRelated()) {
+        Fail("getChannelConfig not available to broadcast independent applications");
+        return nullptr;
+    }
+    return MakeBinding<jiChannelConfig>();
+}
+
+void COipfVideoBroadcastImpl::BindToCurrentChannel() {
+    HBBTV_LOG_ENTRY();
+    if (!IsBroadcastRelated())
+        return Fail("bindToCurrentChannel not available to broadcast independent applications");
+    if (m_player != nullptr)
+        m_player->BindToCurrentChannel(m_instanceId);
+}
+
+JSValueRef COipfVideoBroadcastImpl::customCreateChannelObject(const CallArguments& call) {
+    HBBTV_LOG_ENTRY();
+    const auto isNumber = [&](size_t index) {
+        return index < call.count && JSValueIsNumber(call.context, call.values[index]);
+    };
+    const auto number = [&](size_t index) { return ChannelNumber(call.context, call.values[index]); };
+    if (call.count < 3 || call.count > 4 || !isNumber(0))
+        return JSValueMakeNull(call.context);
+    if (JSValueIsString(call.context, call.values[1])) {
+        std::string dsd;
+        if (!isNumber(2) || !Idl::Bytes::FromJS(__func__, call.context, call.values[1], dsd))
+            return JSValueMakeNull(call.context);
+        return MakeObject<jiChannel>(call.context, number(0), dsd, number(2));
+    }
+    if (!isNumber(1) || !isNumber(2) || !isNumber(3))
+        return JSValueMakeNull(call.context);
+    return MakeObject<jiChannel>(call.context, number(0), number(1), number(2), number(3));
+}
+
+JSValueRef COipfVideoBroadcastImpl::customSetChannel(const CallArguments& call) {
+    HBBTV_LOG_ENTRY();
+    const JSValueRef null = JSValueMakeNull(call.context);
+    if (call.count < 1 || call.count > 3) {
+        HBBTV_LOG_OBJECT(ERROR, "Invalid parameter count");
+        return null;
+    }
+    // Pages give the null channel with and without the arguments that mean nothing for it.
+    if (JSValueIsNull(call.context, call.values[0])) {
+        if (m_player != nullptr)
+            m_player->SetNullChannel(m_instanceId, true);
+        return null;
+    }
+    if (!JSValueIsObject(call.context, call.values[0])) {
+        HBBTV_LOG_OBJECT(ERROR, "Invalid 1st argument");
+        return null;
+    }
+    if (call.count > 1 && !JSValueIsBoolean(call.context, call.values[1])) {
+        HBBTV_LOG_OBJECT(ERROR, "Invalid 2nd argument");
+        return null;
+    }
+    const jiChannel* binding = jiChannel::FromJS(__func__, call.context, call.values[0]);
+    if (binding == nullptr) {
+        HBBTV_LOG_OBJECT(ERROR, "jiChannel == NULL");
+        return null;
+    }
+    const CChannelImpl& channel = binding->Implementation();
+    uint32_t cacheId = channel.CacheId();
+    if (m_player != nullptr &&
+        !m_player->SetChannel(m_instanceId, static_cast<EOipfChIdType>(channel.GetIdType()),
+                              BytesToUtf8(channel.Dsd()), static_cast<int>(channel.GetOnid()),
+                              static_cast<int>(channel.GetTsid()), static_cast<int>(channel.GetSid()),
+                              cacheId))
+        HBBTV_LOG_OBJECT(ERROR, "SetChannel failed");
+    return null;
+}
+
+void COipfVideoBroadcastImpl::PrevChannel() {
+    HBBTV_LOG_ENTRY();
+    std::string ignored;
+    if (m_player != nullptr)
+        m_player->NextOrPrevChannel(m_instanceId, false, ignored);
+}
+
+void COipfVideoBroadcastImpl::NextChannel() {
+    HBBTV_LOG_ENTRY();
+    std::string ignored;
+    if (m_player != nullptr)
+        m_player->NextOrPrevChannel(m_instanceId, true, ignored);
+}
+
+void COipfVideoBroadcastImpl::SetFullScreen(bool fullscreen) {
+    HBBTV_LOG_OBJECT(INFO, "%s (now %s)", Text(fullscreen), Text(m_fullScreen));
+    if (!IsBroadcastRelated()) {
+        HBBTV_LOG_OBJECT(INFO, "app is not broadcast related");
+        return Fail();
+    }
+    if (fullscreen == m_fullScreen)
+        return;
+    m_fullScreen = fullscreen;
+    if (m_player == nullptr)
+        return;
+    UpdateLayout();
+    DispatchEvent("FullScreenChange", nullptr);
+    // What handlers called on this object has left its own errors in the block.
+    ResetStatus();
+}
+
+void COipfVideoBroadcastImpl::Release() {
+    HBBTV_LOG_ENTRY();
+    if (m_player != nullptr)
+        m_player->Release(m_instanceId);
+}
+
+void COipfVideoBroadcastImpl::Stop() {
+    HBBTV_LOG_ENTRY();
+    if (m_player != nullptr)
+        m_player->Stop(m_instanceId);
+}
+
+JSValueRef COipfVideoBroadcastImpl::commonGetComponents(const CallArguments& call, bool activeOnly) {
+    return CAVComponentCollectionImpl::commonGetComponents(call, m_instanceId, activeOnly, true);
+}
+
+JSValueRef COipfVideoBroadcastImpl::customGetComponents(const CallArguments& call) {
+    return commonGetComponents(call, false);
+}
+
+JSValueRef COipfVideoBroadcastImpl::customGetCurrentActiveComponents(const CallArguments& call) {
+    return commonGetComponents(call, true);
+}
+
+void COipfVideoBroadcastImpl::SelectComponent(jiAVComponent* component) {
+    const CAVComponentImpl& chosen = component->Implementation();
+    if (m_player != nullptr)
+        m_player->SelectComponent(m_instanceId, chosen.GetType(), PidOf(chosen));
+}
+
+void COipfVideoBroadcastImpl::SelectComponent(int32_t componentType) {
+    if (m_player != nullptr)
+        m_player->SelectComponent(m_instanceId, componentType, kAnyPid);
+}
+
+void COipfVideoBroadcastImpl::UnselectComponent(jiAVComponent* component) {
+    const CAVComponentImpl& chosen = component->Implementation();
+    if (m_player != nullptr)
+        m_player->UnselectComponent(m_instanceId, chosen.GetType(), PidOf(chosen));
+}
+
+void COipfVideoBroadcastImpl::UnselectComponent(int32_t componentType) {
+    if (m_player != nullptr)
+        m_player->UnselectComponent(m_instanceId, componentType, kAnyPid);
+}
+
+JSValueRef COipfVideoBroadcastImpl::customAddStreamEventListener(const CallArguments& call) {
+    StreamEventArguments arguments;
+    if (!Read(call, arguments)) {
+        HBBTV_LOG_OBJECT(ERROR, "invalid parameters");
+        return JSValueMakeNull(call.context);
+    }
+    const std::string id = "streamId" + std::to_string(++streamId);
+    t_AddCallbackFunction(call.context, call.thisObject, id.c_str(), arguments.listener);
+    m_streamEvents->AddEventListener(arguments.targetURL, arguments.eventName, id, arguments.listener);
+    return JSValueMakeUndefined(call.context);
+}
+
+JSValueRef COipfVideoBroadcastImpl::customRemoveStreamEventListener(const CallArguments& call) {
+    StreamEventArguments arguments;
+    if (!Read(call, arguments)) {
+        HBBTV_LOG_OBJECT(ERROR, "invalid parameters");
+        return JSValueMakeNull(call.context);
+    }
+    // As a listener that is removed from one event goes from all events of its object.
+    std::vector<std::string> ids;
+    m_streamEvents->GetStreamEventIds(arguments.listener, ids);
+    for (const std::string& id : ids)
+        t_RemoveEventListener(call.context, call.thisObject, id.c_str(), arguments.listener, false);
+    // Its other stream events stay subscribed, and so do their handlers.
+    for (const std::string& id :
+         m_streamEvents->RemoveEventListener(arguments.targetURL, arguments.eventName, arguments.listener))
+        t_RemoveAllEventListeners(call.context, call.thisObject, id.c_str());
+    return JSValueMakeUndefined(call.context);
+}
+
+void COipfVideoBroadcastImpl::SetMimeType(const std::string& type) {
+    HBBTV_LOG_OBJECT(INFO, "%s", type.c_str());
+}
+
+JSValueRef COipfVideoBroadcastImpl::customSetAttributes(const CallArguments& call) {
+    if (call.count != 1 || !JSValueIsObject(call.context, call.values[0]))
+        return Call::RefuseArguments(jiOipfVideoBroadcast::ID, "t_SetAttributes", call);
+    AttributeMap attributes;
+    JSObjectRef object = JSValueToObject(call.context, call.values[0], nullptr);
+    if (!ReadAttributeMap(call.context, object, attributes, call.exception))
+        return JSValueMakeNull(call.context);
+    SetAttributes(attributes);
+    return JSValueMakeUndefined(call.context);
+}
+
+void COipfVideoBroadcastImpl::SetAttributes(const AttributeMap& attributes) {
+    for (const auto& [key, value] : attributes)
+        HBBTV_LOG_OBJECT(INFO, "%s=%s", key.c_str(), value.c_str());
+}
+
+void COipfVideoBroadcastImpl::SetWindow(uint32_t x, uint32_t y, uint32_t width, uint32_t height) {
+    HBBTV_LOG_OBJECT(INFO, "(x:%i, y:%i, w:%i, h:%i)", static_cast<int>(x), static_cast<int>(y),
+                     static_cast<int>(width), static_cast<int>(height));
+    const Window window{.width = width, .height = height, .x = x, .y = y};
+    if (window == m_window && window == m_shownWindow)
+        return;
+    m_window = window;
+    UpdateLayout();
+}
+
+void COipfVideoBroadcastImpl::UpdateLayout() {
+    if (m_player == nullptr)
+        return;
+    m_player->UpdateLayout(m_instanceId, m_window.x, m_window.y, m_window.width, m_window.height,
+                           m_fullScreen);
+    m_shownWindow = m_window;
+}
+
+// Lifetime: a handler may drop this object, and the collector may run in it. The object stands at least until
+// its DispatchEvent returns; afterwards it may be garbage, which goes when the engine is next called. So what
+// follows a dispatch touches no JavaScript unless ContextFor() says that a handler is left, which keeps the
+// object.
+void COipfVideoBroadcastImpl::OnEvent(event_t event) {
+    if (event.event < E_VBO_CHANNEL_CHANGE || event.event > E_VBO_COMPONENT_SELECT)
+        return;
+    if (event.plugin_id != 0 && event.plugin_id != m_instanceId)
+        return;
+    const char* const name = IBroadcastPlayerCommon::EventName(event.event);
+    HBBTV_LOG_OBJECT(INFO, "OnEvent(%s)", name);
+    switch (event.event) {
+        case E_VBO_CHANNEL_CHANGE:
+            return OnChannelChange(event);
+        case E_VBO_STATE_CHANGE:
+            return OnStateChange(event);
+        case E_VBO_UPDATE_LAYOUT:
+            return UpdateLayout();
+        case E_VBO_STREAM_EVENT:
+            return OnStreamEvent(event.GetRecord<CDSMCCStreamEventData>());
+        case E_VBO_PARENTAL_RATING:
+            return OnParentalRating(event);
+        case E_VBO_COMPONENT_SELECT:
+            return OnComponentSelect(event);
+        default:
+            HBBTV_LOG_OBJECT(WARNING, "event %s not supported yet!!", name);
+    }
+}
+
+void COipfVideoBroadcastImpl::OnChannelChange(const event_t& event) {
+    if (event.Signed(1) != kEventSuccess) {
+        if (JSContextRef context = ContextFor("ChannelChangeError")) {
+            DispatchEvent("ChannelChangeError", "channel", JSValueMakeNumber(context, event.Unsigned(0)),
+                          "error", JSValueMakeNumber(context, event.Signed(1)), nullptr);
+        }
+        return;
+    }
+    JSContextRef context = ContextFor("ChannelChangeSucceeded");
+    if (context == nullptr)
+        return;
+    const uint32_t cacheId = event.Unsigned(0);
+    const JSValueRef channel =
+        cacheId != 0 ? MakeObject<jiChannel>(context, cacheId) : JSValueMakeNull(context);
+    DispatchEvent("ChannelChangeSucceeded", "channel", channel, nullptr);
+}
+
+void COipfVideoBroadcastImpl::OnStateChange(const event_t& event) {
+    m_playState = event.Signed(0);
+    JSContextRef context = ContextFor("PlayStateChange");
+    if (context == nullptr)
+        return;
+    const int32_t error = event.Signed(1);
+    DispatchEvent("PlayStateChange", "state", JSValueMakeNumber(context, m_playState), "error",
+                  error == kEventSuccess ? JSValueMakeUndefined(context) : JSValueMakeNumber(context, error),
+                  nullptr);
+}
+
+void COipfVideoBroadcastImpl::OnStreamEvent(const CDSMCCStreamEventData* record) {
+    if (record == nullptr) {
+        HBBTV_LOG_OBJECT(ERROR, "str_event == NULL!");
+        return;
+    }
+    std::vector<std::string> ids;
+    m_streamEvents->GetStreamEventIds(*record, ids);
+    if (record->status == E_EVENT_STATUS_ERROR) {
+        HBBTV_LOG_OBJECT(ERROR, "stream event status: error");
+        return;
+    }
+    if (ids.empty())
+        return;
+    const std::string text =
+        WellFormedUtf8({reinterpret_cast<const char*>(record->data.data()), record->data.size()});
+    std::string data;
+    CStreamEventHandler::FormatHexData(record->data.data(), record->data.size(), data);
+    const char* const status = CStreamEventHandler::FormatStatus(record->status);
+    for (const std::string& id : ids) {
+        JSContextRef context = ContextFor(id.c_str());
+        if (context == nullptr)
+            continue;
+        DispatchEvent(id.c_str(), "streamevent",
+                      MakeObject<jiStreamEvent>(context, record->name, data, text, status), nullptr);
+    }
+}
+
+void COipfVideoBroadcastImpl::OnParentalRating(const event_t& event) {
+    JSContextRef context = ContextFor("ParentalRatingChange");
+    if (context == nullptr)
+        return;
+    auto ratings = MakeBinding<jiParentalRatingCollection>();
+    ratings->Implementation().AddAge(event.Signed(0));
+    const uint32_t drmSystem = event.Unsigned(1) & 0xFFFF;
+    DispatchEvent("ParentalRatingChange", "contentID", JSValueMakeUndefined(context), "rating",
+                  jiParentalRatingCollection::CreateObject(context, ratings.release(), nullptr),
+                  "DRMSystemID",
+                  drmSystem == 0 ? JSValueMakeNull(context) : JSValueMakeNumber(context, drmSystem), nullptr);
+}
+
+void COipfVideoBroadcastImpl::OnComponentSelect(const event_t& event) {
+    // Pages know the event by either name.
+    for (const char* name : {"SelectedComponentChanged", "SelectedComponentChange"}) {
+        if (JSContextRef context = ContextFor(name))
+            DispatchEvent(name, "componentType", JSValueMakeNumber(context, event.Signed(0)), nullptr);
+    }
+}
+
+}  // namespace OipfJavaScript

@@ -1,0 +1,148 @@
+// Stream events from subscription to trigger, and what remains of them when pages are done.
+
+#include <string>
+
+#include "JavaScript/Src/StreamEventHandler.h"
+#include "Tests/Unit/TelevisionPage.h"
+
+namespace {
+
+using namespace std::string_literals;
+using OipfJavaScript::CStreamEventHandler;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AStreamEvent : public TelevisionPage {
+ protected:
+    AStreamEvent() { Eval("function f(e) { log.push('f', e.name, e.data, e.text, e.status); }"); }
+
+    void Subscribe(unsigned jobId, const std::string& arguments) {
+        api.Reply("StreamEventSubscribe", "(" + std::to_string(jobId) + ",)");
+        EXPECT_EQ(Value("tv.addStreamEventListener(" + arguments + ")"), "undefined");
+    }
+    static void Send(uint32_t jobId, const std::string& payload = "",
+                     EEventStatus status = E_EVENT_STATUS_TRIGGER) {
+        const CDSMCCStreamEventData record{.status = status,
+                                           .eventId = 3,
+                                           .name = "tick",
+                                           .data = {payload.begin(), payload.end()},
+                                           .jobId = jobId};
+        Trigger(&record);
+    }
+    size_t Unsubscribed(unsigned jobId) {
+        return Count(api.TakeCalls(), "StreamEventUnsubscribe (" + std::to_string(jobId) + ",)");
+    }
+};
+
+TEST_F(AStreamEvent, ReachesItsListenerWithItsPayload) {
+    Subscribe(41, "'dvb://x', 'tick', f");
+    EXPECT_THAT(api.TakeCalls(), ElementsAre("StreamEventSubscribe ('dvb://x', 'tick')"));
+    Send(41, "\x0A\xFF");
+    EXPECT_EQ(Log(), "f,tick,0AFF,\n,trigger");
+    Send(41, "a\0\xC3\xA9\xC3z\x80"s);
+    EXPECT_EQ(Log(), "f,tick,6100C3A9C37A80,a\0\u00e9z,trigger"s);
+    Send(41);
+    EXPECT_EQ(Log(), "f,tick,,,trigger");
+    Send(41, "x", static_cast<EEventStatus>(2));
+    EXPECT_EQ(Log(), "f,tick,78,x,unknown");
+    Send(41, "x", E_EVENT_STATUS_ERROR);
+    Send(42, "x");
+    Trigger(nullptr);
+    EXPECT_EQ(Log(), "");
+    EXPECT_STREQ(CStreamEventHandler::FormatStatus(E_EVENT_STATUS_ERROR), "error");
+}
+
+TEST_F(AStreamEvent, IsRefusedWithoutTwoTextsAndAFunction) {
+    for (const char* arguments : {"'dvb://x', 'tick'", "'dvb://x', 'tick', f, 1", "1, 'tick', f",
+                                  "'dvb://x', null, f", "'dvb://x', 'tick', null", "'dvb://x', 'tick', {}"}) {
+        EXPECT_EQ(Value("tv.addStreamEventListener(" + std::string(arguments) + ")"), "null") << arguments;
+        EXPECT_EQ(Value("tv.removeStreamEventListener(" + std::string(arguments) + ")"), "null") << arguments;
+    }
+    EXPECT_THAT(api.TakeCalls(), IsEmpty());
+}
+
+TEST_F(AStreamEvent, IsSubscribedOnceForEachTimeAListenerIsAdded) {
+    Subscribe(41, "'dvb://x', 'tick', f");
+    Subscribe(42, "'dvb://x', 'tick', f");
+    Subscribe(42, "'dvb://x', 'tick', f");
+    Send(41);
+    EXPECT_EQ(Eval("log.splice(0).length / 5"), "1");
+    Send(42);
+    EXPECT_EQ(Eval("log.splice(0).length / 5"), "2") << "one job for two subscriptions";
+    (void)api.TakeCalls();
+    api.Reply("StreamEventUnsubscribe", "(true,)");
+    EXPECT_EQ(Value("tv.removeStreamEventListener('dvb://x', 'tick', f)"), "undefined");
+    EXPECT_THAT(api.TakeCalls(), ElementsAre("StreamEventUnsubscribe (41,)", "StreamEventUnsubscribe (42,)",
+                                             "StreamEventUnsubscribe (42,)"));
+}
+
+TEST_F(AStreamEvent, IsNotHeardByAListenerThatWasRemoved) {
+    Subscribe(41, "'dvb://x', 'tick', f");
+    Subscribe(42, "'dvb://x', 'tock', f");
+    Eval(
+        "tv.removeStreamEventListener('dvb://y', 'tick', f); tv.removeStreamEventListener('dvb://x', 'tick', "
+        "function() {});");
+    (void)api.TakeCalls();
+    Send(41);
+    EXPECT_NE(Log(), "");
+    Eval("tv.removeStreamEventListener('dvb://x', 'tick', f)");
+    EXPECT_EQ(Unsubscribed(41), 1U);
+    Send(41);
+    Send(41);
+    EXPECT_EQ(Log(), "");
+    Send(42);
+    EXPECT_NE(Log(), "") << "another event of the same function";
+    // The receiver may use the identifier again before anything came for the old one.
+    Eval("tv.removeStreamEventListener('dvb://x', 'tock', f)");
+    Subscribe(42, "'dvb://x', 'tack', f");
+    Send(42);
+    EXPECT_EQ(Eval("log.splice(0).length / 5"), "1");
+}
+
+TEST_F(AStreamEvent, SurvivesListenersThatDropTheirObject) {
+    api.Reply("StreamEventUnsubscribe", "(true,)");
+    api.Reply("StreamEventSubscribe", "(41,)");
+    Eval(R"(function make(stays) {
+        var each = PrivateObjectFactory.createVideoBroadcastObject();
+        each.addStreamEventListener('dvb://x', 'tick', function once(e) {
+            each.removeStreamEventListener('dvb://x', 'tick', once);
+            each = null;
+            for (var i = 0; i < 3; i++) PrivateObjectFactory.createVideoBroadcastObject();
+            collect();
+            log.push(e.data, e.text);
+        });
+        if (stays)
+            each.addStreamEventListener('dvb://x', 'tick', function() { log.push('stays'); });
+    }
+    for (var i = 0; i < 10; i++) make(i % 2);)");
+    Send(41, "ab");
+    EXPECT_EQ(Eval("[log.filter(function(l) { return l === 'ab' }).length, "
+                   "log.splice(0).filter(function(l) { return l === 'stays' }).length].join()"),
+              "10,5");
+    page.main.CollectGarbage();
+    Send(41, "ab");
+    EXPECT_EQ(Log(), "stays,stays,stays,stays,stays") << "the other listener keeps its object";
+}
+
+TEST_F(AStreamEvent, EndsWithItsObject) {
+    api.Reply("StreamEventUnsubscribe", "(true,)");
+    api.Reply("StreamEventSubscribe", "(77,)");
+    Eval(R"((function() {
+        for (var i = 0; i < 20; i++) {
+            var each = PrivateObjectFactory.createVideoBroadcastObject();
+            each.addStreamEventListener('dvb://x', 'tick', f);
+            each.addStreamEventListener('dvb://x', 'tock', f);
+            each.removeStreamEventListener('dvb://x', 'tock', f);
+        }
+    })())");
+    EXPECT_EQ(Unsubscribed(77), 20U);
+    // The listeners go with the page; then nothing keeps the objects.
+    page.main.Navigate();
+    page.main.CollectGarbage();
+    const size_t ended = Unsubscribed(77);
+    Send(77);
+    EXPECT_GE(ended, 15U) << "but for what the collector takes for references";
+    EXPECT_LE(ended, 20U) << "what was removed is not unsubscribed again";
+}
+
+}  // namespace
