@@ -84,6 +84,7 @@ TEST_F(TheReceiversControl, RefusesWhatItDoesNotKnowWithAReason) {
         {"SetWorld", "('/keys/msk', '1')", "/keys/msk: unknown key"},
         {"SetWorld", "('keys', '1')", "is no JSON pointer"},
         {"SetWorld", "('/keys/mask', '{')", "syntax error"},
+        {"SetWorld", "('/keys/mask', 'é')", "invalid literal; last read: '\uFFFD'"},
         {"SetWorld", "('/state/views', '{}')", "the state can only be read"},
         {"SetWorld", "('/broadcast/channels/4000000000', '{}')", "there is no such place"},
         {"GetWorld", "('/nothing',)", "there is no such value"},

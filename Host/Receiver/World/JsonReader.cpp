@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cctype>
 
+#include <glib.h>
+
+#include "Host/Inc/GHandles.h"
+
 namespace Receiver {
 
 namespace {
@@ -32,7 +36,10 @@ std::string lineAndColumn(const std::string& text, std::size_t byte) {
 }
 
 // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..." without its head.
-std::string withoutLibraryPrefix(const std::string& message) {
+// It quotes what it had read, which may end within a character.
+std::string withoutLibraryPrefix(const std::string& whole) {
+    const Host::GChars valid(g_utf8_make_valid(whole.data(), static_cast<gssize>(whole.size())));
+    const std::string message = valid.get();
     const auto syntax = message.find("syntax error");
     if (syntax != std::string::npos)
         return message.substr(syntax);
