@@ -13,6 +13,8 @@ using namespace Host;
 namespace {
 
 constexpr std::int32_t kFirstViewId = 1;
+// As for every bad argument.
+constexpr int kRefusedScenario = 2;
 // How a shell reports a program that a signal has ended.
 constexpr int kSignalExitCode = 128;
 
@@ -54,6 +56,9 @@ Browser::~Browser() {
 }
 
 int Browser::run() {
+    // The receiver has told why.
+    if (m_receiverProcess && m_receiverProcess->refusedScenario())
+        return kRefusedScenario;
     openView(kFirstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
     g_main_loop_run(m_loop.get());
     return m_exitCode;

@@ -78,6 +78,7 @@ bool ChildProcess::readSome() {
     const ssize_t count = read(m_output, bytes, sizeof bytes);
     if (count > 0)
         m_buffer.append(bytes, static_cast<size_t>(count));
+    m_outputEnded = count == 0;
     return count > 0 || (count < 0 && errno == EINTR);
 }
 

@@ -24,6 +24,9 @@ class ChildProcess {
     // Blocks for the next line of its output; false at the end of the output or after the time limit.
     [[nodiscard]] bool readLine(std::string& line, int timeoutMs);
 
+    // It has closed its output, as it does when it ends.
+    [[nodiscard]] bool outputEnded() const { return m_outputEnded; }
+
     // From now on lines of its output, and at last its end, are told through the main loop.
     void watch(std::function<void(const std::string&)> line, std::function<void()> ended);
 
@@ -41,6 +44,7 @@ class ChildProcess {
     GPid m_pid;  // 0 once it has ended.
     int m_output;
     std::string m_buffer;
+    bool m_outputEnded = false;
     std::function<void(const std::string&)> m_lineCallback;
     std::function<void()> m_endCallback;
     Host::GSourceHandle m_outputSource;

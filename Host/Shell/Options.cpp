@@ -32,7 +32,7 @@ constexpr char kHelp[] =
     "\n"
     "Exit code: 0, or with --exit-after-load 1 for a failed load, a failed or a missing verdict; 2 for a "
     "bad\n"
-    "command line.\n"
+    "command line or a scenario that the receiver refuses.\n"
     "\n"
     "Environment: HBBTV_BUNDLE (the bundle's path; empty: none), HBBTV_RECEIVER (the receiver's path).\n"
     "\n"

@@ -48,7 +48,12 @@ ReceiverProcess::ReceiverProcess(GDBusConnection* bus, const std::optional<std::
     m_child = ChildProcess::start(command);
     if (!m_child)
         return;
-    if (!waitUntilReady())
+    const bool ready = waitUntilReady();
+    // Another television than the one that was asked for would only mislead.
+    m_refusedScenario = !ready && scenario && m_child->outputEnded();
+    if (m_refusedScenario)
+        return;
+    if (!ready)
         g_warning("the receiver did not become ready; going on without waiting for it");
     m_child->watch(forward, [this] {
         g_warning("the receiver has ended; going on without it");

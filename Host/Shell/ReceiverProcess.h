@@ -18,10 +18,14 @@ class ReceiverProcess {
     ReceiverProcess(const ReceiverProcess&) = delete;
     ReceiverProcess& operator=(const ReceiverProcess&) = delete;
 
+    // The receiver has said that the scenario which was asked for is no good.
+    [[nodiscard]] bool refusedScenario() const { return m_refusedScenario; }
+
  private:
     [[nodiscard]] bool waitUntilReady();
 
     std::unique_ptr<ChildProcess> m_child;
+    bool m_refusedScenario = false;
 };
 
 }  // namespace Shell

@@ -1,9 +1,11 @@
 // Pages go on when the receiver does not.
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
+import { shell } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
 import { Television } from "./Harness/television.mjs";
-import { waitFor } from "./Harness/wait.mjs";
+import { inTime, waitFor } from "./Harness/wait.mjs";
+import { Workplace } from "./Harness/workplace.mjs";
 
 // Uses a bit of everything; what a page sees when nobody answers is null, 0 or nothing, never an exception.
 const useEverything = () => {
@@ -94,5 +96,23 @@ describe("A receiver", () => {
     await receiver.resetMethods();
     assert.deepEqual(seen, unanswered);
     assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+});
+
+describe("A scenario that the receiver refuses", () => {
+  let workplace;
+
+  before(async () => {
+    workplace = await Workplace.create();
+  });
+
+  after(() => workplace?.close());
+
+  it("ends the shell with its reason, as every bad argument does", async () => {
+    const started = workplace.start(shell(), ["--scenario", "/nowhere.json", "about:blank"]);
+    await inTime("the shell ends", started.ended, 30000);
+    assert.equal(started.exitCode, 2);
+    await waitFor("the reason is told", () => workplace.lines.some(line =>
+      line.includes("/nowhere.json: cannot open it: No such file or directory")));
   });
 });
