@@ -33,8 +33,11 @@ void forward(const std::string& line) {
 }  // namespace
 
 ReceiverProcess::ReceiverProcess(GDBusConnection* bus, const std::optional<std::string>& scenario) {
-    if (isReceiverRunning(bus))
+    if (isReceiverRunning(bus)) {
+        if (scenario)
+            g_warning("a receiver is running already; --scenario %s is not used", scenario->c_str());
         return;
+    }
     const auto program = findReceiver();
     if (!program) {
         g_warning("hbbtv-receiver is not installed beside this program; going on without a receiver");

@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <system_error>
 
 #include "CSP/Inc/PCLog.h"
 
@@ -47,7 +48,13 @@ void DebugSocket::Start() {
     }
     if (m_thread.joinable())
         m_thread.join();  // an earlier one, which has ended by itself
-    m_thread = std::thread(&DebugSocket::Run, this);
+    try {
+        m_thread = std::thread(&DebugSocket::Run, this);
+    } catch (const std::system_error& error) {
+        HBBTV_LOG_ERROR("can't start the debug socket's thread: %s", error.what());
+        const std::lock_guard lock(m_mutex);
+        m_running = false;
+    }
 }
 
 void DebugSocket::Stop() {

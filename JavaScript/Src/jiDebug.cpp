@@ -17,12 +17,13 @@ void jiDebug::Register(JSContextRef context) {
 }
 
 JSValueRef jiDebug::t_DebugMessage(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
-                                   const JSValueRef arguments[], JSValueRef* exception) {
+                                   const JSValueRef arguments[], JSValueRef* /*exception*/) {
     DebugSocket& socket = DebugSocket::GetInstance();
     socket.Start();
+    // A message that cannot be made a text is an empty one: a page must not fail because of its own debug output.
     std::string message;
-    if (count > 0 && !ToUtf8(context, arguments[0], message, exception))
-        return JSValueMakeNull(context);
+    if (count > 0)
+        (void)ToUtf8(context, arguments[0], message, nullptr);
     socket.Write(message);
     HBBTV_LOG_INFO("OIPF window.debug: %s", message.c_str());
     return JSValueMakeNull(context);

@@ -19,10 +19,11 @@ void PutOnWindow(JSContextRef context, const char* name, JSObjectCallAsFunctionC
 }
 
 JSValueRef Alert(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, const JSValueRef arguments[],
-                 JSValueRef* exception) {
+                 JSValueRef*) {
     std::string text;
-    if (count == 0 || ToUtf8(context, arguments[0], text, exception))
-        HBBTV_LOG_INFO("ALERT: %s", text.c_str());
+    if (count > 0)
+        (void)ToUtf8(context, arguments[0], text, nullptr);
+    HBBTV_LOG_INFO("ALERT: %s", text.c_str());
     return JSValueMakeNull(context);
 }
 
