@@ -49,6 +49,13 @@ void DbusEvents::fileResponse(std::uint32_t handle, const std::string& url,
                              static_cast<std::uint32_t>(data.size()), status ? TRUE : FALSE);
 }
 
+void DbusEvents::planeChanged(std::uint32_t pluginId, bool visible, const VideoWindow& window,
+                              const std::string& title) {
+    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), pluginId, visible ? TRUE : FALSE,
+                                        window.x, window.y, window.width, window.height,
+                                        window.fullScreen ? TRUE : FALSE, title.c_str());
+}
+
 void DbusEvents::applicationStarted(std::int32_t viewId, const std::string& url) {
     receiver_control_emit_application_started(RECEIVER_CONTROL(m_control), viewId, url.c_str());
 }

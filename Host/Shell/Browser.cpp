@@ -136,6 +136,7 @@ void Browser::receiverAppeared() {
 void Browser::receiverVanished() {
     g_message("the receiver is gone; all keys reach the page");
     m_remoteControl.setMask(kAllKeyGroups);
+    m_screen.videoPlane().hideAll();
 }
 
 void Browser::applicationStarted(std::int32_t id, const std::string& url) {
@@ -164,12 +165,27 @@ void Browser::applicationVisibilityChanged(std::int32_t id, bool visible) {
         m_screen.setVisible(*view, visible);
 }
 
+void Browser::planeShown(std::uint32_t player, const PlaneWindow& window, const std::string& channel) {
+    m_screen.videoPlane().show(player, window, channel);
+}
+
+void Browser::planeHidden(std::uint32_t player) {
+    m_screen.videoPlane().hide(player);
+}
+
 void Browser::keyMaskChanged(std::uint32_t mask) {
     m_remoteControl.setMask(mask);
 }
 
 void Browser::keyPressed(std::uint32_t keyCode) {
     m_remoteControl.press(m_screen.top(), keyCode);
+}
+
+// The players of the document before may live on in the receiver, but nobody looks through their holes. Which
+// view a player belongs to is not known, so with several views all pictures stay.
+void Browser::viewDidReplaceDocument(BrowserView&) {
+    if (m_views.size() == 1)
+        m_screen.videoPlane().hideAll();
 }
 
 void Browser::viewDidChangeUrl(BrowserView& view) {

@@ -33,6 +33,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     [[nodiscard]] int run();
 
  private:
+    void viewDidReplaceDocument(BrowserView& view) override;
     void viewDidChangeUrl(BrowserView& view) override;
     void viewDidFinishLoad(BrowserView& view) override;
     void viewDidFailLoad(BrowserView& view, const std::string& reason) override;
@@ -48,6 +49,8 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void applicationStarted(std::int32_t id, const std::string& url) override;
     void applicationDestroyed(std::int32_t id) override;
     void applicationVisibilityChanged(std::int32_t id, bool visible) override;
+    void planeShown(std::uint32_t player, const PlaneWindow& window, const std::string& channel) override;
+    void planeHidden(std::uint32_t player) override;
     void keyMaskChanged(std::uint32_t mask) override;
     void keyPressed(std::uint32_t keyCode) override;
 

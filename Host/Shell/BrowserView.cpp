@@ -96,6 +96,7 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
             break;
         case WEBKIT_LOAD_COMMITTED:
             view.m_provisional = false;
+            view.m_listener.viewDidReplaceDocument(view);
             onUriChanged(nullptr, nullptr, self);
             break;
         case WEBKIT_LOAD_FINISHED: {

@@ -14,6 +14,8 @@ class BrowserView;
 
 class BrowserViewListener {
  public:
+    // Another document is in the main frame; its scripts have hardly begun.
+    virtual void viewDidReplaceDocument(BrowserView& view) = 0;
     // The main frame shows another URL, by a navigation or by a fragment.
     virtual void viewDidChangeUrl(BrowserView& view) = 0;
     virtual void viewDidFinishLoad(BrowserView& view) = 0;

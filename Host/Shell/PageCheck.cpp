@@ -110,7 +110,7 @@ void PageCheck::takeScreenshot() {
     for (const BrowserView* view : m_screen.visibleViews())
         views.push_back(view->webView());
     m_screenshot = std::make_unique<Screenshot>(*m_options.screenshot);
-    m_screenshot->take(views, [this](const std::string& error) {
+    m_screenshot->take(m_screen.videoPlane(), views, [this](const std::string& error) {
         if (!error.empty())
             m_failure = "no screenshot: " + error;
         finish();

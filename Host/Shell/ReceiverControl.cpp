@@ -14,6 +14,21 @@ constexpr char kInterface[] = "org.vantrel.hbbtv.ReceiverControl";
 constexpr char kPath[] = "/org/vantrel/hbbtv/control";
 constexpr int kCallLimitMs = 2000;
 
+void tellPlane(GVariant* parameters, ReceiverEvents& events) {
+    guint32 player = 0;
+    gboolean visible = FALSE;
+    gboolean fullScreen = FALSE;
+    PlaneWindow window;
+    const char* channel = nullptr;
+    g_variant_get(parameters, "(ubuuuub&s)", &player, &visible, &window.x, &window.y, &window.width,
+                  &window.height, &fullScreen, &channel);
+    window.fullScreen = fullScreen;
+    if (visible)
+        events.planeShown(player, window, channel);
+    else
+        events.planeHidden(player);
+}
+
 }  // namespace
 
 bool isNameOwned(GDBusConnection* bus, const char* name) {
@@ -122,6 +137,8 @@ void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const
         gboolean visible = FALSE;
         g_variant_get(parameters, "(ib)", &view, &visible);
         events.applicationVisibilityChanged(view, visible);
+    } else if (is("PlaneChanged", "(ubuuuubs)")) {
+        tellPlane(parameters, events);
     } else if (is("KeyMaskChanged", "(u)")) {
         g_variant_get(parameters, "(u)", &number);
         events.keyMaskChanged(number);

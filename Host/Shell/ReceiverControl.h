@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Host/Inc/GHandles.h"
+#include "Host/Shell/PlaneLayout.h"
 
 namespace Shell {
 
@@ -20,6 +21,8 @@ class ReceiverEvents {
     virtual void applicationStarted(std::int32_t view, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t view) = 0;
     virtual void applicationVisibilityChanged(std::int32_t view, bool visible) = 0;
+    virtual void planeShown(std::uint32_t player, const PlaneWindow& window, const std::string& channel) = 0;
+    virtual void planeHidden(std::uint32_t player) = 0;
     virtual void keyMaskChanged(std::uint32_t mask) = 0;
     virtual void keyPressed(std::uint32_t keyCode) = 0;
 

@@ -11,9 +11,7 @@ Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     m_overlay = gtk_overlay_new();
     gtk_widget_set_size_request(m_overlay, kScreenWidth, kScreenHeight);
-    GtkWidget* videoPlane = gtk_drawing_area_new();
-    g_signal_connect(videoPlane, "draw", G_CALLBACK(onDrawVideoPlane), this);
-    gtk_container_add(GTK_CONTAINER(m_overlay), videoPlane);
+    gtk_container_add(GTK_CONTAINER(m_overlay), m_videoPlane.widget());
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
     g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);
@@ -63,11 +61,6 @@ void Screen::focusTop() {
         gtk_widget_grab_focus(view->widget());
 }
 
-gboolean Screen::onDrawVideoPlane(GtkWidget*, cairo_t* cairo, gpointer) {
-    drawVideoPlane(cairo);
-    return TRUE;
-}
-
 gboolean Screen::onKey(GtkWidget*, GdkEventKey* event, gpointer self) {
     return static_cast<Screen*>(self)->m_keyHandler(*event);
 }
@@ -76,15 +69,6 @@ void Screen::onDestroy(GtkWidget*, gpointer self) {
     auto& screen = *static_cast<Screen*>(self);
     screen.m_window = nullptr;
     screen.m_closed();
-}
-
-void drawVideoPlane(cairo_t* cairo) {
-    cairo_pattern_t* gradient = cairo_pattern_create_linear(0, 0, kScreenWidth, kScreenHeight);
-    cairo_pattern_add_color_stop_rgb(gradient, 0, 0.06, 0.15, 0.26);
-    cairo_pattern_add_color_stop_rgb(gradient, 1, 0.02, 0.05, 0.10);
-    cairo_set_source(cairo, gradient);
-    cairo_paint(cairo);
-    cairo_pattern_destroy(gradient);
 }
 
 }  // namespace Shell

@@ -9,6 +9,7 @@
 #include <gtk/gtk.h>
 
 #include "Host/Shell/BrowserView.h"
+#include "Host/Shell/VideoPlane.h"
 
 namespace Shell {
 
@@ -28,13 +29,15 @@ class Screen {
     void remove(BrowserView& view);
     void setVisible(BrowserView& view, bool visible);
 
+    [[nodiscard]] VideoPlane& videoPlane() { return m_videoPlane; }
+    [[nodiscard]] const VideoPlane& videoPlane() const { return m_videoPlane; }
+
     // The view that the remote control acts on; null when all are hidden.
     [[nodiscard]] BrowserView* top() const;
     // What is on the screen, bottom up.
     [[nodiscard]] std::vector<BrowserView*> visibleViews() const;
 
  private:
-    static gboolean onDrawVideoPlane(GtkWidget* widget, cairo_t* cairo, gpointer self);
     static gboolean onKey(GtkWidget* widget, GdkEventKey* event, gpointer self);
     static void onDestroy(GtkWidget* widget, gpointer self);
 
@@ -42,12 +45,10 @@ class Screen {
 
     std::function<bool(const GdkEventKey&)> m_keyHandler;
     std::function<void()> m_closed;
+    VideoPlane m_videoPlane{kScreenWidth, kScreenHeight};
     GtkWidget* m_window;
     GtkWidget* m_overlay;
     std::vector<BrowserView*> m_views;
 };
-
-// Stands in for the broadcast or media picture.
-void drawVideoPlane(cairo_t* cairo);
 
 }  // namespace Shell

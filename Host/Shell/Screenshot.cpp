@@ -13,7 +13,7 @@ Screenshot::~Screenshot() {
         g_cancellable_cancel(m_cancellable.get());
 }
 
-void Screenshot::take(const std::vector<WebKitWebView*>& views, Done done) {
+void Screenshot::take(const VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done) {
     m_done = std::move(done);
     m_cancellable.reset(g_cancellable_new());
     m_remaining.clear();
@@ -21,7 +21,7 @@ void Screenshot::take(const std::vector<WebKitWebView*>& views, Done done) {
         m_remaining.push_back(retain(*view));
     m_picture.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24, kScreenWidth, kScreenHeight));
     cairo_t* cairo = cairo_create(m_picture.get());
-    drawVideoPlane(cairo);
+    plane.draw(cairo);
     cairo_destroy(cairo);
     takeNext();
 }

@@ -9,6 +9,7 @@
 #include <webkit2/webkit2.h>
 
 #include "Host/Inc/GHandles.h"
+#include "Host/Shell/VideoPlane.h"
 
 namespace Shell {
 
@@ -22,8 +23,9 @@ class Screenshot {
     Screenshot(const Screenshot&) = delete;
     Screenshot& operator=(const Screenshot&) = delete;
 
-    // The views from the bottom up. `done` is not called when this object dies before.
-    void take(const std::vector<WebKitWebView*>& views, Done done);
+    // The plane, and above it the views from the bottom up. `done` is not called when this object dies
+    // before.
+    void take(const VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done);
 
  private:
     struct SurfaceDestroy {

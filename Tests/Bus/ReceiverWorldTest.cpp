@@ -95,6 +95,13 @@ class HeardEvents : public ReceiverEvents {
                       bool status) override {
         hear("file", handle, std::string(data.begin(), data.end()), status);
     }
+    void planeChanged(std::uint32_t id, bool visible, const VideoWindow& window,
+                      const std::string& title) override {
+        if (visible)
+            hear("plane", id, window.x, window.y, window.width, window.height, window.fullScreen, title);
+        else
+            hear("no plane", id);
+    }
     void applicationStarted(std::int32_t viewId, const std::string& url) override {
         hear("started", viewId, url);
     }
@@ -233,6 +240,53 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     EXPECT_TRUE(players.acquire(2));
     EXPECT_TRUE(players.supports("Video/MP4; codecs=\"avc1\""));
     EXPECT_FALSE(players.setMimeType(2, "video/ogg"));
+}
+
+constexpr const char twoChannels[] =
+    R"({"broadcast": {"current_channel": 1, "tune_ms": 100, "channels": [
+  {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]}})";
+
+TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
+    Simulation simulation(twoChannels);
+    auto& broadcast = simulation.world.broadcast();
+    EXPECT_TRUE(broadcast.bindToCurrentChannel(1));
+    simulation.timers.pass(100);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("data 101 1 1 1000", "data 101 1 2 1000"))
+        << "no window yet";
+    broadcast.setWindow(1, {200, 100, 640, 360});
+    EXPECT_THAT(simulation.events.take(), ElementsAre("plane 1 200 100 640 360 0 One"));
+    EXPECT_TRUE(broadcast.stepChannel(1, true));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("no plane 1", "data 101 1 1 1000"));
+    broadcast.setWindow(1, {0, 0, 0, 0, true});
+    EXPECT_THAT(simulation.events.take(), IsEmpty()) << "black while it connects";
+    simulation.timers.pass(100);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("data 100 1 2 1000", "plane 1 0 0 0 0 1 Two", "data 101 1 2 1000"));
+    broadcast.setWindow(1, {0, 0, 0, 0});
+    broadcast.setWindow(1, {0, 0, 0, 10});
+    EXPECT_THAT(simulation.events.take(), ElementsAre("no plane 1"));
+    broadcast.setWindow(1, {1, 2, 3, 4});
+    broadcast.release(1);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("plane 1 1 2 3 4 0 Two", "no plane 1", "data 101 1 0 1000"));
+}
+
+TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
+    Simulation simulation(twoChannels);
+    auto& broadcast = simulation.world.broadcast();
+    for (const std::uint32_t player : {1u, 2u}) {
+        EXPECT_TRUE(broadcast.bindToCurrentChannel(player));
+        broadcast.setWindow(player, {player, 0, 16, 9});
+    }
+    simulation.timers.pass(100);
+    EXPECT_TRUE(broadcast.stepChannel(2, true));
+    (void)simulation.events.take();
+    simulation.timers.pass(100);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("plane 1 1 0 16 9 0 Two", "data 100 2 2 1000",
+                                                      "plane 2 2 0 16 9 0 Two", "data 101 2 2 1000"));
+    broadcast.setNullChannel(2, false);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("no plane 1", "no plane 2", "data 100 2 0 1000", "data 101 2 0 1000"));
 }
 
 TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {

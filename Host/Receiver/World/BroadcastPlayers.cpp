@@ -63,6 +63,10 @@ void BroadcastPlayers::setNullChannel(std::uint32_t pluginId, bool becomeIndepen
 
 void BroadcastPlayers::release(std::uint32_t pluginId) {
     const bool realized = state(pluginId) != BroadcastState::Unrealized;
+    if (realized) {
+        player(pluginId).state = BroadcastState::Unrealized;
+        tellPlane(pluginId);
+    }
     m_players.erase(pluginId);
     if (realized)
         announce(Event::BroadcastState, pluginId, static_cast<std::int32_t>(BroadcastState::Unrealized));
@@ -98,6 +102,7 @@ std::int32_t BroadcastPlayers::volume(std::uint32_t pluginId) {
 
 void BroadcastPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) {
     player(pluginId).window = window;
+    tellPlane(pluginId);
 }
 
 std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, ComponentType type,
@@ -209,6 +214,7 @@ void BroadcastPlayers::announce(std::int32_t event, std::uint32_t pluginId, std:
 
 void BroadcastPlayers::changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error) {
     player(pluginId).state = state;
+    tellPlane(pluginId);
     announce(Event::BroadcastState, pluginId, static_cast<std::int32_t>(state), error);
 }
 
@@ -216,6 +222,25 @@ void BroadcastPlayers::setCurrentChannel(std::uint32_t channelId) {
     if (m_scenario.broadcast.currentChannel != 0)
         m_lastChannel = m_scenario.broadcast.currentChannel;
     m_scenario.broadcast.currentChannel = channelId;
+    // There is one tuner: other players show its new channel too.
+    std::vector<std::uint32_t> seen;
+    m_players.forEach([&seen](std::uint32_t pluginId, const BroadcastPlayer& candidate) {
+        if (candidate.onPlane)
+            seen.push_back(pluginId);
+    });
+    for (const auto pluginId : seen)
+        tellPlane(pluginId);
+}
+
+void BroadcastPlayers::tellPlane(std::uint32_t pluginId) {
+    auto& told = player(pluginId);
+    const auto& window = told.window;
+    const bool hasPlace = window.fullScreen || (window.width > 0 && window.height > 0);
+    const auto* shown = hasPlace && told.state == BroadcastState::Presenting ? channel(pluginId) : nullptr;
+    if (shown == nullptr && !told.onPlane)
+        return;
+    told.onPlane = shown != nullptr;
+    m_events.planeChanged(pluginId, told.onPlane, window, shown == nullptr ? "" : shown->name);
 }
 
 }  // namespace Receiver

@@ -24,14 +24,6 @@ inline constexpr std::int32_t KeyMissing = 4;
 inline constexpr std::int32_t UnknownChannel = 5;
 }  // namespace TuningError
 
-struct VideoWindow {
-    std::uint32_t x = 0;
-    std::uint32_t y = 0;
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    bool fullScreen = false;
-};
-
 struct ChannelRequest {
     std::uint32_t idType = 0;
     std::string dsd;
@@ -48,6 +40,7 @@ struct BroadcastPlayer {
     BroadcastState state = BroadcastState::Unrealized;
     std::int32_t volume;
     VideoWindow window;
+    bool onPlane = false;  // As last told.
     ComponentSelection selection;
     Timer tuning;
 };
@@ -104,6 +97,8 @@ class BroadcastPlayers {
                   std::int32_t error = NoError);
     void changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error = NoError);
     void setCurrentChannel(std::uint32_t channelId);
+    // Tells what there is to see of the player, unless nothing is and nothing was.
+    void tellPlane(std::uint32_t pluginId);
 
     Scenario& m_scenario;
     Timers& m_timers;

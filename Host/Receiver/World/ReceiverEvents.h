@@ -23,6 +23,15 @@ inline constexpr std::int32_t SasSession = 1000;
 // The second value of a channel-change or play-state event when nothing went wrong.
 inline constexpr std::int32_t NoError = 1000;
 
+// Where on the screen a page wants its picture.
+struct VideoWindow {
+    std::uint32_t x = 0;
+    std::uint32_t y = 0;
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    bool fullScreen = false;
+};
+
 class ReceiverEvents {
  public:
     virtual ~ReceiverEvents() = default;
@@ -39,6 +48,8 @@ class ReceiverEvents {
     virtual void fileResponse(std::uint32_t handle, const std::string& url,
                               const std::vector<std::uint8_t>& data, bool status) = 0;
 
+    virtual void planeChanged(std::uint32_t pluginId, bool visible, const VideoWindow& window,
+                              const std::string& title) = 0;
     virtual void applicationStarted(std::int32_t viewId, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t viewId) = 0;
     virtual void applicationVisibilityChanged(std::int32_t viewId, bool visible) = 0;
