@@ -1,0 +1,299 @@
+// The zapper's picture and keys: live television in a window, what is on, all channels, and full screen.
+// The element "verdict" carries data-verdict="pass" or "fail" once the television shows a channel, or does not.
+(function () {
+  'use strict';
+
+  var AUDIO = 1;
+  var SUBTITLE = 2;
+  // Colour keys, navigation, information, digits, and the others, among which are those for channels.
+  var KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10 | 0x80 | 0x100 | 0x400;
+  var ROWS = 8;
+  var DIGITS_MS = 1500;
+  var BANNER_MS = 5000;
+  var START_MS = 12000;
+
+  var TROUBLES = {
+    1: ['No signal', 'It cannot be received here.'],
+    3: ['Locked', 'Parental control keeps it closed.'],
+    4: ['Encrypted', 'It is not part of your subscription.'],
+    5: ['Unknown channel', 'The television does not know it.']
+  };
+  var LANGUAGES = { deu: 'Deutsch', eng: 'English', fra: 'Fran\u00e7ais' };
+  var STATES = ['No picture', 'Connecting', 'Watching', 'Stopped'];
+
+  // Key codes by name; the browser's own constants are read over them at start.
+  var keyCodes = {
+    VK_ENTER: 13, VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_RED: 403, VK_GREEN: 404,
+    VK_YELLOW: 405, VK_BLUE: 406, VK_CHANNEL_UP: 427, VK_CHANNEL_DOWN: 428, VK_INFO: 457, VK_BACK: 461
+  };
+
+  var digits = '';
+  var digitsTimer = 0;
+  var bannerTimer = 0;
+  var startTimer = 0;
+  var trouble = null;
+  var lastContent = '';
+
+  function byId(id) {
+    return document.getElementById(id);
+  }
+
+  function setText(id, text) {
+    if (byId(id).textContent !== text) byId(id).textContent = text;
+  }
+
+  function setClass(id, name, isOn) {
+    var list = (id ? byId(id) : document.body).classList;
+    if (isOn) list.add(name);
+    else list.remove(name);
+  }
+
+  function isOpen(id) {
+    return !byId(id).classList.contains('closed');
+  }
+
+  // --- the picture ---
+
+  function clockTime(milliseconds) {
+    var time = new Date(milliseconds);
+    return time.getHours() + ':' + ('0' + time.getMinutes()).slice(-2);
+  }
+
+  function channelRow(channel, index) {
+    var row = document.createElement('li');
+    var number = document.createElement('span');
+    number.className = 'number';
+    number.textContent = television.numberOf(channel);
+    row.appendChild(number);
+    row.appendChild(document.createTextNode(channel.name));
+    var mark = channel.locked || channel.manualBlock ? 'locked' : channel.authorised ? '' : 'encrypted';
+    if (mark) {
+      var label = document.createElement('span');
+      label.className = 'mark';
+      label.textContent = mark;
+      row.appendChild(label);
+    }
+    if (index === television.wantedIndex()) row.className = trouble ? 'failed' : 'current';
+    return row;
+  }
+
+  // As many rows as there is room for, the channel asked for among them.
+  function showChannels() {
+    var channels = television.channels();
+    var first = Math.max(0, Math.min(television.wantedIndex() - ROWS / 2, channels.length - ROWS));
+    byId('channels').textContent = '';
+    channels.slice(first, first + ROWS).forEach(function (channel, row) {
+      byId('channels').appendChild(channelRow(channel, first + row));
+    });
+  }
+
+  function showBanner() {
+    var channel = television.channels()[television.wantedIndex()] || television.currentChannel();
+    // While the next channel is tuned to, the receiver still tells the programmes of the former one.
+    var isShown = television.playState() === television.PRESENTING && !trouble;
+    var on = isShown ? television.nowAndNext() : { now: null, next: null };
+    var now = on.now;
+    setText('channel-number', channel ? String(television.numberOf(channel)) : '');
+    setText('channel-name', channel ? channel.longName || channel.name : 'No channel');
+    setText('now-time', now ? clockTime(now.start) + ' \u2013 ' + clockTime(now.end) : '');
+    setText('now-name', now ? now.name : isShown ? 'No programme information' : '');
+    setText('next', on.next ? clockTime(on.next.start) + '  ' + on.next.name : '');
+    byId('elapsed').style.width = now ? 100 * (Date.now() - now.start) / (now.end - now.start) + '%' : '0';
+  }
+
+  function componentText(type, extra) {
+    var found = television.components(type);
+    if (found.all.length === 0) return 'none';
+    var active = found.all[found.active];
+    if (!active) return 'off';
+    return (LANGUAGES[active.language] || active.language || 'unknown') + extra(active);
+  }
+
+  function showComponents() {
+    var audio = componentText(AUDIO, function (component) {
+      return (component.audioChannels > 2 ? ' 5.1' : '') + (component.audioDescription ? ' AD' : '');
+    });
+    var subtitles = componentText(SUBTITLE, function (component) {
+      return component.hearingImpaired ? ' HI' : '';
+    });
+    byId('card-audio').querySelector('.value').textContent = audio;
+    byId('card-subtitles').querySelector('.value').textContent = subtitles;
+  }
+
+  function showTrouble() {
+    setClass('trouble', 'closed', !trouble);
+    setText('trouble-title', trouble ? trouble[0] : '');
+    setText('trouble-text', trouble ? trouble[1] + ' Choose another channel.' : '');
+  }
+
+  function showEverything() {
+    setText('clock', clockTime(Date.now()));
+    setText('state', trouble ? trouble[0] : STATES[television.playState()] || 'No picture');
+    showTrouble();
+    showChannels();
+    showBanner();
+    showComponents();
+  }
+
+  // In full screen the banner stands for a moment; beside the picture it always does.
+  function showBannerForAMoment() {
+    clearTimeout(bannerTimer);
+    setClass('', 'quiet', false);
+    bannerTimer = setTimeout(function () { setClass('', 'quiet', true); }, BANNER_MS);
+  }
+
+  // --- what the television tells ---
+
+  function onChanged() {
+    trouble = null;
+    showEverything();
+    showBannerForAMoment();
+  }
+
+  function onFailed(error) {
+    trouble = TROUBLES[error] || ['Not available', 'The television reports error ' + error + '.'];
+    showEverything();
+    showBannerForAMoment();
+  }
+
+  function onState(state) {
+    if (state === television.PRESENTING && television.wantedIndex() < 0) television.follow();
+    if (state === television.PRESENTING) trouble = null;
+    showEverything();
+    if (state === television.PRESENTING || state === 0) finishStart();
+  }
+
+  function onFullScreen() {
+    setClass('', 'full', television.isFullScreen());
+    showBannerForAMoment();
+  }
+
+  // A carousel repeats its events; only one that says something new is announced.
+  function onStreamEvent(event) {
+    var content = event.name + ' ' + event.data;
+    if (content === lastContent) return;
+    lastContent = content;
+    setText('notice', 'News from the broadcast: press the red key');
+    setText('message-text', event.text || event.name);
+    setText('message-detail', event.name + ', ' + event.status + ', ' + event.data.length / 2 + ' bytes');
+    setClass('notice', 'closed', isOpen('message'));
+  }
+
+  // --- the remote control ---
+
+  function tuneTo(isKnown, number) {
+    trouble = isKnown ? null : ['No channel ' + number, 'There is none of this number.'];
+    showEverything();
+    showBannerForAMoment();
+  }
+
+  function zap(by) {
+    tuneTo(television.zap(by), '');
+  }
+
+  function endDigits() {
+    clearTimeout(digitsTimer);
+    setClass('digits', 'closed', true);
+    if (digits !== '') tuneTo(television.zapToNumber(Number(digits)), Number(digits));
+    digits = '';
+  }
+
+  function addDigit(digit) {
+    clearTimeout(digitsTimer);
+    digits += digit;
+    setText('digits', digits);
+    setClass('digits', 'closed', false);
+    if (digits.length === 3) endDigits();
+    else digitsTimer = setTimeout(endDigits, DIGITS_MS);
+  }
+
+  function toggleMessage() {
+    if (byId('message-text').textContent === '') return;
+    setClass('message', 'closed', isOpen('message'));
+    setClass('notice', 'closed', true);
+  }
+
+  function goBack() {
+    if (isOpen('message') || isOpen('checks')) {
+      setClass('message', 'closed', true);
+      setClass('checks', 'closed', true);
+    } else if (television.isFullScreen()) {
+      television.toggleFullScreen();
+    }
+  }
+
+  var actions = {
+    VK_CHANNEL_UP: function () { zap(1); },
+    VK_CHANNEL_DOWN: function () { zap(-1); },
+    // In the list the next channel stands below.
+    VK_DOWN: function () { zap(1); },
+    VK_UP: function () { zap(-1); },
+    VK_LEFT: showBannerForAMoment,
+    VK_RIGHT: showBannerForAMoment,
+    VK_ENTER: function () { if (digits) endDigits(); else showBannerForAMoment(); },
+    VK_RED: toggleMessage,
+    VK_GREEN: function () { television.nextComponent(AUDIO, false); },
+    VK_YELLOW: function () { television.nextComponent(SUBTITLE, true); },
+    VK_BLUE: function () { television.toggleFullScreen(); },
+    VK_INFO: function () { setClass('checks', 'closed', isOpen('checks')); },
+    VK_BACK: goBack
+  };
+
+  function onKey(event) {
+    var action = null;
+    Object.keys(actions).forEach(function (name) {
+      if (keyCodes[name] === event.keyCode) action = actions[name];
+    });
+    if (event.keyCode >= 48 && event.keyCode <= 57) {
+      action = function () { addDigit(String(event.keyCode - 48)); };
+    }
+    if (!action) return;
+    event.preventDefault();
+    action();
+  }
+
+  // --- start and verdict ---
+
+  // Once, when the first channel is shown or is not; whoever waits for the verdict finds the finished picture.
+  function finishStart() {
+    if (startTimer === 0) return;
+    clearTimeout(startTimer);
+    startTimer = 0;
+    var passed = checks.run(function (text, isPassed) {
+      var line = document.createElement('li');
+      line.className = isPassed ? 'passed' : 'failed';
+      line.textContent = text;
+      byId('verdict').appendChild(line);
+    });
+    var verdict = passed === checks.count ? 'pass' : 'fail';
+    byId('summary').className = verdict;
+    byId('summary').textContent = passed + ' of ' + checks.count + ' checks passed';
+    byId('verdict').setAttribute('data-verdict', verdict);
+  }
+
+  function startApplication() {
+    var app = byId('appmgr').getOwnerApplication(document);
+    app.show();
+    app.privateData.keyset.setValue(KEYS);
+    for (var name in keyCodes) {
+      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
+    }
+  }
+
+  window.addEventListener('load', function () {
+    television.attempt(startApplication);
+    document.addEventListener('keydown', onKey, false);
+    startTimer = setTimeout(finishStart, START_MS);
+    television.start(byId('video'), {
+      changed: onChanged,
+      failed: onFailed,
+      state: onState,
+      components: showComponents,
+      fullScreen: onFullScreen
+    });
+    television.follow();
+    television.attempt(function () { television.listen('dvb://current/zapper', 'demo', onStreamEvent); });
+    showEverything();
+    setInterval(showEverything, 10000);
+  }, false);
+}());
