@@ -106,6 +106,19 @@ TEST_F(ATelevision, AChannelChangeThatIsOvertakenOrStoppedNeverFinishes) {
     EXPECT_EQ(call("IDAEBrowserAPI.CurrentChannel").text(), "(2, true)");
 }
 
+TEST_F(ATelevision, ReleasingPlayerZeroReleasesAllOfThemAndEndsTheirTuning) {
+    present(1);
+    (void)call("IBroadcastPlayer.SetChannel", "(uint32 2, uint32 0, '', 0, 0, 0, uint32 2)");
+    (void)call("IBroadcastPlayer.Release", "(uint32 0,)");
+    EXPECT_TRUE(hears({"PluginEventData(101, 2, 1, 1000)", "PluginEventData(101, 1, 0, 1000)",
+                       "PluginEventData(101, 2, 0, 1000)"}));
+    forget();
+    // Asked for later, so shown after player 2 would have been.
+    present(3);
+    EXPECT_EQ(call("IDAEBrowserAPI.CurrentChannel").text(), "(1, true)");
+    EXPECT_EQ(call("IBroadcastPlayer.GetPlayState", "(uint32 2,)").text(), "(0,)");
+}
+
 TEST_F(ATelevision, StepsThroughTheChannelsThatAreNotHidden) {
     present(1);
     EXPECT_EQ(call("IBroadcastPlayer.NextOrPrevChannel", "(uint32 1, true)").text(), "('', true)");

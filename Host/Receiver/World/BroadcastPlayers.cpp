@@ -1,6 +1,7 @@
 #include "Host/Receiver/World/BroadcastPlayers.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Receiver {
 
@@ -8,6 +9,8 @@ namespace {
 
 constexpr std::uint32_t idTypeSiDirect = 13;
 constexpr std::int32_t noParentalLock = 255;
+// What a page that goes away releases.
+constexpr std::uint32_t everyPlayer = 0;
 
 }  // namespace
 
@@ -62,6 +65,15 @@ void BroadcastPlayers::setNullChannel(std::uint32_t pluginId, bool becomeIndepen
 }
 
 void BroadcastPlayers::release(std::uint32_t pluginId) {
+    if (pluginId == everyPlayer) {
+        std::vector<std::uint32_t> ids;
+        m_players.forEach([&ids](std::uint32_t id, const BroadcastPlayer&) {
+            if (id != everyPlayer)
+                ids.push_back(id);
+        });
+        for (const auto id : ids)
+            release(id);
+    }
     const bool realized = state(pluginId) != BroadcastState::Unrealized;
     if (realized) {
         player(pluginId).state = BroadcastState::Unrealized;

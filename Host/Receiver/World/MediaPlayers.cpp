@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <vector>
 
 namespace Receiver {
 
@@ -9,6 +10,8 @@ namespace {
 
 constexpr std::size_t longestQueue = 32;
 constexpr std::size_t mostAttributes = 64;
+// What a page that goes away releases.
+constexpr std::uint32_t everyPlayer = 0;
 
 // "Video/MP4; codecs=..." is the type "video/mp4".
 std::string plainType(const std::string& mimeType) {
@@ -134,6 +137,15 @@ void MediaPlayers::unselectComponent(std::uint32_t pluginId, std::int32_t type, 
 }
 
 void MediaPlayers::release(std::uint32_t pluginId) {
+    if (pluginId == everyPlayer) {
+        std::vector<std::uint32_t> ids;
+        m_sessions.forEach([&ids](std::uint32_t id, const MediaSession&) {
+            if (id != everyPlayer)
+                ids.push_back(id);
+        });
+        for (const auto id : ids)
+            release(id);
+    }
     auto* playing = player(pluginId);
     if (playing != nullptr)
         playing->stop();
