@@ -144,6 +144,7 @@
 
   // --- what the television tells ---
 
+  // Another channel is asked for or shown.
   function onChanged() {
     trouble = null;
     showEverything();
@@ -181,20 +182,20 @@
 
   // --- the remote control ---
 
-  function tuneTo(isKnown, number) {
-    trouble = isKnown ? null : ['No channel ' + number, 'There is none of this number.'];
-    showEverything();
-    showBannerForAMoment();
+  function zap(by) {
+    if (television.zap(by)) onChanged();
   }
 
-  function zap(by) {
-    tuneTo(television.zap(by), '');
+  // A number that no channel has leaves everything as it is.
+  function zapToNumber(number) {
+    if (television.zapToNumber(number)) onChanged();
+    else setText('state', 'There is no channel ' + number);
   }
 
   function endDigits() {
     clearTimeout(digitsTimer);
     setClass('digits', 'closed', true);
-    if (digits !== '') tuneTo(television.zapToNumber(Number(digits)), Number(digits));
+    if (digits !== '') zapToNumber(Number(digits));
     digits = '';
   }
 

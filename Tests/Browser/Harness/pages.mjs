@@ -6,10 +6,11 @@ import { fileURLToPath } from "node:url";
 
 const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
 
+const applicationType = "application/vnd.hbbtv.xhtml+xml; charset=utf-8";
 const mimeTypes = {
   ".html": "text/html; charset=utf-8",
   ".xhtml": "application/xhtml+xml; charset=utf-8",
-  ".hbbtv": "application/vnd.hbbtv.xhtml+xml; charset=utf-8",
+  ".hbbtv": applicationType,
   ".js": "text/javascript; charset=utf-8",
   ".css": "text/css; charset=utf-8",
   ".json": "application/json",
@@ -33,6 +34,10 @@ function fileOf(pathname) {
   const file = normalize(join(folders[prefix], decodeURIComponent(pathname.slice(prefix.length))));
   const inside = file.startsWith(folders[prefix] + sep) && existsSync(file) && statSync(file).isFile();
   return inside ? file : undefined;
+}
+
+function typeOf(file) {
+  return file.endsWith(".hbbtv.xhtml") ? applicationType : mimeTypes[extname(file)] ?? "application/octet-stream";
 }
 
 export class PageServer {
@@ -76,7 +81,7 @@ export class PageServer {
       response.writeHead(404, headers).end();
       return;
     }
-    headers["Content-Type"] = mimeTypes[extname(file)] ?? "application/octet-stream";
+    headers["Content-Type"] = typeOf(file);
     response.writeHead(200, headers);
     createReadStream(file).pipe(response);
   }

@@ -1,0 +1,231 @@
+// The video/broadcast element on a page: where its picture is, when its handlers hear, what it leaves behind.
+import assert from "node:assert/strict";
+import { after, before, beforeEach, describe, it } from "node:test";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+const [unrealized, connecting, presenting] = [0, 1, 2];
+// All ones, in the wire's signed number.
+const anyPid = -1;
+
+// A page with the element at a known place, which notes all that it hears.
+const page = style => `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script>
+<style>body { margin: 0; height: 3000px } ${style}</style></head><body>
+<object id="video" type="video/broadcast"></object><script>
+var video = document.getElementById("video");
+window.heard = [];
+video.onPlayStateChange = function (state) { window.heard.push("state " + state); };
+video.onChannelChangeSucceeded = function (channel) { window.heard.push("shown " + channel.name); };
+video.onChannelChangeError = function (channel, error) { window.heard.push("error " + error); };
+</script></body></html>`;
+
+const placed = "#video { position: absolute; left: 100px; top: 50px; width: 320px; height: 180px }";
+
+describe("A video/broadcast element", () => {
+  let television, browser, receiver;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver } = television);
+  });
+
+  after(() => television?.close());
+
+  beforeEach(async () => {
+    await television.open("plain.html");
+    await receiver.setWorld("/broadcast/current_channel", 1);
+    await receiver.setWorld("/broadcast/tune_ms", 100);
+    await receiver.clearCalls();
+  });
+
+  async function argumentsOf(method) {
+    return (await receiver.calls()).filter(([name]) => name === `IBroadcastPlayer.${method}`)
+      .map(([, [, ...rest]]) => rest);
+  }
+
+  async function isAt(...place) {
+    let last;
+    await waitFor(`the picture is at ${place}`, async () => {
+      [last] = (await argumentsOf("UpdateLayout")).slice(-1);
+      return last && last.join() === [...place, false].join();
+    }).catch(error => assert.deepEqual(last, [...place, false], error.message));
+  }
+
+  const present = () => browser.runAsync((state, done) => {
+    video.addEventListener("PlayStateChange", event => event.state === state && done(), false);
+    video.bindToCurrentChannel();
+  }, presenting);
+
+  it("tells the receiver where the picture is, wherever it goes", async () => {
+    await television.show("placed.html", page(placed));
+    await isAt(100, 50, 320, 180);
+    await browser.run(() => window.scrollTo(0, 30));
+    await isAt(100, 20, 320, 180);
+    // Above the screen: a negative place, as the wire's unsigned numbers carry it.
+    await browser.run(() => window.scrollTo(0, 150));
+    await isAt(100, 2 ** 32 - 100, 320, 180);
+    await browser.run(() => window.scrollTo(0, 0));
+    await isAt(100, 50, 320, 180);
+    await browser.run(() => {
+      video.style.width = "640px";
+      video.style.height = "360px";
+    });
+    await isAt(100, 50, 640, 360);
+    await browser.run(() => {
+      const pusher = document.createElement("div");
+      video.style.position = "static";
+      pusher.style.height = "70px";
+      document.body.insertBefore(pusher, video);
+    });
+    await isAt(0, 70, 640, 360);
+    await browser.run(() => { video.style.display = "none"; });
+    await isAt(0, 0, 0, 0);
+  });
+
+  it("is followed within a box that scrolls, and within a frame", async () => {
+    const inner = television.server.write("inner.html", page(placed));
+    await television.show("outer.html", `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script>
+<style>body { margin: 0 } #box { position: absolute; left: 10px; top: 20px; width: 600px; height: 400px;
+overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 900px }</style></head><body>
+<div id="box"><iframe id="frame" src="${inner}"></iframe></div></body></html>`);
+    await isAt(110, 270, 320, 180);
+    await browser.run(() => { document.getElementById("box").scrollTop = 100; });
+    await isAt(110, 170, 320, 180);
+    await browser.run(() => frames[0].scrollTo(0, 40));
+    await isAt(110, 130, 320, 180);
+  });
+
+  it("hears with handlers that were set before it was in the document, or had a type", async () => {
+    await browser.run(() => {
+      const root = document.getElementById("root");
+      window.heard = [];
+      const note = name => state => window.heard.push(`${name} ${state}`);
+      const make = () => document.createElement("object");
+      const untyped = make();
+      untyped.onPlayStateChange = note("untyped");
+      untyped.type = "video/broadcast";
+      const typed = make();
+      typed.type = "video/broadcast";
+      typed.onPlayStateChange = note("typed");
+      const listening = make();
+      listening.setAttribute("type", "video/broadcast");
+      listening.addEventListener("PlayStateChange", event => note("listening")(event.state));
+      window.videos = [untyped, typed, listening];
+      for (const video of window.videos) {
+        root.appendChild(video);
+        video.bindToCurrentChannel();
+      }
+    });
+    await browser.waitFor("all three present", () => window.videos.every(video => video.playState === 2));
+    const heard = await browser.run(() => window.heard);
+    const expected = ["untyped", "typed", "listening"].flatMap(name => [`${name} 1`, `${name} 2`]);
+    assert.deepEqual(heard.sort(), expected.sort());
+  });
+
+  it("steps through the channels, stops, comes back and releases", async () => {
+    await television.show("steps.html", page(placed));
+    await present();
+    await browser.run(() => video.nextChannel());
+    await browser.waitFor("the next one is shown", () => video.currentChannel.sid === 102 && video.playState === 2);
+    await browser.run(() => video.prevChannel());
+    await browser.waitFor("the former one is shown", () => video.currentChannel.sid === 101 && video.playState === 2);
+    await browser.run(() => video.stop());
+    await browser.waitFor("it is stopped", () => video.playState === 3);
+    await present();
+    await browser.run(() => video.release());
+    await browser.waitFor("it is released", () => video.playState === 0);
+    assert.deepEqual(await argumentsOf("NextOrPrevChannel"), [[true], [false]]);
+    assert.deepEqual(await browser.run(() => window.heard), ["state 1", "state 2",
+      "state 1", "shown Nordlicht 2", "state 2", "state 1", "shown Nordlicht 1", "state 2",
+      "state 3", "state 1", "state 2", "state 0"]);
+    assert.equal(await browser.run(() => video.currentChannel), null);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+
+  it("chooses components by themselves and by type, and hears of it under both names", async () => {
+    await television.show("components.html", page(placed));
+    await present();
+    await browser.run(() => {
+      window.selections = [];
+      video.onSelectedComponentChanged = type => window.selections.push(`handler ${type}`);
+      for (const name of ["SelectedComponentChanged", "SelectedComponentChange"])
+        video.addEventListener(name, event => window.selections.push(`${name} ${event.componentType}`), false);
+      const audios = video.getComponents(video.COMPONENT_TYPE_AUDIO);
+      video.selectComponent(audios[1]);
+      video.selectComponent(video.COMPONENT_TYPE_SUBTITLE);
+    });
+    await browser.waitFor("both are heard of", () => window.selections.length === 6);
+    assert.deepEqual(await argumentsOf("SelectComponent"), [[1, 258], [2, anyPid]]);
+    assert.deepEqual(await browser.run(() => window.selections), [1, 2].flatMap(type =>
+      [`handler ${type}`, `SelectedComponentChanged ${type}`, `SelectedComponentChange ${type}`]));
+  });
+
+  it("hands stream events to whoever still listens, whatever bytes they carry", async () => {
+    await television.show("events.html", page(placed));
+    await browser.run(() => {
+      window.events = [];
+      window.gone = () => window.events.push("gone");
+      window.note = event => window.events.push([event.name, event.data, event.text, event.status]);
+      video.addStreamEventListener("dvb://other/1", "tick", window.gone);
+      video.addStreamEventListener("dvb://other/2", "tick", window.note);
+      video.removeStreamEventListener("dvb://other/1", "tick", window.gone);
+    });
+    await browser.waitFor("one is heard", () => window.events.length > 0);
+    assert.deepEqual((await browser.run(() => window.events))[0],
+      ["tick", "00010AFF", "\0\x01\n", "trigger"]);
+    // The receiver counts its subscriptions: after the one that was given up comes the one that stands.
+    const job = (await receiver.calls()).filter(([name]) => name === "IDAEBrowserAPI.StreamEventUnsubscribe")
+      .map(([, [id]]) => id)[0] + 1;
+    const emit = (status, name, id) => receiver.emit("StreamEvent",
+      `(uint32 ${status}, int16 5, '${name}', [byte 0x41, 0x00, 0xe2, 0x82, 0xac], uint32 ${id})`);
+    await emit(0, "unclaimed", job + 1000);
+    await emit(1, "failed", job);
+    await emit(0, "ours", job);
+    await browser.waitFor("the emitted one is heard",
+      () => window.events.some(event => event[0] === "ours"));
+    const events = await browser.run(() => window.events);
+    assert.deepEqual(events.filter(event => event[0] !== "tick"),
+      [["ours", "4100E282AC", "A\0\u20ac", "trigger"]]);
+  });
+
+  it("that tunes while its page goes away is released in order and says nothing to the next page", async () => {
+    const first = television.server.write("first.html", page(placed));
+    const second = television.server.write("second.html", page(placed));
+    await browser.open(first);
+    await receiver.setWorld("/broadcast/tune_ms", 1500);
+    await present();
+    await browser.run(() => {
+      video.setChannel(video.getChannelConfig().channelList[2], false);
+    });
+    await receiver.clearCalls();
+    await browser.open(second);
+    const order = ["IAVEventHandler.ReleasePlayer", "IBroadcastPlayer.Release", "IBroadcastPlayer.UpdateLayout"];
+    await waitFor("the next page's picture has its place", async () =>
+      (await receiver.callNames(...order)).includes("IBroadcastPlayer.UpdateLayout"));
+    assert.deepEqual(await receiver.callNames(...order), order);
+    // It began to tune later than the former page, which would be through by now.
+    await present();
+    assert.deepEqual(await browser.run(() => window.heard), [`state ${connecting}`, `state ${presenting}`]);
+    assert.equal(await receiver.getWorld("/broadcast/current_channel"), 1);
+    const players = Object.values(await receiver.getWorld("/state/broadcast_players"));
+    assert.deepEqual(players.map(({ state }) => state).filter(state => state !== unrealized), [presenting]);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+
+  it("is refused what is not a channel, and hears of channels that nobody knows", async () => {
+    await television.show("refusals.html", page(placed));
+    const seen = await browser.run(() => [
+      video.setChannel(), video.setChannel({}), video.setChannel("ccid://1.1", false), video.setChannel(7),
+      video.createChannelObject(12, 1, 2), video.getComponents(3), video.getComponents(-1)
+    ]);
+    assert.deepEqual(seen, [null, null, null, null, null, null, null]);
+    assert.deepEqual(await argumentsOf("SetChannel"), []);
+    await browser.run(() => video.setChannel(video.createChannelObject(12, 1, 2, 3), false));
+    await browser.waitFor("the error is heard", () => window.heard.includes("error 5"));
+    await browser.run(() => video.setChannel(null, false));
+    await waitFor("the null channel is asked for", async () => (await argumentsOf("SetNullChannel")).length > 0);
+    assert.equal(await browser.run(() => video.currentChannel), null);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+    await receiver.setWorld("/broadcast/related", true);
+  });
+});
