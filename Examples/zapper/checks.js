@@ -1,5 +1,5 @@
-// What the zapper checks about its television once it shows a channel. Each check returns what it saw, for its
-// line in the verdict, and fails by throwing.
+// What the zapper checks about its television once it shows a channel. Each check returns what it saw, for
+// its line in the verdict, and fails by throwing.
 var checks = (function () {
   'use strict';
 
@@ -21,7 +21,8 @@ var checks = (function () {
       var channels = channelList();
       var last = channels.length - 1;
       require(channels[last].ccid === channels.item(last).ccid, 'the last channel is another');
-      require(channels[last + 1] === undefined && channels.item(last + 1) === undefined, 'there is one too many');
+      require(channels[last + 1] === undefined, 'array notation does not end');
+      require(channels.item(last + 1) === undefined, 'items do not end');
     }],
     ['A channel is found by its id and by its triplet', function (require) {
       var channels = channelList();
@@ -67,7 +68,8 @@ var checks = (function () {
     }],
     ['A channel of one\'s own making carries its numbers', function (require) {
       var made = byId('video').createChannelObject(12, 1, 2, 3);
-      require(made.onid === 1 && made.tsid === 2 && made.sid === 3, [made.onid, made.tsid, made.sid].join(', '));
+      var numbers = [made.idType, made.onid, made.tsid, made.sid].join(', ');
+      require(numbers === '12, 1, 2, 3', 'got ' + numbers);
     }]
   ];
 

@@ -1,5 +1,5 @@
-// The television as the zapper sees it: everything that touches the receiver's objects is here, nothing of the
-// picture is. What the receiver does not tell is null or empty; only the checks ask the objects directly.
+// The television as the zapper sees it: everything that touches the receiver's objects is here, nothing of
+// the picture is. What the receiver does not tell is null or empty; only the checks ask the objects directly.
 var television = (function () {
   'use strict';
 
@@ -27,9 +27,12 @@ var television = (function () {
     return items;
   }
 
+  // In the order of their numbers; those without one come last and are counted.
   function readChannels() {
     var list = attempt(function () { return video.getChannelConfig().channelList; });
-    channels = toArray(list).filter(function (channel) { return !channel.hidden; });
+    channels = toArray(list).filter(function (channel) {
+      return !channel.hidden;
+    }).sort(function (a, b) { return a.majorChannel - b.majorChannel; });
   }
 
   function numberOf(channel) {
@@ -113,7 +116,8 @@ var television = (function () {
     components: function (type) {
       var all = toArray(attempt(function () { return video.getComponents(type); }));
       var active = toArray(attempt(function () { return video.getCurrentActiveComponents(type); }))[0];
-      return { all: all, active: all.map(function (one) { return one.pid; }).indexOf(active ? active.pid : -1) };
+      var pids = all.map(function (component) { return component.pid; });
+      return { all: all, active: active ? pids.indexOf(active.pid) : -1 };
     },
 
     // Goes on to the next component of a type; where there may be none, none comes after the last.

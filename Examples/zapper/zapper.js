@@ -1,5 +1,5 @@
 // The zapper's picture and keys: live television in a window, what is on, all channels, and full screen.
-// The element "verdict" carries data-verdict="pass" or "fail" once the television shows a channel, or does not.
+// The element "verdict" carries data-verdict="pass" or "fail" once the television shows a channel or cannot.
 (function () {
   'use strict';
 
@@ -98,6 +98,7 @@
     setText('now-time', now ? clockTime(now.start) + ' \u2013 ' + clockTime(now.end) : '');
     setText('now-name', now ? now.name : isShown ? 'No programme information' : '');
     setText('next', on.next ? clockTime(on.next.start) + '  ' + on.next.name : '');
+    setClass('progress', 'closed', !now);
     byId('elapsed').style.width = now ? 100 * (Date.now() - now.start) / (now.end - now.start) + '%' : '0';
   }
 
@@ -123,7 +124,7 @@
   function showTrouble() {
     setClass('trouble', 'closed', !trouble);
     setText('trouble-title', trouble ? trouble[0] : '');
-    setText('trouble-text', trouble ? trouble[1] + ' Choose another channel.' : '');
+    setText('trouble-text', trouble ? trouble[1] + '\nChoose another channel.' : '');
   }
 
   function showEverything() {
@@ -255,7 +256,7 @@
 
   // --- start and verdict ---
 
-  // Once, when the first channel is shown or is not; whoever waits for the verdict finds the finished picture.
+  // Once, when the first channel is shown or cannot be. The verdict comes last, over a finished picture.
   function finishStart() {
     if (startTimer === 0) return;
     clearTimeout(startTimer);
