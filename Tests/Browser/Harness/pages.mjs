@@ -37,7 +37,9 @@ function fileOf(pathname) {
 }
 
 function typeOf(file) {
-  return file.endsWith(".hbbtv.xhtml") ? applicationType : mimeTypes[extname(file)] ?? "application/octet-stream";
+  if (file.endsWith(".hbbtv.xhtml"))
+    return applicationType;
+  return mimeTypes[extname(file)] ?? "application/octet-stream";
 }
 
 export class PageServer {
