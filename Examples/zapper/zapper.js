@@ -32,6 +32,8 @@
   var bannerTimer = 0;
   var startTimer = 0;
   var trouble = null;
+  // From asking for a channel until it is shown or fails.
+  var isTuning = false;
   var lastContent = '';
 
   function byId(id) {
@@ -77,6 +79,11 @@
     return row;
   }
 
+  // While the next channel is tuned to, the receiver still tells programmes and components of the former one.
+  function isShown() {
+    return television.playState() === television.PRESENTING && !isTuning && !trouble;
+  }
+
   // As many rows as there is room for, the channel asked for among them.
   function showChannels() {
     var channels = television.channels();
@@ -89,20 +96,19 @@
 
   function showBanner() {
     var channel = television.channels()[television.wantedIndex()] || television.currentChannel();
-    // While the next channel is tuned to, the receiver still tells the programmes of the former one.
-    var isShown = television.playState() === television.PRESENTING && !trouble;
-    var on = isShown ? television.nowAndNext() : { now: null, next: null };
+    var on = isShown() ? television.nowAndNext() : { now: null, next: null };
     var now = on.now;
     setText('channel-number', channel ? String(television.numberOf(channel)) : '');
     setText('channel-name', channel ? channel.longName || channel.name : 'No channel');
     setText('now-time', now ? clockTime(now.start) + ' \u2013 ' + clockTime(now.end) : '');
-    setText('now-name', now ? now.name : isShown ? 'No programme information' : '');
+    setText('now-name', now ? now.name : isShown() ? 'No programme information' : '');
     setText('next', on.next ? clockTime(on.next.start) + '  ' + on.next.name : '');
     setClass('progress', 'closed', !now);
     byId('elapsed').style.width = now ? 100 * (Date.now() - now.start) / (now.end - now.start) + '%' : '0';
   }
 
   function componentText(type, extra) {
+    if (!isShown()) return '';
     var found = television.components(type);
     if (found.all.length === 0) return 'none';
     var active = found.all[found.active];
@@ -129,7 +135,7 @@
 
   function showEverything() {
     setText('clock', clockTime(Date.now()));
-    setText('state', trouble ? trouble[0] : STATES[television.playState()] || 'No picture');
+    setText('state', trouble ? trouble[0] : STATES[isTuning ? 1 : television.playState()] || 'No picture');
     showTrouble();
     showChannels();
     showBanner();
@@ -153,6 +159,7 @@
   }
 
   function onFailed(error) {
+    isTuning = false;
     trouble = TROUBLES[error] || ['Not available', 'The television reports error ' + error + '.'];
     showEverything();
     showBannerForAMoment();
@@ -160,7 +167,10 @@
 
   function onState(state) {
     if (state === television.PRESENTING && television.wantedIndex() < 0) television.follow();
-    if (state === television.PRESENTING) trouble = null;
+    if (state === television.PRESENTING) {
+      isTuning = false;
+      trouble = null;
+    }
     showEverything();
     if (state === television.PRESENTING || state === 0) finishStart();
   }
@@ -183,13 +193,18 @@
 
   // --- the remote control ---
 
+  function onAsked() {
+    isTuning = true;
+    onChanged();
+  }
+
   function zap(by) {
-    if (television.zap(by)) onChanged();
+    if (television.zap(by)) onAsked();
   }
 
   // A number that no channel has leaves everything as it is.
   function zapToNumber(number) {
-    if (television.zapToNumber(number)) onChanged();
+    if (television.zapToNumber(number)) onAsked();
     else setText('state', 'There is no channel ' + number);
   }
 
