@@ -1,25 +1,59 @@
-// What one live object costs in resident memory, with the generated binding and with the class written by hand. Each
-// kind is measured in a process of its own, so that neither uses up what the other has freed. Prints JSON.
+// What one live object costs in resident memory: a generated binding, the same class written by hand, a
+// channel of the receiver and a plain script object with a channel's values. Each kind is measured in a
+// process of its own, so that none uses up what another has freed. Prints JSON. Run it under
+// dbus-run-session.
 #include <JavaScriptCore/JavaScript.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
+#include <functional>
 #include <memory>
 
 #include "Benchmarks/HandWritten.h"
+#include "Benchmarks/Middleware.h"
+#include "Benchmarks/PlainChannel.h"
 #include "Benchmarks/Script.h"
+#include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/gen/js/jiChannel.h"
 #include "InjectedBundle/gen/js/jiFew.h"
+#include "JavaScript/Src/CChannelImpl.h"
 #include "JavaScript/Src/CFewImpl.h"
 
 namespace {
 
 constexpr unsigned kObjects = 200000;
+// Fewer, because each takes two remote calls.
+constexpr unsigned kChannelObjects = 40000;
 
-JSObjectRef CreateBinding(JSContextRef context) {
+using Create = std::function<JSObjectRef(unsigned index)>;
+using Prepare = Create (*)(Benchmarks::Script& script);
+
+Create Bindings(Benchmarks::Script& script) {
     using namespace OipfJavaScript;
-    return jiFew::CreateObject(context, new jiFew(std::make_unique<CFewImpl>()), nullptr);
+    return [context = script.Context()](unsigned) {
+        return jiFew::CreateObject(context, new jiFew(std::make_unique<CFewImpl>()), nullptr);
+    };
+}
+
+Create HandWritten(Benchmarks::Script& script) {
+    return [context = script.Context()](unsigned) { return Benchmarks::CreateHandWritten(context); };
+}
+
+uint32_t ChannelId(unsigned index) {
+    return index % Benchmarks::kChannels + 1;
+}
+
+Create Channels(Benchmarks::Script& script) {
+    return [context = script.Context()](unsigned index) {
+        return OipfJavaScript::MakeObject<OipfJavaScript::jiChannel>(context, ChannelId(index));
+    };
+}
+
+Create PlainChannels(Benchmarks::Script& script) {
+    return
+        [plain = Benchmarks::PlainChannels(script)](unsigned index) { return plain.Make(ChannelId(index)); };
 }
 
 double ResidentBytes() {
@@ -30,30 +64,31 @@ double ResidentBytes() {
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-double BytesPerObject(JSObjectRef (*create)(JSContextRef)) {
+double BytesPerObject(Prepare prepare, unsigned objects) {
     Benchmarks::Script script;
     const JSContextRef context = script.Context();
+    const Create create = prepare(script);
     JSObjectRef array = JSObjectMakeArray(context, 0, nullptr, nullptr);
     script.Keep(array);
     // The array at its full size and the class with its first object are not the objects' cost.
-    for (unsigned i = 0; i < kObjects; ++i)
+    for (unsigned i = 0; i < objects; ++i)
         JSObjectSetPropertyAtIndex(context, array, i, JSValueMakeNumber(context, i), nullptr);
-    JSObjectSetPropertyAtIndex(context, array, 0, create(context), nullptr);
+    JSObjectSetPropertyAtIndex(context, array, 0, create(0), nullptr);
     JSGarbageCollect(context);
     const double before = ResidentBytes();
-    for (unsigned i = 0; i < kObjects; ++i)
-        JSObjectSetPropertyAtIndex(context, array, i, create(context), nullptr);
-    return (ResidentBytes() - before) / kObjects;
+    for (unsigned i = 0; i < objects; ++i)
+        JSObjectSetPropertyAtIndex(context, array, i, create(i), nullptr);
+    return (ResidentBytes() - before) / objects;
 }
 
 // Negative when the process failed.
-double InOwnProcess(JSObjectRef (*create)(JSContextRef)) {
+double InOwnProcess(Prepare prepare, unsigned objects) {
     int result[2];
     if (pipe(result) != 0)
         return -1;
     const pid_t child = fork();
     if (child == 0) {
-        const double bytes = BytesPerObject(create);
+        const double bytes = BytesPerObject(prepare, objects);
         _exit(write(result[1], &bytes, sizeof bytes) == sizeof bytes ? 0 : 1);
     }
     close(result[1]);
@@ -68,8 +103,14 @@ double InOwnProcess(JSObjectRef (*create)(JSContextRef)) {
 }  // namespace
 
 int main() {
-    const double binding = InOwnProcess(&CreateBinding);
-    const double hand = InOwnProcess(&Benchmarks::CreateHandWritten);
-    std::printf("{\"binding\": %.0f, \"hand\": %.0f}\n", binding, hand);
-    return binding > 0 && hand > 0 ? 0 : 1;
+    const Benchmarks::Middleware middleware;
+    if (!middleware.Serves())
+        return 1;
+    const double binding = InOwnProcess(&Bindings, kObjects);
+    const double hand = InOwnProcess(&HandWritten, kObjects);
+    const double channel = InOwnProcess(&Channels, kChannelObjects);
+    const double plain = InOwnProcess(&PlainChannels, kObjects);
+    std::printf("{\"binding\": %.0f, \"hand\": %.0f, \"channel\": %.0f, \"plainChannel\": %.0f}\n", binding,
+                hand, channel, plain);
+    return binding > 0 && hand > 0 && channel > 0 && plain > 0 ? 0 : 1;
 }

@@ -51,6 +51,7 @@ const rows = [
   // Part of the row above: what a viewer waits for is the page on the screen.
   ['of it until the load event, with bundle / without', milliseconds(load.with, 'loaded'), milliseconds(load.without, 'loaded'), null],
   ['memory of a live object, generated / by hand', bytes(memory.binding), bytes(memory.hand), null],
+  ['memory of a live channel / plain object of its 17 values', bytes(memory.channel), bytes(memory.plainChannel), null],
 ];
 
 const shown = ({ value, unit }) => `${value.toFixed(value < 100 ? 1 : 0)} ${unit}`;
