@@ -1,0 +1,219 @@
+// Live television: the channel list against the bare remote calls behind it, a search in it against the same
+// search in script, and a stream event against a bare signal handler. Run it under dbus-run-session.
+#include <JavaScriptCore/JavaScript.h>
+
+#include <array>
+#include <span>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include <gio/gio.h>
+
+#include "Benchmarks/Middleware.h"
+#include "Benchmarks/PlainChannel.h"
+#include "Benchmarks/Script.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "IPC/DBUS/Src/DAEBrowserSignals.h"
+#include "IPC/DBUS/Src/DBusCall.h"
+#include "IPC/DBUS/Src/DBusUtils.h"
+#include "IPC/DBUS/Src/GLibHandles.h"
+#include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/gen/js/jiChannelConfig.h"
+#include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
+#include "JavaScript/Src/CChannelConfigImpl.h"
+#include "JavaScript/Src/COipfVideoBroadcastImpl.h"
+#include "gen/dbus/channelcache-generated.h"
+#include "gen/dbus/daebrowserapi-generated.h"
+
+namespace {
+
+using Benchmarks::kChannels;
+using Benchmarks::Script;
+
+JSValueRef CallFunction(benchmark::State& state, const Script& script, JSObjectRef function,
+                        std::span<const JSValueRef> arguments) {
+    JSValueRef exception = nullptr;
+    const JSValueRef result = JSObjectCallAsFunction(script.Context(), function, nullptr, arguments.size(),
+                                                     arguments.data(), &exception);
+    if (exception != nullptr)
+        state.SkipWithError("the page's script threw");
+    return result;
+}
+
+void Expect(benchmark::State& state, Script& script, JSValueRef value, const std::string& condition) {
+    const std::array arguments{value};
+    const JSObjectRef function = script.Function("function (value) { return " + condition + "; }");
+    const JSValueRef holds = CallFunction(state, script, function, arguments);
+    if (holds == nullptr || !JSValueToBoolean(script.Context(), holds))
+        state.SkipWithError(condition.c_str());
+}
+
+GObjectPtr<IDAEBrowserAPI> NewApi() {
+    return GObjectPtr<IDAEBrowserAPI>(idaebrowser_api_proxy_new_sync(
+        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kApiName, kObjectPath, nullptr, nullptr));
+}
+
+GObjectPtr<IJSChannelCache> NewCache() {
+    return GObjectPtr<IJSChannelCache>(ijschannel_cache_proxy_new_sync(
+        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kCacheName, kObjectPath, nullptr, nullptr));
+}
+
+// Every list stays alive until the measurement is over, so that none is finalised, and no channel released,
+// within it.
+void ReadChannelList(benchmark::State& state) {
+    Script script;
+    const std::array<JSValueRef, 1> config{
+        OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context())};
+    script.Keep(config[0]);
+    const JSObjectRef read = script.Function("function (config) { return config.channelList; }");
+    for (auto _ : state) {
+        const JSValueRef list = CallFunction(state, script, read, config);
+        state.PauseTiming();
+        script.Keep(list);
+        Expect(state, script, list, "value.length === " + std::to_string(kChannels));
+        state.ResumeTiming();
+    }
+}
+
+[[nodiscard]] bool GetInfo(IJSChannelCache* cache, guint id) {
+    GCharPtr name, longName, description, ccid, ipBroadcastId;
+    guint idType = 0, nid = 0, onid = 0, tsid = 0, sid = 0, maxBitRate = 0, majorChannel = 0;
+    gboolean radio = FALSE, authorised = FALSE, hidden = FALSE, locked = FALSE, manualBlock = FALSE,
+             known = FALSE;
+    return ijschannel_cache_call_get_channel_info_sync(
+               cache, id, OutPointer(name), OutPointer(longName), OutPointer(description), &idType, &nid,
+               &onid, &tsid, &sid, &radio, OutPointer(ccid), &authorised, &hidden, &locked, &manualBlock,
+               &maxBitRate, OutPointer(ipBroadcastId), &majorChannel, &known, nullptr, nullptr) &&
+           known;
+}
+
+void CallForChannelList(benchmark::State& state) {
+    const GObjectPtr<IDAEBrowserAPI> api = NewApi();
+    const GObjectPtr<IJSChannelCache> cache = NewCache();
+    for (auto _ : state) {
+        GVariantPtr list;
+        idaebrowser_api_call_get_channel_list_sync(api.get(), OutPointer(list), nullptr, nullptr);
+        gsize count = 0;
+        const auto* ids =
+            list ? static_cast<const guint32*>(g_variant_get_fixed_array(list.get(), &count, sizeof(guint32)))
+                 : nullptr;
+        if (count != kChannels)
+            state.SkipWithError("the bare calls got no list");
+        for (gsize i = 0; i < count; ++i) {
+            gboolean retained = FALSE;
+            if (!ijschannel_cache_call_retain_sync(cache.get(), ids[i], &retained, nullptr, nullptr) ||
+                !retained || !GetInfo(cache.get(), ids[i]))
+                state.SkipWithError("a bare call got no channel");
+        }
+    }
+}
+
+// What is found stays alive until the measurement is over: no channel is released within it.
+void Find(benchmark::State& state, Script& script, JSValueRef channels, const char* search) {
+    script.Keep(channels);
+    const JSValueRef id = JSValueMakeString(
+        script.Context(),
+        OipfJavaScript::JSStringHandle(Benchmarks::ChannelValues(kChannels).ccid.c_str()).Get());
+    script.Keep(id);
+    const JSObjectRef found = JSObjectMakeArray(script.Context(), 0, nullptr, nullptr);
+    script.Keep(found);
+    const std::array<JSValueRef, 3> arguments{channels, id, found};
+    const JSObjectRef find =
+        script.Function(std::string("function (channels, id, found) { found.push(") + search + "); }");
+    for (auto _ : state)
+        CallFunction(state, script, find, arguments);
+    Expect(state, script, found,
+           "value.every(channel => channel.majorChannel === " + std::to_string(kChannels) + ")");
+}
+
+void FindInList(benchmark::State& state) {
+    Script script;
+    const std::array<JSValueRef, 1> config{
+        OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context())};
+    const JSObjectRef read = script.Function("function (config) { return config.channelList; }");
+    const JSValueRef list = CallFunction(state, script, read, config);
+    Find(state, script, list, "channels.getChannel(id)");
+}
+
+void FindInArray(benchmark::State& state) {
+    Script script;
+    const Benchmarks::PlainChannels plain(script);
+    const JSObjectRef array = JSObjectMakeArray(script.Context(), 0, nullptr, nullptr);
+    script.Keep(array);
+    for (uint32_t i = 0; i < kChannels; ++i)
+        JSObjectSetPropertyAtIndex(script.Context(), array, i, plain.Make(i + 1), nullptr);
+    Find(state, script, array,
+         "channels.find(channel => channel.ccid === id || channel.ipBroadcastID === id)");
+}
+
+// What a bare handler needs: the page's function.
+struct Listener {
+    JSContextRef context;
+    JSObjectRef function;
+};
+
+void HandSignalToClient(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* name, GVariant* parameters,
+                        gpointer client) {
+    DispatchDAEBrowserSignal(*static_cast<CDAEBrowserAPIWK*>(client), name, parameters);
+}
+
+void HandSignalToFunction(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* /*name*/, GVariant* /*parameters*/,
+                          gpointer data) {
+    const auto* listener = static_cast<const Listener*>(data);
+    JSObjectCallAsFunction(listener->context, listener->function, nullptr, 0, nullptr, nullptr);
+}
+
+// Emits the proxy's signal as it does when a message has arrived, without the bus.
+void Emit(benchmark::State& state, Script& script, GDBusProxy* proxy, const char* heard) {
+    static constexpr std::array<guint8, 8> kPayload{'p', 'a', 'y', 'l', 'o', 'a', 'd', '1'};
+    const GVariantPtr parameters(g_variant_ref_sink(
+        g_variant_new("(uns@ayu)", 0U, 3, "tick",
+                      g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, kPayload.data(), kPayload.size(), 1),
+                      Benchmarks::kStreamEventJob)));
+    for (auto _ : state)
+        g_signal_emit_by_name(proxy, "g-signal", ":1.1", "StreamEvent", parameters.get());
+    const auto count = static_cast<double>(state.iterations());
+    Expect(state, script, JSValueMakeNumber(script.Context(), count), heard);
+}
+
+void StreamEventToListener(benchmark::State& state) {
+    Script script;
+    CDAEBrowserAPIWK* client = CDAEBrowserAPIWK::GetInstance();
+    const std::array<JSValueRef, 1> television{
+        OipfJavaScript::MakeObject<OipfJavaScript::jiOipfVideoBroadcast>(script.Context())};
+    script.Keep(television[0]);
+    const JSObjectRef subscribe = script.Function(
+        "function (tv) { globalThis.heard = 0;"
+        " tv.addStreamEventListener('dvb://1.1.1/events', 'tick', function () { ++heard; }); }");
+    CallFunction(state, script, subscribe, television);
+    const GObjectPtr<IDAEBrowserAPI> proxy = NewApi();
+    g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToClient), client);
+    Emit(state, script, G_DBUS_PROXY(proxy.get()), "heard === value");
+}
+
+void StreamEventBare(benchmark::State& state) {
+    Script script;
+    Listener listener{script.Context(), script.Function("globalThis.heard = 0, function () { ++heard; }")};
+    const GObjectPtr<IDAEBrowserAPI> proxy = NewApi();
+    g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToFunction), &listener);
+    Emit(state, script, G_DBUS_PROXY(proxy.get()), "heard === value");
+}
+
+BENCHMARK(ReadChannelList)->UseRealTime();
+BENCHMARK(CallForChannelList)->UseRealTime();
+BENCHMARK(FindInList)->UseRealTime();
+BENCHMARK(FindInArray)->UseRealTime();
+BENCHMARK(StreamEventToListener)->UseRealTime();
+BENCHMARK(StreamEventBare)->UseRealTime();
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const Benchmarks::Middleware middleware;
+    if (!middleware.Serves())
+        return 1;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
