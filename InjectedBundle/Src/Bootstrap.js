@@ -144,8 +144,8 @@ function _hbbtv_vantrel_pluginInfo(mimetype) {
 
 // ---- Elements and what is known of them ----
 
-// Element to { oipf, plugin, summary, listeners } while it has an object. Weak, so that an element that the
-// page drops before it was ever in the document can go, and its native object with it.
+// Element to { oipf, plugin, summary, listeners, streamListeners } while it has an object. Weak, so that an
+// element that the page drops before it was ever in the document can go, and its native object with it.
 var _hbbtv_vantrel_states = new WeakMap();
 // Elements whose object was taken away; out of the document they stay ordinary.
 var _hbbtv_vantrel_finalized = new WeakSet();
@@ -234,6 +234,8 @@ function _hbbtv_vantrel_reflectMethod(object, oipf, name) {
       const target = _hbbtv_vantrel_target(object, oipf);
       if (name === "addEventListener" || name === "removeEventListener")
         _hbbtv_vantrel_listener(object, name, args);
+      else if (name === "addStreamEventListener" || name === "removeStreamEventListener")
+        _hbbtv_vantrel_streamListener(object, name, args);
       return target[name](...args);
     }
   });
@@ -251,6 +253,16 @@ function _hbbtv_vantrel_listener(object, method, args) {
     state.listeners.set(listener, type);
   else
     state.listeners.delete(listener);
+}
+
+// Those of stream events go by all their three arguments.
+function _hbbtv_vantrel_streamListener(object, method, args) {
+  const state = _hbbtv_vantrel_states.get(object);
+  if (!state)
+    return;
+  state.streamListeners = state.streamListeners.filter(known => known.some((part, i) => part !== args[i]));
+  if (method === "addStreamEventListener")
+    state.streamListeners.push(args);
 }
 
 // What the page set on the element before there was a native object goes to the native object.
@@ -401,7 +413,7 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
 }
 
 function _hbbtv_vantrel_watch(object, oipf, plugin) {
-  const state = { oipf, plugin, summary: null, listeners: new Map() };
+  const state = { oipf, plugin, summary: null, listeners: new Map(), streamListeners: [] };
   _hbbtv_vantrel_states.set(object, state);
   state.summary = new _hbbtv_vantrel_MutationSummary({
     callback: _hbbtv_vantrel_notify_attributes,
@@ -443,6 +455,7 @@ function _hbbtv_vantrel_letGo(object, oipf, state) {
     if (state.summary)
       state.summary.disconnect();
     state.listeners.forEach((type, listener) => oipf.removeEventListener(type, listener, false));
+    state.streamListeners.forEach(args => oipf.removeStreamEventListener(...args));
   }
   _hbbtv_vantrel_keys(oipf).filter(key => key.startsWith("on") && _hbbtv_vantrel_hasOwn(oipf, key))
     .forEach(key => _hbbtv_vantrel_assign(oipf, key, null));

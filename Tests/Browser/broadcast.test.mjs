@@ -193,6 +193,19 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
       [["ours", "4100E282AC", "A\0\u20ac", "trigger"]]);
   });
 
+  it("gives up its stream events when it is removed from the document", async () => {
+    await television.show("leaving.html", page(placed));
+    await browser.run(() => {
+      const listen = () => {};
+      video.addStreamEventListener("dvb://other/1", "tick", listen);
+      video.addStreamEventListener("dvb://other/1", "tick", listen);
+      video.addStreamEventListener("dvb://other/2", "tick", listen);
+      video.remove();
+    });
+    await waitFor("all three are given up", async () =>
+      (await receiver.callNames("IDAEBrowserAPI.StreamEventUnsubscribe")).length === 3);
+  });
+
   it("that tunes while its page goes is released in order, and the next page hears nothing", async () => {
     const first = television.server.write("first.html", page(placed));
     const second = television.server.write("second.html", page(placed));
