@@ -18,15 +18,12 @@ function argumentTag(argument) {
 
 const withContext = (member) => (member.context ? 'CallWith::Context' : 'CallWith::Nothing');
 
-function callbacksOf({ customConvertToType, operations, listeners }) {
-  const methods = [...operations.map(({ name }) => name), ...listeners];
-  return { methods, convert: customConvertToType };
-}
+// All methods of a class, in the order of its table.
+const methodNamesOf = ({ operations, listeners }) => [...operations.map(({ name }) => name), ...listeners];
 
 export function bindingHeader(description) {
-  const { name, constants } = description;
-  const { methods, convert } = callbacksOf(description);
-  const methodLines = methods.map(
+  const { name, constants, customConvertToType: convert } = description;
+  const methodLines = methodNamesOf(description).map(
     (method) => `    static JSValueRef t_${upper(method)}(JSContextRef, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
                                    JSValueRef*);`);
   const copy = description.isTarget
@@ -180,12 +177,10 @@ function includesOf(description, built) {
 }
 
 export function bindingSource(description, built) {
-  const { name, constants, attributes, operations, listeners } = description;
-  const { convert } = callbacksOf(description);
+  const { name, constants, attributes, operations, listeners, customConvertToType: convert } = description;
   const index = indexing(description, built);
-  const methodNames = [...operations.map((operation) => operation.name), ...listeners];
   const rows = attributes.map((attribute) => attributeRow(attribute, name, built));
-  const methods = methodNames.map((method) => `        {"${method}", &ji${name}::t_${upper(method)}},`);
+  const methods = methodNamesOf(description).map((method) => `        {"${method}", &ji${name}::t_${upper(method)}},`);
   const signature = 'JSContextRef context, JSObjectRef, JSObjectRef object, size_t count, const JSValueRef values[],';
   const definitions = [
     ...operations.map((operation) => [operation.name, methodBody(operation, name, built)]),
@@ -273,10 +268,10 @@ export function membersScript(descriptions) {
   const made = new Set(descriptions.filter(({ globalInstance }) => globalInstance)
     .flatMap(({ operations }) => operations.flatMap(({ forms }) => forms.map(({ result }) => result.name))));
   const members = Object.fromEntries(descriptions.filter(({ name }) => made.has(name))
-    .map(({ name, constants, attributes, operations, listeners }) => [name, {
-      attributes: attributes.map((attribute) => attribute.name),
-      methods: [...operations.map((operation) => operation.name), ...listeners],
-      constants: constants.map((constant) => constant.name),
+    .map((description) => [description.name, {
+      attributes: description.attributes.map(({ name }) => name),
+      methods: methodNamesOf(description),
+      constants: description.constants.map(({ name }) => name),
     }]));
   return `var _hbbtv_vantrel_members = ${JSON.stringify(members, null, 1)};\n`;
 }
