@@ -184,12 +184,13 @@ void FakeService::AnswerCall(GDBusMethodInvocation* invocation) {
         return;
     }
     if (answer.ofAnyType) {
+        // The connection sends what the invocation would refuse, so the invocation is ours to end.
+        const GObjectPtr<GDBusMethodInvocation> ended(invocation);
         const GObjectPtr<GDBusMessage> reply(
             g_dbus_message_new_method_reply(g_dbus_method_invocation_get_message(invocation)));
         g_dbus_message_set_body(reply.get(), Parse("", answer.values).get());
         g_dbus_connection_send_message(g_dbus_method_invocation_get_connection(invocation), reply.get(),
                                        G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
-        g_object_unref(invocation);
         return;
     }
     const GVariantPtr reply =
