@@ -134,7 +134,7 @@
   }
 
   function toggleChecks() {
-    byId('checks').className = byId('checks').className === 'closed' ? '' : 'closed';
+    byId('checks').classList.toggle('closed');
   }
 
   function moveFocus(by) {
@@ -148,7 +148,7 @@
       case 'VK_GREEN': toggleKeys(); break;
       case 'VK_YELLOW': showEverything(); break;
       case 'VK_BLUE': toggleChecks(); break;
-      case 'VK_BACK': byId('checks').className = 'closed'; break;
+      case 'VK_BACK': byId('checks').classList.add('closed'); break;
       case 'VK_LEFT': moveFocus(-1); break;
       case 'VK_RIGHT': moveFocus(1); break;
       case 'VK_UP':
@@ -248,7 +248,7 @@
     var verdict = passed === checks.length ? 'pass' : 'fail';
     byId('summary').className = verdict;
     byId('summary').textContent = passed + ' of ' + checks.length + ' checks passed';
-    if (verdict === 'fail') byId('checks').className = '';
+    if (verdict === 'fail') byId('checks').classList.remove('closed');
     return verdict;
   }
 
