@@ -4,11 +4,17 @@
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannelConfig.h"
 #include "InjectedBundle/gen/js/jiOipfApplicationManager.h"
+#include "InjectedBundle/gen/js/jiOipfCapabilities.h"
 #include "InjectedBundle/gen/js/jiOipfConfiguration.h"
+#include "InjectedBundle/gen/js/jiOipfGatewayInfo.h"
+#include "InjectedBundle/gen/js/jiOipfParentalControlManager.h"
 #include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
 #include "JavaScript/Src/CChannelConfigImpl.h"
 #include "JavaScript/Src/COipfApplicationManagerImpl.h"
+#include "JavaScript/Src/COipfCapabilitiesImpl.h"
 #include "JavaScript/Src/COipfConfigurationImpl.h"
+#include "JavaScript/Src/COipfGatewayInfoImpl.h"
+#include "JavaScript/Src/COipfParentalControlManagerImpl.h"
 #include "JavaScript/Src/COipfVideoBroadcastImpl.h"
 
 namespace OipfJavaScript {
@@ -23,6 +29,11 @@ std::unique_ptr<jiOipfApplicationManager> CPrivateObjectFactoryImpl::CreateAppli
     return MakeBinding<jiOipfApplicationManager>();
 }
 
+std::unique_ptr<jiOipfCapabilities> CPrivateObjectFactoryImpl::CreateCapabilitiesObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfCapabilities>();
+}
+
 std::unique_ptr<jiChannelConfig> CPrivateObjectFactoryImpl::CreateChannelConfig() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiChannelConfig>();
@@ -31,6 +42,16 @@ std::unique_ptr<jiChannelConfig> CPrivateObjectFactoryImpl::CreateChannelConfig(
 std::unique_ptr<jiOipfConfiguration> CPrivateObjectFactoryImpl::CreateConfigurationObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfConfiguration>();
+}
+
+std::unique_ptr<jiOipfGatewayInfo> CPrivateObjectFactoryImpl::CreateGatewayInfoObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfGatewayInfo>();
+}
+
+std::unique_ptr<jiOipfParentalControlManager> CPrivateObjectFactoryImpl::CreateParentalControlManagerObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfParentalControlManager>();
 }
 
 }  // namespace OipfJavaScript

@@ -11,15 +11,21 @@ namespace OipfJavaScript {
 
 class jiChannelConfig;
 class jiOipfApplicationManager;
+class jiOipfCapabilities;
 class jiOipfConfiguration;
+class jiOipfGatewayInfo;
+class jiOipfParentalControlManager;
 class jiOipfVideoBroadcast;
 
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
    public:
     [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject();
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
+    [[nodiscard]] std::unique_ptr<jiOipfCapabilities> CreateCapabilitiesObject();
     [[nodiscard]] std::unique_ptr<jiChannelConfig> CreateChannelConfig();
     [[nodiscard]] std::unique_ptr<jiOipfConfiguration> CreateConfigurationObject();
+    [[nodiscard]] std::unique_ptr<jiOipfGatewayInfo> CreateGatewayInfoObject();
+    [[nodiscard]] std::unique_ptr<jiOipfParentalControlManager> CreateParentalControlManagerObject();
 };
 
 }  // namespace OipfJavaScript

@@ -1,0 +1,24 @@
+// What the receiver can do, asked of it at each access.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <cstdint>
+#include <string>
+
+#include "InjectedBundle/gen/js/COipfCapabilitiesBase.h"
+
+namespace OipfJavaScript {
+
+class COipfCapabilitiesImpl : public COipfCapabilitiesBase {
+ public:
+    // A new XML document of the caller's own page. When the description cannot be parsed because its text does
+    // not fit into a script, the read throws what the script threw.
+    [[nodiscard]] JSValueRef GetXmlCapabilities(JSContextRef context);
+    // Pages learn of no more decoders than the one they have.
+    [[nodiscard]] int32_t GetExtraSDVideoDecodes() const { return 0; }
+    [[nodiscard]] int32_t GetExtraHDVideoDecodes() const { return 0; }
+    [[nodiscard]] bool HasCapability(const std::string& profileName) const;
+};
+
+}  // namespace OipfJavaScript
