@@ -169,7 +169,6 @@
 
   // --- the checks ---
 
-  // Each returns what it saw, for the line; a check fails by throwing.
   var checks = [
     ['The application manager is there', function (require) {
       require(typeof byId('appmgr').getOwnerApplication === 'function', 'the element has no getOwnerApplication');
@@ -227,38 +226,13 @@
     }]
   ];
 
-  function require(condition, problem) {
-    if (!condition) throw new Error(problem);
-  }
-
-  function runChecks() {
-    var passed = 0;
-    checks.forEach(function (check) {
-      var line = document.createElement('li');
-      try {
-        var seen = check[1](require);
-        line.textContent = check[0] + (seen ? ': ' + seen : '');
-        passed++;
-      } catch (error) {
-        line.className = 'failed';
-        line.textContent = check[0] + ': ' + (error.description || error.message || error);
-      }
-      byId('verdict').appendChild(line);
-    });
-    var verdict = passed === checks.length ? 'pass' : 'fail';
-    byId('summary').className = verdict;
-    byId('summary').textContent = passed + ' of ' + checks.length + ' checks passed';
-    if (verdict === 'fail') byId('checks').classList.remove('closed');
-    return verdict;
-  }
-
   window.addEventListener('load', function () {
     readKeyCodes();
-    var verdict = runChecks();
+    var result = verdict.check(checks);
+    if (result === 'fail') byId('checks').classList.remove('closed');
     showEverything();
     document.addEventListener('keydown', onKey, false);
     setInterval(showClock, 10000);
-    // Last of all, so that whoever waits for it finds the finished picture.
-    byId('verdict').setAttribute('data-verdict', verdict);
+    verdict.give(result);
   }, false);
 }());

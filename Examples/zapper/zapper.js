@@ -276,16 +276,7 @@
     if (startTimer === 0) return;
     clearTimeout(startTimer);
     startTimer = 0;
-    var passed = checks.run(function (text, isPassed) {
-      var line = document.createElement('li');
-      line.className = isPassed ? 'passed' : 'failed';
-      line.textContent = text;
-      byId('verdict').appendChild(line);
-    });
-    var verdict = passed === checks.count ? 'pass' : 'fail';
-    byId('summary').className = verdict;
-    byId('summary').textContent = passed + ' of ' + checks.count + ' checks passed';
-    byId('verdict').setAttribute('data-verdict', verdict);
+    verdict.give(verdict.check(checks));
   }
 
   function startApplication() {
