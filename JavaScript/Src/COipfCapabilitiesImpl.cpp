@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* kTag = "CAPABILITIES";
 
-// The name of a thrown value: a script's own errors have one, but a page can replace what the script calls and
-// throw anything.
+// The name of a thrown value: a script's own errors have one, but a page can replace what the script calls
+// and throw anything.
 std::string NameOf(JSContextRef context, JSValueRef thrown) {
     std::string name = "Error";
     if (!JSValueIsObject(context, thrown))

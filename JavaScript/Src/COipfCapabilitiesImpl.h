@@ -12,8 +12,8 @@ namespace OipfJavaScript {
 
 class COipfCapabilitiesImpl : public COipfCapabilitiesBase {
  public:
-    // A new XML document of the caller's own page. When the description cannot be parsed because its text does
-    // not fit into a script, the read throws what the script threw.
+    // A new XML document of the page's own. A text that does not fit into a script makes the read throw what
+    // the script threw.
     [[nodiscard]] JSValueRef GetXmlCapabilities(JSContextRef context);
     // Pages learn of no more decoders than the one they have.
     [[nodiscard]] int32_t GetExtraSDVideoDecodes() const { return 0; }

@@ -16,7 +16,8 @@ class CParentalRatingSchemeImpl : public CParentalRatingSchemeBase {
     explicit CParentalRatingSchemeImpl(const std::string& name) : m_name(name) {}
 
     [[nodiscard]] const std::string& GetName() const { return m_name; }
-    // The receiver's lock as it is now; value 0 when nothing is locked. Null for another scheme than "dvb-si".
+    // The receiver's lock as it is now; value 0 when nothing is locked. Null for another scheme than
+    // "dvb-si".
     [[nodiscard]] std::unique_ptr<jiParentalRating> GetThreshold();
 
     [[nodiscard]] uint32_t GetLength() const { return 0; }

@@ -49,7 +49,8 @@ std::unique_ptr<jiOipfGatewayInfo> CPrivateObjectFactoryImpl::CreateGatewayInfoO
     return MakeBinding<jiOipfGatewayInfo>();
 }
 
-std::unique_ptr<jiOipfParentalControlManager> CPrivateObjectFactoryImpl::CreateParentalControlManagerObject() {
+std::unique_ptr<jiOipfParentalControlManager>
+CPrivateObjectFactoryImpl::CreateParentalControlManagerObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfParentalControlManager>();
 }

@@ -191,6 +191,11 @@ TEST_F(TheReceiversControl, ChangesTheWorldForEveryLaterCall) {
     ASSERT_TRUE(control("SetWorld", "('/drm/sas_session_open', 'true')").value);
     EXPECT_EQ(call("IDAEBrowserAPI.IsSASSessionOpen").text(), "(true,)");
     EXPECT_TRUE(hears({"PluginEventUnsigned(1000, 0, 1)"}));
+    forget();
+    ASSERT_TRUE(control("SetWorld", "('/drm/sas_session_open', 'true')").value);
+    ASSERT_TRUE(control("SetWorld", "('/drm/ciplus_types', '\"urn:x\"')").value);
+    ASSERT_TRUE(control("SetWorld", "('/drm', '{}')").value);
+    EXPECT_TRUE(hears({"PluginEventUnsigned(1000, 0, 0)"})) << "only a change is told";
 }
 
 TEST_F(TheReceiversControl, CountsWhoHoldsAChannelAndKnowsNoOther) {

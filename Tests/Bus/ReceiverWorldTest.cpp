@@ -455,6 +455,10 @@ TEST(TheCapabilities, AreOneLineOfXmlThatFitsIntoAScriptsText) {
     EXPECT_FALSE(has("OITF_HD_UIPROF+PVR"));
     EXPECT_FALSE(has("+DR"));
     EXPECT_FALSE(has(""));
+    simulation.world.setValue("/capabilities/description", R"("say \"no\"\n")");
+    EXPECT_EQ(capabilitiesXml(simulation.world.scenario()), "say \"no\"\n")
+        << "a text of one's own is sent as it is";
+    EXPECT_TRUE(has("+DRM"));
 }
 
 TEST(Addresses, AreTakenApartAsAReceiverDoes) {

@@ -69,6 +69,8 @@ std::vector<std::string> parts(const std::string& name) {
 }  // namespace
 
 std::string capabilitiesXml(const Scenario& scenario) {
+    if (scenario.capabilities.description)
+        return *scenario.capabilities.description;
     std::string xml = "<?xml version='1.0' encoding='UTF-8'?><profilelist>";
     for (const auto& profile : scenario.capabilities.uiProfiles) {
         xml += "<ui_profile" + attribute("name", profile) +

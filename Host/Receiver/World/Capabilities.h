@@ -7,8 +7,9 @@
 
 namespace Receiver {
 
-// The "profilelist" document. It goes into a JavaScript text between double quotes as it is, so it holds
-// neither a double quote nor a line break nor a backslash.
+// The scenario's own description, whatever it holds, or the "profilelist" document of its profiles. Bundles
+// put it into a JavaScript text between double quotes as it is, so the document holds neither a double quote
+// nor a line break nor a backslash.
 [[nodiscard]] std::string capabilitiesXml(const Scenario& scenario);
 
 // A base profile, one of its options ("+DRM" or "DRM"), or a base profile with options behind it.

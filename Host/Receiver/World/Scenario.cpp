@@ -282,6 +282,7 @@ void readCapabilities(const JsonValue& value, Scenario& scenario) {
     object.texts("ui_profiles", capabilities.uiProfiles);
     object.read("audio", [&](const JsonValue& list) { capabilities.audio = readList(list, readAvProfile); });
     object.read("video", [&](const JsonValue& list) { capabilities.video = readList(list, readAvProfile); });
+    object.read("description", [&](const JsonValue& text) { capabilities.description = text.text(); });
     object.finish();
 }
 

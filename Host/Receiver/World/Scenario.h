@@ -152,6 +152,8 @@ struct Scenario {
         std::vector<std::string> uiProfiles;
         std::vector<AvProfile> audio;
         std::vector<AvProfile> video;
+        // Sent as it is, instead of the document that is made from the profiles.
+        std::optional<std::string> description;
     } capabilities;
     struct {
         bool related = true;
