@@ -1,0 +1,104 @@
+// What the television tells about itself: everything that touches the receiver's objects is here, nothing of
+// the picture is. Each part is read anew; what is not told is null, with the reason in `trouble`.
+var receiver = (function () {
+  'use strict';
+
+  function object(id) {
+    return document.getElementById(id);
+  }
+
+  function toArray(collection) {
+    var items = [];
+    for (var i = 0; collection && i < collection.length; i++) items.push(collection[i]);
+    return items;
+  }
+
+  // What `read` returns, or the reason why there is nothing.
+  function attempt(read) {
+    try {
+      return read();
+    } catch (error) {
+      return { trouble: error.description || error.message || String(error) };
+    }
+  }
+
+  function attributes(element) {
+    var found = {};
+    toArray(element.attributes).forEach(function (attribute) { found[attribute.name] = attribute.value; });
+    return found;
+  }
+
+  // "BASE+ONE+TWO" names a profile and its options.
+  function readProfile(element) {
+    var parts = (element.getAttribute('name') || '').split('+');
+    return { name: parts[0], options: parts.slice(1) };
+  }
+
+  function readFormats(xml, kind) {
+    return toArray(xml.getElementsByTagName(kind + '_profile')).map(function (element) {
+      var format = attributes(element);
+      return { kind: kind, name: format.name, type: format.type, transport: format.transport || '',
+        drm: format.DRMSystemID || '' };
+    });
+  }
+
+  return {
+    attempt: attempt,
+
+    settings: function () {
+      return attempt(function () {
+        var configuration = object('configuration').configuration;
+        return {
+          country: configuration.countryId,
+          audio: configuration.preferredAudioLanguage,
+          subtitles: configuration.preferredSubtitleLanguage,
+          menus: configuration.preferredUILanguage
+        };
+      });
+    },
+
+    // A text that is no XML gives a document that says so, in an element "parsererror".
+    capabilities: function () {
+      return attempt(function () {
+        var xml = object('capabilities').xmlCapabilities;
+        var failure = xml.getElementsByTagName('parsererror')[0];
+        if (failure) throw new Error('the description is no XML');
+        return {
+          profiles: toArray(xml.getElementsByTagName('ui_profile')).map(readProfile),
+          formats: readFormats(xml, 'video').concat(readFormats(xml, 'audio')),
+          xml: new XMLSerializer().serializeToString(xml)
+        };
+      });
+    },
+
+    hasCapability: function (name) {
+      return object('capabilities').hasCapability(name);
+    },
+
+    gateway: function () {
+      return attempt(function () {
+        var gateway = object('gateway');
+        return {
+          supported: gateway.isCSPGCIPlusSupported,
+          discovered: gateway.isCSPGCIPlusDiscovered,
+          drmTypes: toArray(gateway.CSPGCIPlusDRMType)
+        };
+      });
+    },
+
+    parental: function () {
+      return attempt(function () {
+        return toArray(object('parental').parentalRatingSchemes).map(function (scheme) {
+          var rating = scheme.threshold;
+          var threshold = { name: rating.name, value: rating.value, region: rating.region };
+          return { name: scheme.name, threshold: threshold };
+        });
+      });
+    },
+
+    // Calls `changed` whenever a CI Plus module comes or goes.
+    listen: function (changed) {
+      attempt(function () { object('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
+    }
+  };
+}());
