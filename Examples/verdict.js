@@ -1,5 +1,5 @@
-// How a page says whether all is well: one line a check in the element "verdict", how many passed in "summary",
-// and last of all, over a finished picture, the attribute data-verdict, "pass" or "fail".
+// How a page says whether all is well: one line a check in the element "verdict", how many passed in
+// "summary", and last of all, over a finished picture, the attribute data-verdict, "pass" or "fail".
 var verdict = (function () {
   'use strict';
 

@@ -13,7 +13,8 @@
 
   // Key codes by name; the browser's own constants are read over them at start.
   var keyCodes = {
-    VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_GREEN: 404, VK_YELLOW: 405, VK_BLUE: 406, VK_BACK: 461
+    VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_GREEN: 404, VK_YELLOW: 405,
+    VK_BLUE: 406, VK_BACK: 461
   };
 
   var names = ['capabilities', 'settings', 'gateway', 'parental'];
@@ -41,7 +42,9 @@
     return now.getHours() + ':' + ('0' + now.getMinutes()).slice(-2);
   }
 
-  // --- the sections: { summary, headline, note, trouble, chips: [[text, isOn]], rows: [[name, value, kind]] } ---
+  // --- the sections ---
+
+  // Each is { summary, headline, note, trouble, chips: [[text, isOn]], rows: [[name, value, kind]] }.
 
   function troubled(headline, reason) {
     return { summary: 'not told', headline: headline, note: reason, trouble: true, chips: [], rows: [] };
@@ -102,16 +105,18 @@
 
   function parentalSection() {
     var told = receiver.parental();
-    if (told.trouble || told.length === 0) return troubled('No parental control', told.trouble || 'no scheme');
+    if (told.trouble) return troubled('No parental control', told.trouble);
+    if (told.length === 0) return troubled('No parental control', 'no rating scheme');
     var threshold = told[0].threshold;
+    var isLocked = threshold.value > 0;
     var ages = [];
     for (var age = YOUNGEST; age <= OLDEST; age++) {
-      ages.push([String(age), threshold.value > 0 && age > threshold.value]);
+      ages.push([String(age), isLocked && age > threshold.value]);
     }
     return {
-      summary: threshold.value > 0 ? 'locked above ' + threshold.name : 'nothing locked',
-      headline: threshold.value > 0 ? 'Locked above ' + threshold.name : 'Nothing locked',
-      note: threshold.value > 0 ? 'Programmes with a higher rating ask for a PIN' : 'Programmes for every age are shown',
+      summary: isLocked ? 'locked above ' + threshold.name : 'nothing locked',
+      headline: isLocked ? 'Locked above ' + threshold.name : 'Nothing locked',
+      note: isLocked ? 'Programmes with a higher rating ask for a PIN' : 'Programmes for every age are shown',
       chips: ages,
       rows: [['Rating scheme', told[0].name], ['Threshold', threshold.name],
         ['Region', threshold.region || 'everywhere']]
@@ -220,7 +225,8 @@
 
   function onModule() {
     var told = receiver.gateway();
-    if (!told.trouble) changes = changes.concat(clockTime() + (told.discovered ? ' connected' : ' removed')).slice(-4);
+    if (!told.trouble) changes.push(clockTime() + (told.discovered ? ' connected' : ' removed'));
+    changes = changes.slice(-4);
     readEverything();
   }
 
@@ -241,6 +247,8 @@
     chosen = Math.max(0, names.indexOf(location.search.slice(1)));
     readEverything();
     setInterval(function () { byId('clock').textContent = clockTime(); }, 10000);
-    verdict.give(verdict.check(checks));
+    var result = verdict.check(checks);
+    if (result === 'fail') toggle('checks');
+    verdict.give(result);
   }, false);
 }());

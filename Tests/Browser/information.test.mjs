@@ -1,5 +1,5 @@
-// What a page may know about its television: Examples/information by the keys that a viewer presses, while the
-// television behind it changes.
+// What a page may know about its television: Examples/information by the keys that a viewer presses, while
+// the television behind it changes.
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
 import { Television } from "./Harness/television.mjs";
@@ -73,7 +73,8 @@ describe("The information page", () => {
       await press("VK_LEFT");
       await sees({ pages: "1/2" });
       await press("VK_DOWN");
-      await sees({ section: "settings", headline: "DEU", rows: 3, firstRow: "Audio: Deutsch, English", pages: "" });
+      await sees({ section: "settings", headline: "DEU", rows: 3, firstRow: "Audio: Deutsch, English",
+        pages: "" });
       await press("VK_DOWN", "VK_DOWN");
       await sees({ section: "parental", headline: "Locked above 16", chips: "17 18" });
       await press("VK_DOWN", "VK_UP", "VK_UP");
@@ -84,7 +85,8 @@ describe("The information page", () => {
   it("hears a CI Plus module come and go without asking, and asks for the rest", async () => {
     await open("index.html?gateway");
     await receiver.setWorld("/drm/sas_session_open", true);
-    await sees({ headline: "Module connected", summaries: "6 formats | Deutsch, English | module connected | locked above 16" });
+    await sees({ headline: "Module connected",
+      summaries: "6 formats | Deutsch, English | module connected | locked above 16" });
     await receiver.setWorld("/drm/sas_session_open", false);
     await sees({ headline: "No module" });
     assert.match((await browser.run(look)).chips, /^\S+ connected \S+ removed$/);
@@ -151,8 +153,8 @@ describe("The information page", () => {
     await open();
     await receiver.stop("SIGKILL");
     // A dead receiver presses no keys.
-    await browser.run(() =>
-      document.dispatchEvent(new KeyboardEvent("keydown", { keyCode: KeyEvent.VK_YELLOW, cancelable: true })));
+    await browser.run(() => document.dispatchEvent(
+      new KeyboardEvent("keydown", { keyCode: KeyEvent.VK_YELLOW, cancelable: true })));
     await sees({ headline: "No description", summaries: "not told | not set | not told | nothing locked" });
     await receiver.start();
   });
