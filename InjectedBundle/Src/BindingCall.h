@@ -60,6 +60,15 @@ JSValueRef Answer(const char* where, JSContextRef context, CallStatus& status, J
 
 }  // namespace Call
 
+// Chooses among overloaded members by their parameters.
+template <typename... Parameters>
+struct Overload {
+    template <typename Result, class Implementation>
+    static consteval auto Of(Result (Implementation::*member)(Parameters...)) {
+        return member;
+    }
+};
+
 // One form of an operation: the implementation's member, the result's type and the arguments' types.
 template <auto Member, CallWith With, class Result, class... Arguments>
 struct Operation {

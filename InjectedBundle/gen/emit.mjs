@@ -141,16 +141,14 @@ function methodBody(operation, name, built) {
   return `CallOperation<ji${name}, ${forms.join(', ')}>("t_${member}", {context, object, count, values, exception})`;
 }
 
-// An overloaded member is named together with its whole type.
+// An overloaded member is named together with its parameters. It may be inherited.
 function overloadOf(form, name, member) {
   const parameters = form.arguments.filter(({ ignored }) => !ignored).map((argument) => {
     const native = `${argumentTag(argument)}::Native`;
     return argument.type.tag === 'String' || argument.type.tag === 'Bytes' ? `const ${native}&` : native;
   });
   if (form.context) parameters.unshift('JSContextRef');
-  const result = form.result.kind === 'object' ? `std::unique_ptr<ji${form.result.name}>`
-    : form.result.tag === 'Undefined' ? 'void' : `${resultTag(form.result)}::Native`;
-  return `static_cast<${result} (C${name}Impl::*)(${parameters.join(', ')})>(&C${name}Impl::${member})`;
+  return `Overload<${parameters.join(', ')}>::Of(&C${name}Impl::${member})`;
 }
 
 function indexing(description, built) {
