@@ -2,19 +2,15 @@
 
 #include <vector>
 
-#include "API/Src/IBroadcastPlayerCommon.h"
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
-#include "InjectedBundle/gen/js/jiAVComponent.h"
 #include "InjectedBundle/gen/js/jiChannel.h"
 #include "InjectedBundle/gen/js/jiChannelConfig.h"
 #include "InjectedBundle/gen/js/jiParentalRatingCollection.h"
 #include "InjectedBundle/gen/js/jiProgrammeCollection.h"
 #include "InjectedBundle/gen/js/jiStreamEvent.h"
-#include "JavaScript/Src/CAVComponentCollectionImpl.h"
-#include "JavaScript/Src/CAVComponentImpl.h"
 #include "JavaScript/Src/CChannelConfigImpl.h"
 #include "JavaScript/Src/CChannelImpl.h"
 #include "JavaScript/Src/CParentalRatingCollectionImpl.h"
@@ -24,17 +20,6 @@
 namespace OipfJavaScript {
 
 namespace {
-
-// Any component of a type.
-constexpr uint32_t kAnyPid = 0xFFFFFFFF;
-
-const char* Text(bool value) {
-    return value ? "true" : "false";
-}
-
-uint32_t PidOf(const CAVComponentImpl& component) {
-    return static_cast<uint32_t>(component.GetPid());
-}
 
 // Pages read absent numbers of a channel as 4294967295 and hand them back: they must stay all ones.
 int32_t ChannelNumber(JSContextRef context, JSValueRef value) {
@@ -62,17 +47,8 @@ bool Read(const CallArguments& call, StreamEventArguments& arguments) {
 }  // namespace
 
 COipfVideoBroadcastImpl::COipfVideoBroadcastImpl()
-    : COipfVideoBroadcastBase(jiOipfVideoBroadcast::ID),
-      m_player(CBroadcastPlayerWK::GetInstance()),
-      m_streamEvents(std::make_unique<CStreamEventHandler>()),
-      m_instanceId(++s_instance_id) {
-    CDAEBrowserAPIWK::GetInstance()->SubscribeEvents(this);
-}
-
-COipfVideoBroadcastImpl::~COipfVideoBroadcastImpl() {
-    m_streamEvents.reset();
-    CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(this);
-}
+    : PlayerObject(CBroadcastPlayerWK::GetInstance(), ++s_instance_id),
+      m_streamEvents(std::make_unique<CStreamEventHandler>()) {}
 
 bool COipfVideoBroadcastImpl::IsBroadcastRelated() const {
     return CDAEBrowserAPIWK::GetInstance()->IsBroadcastRelated();
@@ -85,7 +61,7 @@ std::unique_ptr<jiChannel> COipfVideoBroadcastImpl::GetCurrentChannel() {
         return nullptr;
     }
     uint32_t cacheId = 0;
-    if (m_player == nullptr || !m_player->GetChannel(m_instanceId, cacheId)) {
+    if (m_player == nullptr || !m_player->GetChannel(m_playerId, cacheId)) {
         HBBTV_LOG_OBJECT(ERROR, "COipfVideoBroadcastImpl::%s failed", __func__);
         Fail();
         return nullptr;
@@ -101,7 +77,7 @@ std::unique_ptr<jiProgrammeCollection> COipfVideoBroadcastImpl::GetProgrammes() 
     }
     uint32_t cacheId = 0;
     std::unique_ptr<IProgrammeCollection> received;
-    if (m_player != nullptr && m_player->GetChannel(m_instanceId, cacheId))
+    if (m_player != nullptr && m_player->GetChannel(m_playerId, cacheId))
         received = CDAEBrowserAPIWK::GetInstance()->GetProgCollection(cacheId);
     if (!received) {
         HBBTV_LOG_OBJECT(ERROR, "failed GetProgCollection(%u)", cacheId);
@@ -125,7 +101,7 @@ void COipfVideoBroadcastImpl::BindToCurrentChannel() {
     if (!IsBroadcastRelated())
         return Fail("bindToCurrentChannel not available to broadcast independent applications");
     if (m_player != nullptr)
-        m_player->BindToCurrentChannel(m_instanceId);
+        m_player->BindToCurrentChannel(m_playerId);
 }
 
 JSValueRef COipfVideoBroadcastImpl::customCreateChannelObject(const CallArguments& call) {
@@ -157,7 +133,7 @@ JSValueRef COipfVideoBroadcastImpl::customSetChannel(const CallArguments& call) 
     // Pages give the null channel with and without the arguments that mean nothing for it.
     if (JSValueIsNull(call.context, call.values[0])) {
         if (m_player != nullptr)
-            m_player->SetNullChannel(m_instanceId, true);
+            m_player->SetNullChannel(m_playerId, true);
         return null;
     }
     if (!JSValueIsObject(call.context, call.values[0])) {
@@ -176,7 +152,7 @@ JSValueRef COipfVideoBroadcastImpl::customSetChannel(const CallArguments& call) 
     const CChannelImpl& channel = binding->Implementation();
     uint32_t cacheId = channel.CacheId();
     if (m_player != nullptr &&
-        !m_player->SetChannel(m_instanceId, static_cast<EOipfChIdType>(channel.GetIdType()),
+        !m_player->SetChannel(m_playerId, static_cast<EOipfChIdType>(channel.GetIdType()),
                               BytesToUtf8(channel.Dsd()), static_cast<int>(channel.GetOnid()),
                               static_cast<int>(channel.GetTsid()), static_cast<int>(channel.GetSid()),
                               cacheId))
@@ -188,77 +164,34 @@ void COipfVideoBroadcastImpl::PrevChannel() {
     HBBTV_LOG_ENTRY();
     std::string ignored;
     if (m_player != nullptr)
-        m_player->NextOrPrevChannel(m_instanceId, false, ignored);
+        m_player->NextOrPrevChannel(m_playerId, false, ignored);
 }
 
 void COipfVideoBroadcastImpl::NextChannel() {
     HBBTV_LOG_ENTRY();
     std::string ignored;
     if (m_player != nullptr)
-        m_player->NextOrPrevChannel(m_instanceId, true, ignored);
+        m_player->NextOrPrevChannel(m_playerId, true, ignored);
 }
 
 void COipfVideoBroadcastImpl::SetFullScreen(bool fullscreen) {
-    HBBTV_LOG_OBJECT(INFO, "%s (now %s)", Text(fullscreen), Text(m_fullScreen));
     if (!IsBroadcastRelated()) {
         HBBTV_LOG_OBJECT(INFO, "app is not broadcast related");
         return Fail();
     }
-    if (fullscreen == m_fullScreen)
-        return;
-    m_fullScreen = fullscreen;
-    if (m_player == nullptr)
-        return;
-    UpdateLayout();
-    DispatchEvent("FullScreenChange", nullptr);
-    // What handlers called on this object has left its own errors in the block.
-    ResetStatus();
+    ChangeFullScreen(fullscreen);
 }
 
 void COipfVideoBroadcastImpl::Release() {
     HBBTV_LOG_ENTRY();
     if (m_player != nullptr)
-        m_player->Release(m_instanceId);
+        m_player->Release(m_playerId);
 }
 
 void COipfVideoBroadcastImpl::Stop() {
     HBBTV_LOG_ENTRY();
     if (m_player != nullptr)
-        m_player->Stop(m_instanceId);
-}
-
-JSValueRef COipfVideoBroadcastImpl::commonGetComponents(const CallArguments& call, bool activeOnly) {
-    return CAVComponentCollectionImpl::commonGetComponents(call, m_instanceId, activeOnly, true);
-}
-
-JSValueRef COipfVideoBroadcastImpl::customGetComponents(const CallArguments& call) {
-    return commonGetComponents(call, false);
-}
-
-JSValueRef COipfVideoBroadcastImpl::customGetCurrentActiveComponents(const CallArguments& call) {
-    return commonGetComponents(call, true);
-}
-
-void COipfVideoBroadcastImpl::SelectComponent(jiAVComponent* component) {
-    const CAVComponentImpl& chosen = component->Implementation();
-    if (m_player != nullptr)
-        m_player->SelectComponent(m_instanceId, chosen.GetType(), PidOf(chosen));
-}
-
-void COipfVideoBroadcastImpl::SelectComponent(int32_t componentType) {
-    if (m_player != nullptr)
-        m_player->SelectComponent(m_instanceId, componentType, kAnyPid);
-}
-
-void COipfVideoBroadcastImpl::UnselectComponent(jiAVComponent* component) {
-    const CAVComponentImpl& chosen = component->Implementation();
-    if (m_player != nullptr)
-        m_player->UnselectComponent(m_instanceId, chosen.GetType(), PidOf(chosen));
-}
-
-void COipfVideoBroadcastImpl::UnselectComponent(int32_t componentType) {
-    if (m_player != nullptr)
-        m_player->UnselectComponent(m_instanceId, componentType, kAnyPid);
+        m_player->Stop(m_playerId);
 }
 
 JSValueRef COipfVideoBroadcastImpl::customAddStreamEventListener(const CallArguments& call) {
@@ -295,48 +228,13 @@ void COipfVideoBroadcastImpl::SetMimeType(const std::string& type) {
     HBBTV_LOG_OBJECT(INFO, "%s", type.c_str());
 }
 
-JSValueRef COipfVideoBroadcastImpl::customSetAttributes(const CallArguments& call) {
-    if (call.count != 1 || !JSValueIsObject(call.context, call.values[0]))
-        return Call::RefuseArguments(jiOipfVideoBroadcast::ID, "t_SetAttributes", call);
-    AttributeMap attributes;
-    JSObjectRef object = JSValueToObject(call.context, call.values[0], nullptr);
-    if (!ReadAttributeMap(call.context, object, attributes, call.exception))
-        return JSValueMakeNull(call.context);
-    SetAttributes(attributes);
-    return JSValueMakeUndefined(call.context);
-}
-
 void COipfVideoBroadcastImpl::SetAttributes(const AttributeMap& attributes) {
     for (const auto& [key, value] : attributes)
         HBBTV_LOG_OBJECT(INFO, "%s=%s", key.c_str(), value.c_str());
 }
 
-void COipfVideoBroadcastImpl::SetWindow(uint32_t x, uint32_t y, uint32_t width, uint32_t height) {
-    HBBTV_LOG_OBJECT(INFO, "(x:%i, y:%i, w:%i, h:%i)", static_cast<int>(x), static_cast<int>(y),
-                     static_cast<int>(width), static_cast<int>(height));
-    const Window window{.width = width, .height = height, .x = x, .y = y};
-    if (window == m_window && window == m_shownWindow)
-        return;
-    m_window = window;
-    UpdateLayout();
-}
-
-void COipfVideoBroadcastImpl::UpdateLayout() {
-    if (m_player == nullptr)
-        return;
-    m_player->UpdateLayout(m_instanceId, m_window.x, m_window.y, m_window.width, m_window.height,
-                           m_fullScreen);
-    m_shownWindow = m_window;
-}
-
-// Lifetime: a handler may drop this object, and the collector may run in it. The object stands at least until
-// its DispatchEvent returns; afterwards it may be garbage, which goes when the engine is next called. So what
-// follows a dispatch touches no JavaScript unless ContextFor() says that a handler is left, which keeps the
-// object.
 void COipfVideoBroadcastImpl::OnEvent(event_t event) {
-    if (event.event < E_VBO_CHANNEL_CHANGE || event.event > E_VBO_COMPONENT_SELECT)
-        return;
-    if (event.plugin_id != 0 && event.plugin_id != m_instanceId)
+    if (event.event < E_VBO_CHANNEL_CHANGE || event.event > E_VBO_COMPONENT_SELECT || !IsMine(event))
         return;
     const char* const name = IBroadcastPlayerCommon::EventName(event.event);
     HBBTV_LOG_OBJECT(INFO, "OnEvent(%s)", name);
@@ -424,14 +322,6 @@ void COipfVideoBroadcastImpl::OnParentalRating(const event_t& event) {
                   jiParentalRatingCollection::CreateObject(context, ratings.release(), nullptr),
                   "DRMSystemID",
                   drmSystem == 0 ? JSValueMakeNull(context) : JSValueMakeNumber(context, drmSystem), nullptr);
-}
-
-void COipfVideoBroadcastImpl::OnComponentSelect(const event_t& event) {
-    // Pages know the event by either name.
-    for (const char* name : {"SelectedComponentChanged", "SelectedComponentChange"}) {
-        if (JSContextRef context = ContextFor(name))
-            DispatchEvent(name, "componentType", JSValueMakeNumber(context, event.Signed(0)), nullptr);
-    }
 }
 
 }  // namespace OipfJavaScript
