@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/gen/js/jiException.h"
@@ -12,6 +13,39 @@
 #include "JavaScript/Src/CExceptionImpl.h"
 
 namespace OipfJavaScript {
+
+namespace {
+
+// The text that a script gives; empty when it throws.
+std::string Evaluate(JSContextRef context, const char* script) {
+    if (context == nullptr)
+        return {};
+    JSValueRef exception = nullptr;
+    const JSValueRef result =
+        JSEvaluateScript(context, JSStringHandle(script).Get(), nullptr, nullptr, 1, &exception);
+    std::string text;
+    if (exception != nullptr || result == nullptr || !ToUtf8(context, result, text, nullptr))
+        return {};
+    return text;
+}
+
+// The engine's own way of completing a path, which knows a `base` element and dots; empty when it knows none.
+std::string CompletedByDocument(JSContextRef context, const std::string& path) {
+    const JSStringHandle script("(function(path) { return new URL(path, document.baseURI).href; })");
+    JSValueRef exception = nullptr;
+    const JSValueRef complete = JSEvaluateScript(context, script.Get(), nullptr, nullptr, 1, &exception);
+    if (exception != nullptr || complete == nullptr)
+        return {};
+    JSObjectRef function = JSValueToObject(context, complete, nullptr);
+    const JSValueRef argument = MakeString(context, path);
+    const JSValueRef url = JSObjectCallAsFunction(context, function, nullptr, 1, &argument, &exception);
+    std::string text;
+    if (exception != nullptr || url == nullptr || !ToUtf8(context, url, text, nullptr))
+        return {};
+    return text;
+}
+
+}  // namespace
 
 std::string jiUtility::JSStringToString(JSStringRef string) { return ToUtf8(string); }
 
@@ -54,22 +88,24 @@ const char* jiUtility::JSValueQueryType(JSContextRef context, JSValueRef value) 
 }
 
 std::string jiUtility::GetDocumentLocation(JSContextRef context) {
-    if (context == nullptr)
-        return {};
-    const JSStringHandle script("document.location.origin + document.location.pathname");
-    JSValueRef exception = nullptr;
-    const JSValueRef location = JSEvaluateScript(context, script.Get(), nullptr, nullptr, 1, &exception);
-    std::string directory;
-    if (exception != nullptr || location == nullptr || !ToUtf8(context, location, directory, nullptr))
-        return {};
+    std::string directory = Evaluate(context, "document.location.origin + document.location.pathname");
     const size_t slash = directory.rfind('/');
     directory.resize(slash == std::string::npos ? 0 : slash + 1);
     return directory;
 }
 
+std::string jiUtility::GetDocumentUrl(JSContextRef context) {
+    return Evaluate(context, "document.location.href");
+}
+
 void jiUtility::MakeAbsolutePath(JSContextRef context, std::string& path) {
     if (path.find("://") != std::string::npos) {
         HBBTV_LOG_INFO("the path \"%s\" is already absolute path", path.c_str());
+        return;
+    }
+    if (std::string url = CompletedByDocument(context, path); !url.empty()) {
+        path = std::move(url);
+        HBBTV_LOG_INFO("absolute path is : %s", path.c_str());
         return;
     }
     std::string directory = GetDocumentLocation(context);

@@ -23,7 +23,9 @@ class jiUtility {
 
     // URL of the folder of the page's document, with its closing slash; empty when there is none.
     [[nodiscard]] static std::string GetDocumentLocation(JSContextRef context);
-    // Makes a relative path an absolute URL; what holds "://" is left alone.
+    // URL of the page's document; empty when there is none.
+    [[nodiscard]] static std::string GetDocumentUrl(JSContextRef context);
+    // Makes a relative path an absolute URL, from the document's base; what holds "://" is left alone.
     static void MakeAbsolutePath(JSContextRef context, std::string& path);
 
     // An Exception object for the exception slot, which the caller fills with it.
