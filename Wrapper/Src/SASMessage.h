@@ -20,6 +20,25 @@ class SASMessage {
         E_SYSTEM_INFO = 5,
     };
 
+    // What the items of E_PARENTAL_CONTROL_INFO are. A country holds for the ratings after it; a rating is a
+    // type and, after it, a value. The access status is there once. SASParentalControl reads them.
+    enum EDatatype : uint8_t {
+        // Three characters of ISO 3166-1.
+        E_COUNTRY_CODE = 1,
+        // Text: where the user is asked for the PIN.
+        E_PARENTAL_CONTROL_URL = 2,
+        // One byte of ERatingType.
+        E_RATING_TYPE = 3,
+        // One byte. Of a DVB rating 1 to 15, which is the least age less three, or 0 for no rating.
+        E_RATING_VALUE = 4,
+        // One byte: 0 blocked, 1 granted.
+        E_ACCESS_STATUS = 5,
+    };
+
+    enum ERatingType : uint8_t {
+        E_RATING_DVB = 0,  // as in the parental rating descriptor of DVB service information
+    };
+
     struct Item {
         uint8_t datatypeId = 0;
         std::string bytes;
