@@ -3,6 +3,7 @@
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannelConfig.h"
+#include "InjectedBundle/gen/js/jiOipfAVControl.h"
 #include "InjectedBundle/gen/js/jiOipfApplicationManager.h"
 #include "InjectedBundle/gen/js/jiOipfCapabilities.h"
 #include "InjectedBundle/gen/js/jiOipfConfiguration.h"
@@ -10,6 +11,7 @@
 #include "InjectedBundle/gen/js/jiOipfParentalControlManager.h"
 #include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
 #include "JavaScript/Src/CChannelConfigImpl.h"
+#include "JavaScript/Src/COipfAVControlImpl.h"
 #include "JavaScript/Src/COipfApplicationManagerImpl.h"
 #include "JavaScript/Src/COipfCapabilitiesImpl.h"
 #include "JavaScript/Src/COipfConfigurationImpl.h"
@@ -22,6 +24,11 @@ namespace OipfJavaScript {
 std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfVideoBroadcast>();
+}
+
+std::unique_ptr<jiOipfAVControl> CPrivateObjectFactoryImpl::CreateVideoMpegObject() {
+    HBBTV_LOG_ENTRY();
+    return MakeBinding<jiOipfAVControl>();
 }
 
 std::unique_ptr<jiOipfApplicationManager> CPrivateObjectFactoryImpl::CreateApplicationManagerObject() {

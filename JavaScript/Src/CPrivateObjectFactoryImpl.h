@@ -10,6 +10,7 @@
 namespace OipfJavaScript {
 
 class jiChannelConfig;
+class jiOipfAVControl;
 class jiOipfApplicationManager;
 class jiOipfCapabilities;
 class jiOipfConfiguration;
@@ -20,6 +21,7 @@ class jiOipfVideoBroadcast;
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
    public:
     [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject();
+    [[nodiscard]] std::unique_ptr<jiOipfAVControl> CreateVideoMpegObject();
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
     [[nodiscard]] std::unique_ptr<jiOipfCapabilities> CreateCapabilitiesObject();
     [[nodiscard]] std::unique_ptr<jiChannelConfig> CreateChannelConfig();
