@@ -326,6 +326,10 @@ function _hbbtv_vantrel_attributeChanged(object, name) {
   if (!state)
     return;
   if (name !== "type" || _hbbtv_vantrel_pluginOf(object) === state.plugin) {
+    // The player that is set up next is told all attributes. Those that change with every frame of an animation
+    // mean nothing to it.
+    if (state.plugin.visual && name !== "style" && name !== "class" && object.hasAttribute(name))
+      state.oipf.setAttributes({ [name]: object.getAttribute(name) });
     _hbbtv_vantrel_assignAttribute(object, state.oipf, name);
     return;
   }
