@@ -1,0 +1,351 @@
+// The A/V control element on a page, with the receiver's simulated player behind it: what the player is told
+// and when, what the page hears, and what is left when element or page go.
+import assert from "node:assert/strict";
+import { after, before, beforeEach, describe, it } from "node:test";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+const [stopped, playing, paused, connecting, failed] = [0, 1, 2, 3, 6];
+const noError = 1000;
+const anyPid = -1;
+
+const components = [
+  { type: "video", encoding: "H264", pid: 1, tag: 1, aspect_ratio: 178 },
+  { type: "audio", encoding: "HEAAC", pid: 2, tag: 2, language: "deu", channels: 2 },
+  { type: "audio", encoding: "HEAAC", pid: 3, tag: 3, language: "eng", channels: 6 }
+];
+// The player simulates what the world describes, and only that.
+const items = [
+  { url: "*/missing*", error: 1 },
+  { url: "*", duration_ms: 600000, components }
+];
+
+const page = (body, head = "") => `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script>${head}
+<style>body { margin: 0 }</style></head><body>${body}</body></html>`;
+
+const element = (attributes, children = "") => `<object id="film" ${attributes}>${children}</object><script>
+var film = document.getElementById("film");
+window.heard = [];
+film.onPlayStateChange = function (state, error) { window.heard.push([state, error]); };
+</script>`;
+
+const film = 'type="video/mp4" data="film.mp4" width="640" height="360"';
+
+describe("An A/V control element", () => {
+  let television, browser, receiver, server;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver, server } = television);
+  });
+
+  after(() => television?.close());
+
+  beforeEach(async () => {
+    await television.open("plain.html");
+    await receiver.setWorld("/media/items", items);
+    await receiver.setWorld("/media/connect_ms", 50);
+    await receiver.setWorld("/media/maximum_players", 4);
+    await receiver.clearCalls();
+  });
+
+  // The calls to the media player so far, as ["Play", id, 1].
+  async function mediaCalls() {
+    return (await receiver.calls()).filter(([name]) => name.startsWith("IAVEventHandler."))
+      .map(([name, args]) => [name.split(".")[1], ...args]);
+  }
+
+  async function argumentsOf(method) {
+    return (await mediaCalls()).filter(([name]) => name === method).map(([, , ...rest]) => rest);
+  }
+
+  const inState = state => browser.waitFor(`the state is ${state}`, value => film.playState === value, state);
+  const play = async () => {
+    await browser.run(() => film.play(1));
+    await inState(playing);
+  };
+
+  // All that the player is told on the first play, for an element whose markup has these attributes.
+  async function assertSetUp(media, document, attributes) {
+    const calls = await mediaCalls();
+    const from = calls.findIndex(([name]) => name === "FlagPlayerActive");
+    const id = calls[from]?.[1];
+    assert.deepEqual(calls.slice(from, from + 6 + attributes.length), [
+      ["FlagPlayerActive", id],
+      ["GetPlayer", id],
+      ["SetLocation", id, document],
+      ["SetData", id, media],
+      ["SetMimeType", id, "video/mp4"],
+      ...attributes.map(pair => ["SetAttribute", id, ...pair]),
+      ["Play", id, 1]
+    ]);
+  }
+
+  it("plays what its markup names, in the task in which it was parsed", async () => {
+    const markup = element(film, '<param name="quality" value="high"></param>');
+    const attributes = [["data", "film.mp4"], ["height", "360"], ["id", "film"], ["quality", "high"],
+      ["type", "video/mp4"], ["width", "640"]];
+    const body = `${markup}<script>window.played = film.play(1);</script>`;
+    const root = '<html xmlns="http://www.w3.org/1999/xhtml">';
+    const wellFormed = page(body).replace("<!DOCTYPE html><html>", root);
+    for (const [name, text] of [["first.html", page(body)], ["first.hbbtv", wellFormed]]) {
+      await receiver.clearCalls();
+      await television.show(name, text);
+      await inState(playing);
+      assert.deepEqual(await browser.run(() => [window.played, window.heard]),
+        [true, [[connecting, noError], [playing, noError]]]);
+      await assertSetUp(server.url("/written/film.mp4"), server.url(`/written/${name}`), attributes);
+      const read = await browser.run(() =>
+        [film.data, film.type, film.playTime, film.speed, film.nrTracks]);
+      assert.deepEqual(read, [server.url("/written/film.mp4"), "video/mp4", 600000, 1, 1]);
+      assert.deepEqual(await browser.run(() => window.failures), []);
+    }
+  });
+
+  it("plays in the task that makes it, and hears with handlers that were set before all else", async () => {
+    const seen = await browser.run(() => {
+      window.heard = [];
+      const object = document.createElement("object");
+      object.onPlayStateChange = state => window.heard.push(`handler ${state}`);
+      object.data = "loose.mp4";
+      object.setAttribute("type", "video/mp4");
+      object.addEventListener("PlayStateChange", event => window.heard.push(`listener ${event.state}`));
+      object.setAttribute("width", "320");
+      document.getElementById("root").appendChild(object);
+      window.film = object;
+      return [object.play(1), object.type, object.width];
+    });
+    assert.deepEqual(seen, [true, "video/mp4", 320]);
+    await inState(playing);
+    assert.deepEqual(await browser.run(() => window.heard),
+      [connecting, playing].flatMap(state => [`handler ${state}`, `listener ${state}`]));
+    await assertSetUp(server.url("/pages/loose.mp4"), server.url("/pages/plain.html"),
+      [["data", "loose.mp4"], ["type", "video/mp4"], ["width", "320"]]);
+  });
+
+  it("completes every address from the document's base", async () => {
+    await television.show("base.html", page(element(film), '<base href="/media/deep/">'));
+    await browser.run(() => {
+      film.setAttribute("data", "../up.mp4");
+      film.data = "/root film.mp4";
+      film.data = "?part=2";
+      film.data = "http://other.example/a.mp4";
+      film.data = "";
+      film.queue("queued.mp4");
+    });
+    const url = path => server.url(path);
+    assert.deepEqual((await argumentsOf("SetData")).map(([data]) => data), [
+      url("/media/deep/film.mp4"), url("/media/up.mp4"), url("/root%20film.mp4"), url("/media/deep/?part=2"),
+      "http://other.example/a.mp4", "", url("/media/deep/queued.mp4")
+    ]);
+    assert.deepEqual(await argumentsOf("SetLocation"), [[url("/written/base.html")]]);
+    await inState(playing);
+    await browser.run(() => [film.queue("next.mp4"), film.queue(null)]);
+    assert.deepEqual(await argumentsOf("Queue"), [[url("/media/deep/next.mp4")], [""]]);
+  });
+
+  it("tells the player what changes in the markup, at once and with its new value", async () => {
+    await television.show("changes.html", page(element(film)));
+    await receiver.clearCalls();
+    const read = await browser.run(() => {
+      film.setAttribute("data", "b.mp4");
+      film.setAttribute("type", "audio/mpeg");
+      const taken = film.type;
+      film.setAttribute("type", "video/x-ms-wmv");
+      film.setAttribute("width", "320");
+      film.setAttribute("height", "100%");
+      const param = document.createElement("param");
+      param.name = "late";
+      param.value = "1";
+      film.appendChild(param);
+      return [film.data, taken, film.type, film.width, film.height, film.play(1)];
+    });
+    assert.deepEqual(read, [server.url("/written/b.mp4"), "audio/mpeg", "audio/mpeg", 320, 360, true]);
+    assert.deepEqual(await argumentsOf("ChangeMimeType"), [["audio/mpeg"]]);
+    assert.deepEqual((await argumentsOf("UpdateLayout")).at(-1), [0, 0, 320, 360, false]);
+    const given = Object.fromEntries(await argumentsOf("SetAttribute"));
+    assert.deepEqual(given,
+      { id: "film", data: "b.mp4", type: "video/x-ms-wmv", width: "320", height: "100%", late: "1" });
+    assert.deepEqual(await argumentsOf("SetMimeType"), [["audio/mpeg"]]);
+  });
+
+  it("is a hole while it plays or is paused, and black in every other state", async () => {
+    await television.show("hole.html", page(element(film)));
+    const shown = () => browser.run(() => Array.from(film.children).map(child =>
+      child.localName === "hole" ? "hole" : getComputedStyle(child).backgroundColor));
+    const black = ["rgb(0, 0, 0)"];
+    assert.deepEqual(await shown(), black);
+    await play();
+    assert.deepEqual(await shown(), ["hole"]);
+    await browser.run(() => film.play(0));
+    await inState(paused);
+    assert.deepEqual(await shown(), ["hole"]);
+    assert.equal(await browser.run(() => film.speed), 0);
+    await browser.run(() => film.stop());
+    await inState(stopped);
+    assert.deepEqual(await shown(), black);
+    await browser.run(() => {
+      film.data = "missing.mp4";
+      film.play(1);
+    });
+    await inState(failed);
+    assert.deepEqual(await shown(), black);
+    assert.deepEqual(await browser.run(() => [window.heard.at(-1), film.error, film.playPosition]),
+      [[failed, 1], 1, 0]);
+  });
+
+  it("is where its place in the page is, and everywhere in full screen", async () => {
+    await television.show("full.html", page(element(film), "<style>#film { position: absolute; left: 100px; "
+      + "top: 50px }</style>"));
+    await play();
+    const isLast = async (...layout) => {
+      let last;
+      await waitFor("the layout", async () => {
+        last = (await argumentsOf("UpdateLayout")).at(-1);
+        return last?.join() === layout.join();
+      }).catch(error => assert.deepEqual(last, layout, error.message));
+    };
+    await isLast(100, 50, 640, 360, false);
+    const seen = await browser.run(() => {
+      const thrown = name => {
+        try {
+          film[name] = 7;
+          return null;
+        } catch (e) {
+          return [e.name, e.description];
+        }
+      };
+      const changes = [];
+      film.onFullScreenChange = () => changes.push(film.fullScreen);
+      film.setFullScreen(true);
+      film.setFullScreen(true);
+      return [changes, thrown("width"), thrown("height"), film.width, film.height];
+    });
+    const text = "Readonly in fullscreen mode";
+    assert.deepEqual(seen, [[true], ["Width", text], ["Height", text], 640, 360]);
+    await isLast(100, 50, 640, 360, true);
+    // Markup that changes is refused likewise, without an error in the page.
+    assert.equal(await browser.run(() => {
+      film.setAttribute("width", "7");
+      return film.width;
+    }), 640);
+    assert.deepEqual(await browser.run(() => window.failures), []);
+  });
+
+  it("chooses among the components of its medium", async () => {
+    await television.show("components.html", page(element(film)));
+    await play();
+    const languages = await browser.run(() => {
+      const audios = film.getComponents(film.COMPONENT_TYPE_AUDIO);
+      film.onSelectedComponentChanged = type => window.heard.push(`component ${type}`);
+      film.selectComponent(audios[1]);
+      film.unselectComponent(film.COMPONENT_TYPE_VIDEO);
+      return [audios[0].language, audios[1].language, film.getComponents().length, film.getComponents(7)];
+    });
+    assert.deepEqual(languages, ["deu", "eng", 3, null]);
+    await browser.waitFor("both are heard of",
+      () => window.heard.slice(-2).join() === "component 1,component 0");
+    assert.deepEqual(await argumentsOf("SelectComponent"), [[1, 3]]);
+    assert.deepEqual(await argumentsOf("UnselectComponent"), [[0, anyPid]]);
+    assert.equal(await browser.run(() => film.getCurrentActiveComponents(1)[0].language), "eng");
+  });
+
+  it("shares the receiver with another one, and hears of its own player only", async () => {
+    const other = '<object id="other" type="audio/mpeg" data="song.mp3"></object>';
+    await television.show("two.html", page(element(film) + other));
+    await play();
+    await browser.run(() => {
+      window.other = document.getElementById("other");
+      window.other.onPlayStateChange = state => window.heard.push(`other ${state}`);
+      window.heard = [];
+      window.other.play(1);
+    });
+    await browser.waitFor("the other plays", () => window.heard.join() === "other 3,other 1");
+    await browser.run(() => window.other.release());
+    await browser.waitFor("the other is gone", () => window.heard.at(-1) === "other 0");
+    assert.deepEqual(await browser.run(() => [film.playState, window.heard.length]), [playing, 3]);
+    await receiver.setWorld("/media/maximum_players", 1);
+    await browser.run(() => {
+      window.other.onPlayStateChange = (...args) => window.heard.push(args);
+      window.other.play(1);
+    });
+    assert.deepEqual(await browser.run(() => [window.heard.at(-1), window.other.error]), [[0, 3], 3]);
+  });
+
+  it("that leaves the document, or whose page goes while it plays, leaves nothing playing", async () => {
+    const ends = [
+      ["removed", () => browser.run(() => film.remove()), ["Stop", "ReleasePlayer"]],
+      ["navigation", () => television.open("plain.html"), ["ReleasePlayer"]],
+      ["reload", () => browser.driver.navigate().refresh(), ["ReleasePlayer"]]
+    ];
+    for (const [what, end, order] of ends) {
+      await television.show("going.html", page(element(film)));
+      await play();
+      const id = (await mediaCalls()).at(-1)[1];
+      await receiver.clearCalls();
+      await end();
+      const released = async () =>
+        (await mediaCalls()).filter(([name]) => order.includes(name)).slice(0, order.length);
+      const ids = what === "removed" ? id : 0;
+      await waitFor(`${what}: released`, async () => (await released()).length === order.length);
+      assert.deepEqual(await released(), order.map(name => [name, ids]), what);
+      const players = async () => Object.values(await receiver.getWorld("/state/media_players"));
+      await waitFor(`${what}: silent`,
+        async () => (await players()).every(({ state }) => state !== playing));
+    }
+    assert.deepEqual(await browser.run(() => [window.failures, window.heard ?? []]), [[], []]);
+  });
+
+  it("made by oipfObjectFactory is the same", async () => {
+    await browser.run(() => {
+      window.film = oipfObjectFactory.createVideoMpegObject();
+      window.heard = [];
+      film.onPlayStateChange = state => window.heard.push(state);
+      film.data = "made.mpg";
+      document.getElementById("root").appendChild(film);
+      film.play(1);
+    });
+    await inState(playing);
+    assert.deepEqual(await browser.run(() => [window.heard, film.data, film.type]),
+      [[connecting, playing], server.url("/pages/made.mpg"), "video/mpeg"]);
+  });
+
+  it("hears of parental ratings from the module, and of nothing from bytes that make no sense", async () => {
+    await television.show("rating.html", page(element(film)));
+    await browser.run(() => {
+      window.ratings = [];
+      film.onParentalRatingChange = (content, ratings, system, blocked) =>
+        window.ratings.push([ratings.length, ratings[0].name, ratings[0].region, system, blocked]);
+      film.addEventListener("ParentalRatingError", event =>
+        window.ratings.push(["error", event.ratings.length]), false);
+    });
+    const send = bytes => receiver.emit("SASMessage", `(@ay [${bytes.join(", ")}],)`);
+    const message = (...parts) => [3, 0x4a, 0xf3, 0, 0, 0, 1, parts.length, ...parts.flat()];
+    const [country, type, blocked] = [[1, 0, 3, 68, 69, 85], [3, 0, 1, 0], [5, 0, 1, 0]];
+    const cut = message(country, type).slice(0, -1);
+    for (const bytes of [[], [3, 255, 255], cut, message(), message([9, 255, 255])])
+      await send(bytes);
+    await send(message(country, type, [4, 0, 1, 13], blocked));
+    await send(message(country, type, [4, 0, 1, 200], blocked));
+    await browser.waitFor("both are heard of", () => window.ratings.length >= 2);
+    assert.deepEqual(await browser.run(() => window.ratings),
+      [[1, "16", "DEU", "urn:dvb:casystemid:19187", true], ["error", 0]]);
+  });
+
+  // The picture is the receiver's; one of the browser's own would play everything twice, and cover the hole.
+  it("is left to the receiver by the browser, which plays HTML's own video element", async () => {
+    const types = ["video/mp4", "audio/mpeg", "video/mpeg", "application/dash+xml",
+      "application/vnd.apple.mpegurl"];
+    const names = ["film.mp4", "song.mp3", "list.mpd", "stream"];
+    const objects = types.flatMap((type, i) =>
+      names.map(name => `<object type="${type}" data="/own/${i}/${name}"></object>`));
+    const video = '<video src="/own/html.mp4" preload="auto"></video>';
+    server.requested.clear();
+    await television.show("own.html", page(objects.join("") + video));
+    await waitFor("the video element loads", () => server.requested.has("/own/html.mp4"));
+    assert.equal(await browser.run(() => document.querySelectorAll("object > div").length),
+      objects.length);
+    assert.deepEqual([...server.requested].filter(path => path.startsWith("/own/")), ["/own/html.mp4"]);
+    assert.equal(await browser.run(() => frames.length), 0);
+  });
+});
