@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "Wrapper/Src/SASMessage.h"
+#include "Wrapper/Src/SASParentalControl.h"
 
 namespace {
 
@@ -62,10 +63,11 @@ TEST(ASasMessage, IsNotValidWhenItIsCutAnywhereOrGoesOn) {
 }
 
 TEST(ASasMessage, SurvivesAnyBytes) {
+    const Bytes ratings = {3, 0, 1, 0, 0, 0, 1, 4, 1, 0, 3, 'D', 'E', 'U', 3, 0, 1, 0, 4, 0, 1, 9, 5, 0, 1, 0};
     std::mt19937 random(20240817);
     int valid = 0;
     for (int round = 0; round < 20000; ++round) {
-        Bytes bytes = kMessage;
+        Bytes bytes = round % 3 == 0 ? kMessage : ratings;
         for (int change = 0; change < 3; ++change)
             bytes[random() % bytes.size()] = static_cast<uint8_t>(random());
         if (round % 2 == 0)
@@ -73,6 +75,9 @@ TEST(ASasMessage, SurvivesAnyBytes) {
         const SASMessage message = Parse(bytes);
         valid += message.IsValid() ? 1 : 0;
         EXPECT_TRUE(message.IsValid() || IsEmpty(message));
+        const SASParentalControl info(message);
+        EXPECT_FALSE(info.IsUnderstood() && !message.IsValid());
+        EXPECT_LE(info.Ratings().size(), message.Items().size());
     }
     // Changes to contents leave a message valid, changes to structure do not: both kinds were met.
     EXPECT_GT(valid, 0);
