@@ -12,7 +12,6 @@
 #include "API/Src/IPluginController.h"
 #include "API/Src/SDrmErrorParams.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "Platform/Inc/JSCPrivate.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
 #include "Tests/Bus/LogCapture.h"
