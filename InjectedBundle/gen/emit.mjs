@@ -19,7 +19,7 @@ function argumentTag(argument) {
 const withContext = (member) => (member.context ? 'CallWith::Context' : 'CallWith::Nothing');
 
 // All methods of a class, in the order of its table.
-const methodNamesOf = ({ operations, listeners }) => [...operations.map(({ name }) => name), ...listeners];
+const methodNamesOf = ({ operations, listeners }) => [...operations, ...listeners].map(({ name }) => name);
 
 export function bindingHeader(description) {
   const { name, constants, customConvertToType: convert } = description;
@@ -182,7 +182,7 @@ export function bindingSource(description, built) {
   const signature = 'JSContextRef context, JSObjectRef, JSObjectRef object, size_t count, const JSValueRef values[],';
   const definitions = [
     ...operations.map((operation) => [operation.name, methodBody(operation, name, built)]),
-    ...listeners.map((method) => [method,
+    ...listeners.map(({ name: method }) => [method,
       `CallOperation<ji${name}, ListenerOperation<&C${name}Impl::t_${upper(method)}>>("t_${upper(method)}", {context, object, count, values, exception})`]),
   ].map(([method, body]) => `JSValueRef ji${name}::t_${upper(method)}(${signature} JSValueRef* exception) {
     return ${body};

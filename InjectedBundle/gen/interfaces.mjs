@@ -48,8 +48,14 @@ class Source {
   }
 }
 
-// The doc comment is what stands before the node's first token.
+// The doc comment is what stands before the node's first token: its words, and the lists after "@arguments", with which
+// a handler is called or which a custom operation takes.
 function docOf(node) {
+  const [doc, ...lists] = commentOf(node).split(/\s*@arguments\s+/);
+  return { doc, lists };
+}
+
+function commentOf(node) {
   const first = node.extAttrs?.length
     ? node.extAttrs.tokens.open
     : Object.values(node.tokens).find((token) => token) ?? firstTypeToken(node);
@@ -93,9 +99,9 @@ function typeOf(source, node, idlType, names, { handler = false, result = false 
   return source.fail(node, `unknown type ${name} of ${node.name}`);
 }
 
-function argumentsOf(source, operation, names) {
+function argumentsOf(source, operation, names, list = operation.arguments) {
   let tail = false;
-  return operation.arguments.map((argument) => {
+  return list.map((argument) => {
     const attributes = extendedAttributes(source, argument, 'argument');
     if (argument.variadic) source.fail(operation, `${operation.name}: variadic arguments are not supported`);
     if (argument.default) source.fail(operation, `${operation.name}: default values are not supported`);
@@ -112,6 +118,21 @@ function argumentsOf(source, operation, names) {
   });
 }
 
+// Lists of arguments as a doc comment gives them, such as "(long state, optional long error)".
+function calledWith(source, node, lists, names) {
+  // Lines are counted from the comment's list, so faults are told of the member.
+  const member = { fail: (_, reason) => source.fail(node, reason) };
+  return lists.map((text) => {
+    let parsed;
+    try {
+      parsed = parse(`interface Comment { undefined ${node.name}${text}; };`);
+    } catch (error) {
+      return source.fail(node, `${node.name}: "@arguments ${text}": ${error.bareMessage ?? error.message}`);
+    }
+    return argumentsOf(member, node, names, parsed[0].members[0].arguments);
+  });
+}
+
 function membersOf(source, nodes, names, isTarget) {
   const constants = [];
   const attributes = [];
@@ -120,13 +141,16 @@ function membersOf(source, nodes, names, isTarget) {
   for (const node of nodes) {
     if (!['const', 'attribute', 'operation'].includes(node.type)) source.fail(node, `${node.type} is not supported`);
     const known = extendedAttributes(source, node, node.type);
-    const doc = docOf(node);
+    const { doc, lists } = docOf(node);
     if (!node.name) source.fail(node, 'a member needs a name');
     if (!doc) source.fail(node, `${node.name} has no doc comment`);
     if (node.name.length > LONGEST_NAME) source.fail(node, `${node.name} is longer than ${LONGEST_NAME} characters`);
     if (seen.has(node.name) && !(node.type === 'operation' && operations.has(node.name)))
       source.fail(node, `${node.name} is declared twice`);
     seen.add(node.name);
+    if (lists.length && !known.has('Custom') && node.idlType.idlType !== 'EventHandler')
+      source.fail(node, `${node.name}: "@arguments" belongs to handlers and custom operations`);
+    const calls = calledWith(source, node, lists, names);
     if (node.type === 'const') {
       if (node.idlType.idlType !== 'long' || node.value.type !== 'number')
         source.fail(node, `constant ${node.name} must be a long`);
@@ -142,15 +166,16 @@ function membersOf(source, nodes, names, isTarget) {
         if (node.readonly || node.idlType.nullable || known.size)
           source.fail(node, `${node.name}: a handler is plain "attribute EventHandler"`);
         if (!node.name.startsWith('on')) source.fail(node, `${node.name}: a handler's name begins with "on"`);
+        if (calls.length > 1) source.fail(node, `${node.name}: a handler is called with one list of arguments`);
       }
       attributes.push({
-        name: node.name, type, doc, readonly: node.readonly, context: known.has('CallWith'),
+        name: node.name, type, doc, calls, readonly: node.readonly, context: known.has('CallWith'),
         customGetter: known.has('CustomGetter'), customSetter: known.has('CustomSetter'),
       });
     } else {
       if (node.special && node.special !== 'getter') source.fail(node, `${node.special} is not supported`);
       const form = {
-        name: node.name, doc, custom: known.has('Custom'), context: known.has('CallWith'),
+        name: node.name, doc, calls, custom: known.has('Custom'), context: known.has('CallWith'),
         result: typeOf(source, node, node.idlType, names, { result: true }), arguments: argumentsOf(source, node, names),
       };
       if (!operations.has(node.name)) operations.set(node.name, { name: node.name, forms: [], getter: false });
@@ -187,7 +212,7 @@ export function readInterfaces(folder) {
   const names = new Set(read.filter(({ name }) => name !== MIXIN).map(({ name }) => name));
   const mixin = read.find(({ name }) => name === MIXIN);
   const interfaces = new Map();
-  if (mixin) membersOf(mixin.source, mixin.nodes[0]?.members ?? [], names, false);
+  const listeners = mixin ? membersOf(mixin.source, mixin.nodes[0]?.members ?? [], names, false).operations : [];
   for (const { source, name, nodes } of read) {
     if (name === MIXIN) continue;
     const [description, ...rest] = nodes.filter((node) => node.type === 'interface');
@@ -195,7 +220,8 @@ export function readInterfaces(folder) {
     if (description.name !== name) source.fail(description, `interface ${description.name} must be in ${description.name}.idl`);
     if (description.partial) source.fail(description, 'partial interfaces are not supported');
     if (description.inheritance) source.fail(description, 'inheritance is not supported');
-    if (!docOf(description)) source.fail(description, `interface ${name} has no doc comment`);
+    const { doc } = docOf(description);
+    if (!doc) source.fail(description, `interface ${name} has no doc comment`);
     const includes = nodes.filter((node) => node.type === 'includes');
     for (const node of nodes) {
       if (node.type === 'interface') continue;
@@ -212,11 +238,11 @@ export function readInterfaces(folder) {
     if (known.has('GlobalConstructor') && known.has('GlobalInstance'))
       source.fail(description, `${name}: the window holds either the constructor or an instance`);
     interfaces.set(name, {
-      name, doc: docOf(description), isTarget, getter,
+      name, doc, isTarget, getter,
       globalConstructor: known.has('GlobalConstructor'), globalInstance: known.has('GlobalInstance'),
       customConvertToType: known.has('CustomConvertToType'),
       ...members,
-      listeners: isTarget ? mixin.nodes[0].members.map((node) => node.name) : [],
+      listeners: isTarget ? listeners : [],
     });
   }
   return interfaces;
