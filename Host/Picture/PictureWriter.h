@@ -1,0 +1,34 @@
+// The receiver's end: takes the frames that a player decodes. Any thread may call it.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+
+#include "Host/Picture/PictureMemory.h"
+#include "Host/Picture/SharedMemory.h"
+
+namespace Host {
+
+class PictureWriter {
+ public:
+    // Rows of blue, green, red and a byte without meaning, `stride` bytes apart. A frame beyond 1920x1080
+    // loses rows and columns until it fits. The memory is made for the first frame. False for what is no
+    // frame, and when there is no memory to be had.
+    [[nodiscard]] bool write(int width, int height, int stride, const std::uint8_t* bgrx);
+    // Readers see no picture until there is another frame.
+    void clear();
+
+    [[nodiscard]] bool hasFrame() const;
+    // What a PictureView opens; none before the first frame.
+    [[nodiscard]] Descriptor share() const;
+
+ private:
+    [[nodiscard]] PictureMemory* memory() const;
+
+    mutable std::mutex m_mutex;
+    std::optional<SharedMemory> m_shared;
+    std::uint32_t m_last = 0;
+};
+
+}  // namespace Host
