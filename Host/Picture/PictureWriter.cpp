@@ -22,14 +22,14 @@ PictureMemory* PictureWriter::memory() const {
     return m_shared ? static_cast<PictureMemory*>(m_shared->bytes.address()) : nullptr;
 }
 
-bool PictureWriter::write(int width, int height, int stride, const std::uint8_t* bgrx) {
+Written PictureWriter::write(int width, int height, int stride, const std::uint8_t* bgrx) {
     if (width <= 0 || height <= 0 || stride / kBytesPerPixel < width || bgrx == nullptr)
-        return false;
+        return Written::Refused;
     const std::lock_guard lock(m_mutex);
     if (!m_shared) {
         m_shared = makeSharedMemory("hbbtv-picture", sizeof(PictureMemory));
         if (!m_shared)
-            return false;
+            return Written::Refused;
         memory()->mark.store(PictureMemory::Mark, std::memory_order_relaxed);
     }
     const auto step = std::max(dividedUp(width, PictureMemory::LargestWidth),
@@ -52,8 +52,8 @@ bool PictureWriter::write(int width, int height, int stride, const std::uint8_t*
                              std::memory_order_relaxed);
     }
     buffer.number.store(m_last, std::memory_order_release);
-    memory()->newest.store(m_last, std::memory_order_release);
-    return true;
+    const auto before = memory()->newest.exchange(m_last, std::memory_order_release);
+    return before == 0 ? Written::First : Written::Further;
 }
 
 void PictureWriter::clear() {

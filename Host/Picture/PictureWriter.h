@@ -10,12 +10,17 @@
 
 namespace Host {
 
+enum class Written {
+    Refused,  // it is no frame, or there is no memory to be had
+    First,    // before it there was no picture
+    Further,
+};
+
 class PictureWriter {
  public:
     // Rows of blue, green, red and a byte without meaning, `stride` bytes apart. A frame beyond 1920x1080
-    // loses rows and columns until it fits. The memory is made for the first frame. False for what is no
-    // frame, and when there is no memory to be had.
-    [[nodiscard]] bool write(int width, int height, int stride, const std::uint8_t* bgrx);
+    // loses rows and columns until it fits. The memory is made for the first frame.
+    [[nodiscard]] Written write(int width, int height, int stride, const std::uint8_t* bgrx);
     // Readers see no picture until there is another frame.
     void clear();
 

@@ -173,12 +173,11 @@ void fillPresentation(IAVEventHandlerIface& table) {
                [](World& world, std::uint32_t id, std::int32_t type, std::int32_t pid) {
                    world.media().unselectComponent(id, type, pid);
                }>;
-    table.handle_update_layout =
-        answer<iavevent_handler_complete_update_layout,
-               [](World& world, std::uint32_t id, std::uint32_t x, std::uint32_t y, std::uint32_t width,
-                  std::uint32_t height, bool fullScreen) {
-                   world.media().session(id).window = {x, y, width, height, fullScreen};
-               }>;
+    table.handle_update_layout = answer<iavevent_handler_complete_update_layout,
+                                        [](World& world, std::uint32_t id, std::uint32_t x, std::uint32_t y,
+                                           std::uint32_t width, std::uint32_t height, bool fullScreen) {
+                                            world.media().setWindow(id, {x, y, width, height, fullScreen});
+                                        }>;
 }
 
 }  // namespace

@@ -13,9 +13,9 @@ constexpr std::uint32_t primaryOwner = 1;
 }  // namespace
 
 BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario,
-                         const std::string& folder)
+                         const std::string& folder, MediaPlayerFactory makePlayer)
     : m_connection(connection),
-      m_world(scenario, folder, m_timers, m_events),
+      m_world(scenario, folder, m_timers, m_events, std::move(makePlayer)),
       m_dispatcher(m_timers),
       m_emitter(connection),
       m_desk{m_world, m_dispatcher, m_events, m_emitter},

@@ -19,8 +19,9 @@ namespace Receiver {
 
 class BusReceiver {
  public:
-    // Throws ScenarioError.
-    BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder);
+    // Throws ScenarioError. Players of broadband media as of the world.
+    BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder,
+                MediaPlayerFactory makePlayer = nullptr);
     BusReceiver(const BusReceiver&) = delete;
     BusReceiver& operator=(const BusReceiver&) = delete;
     ~BusReceiver();

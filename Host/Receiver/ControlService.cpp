@@ -1,5 +1,8 @@
 #include "Host/Receiver/ControlService.h"
 
+#include <gio/gunixfdlist.h>
+
+#include "Host/Receiver/PlaneNames.h"
 #include "Host/Receiver/ReceiverControl-generated.h"
 #include "Host/Receiver/SkeletonGlue.h"
 #include "Host/Receiver/World/JsonReader.h"
@@ -45,6 +48,45 @@ void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
     desk.emitter.emit(signal, arguments.get());
 }
 
+GVariant* planes(ControlDesk& desk) {
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(suuuuubss)"));
+    for (const auto& [player, content] : desk.world.plane().shown()) {
+        const auto& window = content.window;
+        g_variant_builder_add(&builder, "(suuuuubss)", Names::of(player.kind), player.pluginId, window.x,
+                              window.y, window.width, window.height, window.fullScreen ? TRUE : FALSE,
+                              content.title.c_str(), Names::of(content.picture));
+    }
+    return g_variant_builder_end(&builder);
+}
+
+Host::Descriptor framesOf(ControlDesk& desk, const std::string& kind, std::uint32_t pluginId) {
+    const auto known = Names::planeKind(kind);
+    if (!known)
+        throw ScenarioError("", "there is no kind of player \"" + kind + "\"");
+    const auto* session = *known == PlaneKind::Broadband ? desk.world.media().find(pluginId) : nullptr;
+    if (session == nullptr || !session->frames().hasFrame())
+        throw ScenarioError("", "there are no frames of the " + kind + " player " + std::to_string(pluginId));
+    return session->frames().share();
+}
+
+// The reply carries a descriptor beside the message, for which the common template has no room.
+gboolean openPicture(ReceiverControl* skeleton, GDBusMethodInvocation* invocation, GUnixFDList*,
+                     const char* kind, guint pluginId) {
+    try {
+        const auto file = framesOf(*static_cast<ControlDesk*>(ownerOf(skeleton)), kind, pluginId);
+        const Host::GObjectHandle<GUnixFDList> list(g_unix_fd_list_new());
+        Host::GErrorSlot error;
+        const auto index = g_unix_fd_list_append(list.get(), file.get(), error.out());
+        if (index < 0)
+            throw ScenarioError("", std::string("the frames cannot be shared: ") + error.message());
+        receiver_control_complete_open_picture(skeleton, invocation, list.get(), g_variant_new_handle(index));
+    } catch (const ScenarioError& refusal) {
+        g_dbus_method_invocation_return_dbus_error(invocation, Names::RefusedError, refusal.what());
+    }
+    return TRUE;
+}
+
 void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<ReceiverControlIface*>(raw);
     table.handle_register_view = answer<receiver_control_complete_register_view,
@@ -67,6 +109,9 @@ void fill(gpointer raw, gpointer) {
                                       [](ControlDesk& desk, const char* signal, GVariant* arguments) {
                                           emitSignal(desk, signal, arguments);
                                       }>;
+    table.handle_get_planes =
+        answer<receiver_control_complete_get_planes, [](ControlDesk& desk) { return planes(desk); }>;
+    table.handle_open_picture = openPicture;
     table.handle_delay_method =
         answer<receiver_control_complete_delay_method,
                [](ControlDesk& desk, const char* method, std::uint32_t milliseconds) {

@@ -1,5 +1,6 @@
 #include "Host/Receiver/DbusEvents.h"
 
+#include "Host/Receiver/PlaneNames.h"
 #include "Host/Receiver/ReceiverControl-generated.h"
 #include "Host/Receiver/Variants.h"
 #include "gen/dbus/daebrowserapi-generated.h"
@@ -49,11 +50,17 @@ void DbusEvents::fileResponse(std::uint32_t handle, const std::string& url,
                              static_cast<std::uint32_t>(data.size()), status ? TRUE : FALSE);
 }
 
-void DbusEvents::planeChanged(std::uint32_t pluginId, bool visible, const VideoWindow& window,
-                              const std::string& title) {
-    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), pluginId, visible ? TRUE : FALSE,
-                                        window.x, window.y, window.width, window.height,
-                                        window.fullScreen ? TRUE : FALSE, title.c_str());
+void DbusEvents::planeShown(const PlanePlayer& player, const PlaneContent& content) {
+    const auto& window = content.window;
+    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind), player.pluginId,
+                                        TRUE, window.x, window.y, window.width, window.height,
+                                        window.fullScreen ? TRUE : FALSE, content.title.c_str(),
+                                        Names::of(content.picture));
+}
+
+void DbusEvents::planeHidden(const PlanePlayer& player) {
+    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind), player.pluginId,
+                                        FALSE, 0, 0, 0, 0, FALSE, "", Names::of(PlanePicture::None));
 }
 
 void DbusEvents::applicationStarted(std::int32_t viewId, const std::string& url) {

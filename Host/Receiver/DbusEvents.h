@@ -27,8 +27,8 @@ class DbusEvents : public ReceiverEvents {
     void fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
                       bool status) override;
 
-    void planeChanged(std::uint32_t pluginId, bool visible, const VideoWindow& window,
-                      const std::string& title) override;
+    void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
+    void planeHidden(const PlanePlayer& player) override;
     void applicationStarted(std::int32_t viewId, const std::string& url) override;
     void applicationDestroyed(std::int32_t viewId) override;
     void applicationVisibilityChanged(std::int32_t viewId, bool visible) override;

@@ -42,6 +42,16 @@ void GLibTimers::cancel(Id id) {
         g_source_remove(id);
 }
 
+void GLibTimers::post(std::function<void()> action) {
+    using Action = std::function<void()>;
+    const auto run = [](gpointer user) -> gboolean {
+        (*static_cast<Action*>(user))();
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add_full(G_PRIORITY_DEFAULT, run, std::make_unique<Action>(std::move(action)).release(),
+                    [](gpointer user) { const std::unique_ptr<Action> owned(static_cast<Action*>(user)); });
+}
+
 std::int64_t GLibTimers::now() const {
     return g_get_monotonic_time() / 1000;
 }

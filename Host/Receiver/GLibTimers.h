@@ -16,6 +16,7 @@ class GLibTimers : public Timers {
 
     [[nodiscard]] Id after(std::uint32_t milliseconds, std::function<void()> action) override;
     void cancel(Id id) override;
+    void post(std::function<void()> action) override;
     [[nodiscard]] std::int64_t now() const override;
     [[nodiscard]] std::int64_t utc() const override;
 

@@ -37,6 +37,7 @@ class ManualTimers : public Timers {
     void cancel(Id id) override {
         std::erase_if(m_actions, [id](const auto& entry) { return entry.first.second == id; });
     }
+    void post(std::function<void()> action) override { (void)after(0, std::move(action)); }
     std::int64_t now() const override { return m_now; }
     std::int64_t utc() const override { return startUtc + m_now / 1000; }
 
@@ -95,13 +96,12 @@ class HeardEvents : public ReceiverEvents {
                       bool status) override {
         hear("file", handle, std::string(data.begin(), data.end()), status);
     }
-    void planeChanged(std::uint32_t id, bool visible, const VideoWindow& window,
-                      const std::string& title) override {
-        if (visible)
-            hear("plane", id, window.x, window.y, window.width, window.height, window.fullScreen, title);
-        else
-            hear("no plane", id);
+    void planeShown(const PlanePlayer& player, const PlaneContent& content) override {
+        const auto& window = content.window;
+        hear("plane", player.pluginId, window.x, window.y, window.width, window.height, window.fullScreen,
+             content.title);
     }
+    void planeHidden(const PlanePlayer& player) override { hear("no plane", player.pluginId); }
     void applicationStarted(std::int32_t viewId, const std::string& url) override {
         hear("started", viewId, url);
     }

@@ -36,7 +36,8 @@ std::vector<std::uint8_t> frameOf(std::uint32_t colour, int width, int height, i
 
 bool write(PictureWriter& writer, std::uint32_t colour, int width, int height, int padding = 0) {
     const int stride = width * bytesPerPixel + padding;
-    return writer.write(width, height, stride, frameOf(colour, width, height, stride).data());
+    return writer.write(width, height, stride, frameOf(colour, width, height, stride).data()) !=
+           Written::Refused;
 }
 
 bool isAll(const PictureView& view, std::uint32_t colour) {
@@ -95,11 +96,11 @@ TEST(APicture, OutlivesItsWriter) {
 TEST(APicture, ThinsOutFramesThatAreTooLargeAndRefusesWhatIsNone) {
     PictureWriter writer;
     const std::uint8_t byte = 0;
-    EXPECT_FALSE(writer.write(0, 9, 64, &byte));
-    EXPECT_FALSE(writer.write(16, -9, 64, &byte));
-    EXPECT_FALSE(writer.write(16, 9, 63, &byte)) << "rows that overlap";
-    EXPECT_FALSE(writer.write(0x7FFFFFFF, 1, 0x7FFFFFFF, &byte));
-    EXPECT_FALSE(writer.write(16, 9, 64, nullptr));
+    EXPECT_EQ(writer.write(0, 9, 64, &byte), Written::Refused);
+    EXPECT_EQ(writer.write(16, -9, 64, &byte), Written::Refused);
+    EXPECT_EQ(writer.write(16, 9, 63, &byte), Written::Refused) << "rows that overlap";
+    EXPECT_EQ(writer.write(0x7FFFFFFF, 1, 0x7FFFFFFF, &byte), Written::Refused);
+    EXPECT_EQ(writer.write(16, 9, 64, nullptr), Written::Refused);
     EXPECT_FALSE(writer.share()) << "no memory for nothing";
 
     struct Size {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
@@ -13,7 +14,11 @@ namespace Receiver {
 template <typename Value>
 class BoundedStore {
  public:
-    explicit BoundedStore(std::size_t limit) : m_limit(limit) {}
+    using Dropped = std::function<void(std::uint32_t id)>;
+
+    // Hears of each entry that has made room for another, when it is gone.
+    explicit BoundedStore(std::size_t limit, Dropped dropped = nullptr)
+        : m_limit(limit), m_dropped(std::move(dropped)) {}
 
     [[nodiscard]] Value* find(std::uint32_t id) {
         const auto found = m_entries.find(id);
@@ -28,9 +33,7 @@ class BoundedStore {
     Value& emplace(std::uint32_t id, Arguments&&... arguments) {
         m_entries.erase(id);
         if (m_entries.size() >= m_limit)
-            m_entries.erase(std::min_element(
-                m_entries.begin(), m_entries.end(),
-                [](const auto& a, const auto& b) { return a.second.lastUse < b.second.lastUse; }));
+            dropOldest();
         auto& entry = m_entries[id];
         entry.value = std::make_unique<Value>(std::forward<Arguments>(arguments)...);
         entry.lastUse = ++m_uses;
@@ -61,7 +64,18 @@ class BoundedStore {
         std::uint64_t lastUse = 0;
     };
 
+    void dropOldest() {
+        const auto oldest = std::min_element(
+            m_entries.begin(), m_entries.end(),
+            [](const auto& a, const auto& b) { return a.second.lastUse < b.second.lastUse; });
+        const auto id = oldest->first;
+        m_entries.erase(oldest);
+        if (m_dropped)
+            m_dropped(id);
+    }
+
     const std::size_t m_limit;
+    const Dropped m_dropped;
     std::map<std::uint32_t, Entry> m_entries;
     std::uint64_t m_uses = 0;
     std::uint32_t m_lastId = 0;

@@ -77,7 +77,7 @@ void BroadcastPlayers::release(std::uint32_t pluginId) {
     const bool realized = state(pluginId) != BroadcastState::Unrealized;
     if (realized) {
         player(pluginId).state = BroadcastState::Unrealized;
-        tellPlane(pluginId);
+        updatePlane(pluginId);
     }
     m_players.erase(pluginId);
     if (realized)
@@ -114,7 +114,7 @@ std::int32_t BroadcastPlayers::volume(std::uint32_t pluginId) {
 
 void BroadcastPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) {
     player(pluginId).window = window;
-    tellPlane(pluginId);
+    updatePlane(pluginId);
 }
 
 std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, ComponentType type,
@@ -226,7 +226,7 @@ void BroadcastPlayers::announce(std::int32_t event, std::uint32_t pluginId, std:
 
 void BroadcastPlayers::changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error) {
     player(pluginId).state = state;
-    tellPlane(pluginId);
+    updatePlane(pluginId);
     announce(Event::BroadcastState, pluginId, static_cast<std::int32_t>(state), error);
 }
 
@@ -236,23 +236,22 @@ void BroadcastPlayers::setCurrentChannel(std::uint32_t channelId) {
     m_scenario.broadcast.currentChannel = channelId;
     // There is one tuner: other players show its new channel too.
     std::vector<std::uint32_t> seen;
-    m_players.forEach([&seen](std::uint32_t pluginId, const BroadcastPlayer& candidate) {
-        if (candidate.onPlane)
-            seen.push_back(pluginId);
-    });
+    for (const auto& [shown, content] : m_plane.shown()) {
+        if (shown.kind == PlaneKind::Broadcast)
+            seen.push_back(shown.pluginId);
+    }
     for (const auto pluginId : seen)
-        tellPlane(pluginId);
+        updatePlane(pluginId);
 }
 
-void BroadcastPlayers::tellPlane(std::uint32_t pluginId) {
-    auto& told = player(pluginId);
-    const auto& window = told.window;
-    const bool hasPlace = window.fullScreen || (window.width > 0 && window.height > 0);
-    const auto* shown = hasPlace && told.state == BroadcastState::Presenting ? channel(pluginId) : nullptr;
-    if (shown == nullptr && !told.onPlane)
-        return;
-    told.onPlane = shown != nullptr;
-    m_events.planeChanged(pluginId, told.onPlane, window, shown == nullptr ? "" : shown->name);
+void BroadcastPlayers::updatePlane(std::uint32_t pluginId) {
+    const auto& updated = player(pluginId);
+    const bool isSeen = updated.state == BroadcastState::Presenting && updated.window.isSomewhere();
+    const auto* shown = isSeen ? channel(pluginId) : nullptr;
+    if (shown == nullptr)
+        m_plane.hide({PlaneKind::Broadcast, pluginId});
+    else
+        m_plane.show({PlaneKind::Broadcast, pluginId}, {updated.window, shown->name, PlanePicture::Card});
 }
 
 }  // namespace Receiver

@@ -9,6 +9,7 @@
 
 #include "Host/Receiver/World/BoundedStore.h"
 #include "Host/Receiver/World/Components.h"
+#include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Timers.h"
@@ -40,7 +41,6 @@ struct BroadcastPlayer {
     BroadcastState state = BroadcastState::Unrealized;
     std::int32_t volume;
     VideoWindow window;
-    bool onPlane = false;  // As last told.
     ComponentSelection selection;
     Timer tuning;
 };
@@ -50,10 +50,12 @@ class BroadcastPlayers {
     using PresentRating = std::function<std::uint8_t(const Channel&)>;
 
     // The scenario's current channel and broadcast-related flag are the live ones and change with the tuner.
-    BroadcastPlayers(Scenario& scenario, Timers& timers, ReceiverEvents& events, PresentRating presentRating)
+    BroadcastPlayers(Scenario& scenario, Timers& timers, ReceiverEvents& events, Plane& plane,
+                     PresentRating presentRating)
         : m_scenario(scenario),
           m_timers(timers),
           m_events(events),
+          m_plane(plane),
           m_presentRating(std::move(presentRating)),
           m_lastChannel(scenario.broadcast.currentChannel) {}
 
@@ -97,15 +99,17 @@ class BroadcastPlayers {
                   std::int32_t error = NoError);
     void changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error = NoError);
     void setCurrentChannel(std::uint32_t channelId);
-    // Tells what there is to see of the player, unless nothing is and nothing was.
-    void tellPlane(std::uint32_t pluginId);
+    void updatePlane(std::uint32_t pluginId);
 
     Scenario& m_scenario;
     Timers& m_timers;
     ReceiverEvents& m_events;
+    Plane& m_plane;
     PresentRating m_presentRating;
     std::uint32_t m_lastChannel;
-    BoundedStore<BroadcastPlayer> m_players{64};
+    BoundedStore<BroadcastPlayer> m_players{64, [this](std::uint32_t id) {
+                                                m_plane.hide({PlaneKind::Broadcast, id});
+                                            }};
 };
 
 }  // namespace Receiver

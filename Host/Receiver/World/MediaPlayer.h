@@ -36,6 +36,17 @@ class MediaListener {
     virtual void mediaPositionChanged(std::uint32_t milliseconds) = 0;
 };
 
+// Where a player that decodes puts its pictures. Called on a thread of the player's.
+class PictureSink {
+ public:
+    virtual ~PictureSink() = default;
+
+    // Rows of blue, green, red and a byte without meaning, `stride` bytes apart, valid during the call.
+    virtual void frame(int width, int height, int stride, const std::uint8_t* bgrx) = 0;
+    // There is no picture until the next frame.
+    virtual void clear() = 0;
+};
+
 class MediaPlayer {
  public:
     virtual ~MediaPlayer() = default;
@@ -54,8 +65,10 @@ class MediaPlayer {
         const = 0;  // milliseconds; 0 while unknown, or without end
     [[nodiscard]] virtual double speed() const = 0;
     [[nodiscard]] virtual std::vector<Component> components() const = 0;
+    // Of one that only acts as if it played there are no frames: a test card stands in for them.
+    [[nodiscard]] virtual bool givesFrames() const { return true; }
 };
 
-using MediaPlayerFactory = std::function<std::unique_ptr<MediaPlayer>(MediaListener&)>;
+using MediaPlayerFactory = std::function<std::unique_ptr<MediaPlayer>(MediaListener&, PictureSink&)>;
 
 }  // namespace Receiver

@@ -13,6 +13,13 @@ constexpr std::size_t mostAttributes = 64;
 // What a page that goes away releases.
 constexpr std::uint32_t everyPlayer = 0;
 
+// What a viewer is told of an address: the name of the file, of "http://host/films/a.mp4?x=y" this is
+// "a.mp4".
+std::string fileName(const std::string& url) {
+    const auto path = url.substr(0, url.find_first_of("?#"));
+    return path.substr(path.rfind('/') + 1);
+}
+
 // "Video/MP4; codecs=..." is the type "video/mp4".
 std::string plainType(const std::string& mimeType) {
     auto type = mimeType.substr(0, mimeType.find(';'));
@@ -34,7 +41,7 @@ bool isAtWork(const MediaSession& session) {
 void MediaSession::acquire(const MediaPlayerFactory& make) {
     if (m_player != nullptr)
         return;
-    m_player = make(*this);
+    m_player = make(*this, m_frames);
     m_player->load(m_url);
 }
 
@@ -61,8 +68,19 @@ bool MediaSession::queue(const std::string& url) {
     return true;
 }
 
+void MediaSession::setWindow(const VideoWindow& window) {
+    m_window = window;
+    updatePlane();
+}
+
 void MediaSession::mediaStateChanged(MediaState state, std::int32_t error) {
     m_error = error;
+    const bool rolls = state == MediaState::Playing || state == MediaState::Paused;
+    // While it waits for more to play, the last frame stands.
+    m_isSeen = rolls || (m_isSeen && state == MediaState::Buffering);
+    if (state == MediaState::Stopped)
+        m_frames.clear();
+    updatePlane();
     m_events.pluginEventData(Event::MediaState, m_pluginId, static_cast<std::int32_t>(state), error);
     if (state != MediaState::Finished || m_queue.empty())
         return;
@@ -80,11 +98,30 @@ void MediaSession::mediaPositionChanged(std::uint32_t milliseconds) {
     m_events.pluginEventUnsigned(Event::MediaPosition, m_pluginId, milliseconds);
 }
 
+void MediaSession::updatePlane() {
+    if (m_isSeen && m_window.isSomewhere())
+        m_plane.show({PlaneKind::Broadband, m_pluginId}, {m_window, fileName(m_url), picture()});
+    else
+        m_plane.hide({PlaneKind::Broadband, m_pluginId});
+}
+
+PlanePicture MediaSession::picture() const {
+    const auto components = m_player->components();
+    const auto isVideo = [](const Component& component) { return component.type == ComponentType::Video; };
+    if (!components.empty() && std::none_of(components.begin(), components.end(), isVideo))
+        return PlanePicture::Audio;
+    if (!m_player->givesFrames())
+        return PlanePicture::Card;
+    return m_frames.hasFrame() ? PlanePicture::Frames : PlanePicture::None;
+}
+
 MediaSession& MediaPlayers::session(std::uint32_t pluginId) {
     auto* found = m_sessions.find(pluginId);
     if (found != nullptr)
         return *found;
-    return m_sessions.emplace(pluginId, pluginId, m_scenario.broadcast.volume, m_events);
+    const auto* window = m_windows.find(pluginId);
+    return m_sessions.emplace(pluginId, pluginId, m_scenario.broadcast.volume,
+                              window == nullptr ? VideoWindow() : *window, m_timers, m_events, m_plane);
 }
 
 MediaPlayer* MediaPlayers::player(std::uint32_t pluginId) {
@@ -136,8 +173,14 @@ void MediaPlayers::unselectComponent(std::uint32_t pluginId, std::int32_t type, 
         m_events.pluginEventSigned(Event::MediaComponentSelect, pluginId, type);
 }
 
+void MediaPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) {
+    m_windows.emplace(pluginId, window);
+    session(pluginId).setWindow(window);
+}
+
 void MediaPlayers::release(std::uint32_t pluginId) {
     if (pluginId == everyPlayer) {
+        m_windows.clear();
         std::vector<std::uint32_t> ids;
         m_sessions.forEach([&ids](std::uint32_t id, const MediaSession&) {
             if (id != everyPlayer)
@@ -149,6 +192,7 @@ void MediaPlayers::release(std::uint32_t pluginId) {
     auto* playing = player(pluginId);
     if (playing != nullptr)
         playing->stop();
+    m_plane.hide({PlaneKind::Broadband, pluginId});
     m_sessions.erase(pluginId);
 }
 

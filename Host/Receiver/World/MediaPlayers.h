@@ -11,16 +11,25 @@
 #include "Host/Receiver/World/BoundedStore.h"
 #include "Host/Receiver/World/BroadcastPlayers.h"
 #include "Host/Receiver/World/Components.h"
+#include "Host/Receiver/World/FrameStore.h"
 #include "Host/Receiver/World/MediaPlayer.h"
+#include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
+#include "Host/Receiver/World/Timers.h"
 
 namespace Receiver {
 
 // What a page has set for one plugin id, and the player once it has got one.
 class MediaSession : private MediaListener {
  public:
-    MediaSession(std::uint32_t pluginId, std::int32_t initialVolume, ReceiverEvents& events)
-        : volume(initialVolume), m_pluginId(pluginId), m_events(events) {}
+    MediaSession(std::uint32_t pluginId, std::int32_t initialVolume, const VideoWindow& window,
+                 Timers& timers, ReceiverEvents& events, Plane& plane)
+        : volume(initialVolume),
+          m_pluginId(pluginId),
+          m_events(events),
+          m_plane(plane),
+          m_window(window),
+          m_frames(timers, [this] { updatePlane(); }) {}
 
     void acquire(const MediaPlayerFactory& make);
     [[nodiscard]] MediaPlayer* player() const { return m_player.get(); }
@@ -33,11 +42,13 @@ class MediaSession : private MediaListener {
     [[nodiscard]] bool queue(const std::string& url);
     // The error of the last state event.
     [[nodiscard]] std::int32_t error() const { return m_error; }
+    void setWindow(const VideoWindow& window);
+    [[nodiscard]] const VideoWindow& window() const { return m_window; }
+    [[nodiscard]] const FrameStore& frames() const { return m_frames; }
 
     std::string location;
     std::string mimeType;
     std::int32_t volume;
-    VideoWindow window;
     ComponentSelection selection;
 
  private:
@@ -45,19 +56,27 @@ class MediaSession : private MediaListener {
     void mediaSpeedChanged(double speed) override;
     void mediaPositionChanged(std::uint32_t milliseconds) override;
 
+    void updatePlane();
+    [[nodiscard]] PlanePicture picture() const;
+
     const std::uint32_t m_pluginId;
     ReceiverEvents& m_events;
+    Plane& m_plane;
     std::string m_url;
     std::map<std::string, std::string> m_attributes;
     std::deque<std::string> m_queue;
     std::int32_t m_error = NoError;
+    VideoWindow m_window;
+    bool m_isSeen = false;  // It has begun, and neither stopped nor ended.
+    FrameStore m_frames;
     std::unique_ptr<MediaPlayer> m_player;
 };
 
 class MediaPlayers {
  public:
-    MediaPlayers(const Scenario& scenario, ReceiverEvents& events, MediaPlayerFactory make)
-        : m_scenario(scenario), m_events(events), m_make(std::move(make)) {}
+    MediaPlayers(const Scenario& scenario, Timers& timers, ReceiverEvents& events, Plane& plane,
+                 MediaPlayerFactory make)
+        : m_scenario(scenario), m_timers(timers), m_events(events), m_plane(plane), m_make(std::move(make)) {}
 
     // Makes the session known on first use.
     [[nodiscard]] MediaSession& session(std::uint32_t pluginId);
@@ -74,15 +93,22 @@ class MediaPlayers {
                                                     bool activeOnly);
     void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
     void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
+    // Kept when the player is released: the object that the page has tells only of changes.
+    void setWindow(std::uint32_t pluginId, const VideoWindow& window);
     void release(std::uint32_t pluginId);
 
     [[nodiscard]] const BoundedStore<MediaSession>& sessions() const { return m_sessions; }
 
  private:
     const Scenario& m_scenario;
+    Timers& m_timers;
     ReceiverEvents& m_events;
+    Plane& m_plane;
     MediaPlayerFactory m_make;
-    BoundedStore<MediaSession> m_sessions{64};
+    BoundedStore<VideoWindow> m_windows{64};
+    BoundedStore<MediaSession> m_sessions{64, [this](std::uint32_t id) {
+                                              m_plane.hide({PlaneKind::Broadband, id});
+                                          }};
 };
 
 }  // namespace Receiver

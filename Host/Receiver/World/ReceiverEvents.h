@@ -1,6 +1,7 @@
 // What the world tells: the signals of the product's interfaces and those of the control interface.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -30,6 +31,35 @@ struct VideoWindow {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
     bool fullScreen = false;
+
+    [[nodiscard]] bool isSomewhere() const { return fullScreen || (width > 0 && height > 0); }
+    [[nodiscard]] bool operator==(const VideoWindow&) const = default;
+};
+
+// Players of both kinds count their plugin ids from 1.
+enum class PlaneKind { Broadcast, Broadband };
+
+struct PlanePlayer {
+    PlaneKind kind = PlaneKind::Broadcast;
+    std::uint32_t pluginId = 0;
+
+    [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;
+};
+
+// What fills a player's window on the video plane.
+enum class PlanePicture {
+    None,    // nothing yet
+    Card,    // a test card with the title
+    Audio,   // there is only something to hear
+    Frames,  // what the player decodes
+};
+
+struct PlaneContent {
+    VideoWindow window;
+    std::string title;
+    PlanePicture picture = PlanePicture::None;
+
+    [[nodiscard]] bool operator==(const PlaneContent&) const = default;
 };
 
 class ReceiverEvents {
@@ -48,8 +78,8 @@ class ReceiverEvents {
     virtual void fileResponse(std::uint32_t handle, const std::string& url,
                               const std::vector<std::uint8_t>& data, bool status) = 0;
 
-    virtual void planeChanged(std::uint32_t pluginId, bool visible, const VideoWindow& window,
-                              const std::string& title) = 0;
+    virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;
+    virtual void planeHidden(const PlanePlayer& player) = 0;
     virtual void applicationStarted(std::int32_t viewId, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t viewId) = 0;
     virtual void applicationVisibilityChanged(std::int32_t viewId, bool visible) = 0;

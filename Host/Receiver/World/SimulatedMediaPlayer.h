@@ -21,6 +21,7 @@ class SimulatedMediaPlayer : public MediaPlayer {
     [[nodiscard]] std::uint32_t duration() const override { return m_duration; }
     [[nodiscard]] double speed() const override { return m_state == MediaState::Playing ? m_speed : 0.0; }
     [[nodiscard]] std::vector<Component> components() const override;
+    [[nodiscard]] bool givesFrames() const override { return false; }
 
  private:
     [[nodiscard]] const MediaItem* item() const;

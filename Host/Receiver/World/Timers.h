@@ -16,6 +16,8 @@ class Timers {
     // because an action may destroy its own timer. The id is never 0.
     [[nodiscard]] virtual Id after(std::uint32_t milliseconds, std::function<void()> action) = 0;
     virtual void cancel(Id id) = 0;
+    // Runs the action once, soon, on the world's own thread. The one function for other threads.
+    virtual void post(std::function<void()> action) = 0;
     // Milliseconds of a clock that only goes forward.
     [[nodiscard]] virtual std::int64_t now() const = 0;
     // Seconds since 1970.

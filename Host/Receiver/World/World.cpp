@@ -57,22 +57,26 @@ nlohmann::json describe(const VideoWindow& window) {
 
 }  // namespace
 
-World::World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events)
+World::World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
+             MediaPlayerFactory makePlayer)
     : m_document(std::move(document)),
       m_folder(std::move(folder)),
       m_scenario(readScenario(m_document, m_folder)),
       m_timers(timers),
       m_events(events),
       m_applications(m_scenario, events),
-      m_broadcast(m_scenario, timers, events,
+      m_plane(events),
+      m_broadcast(m_scenario, timers, events, m_plane,
                   [this](const Channel& channel) {
                       const auto* programme = present(channel, m_origin, utc());
                       return programme == nullptr ? std::uint8_t{0} : programme->rating;
                   }),
-      m_media(m_scenario, events,
-              [this](MediaListener& listener) {
-                  return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
-              }),
+      m_media(
+          m_scenario, timers, events, m_plane,
+          makePlayer ? std::move(makePlayer)
+                     : [this](MediaListener& listener, PictureSink&) -> std::unique_ptr<MediaPlayer> {
+              return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
+          }),
       m_streamEvents(m_scenario, timers, events),
       m_search(m_scenario, timers, [this](std::uint32_t channelId) { return programmes(channelId); }),
       m_carousel(m_scenario, timers, events),
@@ -214,7 +218,7 @@ nlohmann::json World::state() {
             {"attributes", session.attributes()},
             {"state", player == nullptr ? 0 : static_cast<int>(player->state())},
             {"volume", session.volume},
-            {"window", describe(session.window)}};
+            {"window", describe(session.window())}};
     });
     for (const auto& [id, count] : m_retained)
         state["retained_channels"][std::to_string(id)] = count;

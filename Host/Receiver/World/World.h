@@ -15,6 +15,7 @@
 #include "Host/Receiver/World/Carousel.h"
 #include "Host/Receiver/World/MediaPlayers.h"
 #include "Host/Receiver/World/MetadataSearch.h"
+#include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Schedule.h"
@@ -25,11 +26,14 @@ namespace Receiver {
 
 class World {
  public:
-    // Throws ScenarioError. Folders that the scenario names are relative to the given one.
-    World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events);
+    // Throws ScenarioError. Folders that the scenario names are relative to the given one. Without a factory
+    // broadband media are simulated.
+    World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
+          MediaPlayerFactory makePlayer = nullptr);
 
     [[nodiscard]] const Scenario& scenario() const { return m_scenario; }
     [[nodiscard]] Applications& applications() { return m_applications; }
+    [[nodiscard]] const Plane& plane() const { return m_plane; }
     [[nodiscard]] BroadcastPlayers& broadcast() { return m_broadcast; }
     [[nodiscard]] MediaPlayers& media() { return m_media; }
     [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
@@ -72,6 +76,7 @@ class World {
     Timers& m_timers;
     ReceiverEvents& m_events;
     Applications m_applications;
+    Plane m_plane;
     BroadcastPlayers m_broadcast;
     MediaPlayers m_media;
     StreamEvents m_streamEvents;
