@@ -46,6 +46,7 @@ Browser::Browser(Options options, GDBusConnection* bus)
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
+    m_receiver.tellPlanes();
     if (m_options.automation)
         m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
 }
@@ -131,6 +132,7 @@ void Browser::receiverAppeared() {
     for (const auto& [id, view] : m_views)
         m_receiver.registerView(id, view->url());
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
+    m_receiver.tellPlanes();
 }
 
 void Browser::receiverVanished() {
@@ -165,11 +167,14 @@ void Browser::applicationVisibilityChanged(std::int32_t id, bool visible) {
         m_screen.setVisible(*view, visible);
 }
 
-void Browser::planeShown(std::uint32_t player, const PlaneWindow& window, const std::string& channel) {
-    m_screen.videoPlane().show(player, window, channel);
+void Browser::planeShown(const PlanePlayer& player, const PlaneContent& content) {
+    VideoPlane& plane = m_screen.videoPlane();
+    plane.show(player, content);
+    if (plane.lacksFrames(player))
+        plane.setFrames(player, m_receiver.openPicture(player));
 }
 
-void Browser::planeHidden(std::uint32_t player) {
+void Browser::planeHidden(const PlanePlayer& player) {
     m_screen.videoPlane().hide(player);
 }
 

@@ -49,8 +49,8 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void applicationStarted(std::int32_t id, const std::string& url) override;
     void applicationDestroyed(std::int32_t id) override;
     void applicationVisibilityChanged(std::int32_t id, bool visible) override;
-    void planeShown(std::uint32_t player, const PlaneWindow& window, const std::string& channel) override;
-    void planeHidden(std::uint32_t player) override;
+    void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
+    void planeHidden(const PlanePlayer& player) override;
     void keyMaskChanged(std::uint32_t mask) override;
     void keyPressed(std::uint32_t keyCode) override;
 

@@ -96,7 +96,8 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
             break;
         case WEBKIT_LOAD_COMMITTED:
             view.m_provisional = false;
-            view.m_listener.viewDidReplaceDocument(view);
+            if (std::exchange(view.m_hasDocument, true))
+                view.m_listener.viewDidReplaceDocument(view);
             onUriChanged(nullptr, nullptr, self);
             break;
         case WEBKIT_LOAD_FINISHED: {

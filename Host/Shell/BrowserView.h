@@ -14,7 +14,7 @@ class BrowserView;
 
 class BrowserViewListener {
  public:
-    // Another document is in the main frame; its scripts have hardly begun.
+    // Another document has taken the place of one in the main frame; its scripts have hardly begun.
     virtual void viewDidReplaceDocument(BrowserView& view) = 0;
     // The main frame shows another URL, by a navigation or by a fragment.
     virtual void viewDidChangeUrl(BrowserView& view) = 0;
@@ -78,6 +78,7 @@ class BrowserView {
     bool m_ownPageRequested = false;
     bool m_ownPage = false;
     bool m_provisional = false;
+    bool m_hasDocument = false;
 };
 
 }  // namespace Shell

@@ -36,7 +36,7 @@ constexpr char kFramesScript[] = R"(
 
 }  // namespace
 
-PageCheck::PageCheck(const Options& options, const Screen& screen, std::function<void(int)> leave)
+PageCheck::PageCheck(const Options& options, Screen& screen, std::function<void(int)> leave)
     : m_options(options), m_screen(screen), m_leave(std::move(leave)) {
     if (m_options.exitAfterLoad)
         restartClock();

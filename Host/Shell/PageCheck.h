@@ -17,7 +17,7 @@ namespace Shell {
 class PageCheck {
  public:
     // `leave` is called with the exit code, with --exit-after-load only.
-    PageCheck(const Options& options, const Screen& screen, std::function<void(int)> leave);
+    PageCheck(const Options& options, Screen& screen, std::function<void(int)> leave);
     ~PageCheck();
     PageCheck(const PageCheck&) = delete;
     PageCheck& operator=(const PageCheck&) = delete;
@@ -39,7 +39,7 @@ class PageCheck {
     void restartClock();
 
     const Options& m_options;
-    const Screen& m_screen;
+    Screen& m_screen;
     std::function<void(int)> m_leave;
     Host::GObjectHandle<WebKitWebView> m_view;
     Host::GObjectHandle<GCancellable> m_cancellable;

@@ -9,9 +9,6 @@ namespace {
 // Far more than any page asks for in earnest, and little enough for every sum and for cairo.
 constexpr std::int32_t kLargest = 16384;
 
-constexpr int kFormWidth = 16;
-constexpr int kFormHeight = 9;
-
 }  // namespace
 
 std::optional<Rectangle> windowOnScreen(const PlaneWindow& window, int screenWidth, int screenHeight) {
@@ -29,9 +26,9 @@ std::optional<Rectangle> windowOnScreen(const PlaneWindow& window, int screenWid
     return Rectangle{x, y, width, height};
 }
 
-Rectangle pictureIn(const Rectangle& window) {
-    const int width = std::min(window.width, window.height * kFormWidth / kFormHeight);
-    const int height = std::min(window.height, window.width * kFormHeight / kFormWidth);
+Rectangle pictureIn(const Rectangle& window, int formWidth, int formHeight) {
+    const int width = std::min(window.width, window.height * formWidth / formHeight);
+    const int height = std::min(window.height, window.width * formHeight / formWidth);
     return {window.x + (window.width - width) / 2, window.y + (window.height - height) / 2, width, height};
 }
 

@@ -1,8 +1,11 @@
-// Where on the screen a picture of the video plane lies. No toolkit is needed for it.
+// What the receiver says of a player on the video plane, and where on the screen its picture lies. No toolkit
+// is needed for it.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace Shell {
 
@@ -12,6 +15,27 @@ struct PlaneWindow {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
     bool fullScreen = false;
+};
+
+// Players of both kinds count their ids from 1.
+struct PlanePlayer {
+    std::string kind;  // "broadcast" or "broadband"
+    std::uint32_t id = 0;
+
+    [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;
+};
+
+enum class PlanePicture {
+    None,    // black
+    Card,    // a test card with the title
+    Audio,   // there is only something to hear
+    Frames,  // what the player decodes
+};
+
+struct PlaneContent {
+    PlaneWindow window;
+    std::string title;
+    PlanePicture picture = PlanePicture::None;
 };
 
 struct Rectangle {
@@ -28,7 +52,7 @@ struct Rectangle {
 [[nodiscard]] std::optional<Rectangle> windowOnScreen(const PlaneWindow& window, int screenWidth,
                                                       int screenHeight);
 
-// The largest picture of 16:9 in the middle of the window; around it the window is black.
-[[nodiscard]] Rectangle pictureIn(const Rectangle& window);
+// The largest picture of this form (16:9) in the middle of the window; around it the window is black.
+[[nodiscard]] Rectangle pictureIn(const Rectangle& window, int formWidth = 16, int formHeight = 9);
 
 }  // namespace Shell

@@ -30,7 +30,6 @@ class Screen {
     void setVisible(BrowserView& view, bool visible);
 
     [[nodiscard]] VideoPlane& videoPlane() { return m_videoPlane; }
-    [[nodiscard]] const VideoPlane& videoPlane() const { return m_videoPlane; }
 
     // The view that the remote control acts on; null when all are hidden.
     [[nodiscard]] BrowserView* top() const;

@@ -13,7 +13,7 @@ Screenshot::~Screenshot() {
         g_cancellable_cancel(m_cancellable.get());
 }
 
-void Screenshot::take(const VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done) {
+void Screenshot::take(VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done) {
     m_done = std::move(done);
     m_cancellable.reset(g_cancellable_new());
     m_remaining.clear();

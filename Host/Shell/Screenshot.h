@@ -25,7 +25,7 @@ class Screenshot {
 
     // The plane, and above it the views from the bottom up. `done` is not called when this object dies
     // before.
-    void take(const VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done);
+    void take(VideoPlane& plane, const std::vector<WebKitWebView*>& views, Done done);
 
  private:
     struct SurfaceDestroy {

@@ -26,6 +26,8 @@ constexpr double kNameTop = 290;
 constexpr double kGreysTop = 420;
 constexpr double kClockTop = 460;
 constexpr double kClockBottom = 540;
+constexpr double kTitleSize = 76;
+constexpr double kClockSize = 60;
 
 struct Colour {
     double red;
@@ -130,22 +132,34 @@ void drawCircle(cairo_t* cairo, double seconds) {
     cairo_fill(cairo);
 }
 
-}  // namespace
-
-void drawTestCard(cairo_t* cairo, const Rectangle& picture, const std::string& channel) {
-    const std::unique_ptr<GDateTime, GFree<&g_date_time_unref>> now(g_date_time_new_now_local());
-    const GChars clock(g_date_time_format(now.get(), "%H:%M:%S"));
+// Until cairo_restore() the card's own coordinates hold, and nothing is drawn outside it.
+void saveAndEnter(cairo_t* cairo, const Rectangle& picture) {
     cairo_save(cairo);
     cairo_rectangle(cairo, picture.x, picture.y, picture.width, picture.height);
     cairo_clip(cairo);
     cairo_translate(cairo, picture.x, picture.y);
     cairo_scale(cairo, picture.width / kWidth, picture.height / kHeight);
+}
+
+}  // namespace
+
+void drawTestCard(cairo_t* cairo, const Rectangle& picture, const std::string& title) {
+    const std::unique_ptr<GDateTime, GFree<&g_date_time_unref>> now(g_date_time_new_now_local());
+    const GChars clock(g_date_time_format(now.get(), "%H:%M:%S"));
+    saveAndEnter(cairo, picture);
     drawGrid(cairo);
     drawEdges(cairo);
     drawBars(cairo);
-    drawText(cairo, channel, kNameTop, kGreysTop, 76);
-    drawText(cairo, clock.get(), kClockTop, kClockBottom, 60);
+    drawText(cairo, title, kNameTop, kGreysTop, kTitleSize);
+    drawText(cairo, clock.get(), kClockTop, kClockBottom, kClockSize);
     drawCircle(cairo, g_date_time_get_seconds(now.get()));
+    cairo_restore(cairo);
+}
+
+void drawAudioCard(cairo_t* cairo, const Rectangle& picture, const std::string& title) {
+    saveAndEnter(cairo, picture);
+    fillBox(cairo, kGround, 0, 0, kWidth, kHeight);
+    drawText(cairo, title, kNameTop, kGreysTop, kTitleSize);
     cairo_restore(cairo);
 }
 

@@ -1,4 +1,4 @@
-// The picture that the simulated receiver "broadcasts".
+// The pictures of players that decode nothing.
 #pragma once
 
 #include <string>
@@ -9,7 +9,10 @@
 
 namespace Shell {
 
-// Colour bars, grid and circle with the channel's name and the time of day, whose hand moves.
-void drawTestCard(cairo_t* cairo, const Rectangle& picture, const std::string& channel);
+// Colour bars, grid and circle with the title and the time of day, whose hand moves.
+void drawTestCard(cairo_t* cairo, const Rectangle& picture, const std::string& title);
+
+// For media without a picture: the title on a plain ground.
+void drawAudioCard(cairo_t* cairo, const Rectangle& picture, const std::string& title);
 
 }  // namespace Shell

@@ -1,6 +1,6 @@
 #include "Host/Shell/VideoPlane.h"
 
-#include "Host/Shell/TestCard.h"
+#include <utility>
 
 namespace Shell {
 
@@ -9,7 +9,7 @@ using namespace Host;
 namespace {
 
 // Often enough for a clock that is seen to run, and seldom enough to cost nothing.
-constexpr unsigned kTickMs = 200;
+constexpr unsigned kClockMs = 200;
 
 }  // namespace
 
@@ -21,20 +21,21 @@ VideoPlane::VideoPlane(int width, int height)
 }
 
 VideoPlane::~VideoPlane() {
+    hideAll();
     g_signal_handlers_disconnect_by_data(m_widget.get(), this);
 }
 
-void VideoPlane::show(std::uint32_t player, const PlaneWindow& window, const std::string& channel) {
-    const auto place = windowOnScreen(window, m_width, m_height);
+void VideoPlane::show(const PlanePlayer& player, const PlaneContent& content) {
+    const auto place = windowOnScreen(content.window, m_width, m_height);
     if (!place) {
         hide(player);
         return;
     }
-    m_pictures[player] = {*place, channel};
+    m_pictures[player].change(*place, content);
     changed();
 }
 
-void VideoPlane::hide(std::uint32_t player) {
+void VideoPlane::hide(const PlanePlayer& player) {
     if (m_pictures.erase(player) > 0)
         changed();
 }
@@ -44,36 +45,70 @@ void VideoPlane::hideAll() {
     changed();
 }
 
-void VideoPlane::changed() {
-    gtk_widget_queue_draw(m_widget.get());
-    if (m_pictures.empty())
-        m_ticks.reset();
-    else if (!m_ticks.active())
-        m_ticks.reset(g_timeout_add(kTickMs, onTick, this));
+bool VideoPlane::lacksFrames(const PlanePlayer& player) const {
+    const auto found = m_pictures.find(player);
+    return found != m_pictures.end() && found->second.lacksFrames();
 }
 
-void VideoPlane::draw(cairo_t* cairo) const {
+void VideoPlane::setFrames(const PlanePlayer& player, std::unique_ptr<PictureView> frames) {
+    const auto found = m_pictures.find(player);
+    if (found == m_pictures.end())
+        return;
+    found->second.setFrames(std::move(frames));
+    changed();
+}
+
+void VideoPlane::changed() {
+    gtk_widget_queue_draw(m_widget.get());
+    bool clocks = false;
+    bool frames = false;
+    for (const auto& [player, picture] : m_pictures) {
+        clocks = clocks || picture.isClock();
+        frames = frames || picture.hasFrames();
+    }
+    if (!clocks)
+        m_clock.reset();
+    else if (!m_clock.active())
+        m_clock.reset(g_timeout_add(kClockMs, onClock, this));
+    if (frames && m_frameClock == 0)
+        m_frameClock = gtk_widget_add_tick_callback(m_widget.get(), onFrameClock, this, nullptr);
+    else if (!frames && m_frameClock != 0)
+        gtk_widget_remove_tick_callback(m_widget.get(), std::exchange(m_frameClock, 0));
+}
+
+void VideoPlane::drawAgain(const PlayerPicture& picture) {
+    const Rectangle& window = picture.window();
+    gtk_widget_queue_draw_area(m_widget.get(), window.x, window.y, window.width, window.height);
+}
+
+void VideoPlane::draw(cairo_t* cairo) {
     cairo_set_source_rgb(cairo, 0, 0, 0);
     cairo_paint(cairo);
-    for (const auto& [player, picture] : m_pictures) {
-        const Rectangle& window = picture.window;
-        cairo_set_source_rgb(cairo, 0, 0, 0);
-        cairo_rectangle(cairo, window.x, window.y, window.width, window.height);
-        cairo_fill(cairo);
-        drawTestCard(cairo, pictureIn(window), picture.channel);
+    for (auto& [player, picture] : m_pictures) {
+        picture.update();
+        picture.draw(cairo);
     }
 }
 
 gboolean VideoPlane::onDraw(GtkWidget*, cairo_t* cairo, gpointer self) {
-    static_cast<const VideoPlane*>(self)->draw(cairo);
+    static_cast<VideoPlane*>(self)->draw(cairo);
     return TRUE;
 }
 
-gboolean VideoPlane::onTick(gpointer self) {
-    const auto& plane = *static_cast<const VideoPlane*>(self);
+gboolean VideoPlane::onClock(gpointer self) {
+    auto& plane = *static_cast<VideoPlane*>(self);
     for (const auto& [player, picture] : plane.m_pictures) {
-        const Rectangle& window = picture.window;
-        gtk_widget_queue_draw_area(plane.m_widget.get(), window.x, window.y, window.width, window.height);
+        if (picture.isClock())
+            plane.drawAgain(picture);
+    }
+    return G_SOURCE_CONTINUE;
+}
+
+gboolean VideoPlane::onFrameClock(GtkWidget*, GdkFrameClock*, gpointer self) {
+    auto& plane = *static_cast<VideoPlane*>(self);
+    for (auto& [player, picture] : plane.m_pictures) {
+        if (picture.update())
+            plane.drawAgain(picture);
     }
     return G_SOURCE_CONTINUE;
 }
