@@ -5,6 +5,8 @@ import { join } from "node:path";
 import { PageServer } from "./Harness/pages.mjs";
 import { Picture } from "./Harness/picture.mjs";
 import { shell } from "./Harness/programs.mjs";
+import { Receiver } from "./Harness/receiver.mjs";
+import { waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
 const black = "#000000";
@@ -39,41 +41,90 @@ const frame = () => new Promise(requestAnimationFrame);
 })();
 </script></body></html>`;
 
-describe("The video plane", () => {
-  let workplace, server, pictures = 0;
+// Plays a medium in each object, does `step` with the first one, and is done when that is in the given state.
+const mediaPage = (step, state, objects = 1) => `<!DOCTYPE html><html><head><style>
+body { margin: 0 }
+object { position: absolute; width: 640px; height: 360px }
+#film { left: 200px; top: 100px }
+#other { left: 860px; top: 500px; width: 320px; height: 180px }
+</style></head><body><object type="video/mp4" data="http://media.invalid/film.mp4" id="film"></object>
+${objects > 1 ? '<object type="video/mp4" data="http://media.invalid/other.mp4" id="other"></object>' : ""}
+<div id="verdict"></div><script>
+const films = [...document.querySelectorAll("object")];
+const frame = () => new Promise(requestAnimationFrame);
+const reached = (film, state) => new Promise(resolve => {
+  film.onPlayStateChange = now => now === state && resolve();
+});
+(async () => {
+  while (!films.every(film => film.play))
+    await frame();
+  for (const film of films) {
+    const playing = reached(film, 1);
+    film.play(1);
+    await playing;
+  }
+  const done = reached(films[0], ${state});
+  await (${step})(films[0]);
+  if (${state} !== 1)
+    await done;
+  for (let count = 0; count < 4; ++count)
+    await frame();
+  document.getElementById("verdict").dataset.verdict = "pass";
+})();
+</script></body></html>`;
 
-  before(async () => {
-    workplace = await Workplace.create();
-    server = await PageServer.start();
-  });
+const nothing = "<!DOCTYPE html><html><body></body></html>";
 
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
-  });
+// White and black marks stand along the edges of the card, which is 16 by 9 cells.
+function assertCardAt(picture, x, y, width, height) {
+  const inEdge = Math.floor(height / 9 / 8);
+  const middle = cell => Math.floor((cell + 0.5) * width / 16);
+  const bottom = y + height - 1 - inEdge;
+  for (const cell of [2, 8, 14])
+    assert.equal(picture.at(x + middle(cell), bottom), "#ffffff", `the white mark ${cell}`);
+  for (const cell of [3, 9])
+    assert.equal(picture.at(x + middle(cell), bottom), black, `the black mark ${cell}`);
+  if (bottom + 2 * inEdge < picture.height)
+    assert.equal(picture.at(x + middle(8), y + height + inEdge), black, "beneath the card");
+}
 
-  // Each shell runs a receiver of its own, in which no player is left from before.
-  async function screenWith(body) {
-    const path = join(workplace.env.HOME, `${++pictures}.png`);
-    const url = server.write(`plane-${pictures}.html`, body);
-    const program = workplace.start(shell(), ["--exit-after-load", "--screenshot", path, url]);
+// Shells one after the other, with a bus, a display and pages for all of them.
+class Screens {
+  static async open() {
+    const screens = new Screens();
+    screens.workplace = await Workplace.create();
+    screens.server = await PageServer.start();
+    return screens;
+  }
+
+  #count = 0;
+
+  // Unless there is a receiver already, the shell runs one of its own, in which no player is left from before.
+  async with(body) {
+    const path = join(this.workplace.env.HOME, `${++this.#count}.png`);
+    const url = this.server.write(`plane-${this.#count}.html`, body);
+    const program = this.workplace.start(shell(), ["--exit-after-load", "--screenshot", path, url]);
     await program.ended;
     assert.equal(program.exitCode, 0);
     return new Picture(path);
   }
 
-  // White and black marks stand along the edges of the card, which is 16 by 9 cells.
-  function assertCardAt(picture, x, y, width, height) {
-    const inEdge = Math.floor(height / 9 / 8);
-    const middle = cell => Math.floor((cell + 0.5) * width / 16);
-    const bottom = y + height - 1 - inEdge;
-    for (const cell of [2, 8, 14])
-      assert.equal(picture.at(x + middle(cell), bottom), "#ffffff", `the white mark ${cell}`);
-    for (const cell of [3, 9])
-      assert.equal(picture.at(x + middle(cell), bottom), black, `the black mark ${cell}`);
-    if (bottom + 2 * inEdge < picture.height)
-      assert.equal(picture.at(x + middle(8), y + height + inEdge), black, "beneath the card");
+  async close() {
+    await this.server.close();
+    await this.workplace.close();
   }
+}
+
+describe("The video plane", () => {
+  let screens;
+
+  before(async () => {
+    screens = await Screens.open();
+  });
+
+  after(() => screens?.close());
+
+  const screenWith = body => screens.with(body);
 
   for (const [what, step, place] of [
     ["where the object is, beneath the graphics", () => {}, [200, 100, 640, 360]],
@@ -105,9 +156,88 @@ describe("The video plane", () => {
     });
   }
 
+  for (const [what, step, place, state] of [
+    ["where the object is", () => {}, [200, 100, 640, 360], 1],
+    ["while it pauses", film => film.play(0), [200, 100, 640, 360], 2],
+    ["where the object was moved to while it plays", film => { film.style.left = "400px"; },
+      [400, 100, 640, 360], 1],
+    ["on the full screen", film => film.setFullScreen(true), [0, 0, 1280, 720], 1]
+  ]) {
+    it(`shows a medium ${what}`, async () => {
+      assertCardAt(await screenWith(mediaPage(step, state)), ...place);
+    });
+  }
+
+  it("shows two media at once, and no longer one that was stopped", async () => {
+    const both = await screenWith(mediaPage(() => {}, 1, 2));
+    assertCardAt(both, 200, 100, 640, 360);
+    assertCardAt(both, 860, 500, 320, 180);
+    const one = await screenWith(mediaPage(film => film.stop(), 0, 2));
+    assert.equal(one.at(240, 455), black);
+    assertCardAt(one, 860, 500, 320, 180);
+  });
+
   it("is hidden by a page that paints its background, and black beneath one that does not", async () => {
     const body = style => `<html><body style="${style}"></body></html>`;
     assert.equal((await screenWith(body("background: #123456"))).at(640, 360), "#123456");
     assert.equal((await screenWith(body(""))).at(640, 360), black);
+  });
+});
+
+// Somebody else plays, so there is no bundle that releases all players when the page begins.
+describe("The video plane of a shell that comes later", () => {
+  let screens, receiver;
+
+  before(async () => {
+    screens = await Screens.open();
+    screens.workplace.env.HBBTV_BUNDLE = "";
+    receiver = await Receiver.start(screens.workplace);
+  });
+
+  after(async () => {
+    await receiver?.stop();
+    await screens?.close();
+  });
+
+  const layOut = (service, player, ...window) =>
+    receiver.callProduct(`${service}.UpdateLayout`, String(player), ...window.map(String), "false");
+
+  async function play(player, url) {
+    await receiver.callProduct("IAVEventHandler.SetData", String(player), url);
+    await receiver.callProduct("IAVEventHandler.GetPlayer", String(player));
+    await receiver.callProduct("IAVEventHandler.Play", String(player), "1.0");
+  }
+
+  const playersShown = async count => waitFor(`${count} players are shown`, async () => {
+    const [planes] = await receiver.call("GetPlanes");
+    return planes.length === count;
+  });
+
+  it("shows what players of both kinds show already, and a plain card for sound", async () => {
+    await receiver.setWorld("/media/items", [
+      { url: "*/song*", components: [{ type: "audio", encoding: "MPEG1_L3", pid: 1 }] },
+      { url: "*", duration_ms: 600000 }
+    ]);
+    await layOut("IBroadcastPlayer", 1, 0, 0, 320, 180);
+    await receiver.callProduct("IBroadcastPlayer.BindToCurrentChannel", "1");
+    await layOut("IAVEventHandler", 1, 200, 200, 640, 360);
+    await play(1, "http://x/film.mp4");
+    await layOut("IAVEventHandler", 2, 900, 0, 320, 180);
+    await play(2, "http://x/song.mp3");
+    await playersShown(3);
+    const picture = await screens.with(nothing);
+    assertCardAt(picture, 0, 0, 320, 180);
+    assertCardAt(picture, 200, 200, 640, 360);
+    const ground = picture.at(905, 5);
+    assert.notEqual(ground, black);
+    assert.equal(picture.at(1215, 175), ground);
+    assert.equal(picture.at(905, 175), ground);
+    assert.equal(picture.at(1225, 175), black);
+
+    await receiver.callProduct("IAVEventHandler.ReleasePlayer", "0");
+    await playersShown(1);
+    const rest = await screens.with(nothing);
+    assertCardAt(rest, 0, 0, 320, 180);
+    assert.equal(rest.at(905, 5), black);
   });
 });
