@@ -92,6 +92,19 @@ class Slot<const gchar*, Argument> {
     WireString m_text;
 };
 
+// A variant made for the call; the caller keeps it.
+template <>
+class Slot<GVariant*, GVariantPtr> {
+ public:
+    explicit Slot(const GVariantPtr& argument) : m_variant(argument.get()) {}
+    GVariant* Pass() { return m_variant; }
+    template <typename R>
+    void Commit(R& /*result*/) {}
+
+ private:
+    GVariant* m_variant;
+};
+
 template <typename Wire, typename T>
 class Slot<Wire*, Out<T>> {
  public:

@@ -41,15 +41,25 @@ void LogConnecting(const ServiceDescription& service, const CallSite& site) {
         LOG_DEBUG_AT(site, "%s::%s() call g_signal_connect", service.client, service.client);
 }
 
-void LogDone(const ServiceDescription& service, const CallSite& site) {
-    LOG_DEBUG_AT(site, "%s::%s() Done.", service.client, service.client);
+void LogDone(const ServiceDescription& service, const CallSite& site, const void* proxy) {
+    if (service.logsProxy)
+        LOG_DEBUG_AT(site, "%s::%s() Done. s_proxy %p", service.client, service.client, proxy);
+    else
+        LOG_DEBUG_AT(site, "%s::%s() Done.", service.client, service.client);
 }
 
 void LogCall(const ServiceDescription& service, const CallSite& site) {
-    LOG_DEBUG_AT(site, "%s::%s%s", service.client, site.operation, site.trace.c_str());
+    if (service.failureClient == nullptr)
+        LOG_DEBUG_AT(site, "%s", site.where.function_name());
+    else
+        LOG_DEBUG_AT(site, "%s::%s%s", service.client, site.operation, site.trace.c_str());
 }
 
 void LogCallFailure(const ServiceDescription& service, const CallSite& site, const char* message, int code) {
+    if (service.failureClient == nullptr) {
+        LOG_ERROR_AT(site, "%s failed \"%s\" with error code %d", site.where.function_name(), message, code);
+        return;
+    }
     const char* client = site.failureClient != nullptr ? site.failureClient : service.failureClient;
     LOG_ERROR_AT(site, "%s::%s failed \"%s\" with error code %d", client, site.operation, message, code);
 }

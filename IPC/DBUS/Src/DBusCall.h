@@ -35,10 +35,13 @@ struct CallSite {
 struct ServiceDescription {
     const char* interface;        // the bus name too
     const char* client;           // the class that the trace lines name
-    const char* failureClient;    // the class that the failure lines name
+    // The class that the failure lines name. Null: they, and the trace lines, name the operation by its whole
+    // signature.
+    const char* failureClient;
     const char* creation;         // what the log says that the proxy is made with ...
     const char* creationFailure;  // ... and what it says that failed
     bool logsConnecting = false;
+    bool logsProxy = false;
 };
 
 namespace dbus_call {
@@ -47,7 +50,7 @@ void LogStart(const ServiceDescription& service, const CallSite& site);
 void LogCreation(const ServiceDescription& service, const CallSite& site);
 void LogCreationFailure(const char* what, const char* message, const CallSite& site);
 void LogConnecting(const ServiceDescription& service, const CallSite& site);
-void LogDone(const ServiceDescription& service, const CallSite& site);
+void LogDone(const ServiceDescription& service, const CallSite& site, const void* proxy);
 void LogCall(const ServiceDescription& service, const CallSite& site);
 void LogCallFailure(const ServiceDescription& service, const CallSite& site, const char* message, int code);
 [[nodiscard]] GObjectPtr<GDBusConnection> Connect();
@@ -112,7 +115,7 @@ class DBusService {
             dbus_call::LogConnecting(service, site);
             m_handler = g_signal_connect(m_proxy.get(), "g-signal", G_CALLBACK(onSignal), data);
         }
-        dbus_call::LogDone(service, site);
+        dbus_call::LogDone(service, site, m_proxy.get());
     }
 
     ~DBusService() {

@@ -1,0 +1,17 @@
+// Starts and ends the searches of the receiver, which are named by an id of the search cache.
+//
+// No signal tells that a search has ended: ISearchResultsCacheCommon::QueryResults does.
+#pragma once
+
+#include <cstdint>
+
+class IMetadataSearchManagerCommon {
+ public:
+    virtual ~IMetadataSearchManagerCommon() = default;
+
+    virtual void StartSearch(uint32_t id) = 0;
+    // Stops; what was found before stays.
+    virtual void AbortSearch(uint32_t id) = 0;
+    // Stops, and drops what was found.
+    virtual void CancelSearch(uint32_t id) = 0;
+};
