@@ -25,7 +25,7 @@ std::vector<Constraint> readConstraints(GVariant* list) {
     guint number = 0;
     const char* text = nullptr;
     while (g_variant_iter_next(&iterator, "(uu&su)", &field, nullptr, &text, &number) != FALSE)
-        constraints.push_back({field, text, number});
+        constraints.push_back({field, *text != 0 ? QueryValue(text) : QueryValue(number)});
     return constraints;
 }
 
@@ -63,15 +63,15 @@ std::tuple<bool, bool> setResultsWindow(World& world, Id resultsId, std::int32_t
     return {world.search().setWindow(resultsId, start, count), known};
 }
 
-std::tuple<bool, bool> setSearchWindow(World& world, Id searchId, std::int32_t start, std::int32_t count) {
-    const auto resultsId = world.search().resultsOf(searchId);
-    return {resultsId && world.search().setWindow(*resultsId, start, count), resultsId.has_value()};
+std::tuple<bool, bool> setSearchBounds(World& world, Id searchId, std::int32_t first, std::int32_t most) {
+    const bool known = world.search().searches().find(searchId) != nullptr;
+    return {world.search().setBounds(searchId, first, most), known};
 }
 
 auto programme(World& world, Id id) {
     const auto entry = world.search().programme(id);
     const auto programme = entry ? *entry->programme : Programme();
-    return std::make_tuple(entry ? entry->channelId : 0, Id{programme.eventId}, programme.name,
+    return std::make_tuple(entry ? entry->channel->id : 0, Id{programme.eventId}, programme.name,
                            programme.description, programme.id, entry ? static_cast<Id>(entry->start) : 0,
                            programme.durationMinutes * 60, Id{programme.rating}, entry.has_value());
 }
@@ -84,16 +84,16 @@ void fillQueries(IMetaDataSearchIface& table) {
         MetadataSearch::release(world.search().queries(), id);
     }>;
     table.handle_qc_add_op = answer<imeta_data_search_complete_qc_add_op,
-                                    [](World& world, std::uint32_t) { return world.search().addQuery(); }>;
+                                    [](World& world, Id op) { return world.search().addQuery(op); }>;
     table.handle_qc_add_data_mode =
         answer<imeta_data_search_complete_qc_add_data_mode,
                [](World& world, std::uint32_t field, std::uint32_t mode, std::uint32_t value) {
-                   return world.search().addQuery(field, mode, value);
+                   return world.search().addQuery(field, mode, QueryValue(value));
                }>;
     table.handle_qc_add_data_mode_str =
         answer<imeta_data_search_complete_qc_add_data_mode_str,
                [](World& world, std::uint32_t field, std::uint32_t mode, const char* value) {
-                   return world.search().addQuery(field, mode, std::string(value));
+                   return world.search().addQuery(field, mode, QueryValue(value));
                }>;
     table.handle_qc_add_constraints =
         answer<imeta_data_search_complete_qc_add_constraints,
@@ -203,7 +203,7 @@ void fillSearchDetails(IMetaDataSearchIface& table) {
     table.handle_mds_set_query_window =
         answer<imeta_data_search_complete_mds_set_query_window,
                [](World& world, Id id, std::int32_t start, std::int32_t count) {
-                   return setSearchWindow(world, id, start, count);
+                   return setSearchBounds(world, id, start, count);
                }>;
 }
 

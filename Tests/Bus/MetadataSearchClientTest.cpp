@@ -92,8 +92,8 @@ std::vector<AMetadataSearchClient::Operation> AMetadataSearchClient::Operations(
          "virtual uint32_t CMetadataSearchCacheWK::Add(int)"},
         {[&] { return Text(m_searches.SetQuery(5, 6)); }, "MdsSetQuery (5, 6)", "(true,)", "1", "0",
          searches + "SetQuery(uint32_t, uint32_t)"},
-        {two([&](uint32_t& id) { return m_searches.GetQuery(5, id); }), "MdsGetQuery (5,)", "(6, true)", "1 6",
-         "0 77", searches + "GetQuery(uint32_t, uint32_t&)"},
+        {two([&](uint32_t& id) { return m_searches.GetQuery(5, id); }), "MdsGetQuery (5,)", "(6, true)",
+         "1 6", "0 77", searches + "GetQuery(uint32_t, uint32_t&)"},
         {two([&](uint32_t& id) { return m_searches.GetResults(5, id); }), "MdsGetResults (5,)", "(7, true)",
          "1 7", "0 77", searches + "GetResults(uint32_t, uint32_t&)"},
         {[&] {
@@ -116,16 +116,19 @@ std::vector<AMetadataSearchClient::Operation> AMetadataSearchClient::Operations(
          },
          "MdsGetOrderBy (5,)", "([(99, false), (1, true)], true)", "1 6 1 99 0 1 1", "0 6 1",
          "virtual bool CMetadataSearchCacheWK::GetOrderBy(uint32_t, TOrderBy&) const"},
-        {[&] { return Text(m_searches.ExpandOrderBy(5, {E_QUERY_PARENTAL_RATING, true})); },
+        {[&] {
+             return Text(m_searches.ExpandOrderBy(5, {E_QUERY_PARENTAL_RATING, true}));
+         },
          "MdsExpandOrderBy (5, 12, true)", "(true,)", "1", "0",
          searches + "ExpandOrderBy(uint32_t, std::pair<EQueryType, bool>)"},
-        {flag([&](bool& added) { return m_searches.AddConstraints(5, 6, added); }), "MdsAddConstraints (5, 6)",
-         "(false, true)", "1 0", "0 1", searches + "AddConstraints(uint32_t, uint32_t, bool&)"},
+        {flag([&](bool& added) { return m_searches.AddConstraints(5, 6, added); }),
+         "MdsAddConstraints (5, 6)", "(false, true)", "1 0", "0 1",
+         searches + "AddConstraints(uint32_t, uint32_t, bool&)"},
         {[&] { return Text(m_searches.RemoveConstraints(5, E_QUERY_CHANNEL_ID)); },
          "MdsRemoveConstraints (5, 7)", "(true,)", "1", "0",
          searches + "RemoveConstraints(uint32_t, EQueryType)"},
-        {[&] { return Text(m_searches.ClearConstraints(5)); }, "MdsClearConstraints (5,)", "(true,)", "1", "0",
-         searches + "ClearConstraints(uint32_t)"},
+        {[&] { return Text(m_searches.ClearConstraints(5)); }, "MdsClearConstraints (5,)", "(true,)", "1",
+         "0", searches + "ClearConstraints(uint32_t)"},
         {flag([&](bool& set) { return m_searches.SetQueryWindow(5, -1, 8, set); }),
          "MdsSetQueryWindow (5, -1, 8)", "(false, true)", "1 0", "0 1",
          searches + "SetQueryWindow(uint32_t, int, int, bool&)"},
@@ -142,11 +145,13 @@ std::vector<AMetadataSearchClient::Operation> AMetadataSearchClient::Operations(
         {[&] { return Text(m_queries.Add(E_QUERY_NAME, E_MODE_CONTAINS, "news \xff"s)); },
          "QcAddDataModeStr (1, 6, 'news \uFFFD')", "(9,)", "9", "0",
          "virtual uint32_t " + queries + "Add(EQueryType, EQueryMode, const std::string&)"},
-        {[&] { return Text(m_queries.Add(TConstraints{{E_QUERY_NAME, "a"s}})); },
+        {[&] {
+             return Text(m_queries.Add(TConstraints{{E_QUERY_NAME, "a"s}}));
+         },
          "QcAddConstraints ([(1, 0, 'a', 0)],)", "(9,)", "9", "0",
          "virtual uint32_t " + queries + "Add(const TConstraints&)"},
-        {two([&](uint32_t& id) { return m_queries.And(1, 2, id); }), "QcAnd (1, 2)", "(3, true)", "1 3", "0 77",
-         "virtual bool " + queries + "And(uint32_t, uint32_t, uint32_t&)"},
+        {two([&](uint32_t& id) { return m_queries.And(1, 2, id); }), "QcAnd (1, 2)", "(3, true)", "1 3",
+         "0 77", "virtual bool " + queries + "And(uint32_t, uint32_t, uint32_t&)"},
         {two([&](uint32_t& id) { return m_queries.Or(2, 1, id); }), "QcOr (2, 1)", "(3, true)", "1 3", "0 77",
          "virtual bool " + queries + "Or(uint32_t, uint32_t, uint32_t&)"},
         {two([&](uint32_t& id) { return m_queries.Not(1, id); }), "QcNot (1,)", "(3, false)", "0 3", "0 77",
@@ -189,8 +194,8 @@ std::vector<AMetadataSearchClient::Operation> AMetadataSearchClient::Operations(
         {[&] {
              uint32_t channel = 1, event = 2, start = 3, duration = 4, rating = 5;
              std::string name = "n", desc = "d", crid = "c";
-             const bool result = m_programmes.Get(15, &channel, &event, &name, &desc, &crid, &start, &duration,
-                                                  &rating);
+             const bool result =
+                 m_programmes.Get(15, &channel, &event, &name, &desc, &crid, &start, &duration, &rating);
              return Text(result, channel, event, name, desc, crid, start, duration, rating);
          },
          "PcGet (15,)", "(16, 17, 'name', 'desc', 'crid://x', 18, 19, 20, true)",
@@ -216,10 +221,11 @@ TEST_F(AMetadataSearchClient, SendsReadsAndFailsEachOperationAsTheWireSays) {
         m_service.Fail(method, "not today");
         EXPECT_EQ(operation.call(), operation.failed);
         EXPECT_EQ(LogCapture::Errors(), 1);
-        EXPECT_EQ(LogCapture::Count(operation.signature +
-                                    " failed \"GDBus.Error:org.freedesktop.DBus.Error.Failed: not today\" with "
-                                    "error code 0"),
-                  1);
+        EXPECT_EQ(
+            LogCapture::Count(operation.signature +
+                              " failed \"GDBus.Error:org.freedesktop.DBus.Error.Failed: not today\" with "
+                              "error code 0"),
+            1);
         (void)m_service.TakeCalls();
     }
 }
@@ -243,10 +249,11 @@ TEST_F(AMetadataSearchClient, SendsConstraintsInTheOrderOfTheirFieldsAndEqualOne
     several.emplace(E_QUERY_CHANNEL_ID, 1U);
     several.emplace(E_QUERY_NAME, "cut\0here \xff"s);
     (void)m_queries.Add(several);
-    EXPECT_THAT(m_service.TakeCalls(),
-                ElementsAre("QcAddConstraints ([(1, 0, 'news', 0), (7, 0, '', 4000000000)],)",
-                            "QcAddConstraints ([(5, 0, '', 0), (7, 0, 'ccid://1', 0)],)",
-                            "QcAddConstraints ([(1, 0, '', 0), (1, 0, 'cut', 0), (7, 0, '', 3), (7, 0, '', 1)],)"));
+    EXPECT_THAT(
+        m_service.TakeCalls(),
+        ElementsAre("QcAddConstraints ([(1, 0, 'news', 0), (7, 0, '', 4000000000)],)",
+                    "QcAddConstraints ([(5, 0, '', 0), (7, 0, 'ccid://1', 0)],)",
+                    "QcAddConstraints ([(1, 0, '', 0), (1, 0, 'cut', 0), (7, 0, '', 3), (7, 0, '', 1)],)"));
 }
 
 TEST_F(AMetadataSearchClient, AsksEvenWhenNoFieldOfAProgrammeIsWanted) {
@@ -264,7 +271,8 @@ TEST(TheMetadataSearchClients, ShareOneProxyThatTheFirstOfThemMakes) {
             count += record.text.starts_with(proxy) ? 1 : 0;
         return count;
     };
-    EXPECT_EQ(LogCapture::Count("CMetaDataSearchWK::CMetaDataSearchWK() imeta_data_search_proxy_new_sync()"), 1);
+    EXPECT_EQ(LogCapture::Count("CMetaDataSearchWK::CMetaDataSearchWK() imeta_data_search_proxy_new_sync()"),
+              1);
     EXPECT_EQ(made(), 1);
     const CQueryCacheWK second;
     const CSearchResultsCacheWK third;

@@ -299,7 +299,7 @@ TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
         world.media().session(1).setAttribute("name" + std::to_string(id), "value");
         (void)world.media().session(1).queue("http://x/" + std::to_string(id));
         (void)world.streamEvents().subscribe("dvb://x", "e");
-        (void)world.search().addQuery();
+        (void)world.search().addQuery(0);
         (void)world.search().addSearch(1);
         (void)world.sendDrmMessage("s");
         world.addProfile({static_cast<std::uint16_t>(id), 1, 1, 1});
@@ -385,7 +385,7 @@ TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
     EXPECT_THAT(eventsFound(*search.negate(news)), ElementsAre(2));
     ASSERT_TRUE(search.setOrderBy(searchId, {{duration, false}}));
     EXPECT_THAT(eventsFound(news), ElementsAre(3, 1, 4));
-    const auto onTwo = search.addQuery({{static_cast<std::uint32_t>(QueryField::ChannelId), "", 2}});
+    const auto onTwo = search.addQuery({{static_cast<std::uint32_t>(QueryField::ChannelId), 2U}});
     ASSERT_TRUE(search.addConstraints(searchId, onTwo));
     EXPECT_THAT(eventsFound(news), ElementsAre(4));
     ASSERT_TRUE(search.clearConstraints(searchId));
@@ -407,12 +407,95 @@ TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
     MetadataSearch::release(search.searches(), searchId);
     EXPECT_EQ(search.searches().find(searchId), nullptr);
     // Queries joined with themselves again and again do not grow for ever.
-    auto grown = search.addQuery();
+    auto grown = search.addQuery(0);
     int joins = 0;
     while (const auto larger = search.join(MetadataSearch::Junction::Or, grown, grown)) {
         grown = *larger;
         ASSERT_LT(++joins, 100);
     }
+}
+
+// Which of a morning's programmes a condition finds, by their event ids.
+class ACondition : public testing::Test {
+ protected:
+    template <typename Value>
+    std::vector<int> Finds(QueryField field, QueryMode mode, const Value& value) {
+        return Found(search.addQuery(static_cast<std::uint32_t>(field), static_cast<std::uint32_t>(mode),
+                                     QueryValue(value)));
+    }
+    std::vector<int> FindsWithin(const std::vector<Constraint>& constraints) {
+        return Found(search.addQuery(constraints));
+    }
+    std::vector<int> Found(std::uint32_t queryId) {
+        EXPECT_NE(queryId, 0U);
+        const auto id = search.addSearch(1);
+        EXPECT_TRUE(search.setQuery(id, queryId));
+        search.start(id);
+        simulation.timers.pass(0);
+        std::vector<int> events;
+        for (const auto programme : search.results().find(*search.resultsOf(id))->programmes)
+            events.push_back(search.programme(programme)->programme->eventId);
+        return events;
+    }
+    static std::uint32_t Number(QueryField field) { return static_cast<std::uint32_t>(field); }
+
+    Simulation simulation{R"({"broadcast": {"channels": [
+      {"id": 7, "name": "One", "id_type": "ID_DVB_T", "ccid": "ccid://1.1", "programmes": [
+        {"event_id": 1, "id": "crid://Tv/1", "name": "\u00dcber Nacht", "start_minutes": 0, "duration_minutes": 10},
+        {"event_id": 2, "id": "dvb://1.2.3;2", "name": "1984", "start_minutes": 10, "duration_minutes": 90,
+         "parental_rating": 16}]},
+      {"id": 8, "name": "Ten", "id_type": "ID_DVB_T", "ccid": "ccid://1.10", "programmes": [
+        {"event_id": 3, "name": "News", "start_minutes": 5, "duration_minutes": 5}]}]}})"};
+    MetadataSearch& search = simulation.world.search();
+};
+
+TEST_F(ACondition, ComparesEveryFieldAsNumberOrText) {
+    using enum QueryField;
+    using enum QueryMode;
+    EXPECT_THAT(Finds(Any, Equal, 5U), ElementsAre(1, 2, 3));
+    EXPECT_THAT(Finds(Name, Contains, "\u00fcBER"), ElementsAre(1));
+    EXPECT_THAT(Finds(Name, Equal, "news"), IsEmpty());
+    EXPECT_THAT(Finds(Name, Less, "News"), ElementsAre(2));
+    EXPECT_THAT(Finds(Name, Equal, 1984U), ElementsAre(2));
+    EXPECT_THAT(Finds(LongName, Equal, ""), ElementsAre(1, 2, 3));
+    EXPECT_THAT(Finds(StartTime, GreaterOrEqual, static_cast<std::uint32_t>(startUtc + 300)), ElementsAre(2, 3));
+    EXPECT_THAT(Finds(EndTime, Greater, static_cast<std::uint32_t>(startUtc + 600)), ElementsAre(2));
+    EXPECT_THAT(Finds(Duration, LessOrEqual, "600"), ElementsAre(1, 3));
+    EXPECT_THAT(Finds(Duration, NotEqual, "long"), ElementsAre(1, 2, 3));
+    EXPECT_THAT(Finds(Duration, Contains, 40U), ElementsAre(2)) << "5400 seconds";
+    EXPECT_THAT(Finds(ChannelId, Equal, 7U), ElementsAre(1, 2));
+    EXPECT_THAT(Finds(ChannelId, Equal, "ccid://1.1"), ElementsAre(1, 2));
+    EXPECT_THAT(Finds(ProgrammeId, Equal, "CRID://tV/1"), ElementsAre(1));
+    EXPECT_THAT(Finds(ProgrammeIdType, Equal, 0U), ElementsAre(1));
+    EXPECT_THAT(Finds(ParentalRating, Greater, 12U), ElementsAre(2));
+    EXPECT_THAT(Finds(Episode, NotEqual, 1U), IsEmpty()) << "no programme has one";
+    EXPECT_EQ(search.addQuery(14, 0, QueryValue(0U)), 0U);
+    EXPECT_EQ(search.addQuery(1, 7, QueryValue(0U)), 0U);
+    EXPECT_EQ(search.addQuery(1), 0U);
+}
+
+TEST_F(ACondition, OfConstraintsTakesAnyValueOfAFieldAndEveryField) {
+    const auto channel = Number(QueryField::ChannelId);
+    EXPECT_THAT(FindsWithin({}), ElementsAre(1, 2, 3));
+    EXPECT_THAT(FindsWithin({{channel, 7U}, {channel, 8U}}), ElementsAre(1, 2, 3));
+    EXPECT_THAT(FindsWithin({{channel, "ccid://1.10"}, {Number(QueryField::Name), "News"}}), ElementsAre(3));
+    EXPECT_THAT(FindsWithin({{channel, 7U}, {Number(QueryField::Name), "News"}}), IsEmpty());
+    EXPECT_EQ(search.addQuery({{99U, 1U}}), 0U);
+}
+
+TEST_F(ACondition, IsSearchedWithinTheBoundsAndTheTargetOfTheSearch) {
+    const auto id = search.addSearch(1);
+    const auto found = [&](std::uint32_t searchId) {
+        search.start(searchId);
+        simulation.timers.pass(0);
+        return search.results().find(*search.resultsOf(searchId))->programmes.size();
+    };
+    ASSERT_TRUE(search.setBounds(id, 1, 1));
+    ASSERT_TRUE(search.setWindow(*search.resultsOf(id), 0, 10));
+    EXPECT_EQ(found(id), 1U);
+    EXPECT_FALSE(search.setBounds(id, 0, -1));
+    EXPECT_EQ(found(search.addSearch(2)), 0U);
+    EXPECT_EQ(search.addSearch(3), 0U);
 }
 
 TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {

@@ -1,10 +1,7 @@
 #include "Host/Receiver/World/MetadataSearch.h"
 
 #include <algorithm>
-#include <cctype>
-#include <compare>
 #include <set>
-#include <tuple>
 
 namespace Receiver {
 
@@ -14,98 +11,8 @@ namespace {
 constexpr std::size_t largestCondition = 500;
 constexpr std::size_t largestOrderBy = 16;
 
-struct FieldValue {
-    bool isText = false;
-    std::string text;
-    std::int64_t number = 0;
-};
-
-std::optional<FieldValue> fieldOf(const FoundProgramme& found, std::uint32_t field) {
-    const auto& programme = *found.programme;
-    switch (static_cast<QueryField>(field)) {
-        case QueryField::Name:
-            return FieldValue{true, programme.name, 0};
-        case QueryField::Description:
-            return FieldValue{true, programme.description, 0};
-        case QueryField::ProgrammeId:
-            return FieldValue{true, programme.id, 0};
-        case QueryField::Start:
-            return FieldValue{false, {}, found.start};
-        case QueryField::Duration:
-            return FieldValue{false, {}, std::int64_t{programme.durationMinutes} * 60};
-        case QueryField::ChannelId:
-            return FieldValue{false, {}, found.channelId};
-        case QueryField::Rating:
-            return FieldValue{false, {}, programme.rating};
-    }
-    return std::nullopt;
-}
-
-std::string folded(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
-
-template <typename Value>
-bool compares(const Value& left, std::uint32_t mode, const Value& right) {
-    switch (static_cast<QueryMode>(mode)) {
-        case QueryMode::Equal:
-            return left == right;
-        case QueryMode::NotEqual:
-            return left != right;
-        case QueryMode::Greater:
-            return left > right;
-        case QueryMode::GreaterOrEqual:
-            return left >= right;
-        case QueryMode::Less:
-            return left < right;
-        case QueryMode::LessOrEqual:
-            return left <= right;
-        case QueryMode::Contains:
-            break;
-    }
-    return false;
-}
-
-bool textMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode,
-                 const std::string& wanted) {
-    const auto value = fieldOf(found, field);
-    if (!value || !value->isText)
-        return false;
-    if (static_cast<QueryMode>(mode) == QueryMode::Contains)
-        return folded(value->text).find(folded(wanted)) != std::string::npos;
-    return compares(value->text, mode, wanted);
-}
-
-bool numberMatches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mode,
-                   std::uint32_t wanted) {
-    const auto value = fieldOf(found, field);
-    return value && !value->isText && compares(value->number, mode, std::int64_t{wanted});
-}
-
-bool satisfies(const FoundProgramme& found, const std::vector<Constraint>& constraints) {
-    return std::all_of(constraints.begin(), constraints.end(), [&found](const Constraint& constraint) {
-        if (constraint.text.empty())
-            return numberMatches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Equal),
-                                 constraint.number);
-        return textMatches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Contains),
-                           constraint.text);
-    });
-}
-
-bool comesFirst(const FoundProgramme& left, const FoundProgramme& right, const OrderBy& orderBy) {
-    for (const auto& [field, ascending] : orderBy) {
-        const auto ofLeft = fieldOf(left, field);
-        const auto ofRight = fieldOf(right, field);
-        if (!ofLeft || !ofRight)
-            continue;
-        const auto order =
-            std::tie(ofLeft->text, ofLeft->number) <=> std::tie(ofRight->text, ofRight->number);
-        if (std::is_neq(order))
-            return ascending ? std::is_lt(order) : std::is_gt(order);
-    }
-    return false;
-}
+constexpr std::int32_t broadcastTarget = 1;
+constexpr std::int32_t onDemandTarget = 2;
 
 }  // namespace
 
@@ -114,24 +21,23 @@ std::uint32_t MetadataSearch::Results::shown() const {
     return offset >= found ? 0 : std::min(count, found - offset);
 }
 
-std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, std::uint32_t value) {
-    return store(
-        {[=](const FoundProgramme& found) { return numberMatches(found, field, mode, value); }, {}, 1});
-}
-
-std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, const std::string& value) {
-    return store(
-        {[=](const FoundProgramme& found) { return textMatches(found, field, mode, value); }, {}, 1});
+std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, const QueryValue& value) {
+    if (!isQueryField(field) || !isQueryMode(mode))
+        return 0;
+    return store({[=](const FoundProgramme& found) { return matches(found, field, mode, value); }, {}, 1});
 }
 
 std::uint32_t MetadataSearch::addQuery(const std::vector<Constraint>& constraints) {
-    if (constraints.size() >= largestCondition)
+    const auto known = [](const Constraint& constraint) { return isQueryField(constraint.field); };
+    if (constraints.size() >= largestCondition || !std::ranges::all_of(constraints, known))
         return 0;
     return store({[constraints](const FoundProgramme& found) { return satisfies(found, constraints); },
                   constraints, constraints.size() + 1});
 }
 
-std::uint32_t MetadataSearch::addQuery() {
+std::uint32_t MetadataSearch::addQuery(std::uint32_t field) {
+    if (static_cast<QueryField>(field) != QueryField::Any)
+        return 0;
     return store({[](const FoundProgramme&) { return true; }, {}, 1});
 }
 
@@ -163,6 +69,8 @@ std::optional<std::uint32_t> MetadataSearch::negate(std::uint32_t id) {
 }
 
 std::uint32_t MetadataSearch::addSearch(std::int32_t target) {
+    if (target != broadcastTarget && target != onDemandTarget)
+        return 0;
     const auto id = m_searches.nextId();
     m_searches.emplace(id, m_timers, target);
     return id;
@@ -243,6 +151,15 @@ std::uint32_t MetadataSearch::addResults(std::uint32_t searchId) {
     return id;
 }
 
+bool MetadataSearch::setBounds(std::uint32_t searchId, std::int32_t first, std::int32_t most) {
+    auto* search = m_searches.find(searchId);
+    if (search == nullptr || first < 0 || most < 0)
+        return false;
+    search->first = static_cast<std::uint32_t>(first);
+    search->most = static_cast<std::uint32_t>(most);
+    return true;
+}
+
 bool MetadataSearch::setWindow(std::uint32_t resultsId, std::int32_t start, std::int32_t count) {
     auto* found = m_results.find(resultsId);
     if (found == nullptr || start < 0 || count < 0)
@@ -278,9 +195,19 @@ void MetadataSearch::cancel(std::uint32_t searchId) {
 }
 
 std::optional<FoundProgramme> MetadataSearch::programme(std::uint32_t id) const {
-    for (const auto& [candidate, found] : everything()) {
-        if (candidate == id)
-            return found;
+    // An id is the place among all programmes of the scenario, so it stays the same while time goes on.
+    std::uint32_t firstOfChannel = 1;
+    for (const auto& channel : m_scenario.broadcast.channels) {
+        const auto nextChannel = firstOfChannel + static_cast<std::uint32_t>(channel.programmes.size());
+        if (id >= firstOfChannel && id < nextChannel) {
+            const auto* wanted = &channel.programmes[id - firstOfChannel];
+            for (const auto& [programme, start] : m_programmesOf(channel.id)) {
+                if (programme == wanted && !channel.hidden)
+                    return FoundProgramme{&channel, programme, start};
+            }
+            break;
+        }
+        firstOfChannel = nextChannel;
     }
     return std::nullopt;
 }
@@ -293,7 +220,6 @@ std::uint32_t MetadataSearch::store(Condition condition) {
 
 std::vector<std::pair<std::uint32_t, FoundProgramme>> MetadataSearch::everything() const {
     std::vector<std::pair<std::uint32_t, FoundProgramme>> all;
-    // An id is the place among all programmes of the scenario, so it stays the same while time goes on.
     std::uint32_t firstOfChannel = 1;
     for (const auto& channel : m_scenario.broadcast.channels) {
         if (!channel.hidden) {
@@ -302,7 +228,7 @@ std::vector<std::pair<std::uint32_t, FoundProgramme>> MetadataSearch::everything
                 const auto index = static_cast<std::uint32_t>(programme - channel.programmes.data());
                 // The schedule repeats; the earliest showing counts.
                 if (seen.insert(programme).second)
-                    all.emplace_back(firstOfChannel + index, FoundProgramme{channel.id, programme, start});
+                    all.emplace_back(firstOfChannel + index, FoundProgramme{&channel, programme, start});
             }
         }
         firstOfChannel += static_cast<std::uint32_t>(channel.programmes.size());
@@ -315,7 +241,7 @@ void MetadataSearch::finish(std::uint32_t searchId) {
     auto* results = search == nullptr ? nullptr : m_results.find(search->resultsId);
     if (results == nullptr)
         return;
-    auto matching = everything();
+    auto matching = search->target == broadcastTarget ? everything() : decltype(everything())();
     std::erase_if(matching, [search](const auto& candidate) {
         const bool wanted = search->condition == nullptr || search->condition->matches(candidate.second);
         return !wanted || !satisfies(candidate.second, search->constraints);
@@ -324,8 +250,8 @@ void MetadataSearch::finish(std::uint32_t searchId) {
         return comesFirst(left.second, right.second, search->orderBy);
     });
     results->programmes.clear();
-    for (const auto& [id, found] : matching)
-        results->programmes.push_back(id);
+    for (std::size_t i = search->first; i < matching.size() && i - search->first < search->most; ++i)
+        results->programmes.push_back(matching[i].first);
     results->complete = true;
 }
 

@@ -10,47 +10,12 @@
 #include <vector>
 
 #include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/ProgrammeFields.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Schedule.h"
 #include "Host/Receiver/World/Timers.h"
 
 namespace Receiver {
-
-// What a query compares; the numbers that this receiver gives to the fields of a programme.
-enum class QueryField : std::uint32_t {
-    Name = 0,
-    Description,
-    Start,
-    Duration,
-    ChannelId,
-    Rating,
-    ProgrammeId
-};
-
-// How a query compares.
-enum class QueryMode : std::uint32_t {
-    Equal = 0,
-    NotEqual,
-    Greater,
-    GreaterOrEqual,
-    Less,
-    LessOrEqual,
-    Contains
-};
-
-struct Constraint {
-    std::uint32_t field = 0;
-    std::string text;  // compared with Contains unless it is empty; then the number counts, with Equal
-    std::uint32_t number = 0;
-};
-
-struct FoundProgramme {
-    std::uint32_t channelId = 0;
-    const Programme* programme = nullptr;
-    std::int64_t start = 0;
-};
-
-using OrderBy = std::vector<std::pair<std::uint32_t, bool>>;  // field, ascending
 
 // A condition on programmes; shared by the queries that were made from it.
 struct Condition {
@@ -81,6 +46,9 @@ class MetadataSearch {
         std::shared_ptr<const Condition> condition;
         std::vector<Constraint> constraints;
         OrderBy orderBy;
+        // Of all that matches, no more than this part is found.
+        std::uint32_t first = 0;
+        std::uint32_t most = 0xFFFFFFFF;
         std::uint32_t resultsId = 0;
         Timer timer;
     };
@@ -99,18 +67,18 @@ class MetadataSearch {
     [[nodiscard]] BoundedStore<Search>& searches() { return m_searches; }
     [[nodiscard]] BoundedStore<Results>& results() { return m_results; }
 
-    // Each makes a query and gives its id.
-    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field, std::uint32_t mode, std::uint32_t value);
-    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field, std::uint32_t mode, const std::string& value);
+    // Each makes a query and gives its id; 0 for fields and modes that there are not.
+    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field, std::uint32_t mode, const QueryValue& value);
     [[nodiscard]] std::uint32_t addQuery(const std::vector<Constraint>& constraints);
-    // A query that every programme satisfies.
-    [[nodiscard]] std::uint32_t addQuery();
+    // For the field that stands for none: a query that every programme satisfies.
+    [[nodiscard]] std::uint32_t addQuery(std::uint32_t field);
     // Nothing for unknown queries and for one that would become too large.
     enum class Junction { And, Or };
     [[nodiscard]] std::optional<std::uint32_t> join(Junction junction, std::uint32_t left,
                                                     std::uint32_t right);
     [[nodiscard]] std::optional<std::uint32_t> negate(std::uint32_t id);
 
+    // 0 for a target that there is not. What is on demand is never found here.
     [[nodiscard]] std::uint32_t addSearch(std::int32_t target);
     [[nodiscard]] bool setQuery(std::uint32_t searchId, std::uint32_t queryId);
     [[nodiscard]] bool setOrderBy(std::uint32_t searchId, const OrderBy& orderBy);
@@ -122,6 +90,9 @@ class MetadataSearch {
     // The results of a search, made when it has none; nothing for an unknown search.
     [[nodiscard]] std::optional<std::uint32_t> resultsOf(std::uint32_t searchId);
     [[nodiscard]] std::uint32_t addResults(std::uint32_t searchId);
+    // Bounds what the search finds from its next start on.
+    [[nodiscard]] bool setBounds(std::uint32_t searchId, std::int32_t first, std::int32_t most);
+    // What of the found programmes can be read.
     [[nodiscard]] bool setWindow(std::uint32_t resultsId, std::int32_t start, std::int32_t count);
 
     void start(std::uint32_t searchId);

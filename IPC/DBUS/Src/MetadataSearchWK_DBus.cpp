@@ -37,8 +37,8 @@ GVariantPtr ArrayOf(const char* tuple, const Entries& entries, Build build, cons
         else
             HBBTV_LOG_ERROR("%s failed to serialise %s", where.function_name(), what);
     }
-    return GVariantPtr(g_variant_ref_sink(
-        g_variant_new_array(G_VARIANT_TYPE(tuple), children.data(), children.size())));
+    return GVariantPtr(
+        g_variant_ref_sink(g_variant_new_array(G_VARIANT_TYPE(tuple), children.data(), children.size())));
 }
 
 }  // namespace
@@ -190,8 +190,8 @@ uint32_t CQueryCacheWK::Add(const TConstraints& constraints) {
         const auto& [type, constraint] = entry;
         const auto* const text = std::get_if<std::string>(&constraint);
         const guint number = text != nullptr ? 0 : std::get<uint32_t>(constraint);
-        return g_variant_new("(uusu)", guint{type}, 0U, WireString(text != nullptr ? text->c_str() : "").c_str(),
-                             number);
+        return g_variant_new("(uusu)", guint{type}, 0U,
+                             WireString(text != nullptr ? text->c_str() : "").c_str(), number);
     };
     const GVariantPtr array = ArrayOf("(uusu)", constraints, build, "constraint");
     return m_service->Call<uint32_t>(__func__, imeta_data_search_call_qc_add_constraints_sync, array,
