@@ -81,6 +81,11 @@ struct Operation {
         return MatchesTypes(call, std::index_sequence_for<Arguments...>{});
     }
 
+    // Besides, every object among the arguments is of the class that the form names.
+    static bool MatchesExactly(const CallArguments& call) {
+        return Matches(call) && MatchesClasses(call, std::index_sequence_for<Arguments...>{});
+    }
+
     template <class Implementation>
     static JSValueRef Invoke(const char* where, const CallArguments& call, Implementation& implementation) {
         return InvokeWith(where, call, implementation, std::index_sequence_for<Arguments...>{});
@@ -90,6 +95,19 @@ struct Operation {
     template <size_t... I>
     static bool MatchesTypes(const CallArguments& call, std::index_sequence<I...>) {
         return ((I >= call.count || Arguments::Accepts(call.context, call.values[I])) && ...);
+    }
+
+    template <class Type>
+    static bool IsOfClass(const CallArguments& call, size_t index) {
+        if constexpr (requires { Type::IsExactly(call.context, call.values[index]); })
+            return index >= call.count || Type::IsExactly(call.context, call.values[index]);
+        else
+            return true;
+    }
+
+    template <size_t... I>
+    static bool MatchesClasses(const CallArguments& call, std::index_sequence<I...>) {
+        return (IsOfClass<Arguments>(call, I) && ...);
     }
 
     // What is passed on: everything but the ignored arguments.
@@ -153,7 +171,8 @@ struct ListenerOperation {
     }
 };
 
-// Calls the first of the forms whose argument count and types fit.
+// Calls the first of the forms whose argument count and types fit. Where there are several, those that take objects
+// are told apart by the objects' classes first.
 template <class Binding, class... Forms>
 JSValueRef CallOperation(const char* where, const CallArguments& call) {
     Binding* binding = Binding::FromJS(where, call.context, call.thisObject);
@@ -162,6 +181,10 @@ JSValueRef CallOperation(const char* where, const CallArguments& call) {
     auto& implementation = binding->Implementation();
     implementation.ResetStatus();
     JSValueRef result = nullptr;
+    if constexpr (sizeof...(Forms) > 1) {
+        if (((Forms::MatchesExactly(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...))
+            return result;
+    }
     const bool matched = ((Forms::Matches(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...);
     return matched ? result : Call::RefuseArguments(Binding::ID, where, call);
 }

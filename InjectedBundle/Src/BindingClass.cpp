@@ -112,7 +112,7 @@ BindingObject* BindingClass::NativeOf(const char* where, JSContextRef context, J
         // An object of the class is what the engine made of it: the cast changes nothing but the type.
         native = static_cast<BindingObject*>(JSObjectGetPrivate(const_cast<JSObjectRef>(value)));
     }
-    if (native == nullptr)
+    if (native == nullptr && where != nullptr)
         HBBTV_LOG_ERROR("%s::%s JSObjectGetPrivate is NULL", m_id, where);
     return native;
 }

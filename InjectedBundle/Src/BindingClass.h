@@ -61,7 +61,7 @@ class BindingClass {
     [[nodiscard]] const JSClassDefinition* Definition() const { return &m_definition; }
     [[nodiscard]] JSClassRef Class() const { return m_class; }
 
-    // The native object behind a value, or null (logged with `where`) when the value is not an object of exactly this
+    // The native object behind a value, or null (logged, unless `where` is null) when the value is not an object of exactly this
     // class: a foreign `this` hands over a private pointer of another type, which must never be used.
     [[nodiscard]] BindingObject* NativeOf(const char* where, JSContextRef context, JSValueRef value) const;
 

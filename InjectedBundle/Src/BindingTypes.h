@@ -2,7 +2,8 @@
 // arguments, converted for the implementation, and converted back.
 //
 // Accepts() decides by the JavaScript type alone and runs no page code. FromJS() gives false for a value that makes
-// the whole call answer null without reaching the implementation (NaN, an object of a foreign class).
+// the whole call answer null without reaching the implementation (NaN, an object of a foreign class). Where a type has
+// IsExactly(), it also tells whether FromJS() would take the value: it chooses among the forms of an operation.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -102,6 +103,9 @@ struct Object {
     using Native = Binding*;
     static constexpr const char* kName = "object";
     static bool Accepts(JSContextRef context, JSValueRef value) { return JSValueIsObject(context, value); }
+    static bool IsExactly(JSContextRef context, JSValueRef value) {
+        return Binding::FromJS(nullptr, context, value) != nullptr;
+    }
     static bool FromJS(const char* where, JSContextRef context, JSValueRef value, Binding*& native) {
         native = Binding::FromJS(where, context, value);
         return native != nullptr;
@@ -120,6 +124,11 @@ struct Nullable {
     static constexpr const char* kName = Type::kName;
     static bool Accepts(JSContextRef context, JSValueRef value) {
         return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) || Type::Accepts(context, value);
+    }
+    static bool IsExactly(JSContextRef context, JSValueRef value)
+        requires requires { Type::IsExactly(context, value); }
+    {
+        return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) || Type::IsExactly(context, value);
     }
     static bool FromJS(const char* where, JSContextRef context, JSValueRef value, Native& native) {
         if (JSValueIsNull(context, value) || JSValueIsUndefined(context, value))
@@ -141,6 +150,11 @@ struct Optional {
     using Native = std::optional<typename Type::Native>;
     static bool Accepts(JSContextRef context, JSValueRef value) {
         return JSValueIsUndefined(context, value) || Type::Accepts(context, value);
+    }
+    static bool IsExactly(JSContextRef context, JSValueRef value)
+        requires requires { Type::IsExactly(context, value); }
+    {
+        return JSValueIsUndefined(context, value) || Type::IsExactly(context, value);
     }
     static bool FromJS(const char* where, JSContextRef context, JSValueRef value, Native& native) {
         if (JSValueIsUndefined(context, value))

@@ -60,7 +60,7 @@ ${copy}
     static void Register(JSContextRef context);
     // Takes over \`native\`; a null one gives a plain empty object.
     static JSObjectRef CreateObject(JSContextRef context, ji${name}* native, JSValueRef* exception);
-    // The native object of a value of this class, or null (logged).
+    // The native object of a value of this class, or null (logged, unless \`where\` is null).
     [[nodiscard]] static ji${name}* FromJS(const char* where, JSContextRef context, JSValueRef value);
 
     static const JSClassDefinition* t_GetClassDefinition();
