@@ -3,6 +3,7 @@
 #include <set>
 
 #include "InjectedBundle/Src/JSEventDispatcher.h"
+#include "InjectedBundle/Src/PageBound.h"
 
 namespace OipfJavaScript {
 
@@ -18,8 +19,11 @@ void PageHandlers::WindowObjectCleared(WKBundlePageRef page, WKBundleFrameRef fr
     });
     // A context may stand where one of another frame stood: the engine reuses the memory of those that are gone.
     m_owners[context] = {page, frame};
-    if (!leaving.empty())
-        JSEventDispatcher::DropHandlers([&](JSGlobalContextRef each) { return leaving.contains(each); });
+    if (leaving.empty())
+        return;
+    const auto leaves = [&](JSGlobalContextRef each) { return leaving.contains(each); };
+    JSEventDispatcher::DropHandlers(leaves);
+    PageBound::EndAll(leaves);
 }
 
 }  // namespace OipfJavaScript

@@ -12,6 +12,14 @@ CChannelListImpl::CChannelListImpl(std::vector<jiChannel> channels) : BindingCol
                    static_cast<unsigned long>(m_items.size()));
 }
 
+std::vector<uint32_t> CChannelListImpl::CacheIds() const {
+    std::vector<uint32_t> ids;
+    ids.reserve(m_items.size());
+    for (const jiChannel& channel : m_items)
+        ids.push_back(channel.Implementation().CacheId());
+    return ids;
+}
+
 std::unique_ptr<jiChannel> CChannelListImpl::GetChannel(const std::string& channelID) {
     return First([&](const CChannelImpl& channel) { return channel.MatchesChannelID(channelID); });
 }

@@ -1,6 +1,7 @@
 #include "JavaScript/Src/CPrivateObjectFactoryImpl.h"
 
 #include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannelConfig.h"
 #include "InjectedBundle/gen/js/jiOipfAVControl.h"
@@ -9,6 +10,7 @@
 #include "InjectedBundle/gen/js/jiOipfConfiguration.h"
 #include "InjectedBundle/gen/js/jiOipfGatewayInfo.h"
 #include "InjectedBundle/gen/js/jiOipfParentalControlManager.h"
+#include "InjectedBundle/gen/js/jiOipfSearchManager.h"
 #include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
 #include "JavaScript/Src/CChannelConfigImpl.h"
 #include "JavaScript/Src/COipfAVControlImpl.h"
@@ -17,9 +19,19 @@
 #include "JavaScript/Src/COipfConfigurationImpl.h"
 #include "JavaScript/Src/COipfGatewayInfoImpl.h"
 #include "JavaScript/Src/COipfParentalControlManagerImpl.h"
+#include "JavaScript/Src/COipfSearchManagerImpl.h"
 #include "JavaScript/Src/COipfVideoBroadcastImpl.h"
 
 namespace OipfJavaScript {
+
+namespace {
+
+// Whether the receiver has the objects that are not part of every profile.
+bool HasOptionalObjects() {
+    return CDAEBrowserAPIWK::GetInstance()->IsProfileSupported(0, 1, 2, 1);
+}
+
+}  // namespace
 
 std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject() {
     HBBTV_LOG_ENTRY();
@@ -60,6 +72,15 @@ std::unique_ptr<jiOipfParentalControlManager>
 CPrivateObjectFactoryImpl::CreateParentalControlManagerObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfParentalControlManager>();
+}
+
+std::unique_ptr<jiOipfSearchManager> CPrivateObjectFactoryImpl::CreateSearchManagerObject() {
+    HBBTV_LOG_ENTRY();
+    if (!HasOptionalObjects()) {
+        Fail("TypeError", "application/oipfSearchManager is not supported");
+        return nullptr;
+    }
+    return MakeBinding<jiOipfSearchManager>();
 }
 
 }  // namespace OipfJavaScript

@@ -16,6 +16,7 @@ class jiOipfCapabilities;
 class jiOipfConfiguration;
 class jiOipfGatewayInfo;
 class jiOipfParentalControlManager;
+class jiOipfSearchManager;
 class jiOipfVideoBroadcast;
 
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
@@ -28,6 +29,8 @@ class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
     [[nodiscard]] std::unique_ptr<jiOipfConfiguration> CreateConfigurationObject();
     [[nodiscard]] std::unique_ptr<jiOipfGatewayInfo> CreateGatewayInfoObject();
     [[nodiscard]] std::unique_ptr<jiOipfParentalControlManager> CreateParentalControlManagerObject();
+    // A "TypeError" on a receiver without it.
+    [[nodiscard]] std::unique_ptr<jiOipfSearchManager> CreateSearchManagerObject();
 };
 
 }  // namespace OipfJavaScript

@@ -1,0 +1,32 @@
+#include "JavaScript/Src/CQueryImpl.h"
+
+#include "InjectedBundle/Src/BindingCall.h"
+
+namespace OipfJavaScript {
+
+std::unique_ptr<jiQuery> CQueryImpl::And(const jiQuery* query) {
+    uint32_t id = 0;
+    const bool isMade = m_query && IQueryCacheWK::GetInstance()->And(Id(), query->Implementation().Id(), id);
+    return Made(isMade, id);
+}
+
+std::unique_ptr<jiQuery> CQueryImpl::Or(const jiQuery* query) {
+    uint32_t id = 0;
+    const bool isMade = m_query && IQueryCacheWK::GetInstance()->Or(Id(), query->Implementation().Id(), id);
+    return Made(isMade, id);
+}
+
+std::unique_ptr<jiQuery> CQueryImpl::Not() {
+    uint32_t id = 0;
+    const bool isMade = m_query && IQueryCacheWK::GetInstance()->Not(Id(), id);
+    return Made(isMade, id);
+}
+
+std::unique_ptr<jiQuery> CQueryImpl::Made(bool isMade, uint32_t id) {
+    if (isMade && id != 0)
+        return MakeBinding<jiQuery>(PageContext(), id);
+    Fail();
+    return nullptr;
+}
+
+}  // namespace OipfJavaScript

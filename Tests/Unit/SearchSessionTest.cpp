@@ -1,0 +1,138 @@
+// How long a search is waited for, and the timer that it is waited with.
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "InjectedBundle/Src/JSHbbTVEventHandler.h"
+#include "InjectedBundle/Src/MainLoopTimer.h"
+#include "JavaScript/Src/SearchSession.h"
+#include "Tests/Bus/BusFixture.h"
+#include "Tests/Bus/FakeService.h"
+#include "Tests/Unit/FakeBrowser.h"
+
+namespace OipfJavaScript {
+namespace {
+
+class ASearchSession : public testing::Test {
+ protected:
+    ASearchSession() {
+        service.Reply("MdsRetain", "(true,)");
+        service.Reply("MdsGetResults", "(7, true)");
+        service.Reply("SrRetain", "(true,)");
+        service.Reply("SrSetQueryWindow", "(true, true)");
+        service.Reply("SrQueryResults", "(false, 0, 0, 0, true)");
+        // The clients outlive the service of the test before; they learn in the main loop who has the name
+        // now.
+        EXPECT_TRUE(WaitFor([] { return ISearchResultsCacheWK::GetInstance()->Retain(0); }));
+        (void)service.TakeCalls();
+        page.main.Eval("var log = []; function heard(search, state) { log.push(search === target, state); }");
+        page.main.Eval("var target = {}");
+        manager.t_AddCallbackFunction(context, Object("target"), "MetadataSearch", Object("heard"));
+        session = std::make_shared<SearchSession>(context, 5, link, SearchSession::Patience{1, 4, 40});
+        session->SetPageObject(Object("target"));
+    }
+    ~ASearchSession() override {
+        page.main.Navigate();
+        session.reset();
+    }
+
+    JSObjectRef Object(const char* name) {
+        return JSValueToObject(context,
+                               JSObjectGetProperty(context, JSContextGetGlobalObject(context),
+                                                   JSStringHandle(name).Get(), nullptr),
+                               nullptr);
+    }
+    [[nodiscard]] bool Logs(const std::string& expected) {
+        return WaitFor([&] { return page.main.Eval("log.join()") == expected; });
+    }
+    size_t Asked() {
+        const auto calls = service.TakeCalls();
+        return static_cast<size_t>(std::ranges::count(calls, "SrQueryResults (7,)"));
+    }
+
+    static inline std::function<void()> s_again;
+
+    FakeService service{"IMetaDataSearch"};
+    FakePage page;
+    JSGlobalContextRef context = page.main.context;
+    JSHbbTVEventHandler manager{"manager"};
+    std::shared_ptr<SearchManagerLink> link =
+        std::make_shared<SearchManagerLink>(SearchManagerLink{&manager});
+    std::shared_ptr<SearchSession> session;
+};
+
+TEST_F(ASearchSession, IsAskedMoreAndMoreRarelyAndGivenUpInTheEnd) {
+    session->GetResults(0, 1);
+    EXPECT_TRUE(Logs("true,4"));
+    const std::vector<std::string> calls = service.TakeCalls();
+    EXPECT_EQ(std::ranges::count(calls, "SrQueryResults (7,)"), 12)
+        << "after 1, 2, and ten times 4 milliseconds";
+    EXPECT_EQ(calls.back(), "CancelSearch (5,)");
+    EXPECT_EQ(session->Length(), 0U);
+    // Another attempt has as much time.
+    page.main.Eval("log = []");
+    session->GetResults(0, 1);
+    EXPECT_TRUE(Logs("true,4"));
+    EXPECT_EQ(Asked(), 12U);
+}
+
+TEST_F(ASearchSession, StopsAtOnceWhenTheEngineTakesItsObjectsAway) {
+    session->GetResults(0, 1);
+    const std::weak_ptr<SearchSession> observed = session;
+    session.reset();
+    EXPECT_TRUE(observed.expired());
+    EXPECT_EQ(service.TakeCalls().back(), "MdsRelease (5,)");
+    EXPECT_EQ(Asked(), 0U);
+}
+
+TEST_F(ASearchSession, IsNotConfusedByAHandlerThatAsksAgain) {
+    service.Reply("SrQueryResults", "(true, 3, 4000000000, 5, true)");
+    page.main.SetGlobal("again",
+                        JSObjectMakeFunctionWithCallback(
+                            context, nullptr,
+                            [](JSContextRef where, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+                               JSValueRef*) { return s_again(), JSValueMakeUndefined(where); }));
+    s_again = [this] { session->GetResults(0, 2); };
+    page.main.Eval(
+        "heard.left = 2; var inner = heard; "
+        "function hearAndAsk(s, state) { inner(s, state); if (heard.left--) again(); }");
+    manager.t_AddCallbackFunction(context, Object("target"), "MetadataSearch", Object("hearAndAsk"));
+    session->GetResults(0, 1);
+    EXPECT_TRUE(Logs("true,0,true,0,true,0"));
+    EXPECT_EQ(session->Length(), 4000000000U) << "whatever the receiver says, nothing is allotted for it";
+    EXPECT_EQ(session->At(3999999999U), nullptr);
+}
+
+TEST(AMainLoopTimer, IsReplacedStoppedAndDestroyedFromInsideItsAction) {
+    auto timer = std::make_unique<MainLoopTimer>();
+    std::string calls;
+    timer->Start(0, [&] { calls += "never"; });
+    timer->Start(0, [&] {
+        calls += "a";
+        timer->Start(0, [&] {
+            calls += "b";
+            timer.reset();
+            calls += "c";
+        });
+    });
+    EXPECT_EQ(calls, "");
+    EXPECT_TRUE(timer->IsRunning());
+    EXPECT_TRUE(WaitFor([&] { return timer == nullptr; }));
+    EXPECT_EQ(calls, "abc");
+    MainLoopTimer stopped;
+    stopped.Start(0, [&] { calls += "never"; });
+    stopped.Stop();
+    bool passed = false;
+    timer = std::make_unique<MainLoopTimer>();
+    timer->Start(1, [&] { passed = true; });
+    EXPECT_TRUE(WaitFor([&] { return passed; }));
+    EXPECT_EQ(calls, "abc");
+}
+
+}  // namespace
+}  // namespace OipfJavaScript
