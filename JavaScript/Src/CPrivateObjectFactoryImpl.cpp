@@ -8,6 +8,7 @@
 #include "InjectedBundle/gen/js/jiOipfApplicationManager.h"
 #include "InjectedBundle/gen/js/jiOipfCapabilities.h"
 #include "InjectedBundle/gen/js/jiOipfConfiguration.h"
+#include "InjectedBundle/gen/js/jiOipfDrmAgent.h"
 #include "InjectedBundle/gen/js/jiOipfGatewayInfo.h"
 #include "InjectedBundle/gen/js/jiOipfParentalControlManager.h"
 #include "InjectedBundle/gen/js/jiOipfSearchManager.h"
@@ -17,6 +18,7 @@
 #include "JavaScript/Src/COipfApplicationManagerImpl.h"
 #include "JavaScript/Src/COipfCapabilitiesImpl.h"
 #include "JavaScript/Src/COipfConfigurationImpl.h"
+#include "JavaScript/Src/COipfDrmAgentImpl.h"
 #include "JavaScript/Src/COipfGatewayInfoImpl.h"
 #include "JavaScript/Src/COipfParentalControlManagerImpl.h"
 #include "JavaScript/Src/COipfSearchManagerImpl.h"
@@ -72,6 +74,15 @@ std::unique_ptr<jiOipfParentalControlManager>
 CPrivateObjectFactoryImpl::CreateParentalControlManagerObject() {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfParentalControlManager>();
+}
+
+std::unique_ptr<jiOipfDrmAgent> CPrivateObjectFactoryImpl::CreateDrmAgentObject() {
+    HBBTV_LOG_ENTRY();
+    if (!HasOptionalObjects()) {
+        Fail("TypeError", "application/oipfdrmagent is not supported");
+        return nullptr;
+    }
+    return MakeBinding<jiOipfDrmAgent>();
 }
 
 std::unique_ptr<jiOipfSearchManager> CPrivateObjectFactoryImpl::CreateSearchManagerObject() {

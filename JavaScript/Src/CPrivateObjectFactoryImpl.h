@@ -14,6 +14,7 @@ class jiOipfAVControl;
 class jiOipfApplicationManager;
 class jiOipfCapabilities;
 class jiOipfConfiguration;
+class jiOipfDrmAgent;
 class jiOipfGatewayInfo;
 class jiOipfParentalControlManager;
 class jiOipfSearchManager;
@@ -29,7 +30,8 @@ class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
     [[nodiscard]] std::unique_ptr<jiOipfConfiguration> CreateConfigurationObject();
     [[nodiscard]] std::unique_ptr<jiOipfGatewayInfo> CreateGatewayInfoObject();
     [[nodiscard]] std::unique_ptr<jiOipfParentalControlManager> CreateParentalControlManagerObject();
-    // A "TypeError" on a receiver without it.
+    // A "TypeError" on a receiver without them.
+    [[nodiscard]] std::unique_ptr<jiOipfDrmAgent> CreateDrmAgentObject();
     [[nodiscard]] std::unique_ptr<jiOipfSearchManager> CreateSearchManagerObject();
 };
 
