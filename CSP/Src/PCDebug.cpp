@@ -39,7 +39,7 @@ class LockUser {
 };
 
 // To be called with the lock held.
-void PrintLine(unsigned level, const char* format, va_list arguments) {
+__attribute__((format(printf, 2, 0))) void PrintLine(unsigned level, const char* format, va_list arguments) {
     std::printf("%lu (%u): ", lineCount++, level);
     std::vfprintf(stdout, format, arguments);
     std::fputc('\n', stdout);
