@@ -321,12 +321,12 @@ describe("An A/V control element", () => {
     });
     const send = bytes => receiver.emit("SASMessage", `(@ay [${bytes.join(", ")}],)`);
     const message = (...parts) => [3, 0x4a, 0xf3, 0, 0, 0, 1, parts.length, ...parts.flat()];
-    const [country, type, blocked] = [[1, 0, 3, 68, 69, 85], [3, 0, 1, 0], [5, 0, 1, 0]];
+    const [country, type, blocked] = [[2, 0, 3, 68, 69, 85], [4, 0, 1, 0], [7, 0, 1, 0]];
     const cut = message(country, type).slice(0, -1);
     for (const bytes of [[], [3, 255, 255], cut, message(), message([9, 255, 255])])
       await send(bytes);
-    await send(message(country, type, [4, 0, 1, 13], blocked));
-    await send(message(country, type, [4, 0, 1, 200], blocked));
+    await send(message(country, type, [5, 0, 1, 13], blocked));
+    await send(message(country, type, [5, 0, 1, 200], blocked));
     await browser.waitFor("both are heard of", () => window.ratings.length >= 2);
     assert.deepEqual(await browser.run(() => window.ratings),
       [[1, "16", "DEU", "urn:dvb:casystemid:19187", true], ["error", 0]]);

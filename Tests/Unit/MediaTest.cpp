@@ -315,10 +315,10 @@ class ASasMessageOfRatings : public AnAVControl {
 };
 
 TEST_F(ASasMessageOfRatings, IsAChangeThatMayBlock) {
-    SendSAS(Message(6, {1, 0, 3, 'D', 'E', 'U', 3, 0, 1, 0, 4, 0, 1, 9, 1, 0, 3, 'F', 'R', 'A',  //
-                        4, 0, 1, 13,  5,   0,   1, 0}));
+    SendSAS(Message(6, {2, 0, 3, 'D', 'E', 'U', 4, 0, 1, 0,  5, 0, 1, 9,
+                        2, 0, 3, 'F', 'R', 'A', 5, 0, 1, 13, 7, 0, 1, 0}));
     SendSAS(
-        Message(4, {2, 0, 8, 'h', 't', 't', 'p', ':', '/', '/', 'p', 3, 0, 1, 0, 4, 0, 1, 0, 5, 0, 1, 1}));
+        Message(4, {3, 0, 8, 'h', 't', 't', 'p', ':', '/', '/', 'p', 4, 0, 1, 0, 5, 0, 1, 0, 7, 0, 1, 1}));
     EXPECT_EQ(Log(),
               "change  [dvb-si1212DEU/dvb-si1616FRA] urn:dvb:casystemid:19187 true,"
               "change  [] urn:dvb:casystemid:19187 false");
@@ -326,17 +326,17 @@ TEST_F(ASasMessageOfRatings, IsAChangeThatMayBlock) {
 
 TEST_F(ASasMessageOfRatings, IsAnErrorWhenNobodyKnowsWhatItMeans) {
     for (const Bytes& message : {
-             Message(3, {3, 0, 1, 7, 4, 0, 1, 9, 5, 0, 1, 0}),     // another kind of rating
-             Message(3, {3, 0, 1, 0, 4, 0, 1, 99, 5, 0, 1, 0}),    // no such value
-             Message(3, {3, 0, 1, 0, 4, 0, 2, 0, 9, 5, 0, 1, 0}),  // a value of two bytes
-             Message(3, {4, 0, 1, 9, 3, 0, 1, 0, 5, 0, 1, 0}),     // a value before its type
+             Message(3, {4, 0, 1, 7, 5, 0, 1, 9, 7, 0, 1, 0}),     // another kind of rating
+             Message(3, {4, 0, 1, 0, 5, 0, 1, 99, 7, 0, 1, 0}),    // no such value
+             Message(3, {4, 0, 1, 0, 5, 0, 2, 0, 9, 7, 0, 1, 0}),  // a value of two bytes
+             Message(3, {5, 0, 1, 9, 4, 0, 1, 0, 7, 0, 1, 0}),     // a value before its type
              Message(1, {77, 0, 1, 0}),                            // nothing of what counts
-             Message(1, {5, 0, 0}),                                // a status without a value
+             Message(1, {7, 0, 0}),                                // a status without a value
          }) {
         SendSAS(message);
         EXPECT_EQ(Log(), "error  [] urn:dvb:casystemid:19187 false");
     }
-    SendSAS(Message(2, {3, 0, 1, 0, 4, 0, 1, 9}));
+    SendSAS(Message(2, {4, 0, 1, 0, 5, 0, 1, 9}));
     EXPECT_EQ(Log(), "error  [dvb-si1212] urn:dvb:casystemid:19187 false") << "without an access status";
 }
 
@@ -348,16 +348,16 @@ TEST_F(ASasMessageOfRatings, IsIgnoredWhenItIsEmptyBrokenOrOfAnotherKind) {
     EXPECT_TRUE(Logged("Error SAS Message is empty!"));
     SendSAS({});
     SendSAS({3});
-    SendSAS(Message(9, {3, 0, 1, 0}));
-    SendSAS(Message(1, {3, 0xFF, 0xFF, 0}));
-    SendSAS({2, 0, 0, 0, 0, 0, 1, 1, 5, 0, 1, 0});
+    SendSAS(Message(9, {4, 0, 1, 0}));
+    SendSAS(Message(1, {4, 0xFF, 0xFF, 0}));
+    SendSAS({2, 0, 0, 0, 0, 0, 1, 1, 7, 0, 1, 0});
     EXPECT_EQ(Log(), "");
     // Text of the module that is no text, and nobody who listens.
-    SendSAS(Message(4, {1, 0, 2, 0xC3, 0xFF, 3, 0, 1, 0, 4, 0, 1, 1, 5, 0, 1, 0}));
+    SendSAS(Message(4, {2, 0, 2, 0xC3, 0xFF, 4, 0, 1, 0, 5, 0, 1, 1, 7, 0, 1, 0}));
     EXPECT_EQ(Log(), "change  [dvb-si44] urn:dvb:casystemid:19187 true");
     Eval("av = null");
     page.main.CollectGarbage();
-    SendSAS(Message(1, {5, 0, 1, 0}));
+    SendSAS(Message(1, {7, 0, 1, 0}));
 }
 
 }  // namespace

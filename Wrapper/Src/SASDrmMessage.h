@@ -9,12 +9,6 @@ class SASMessage;
 
 class SASDrmMessage {
  public:
-    // The items that are read.
-    enum EDatatype : uint8_t {
-        E_CA_VENDOR_DATA = 1,  // any bytes
-        E_STATUS = 8,          // one byte, the result code
-    };
-
     // Result codes of DRM messages, as pages know them.
     enum EResult : int32_t { E_SUCCESSFUL = 0, E_UNKNOWN_ERROR = 1, E_HIGHEST_RESULT = 6 };
 

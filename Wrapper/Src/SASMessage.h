@@ -20,19 +20,24 @@ class SASMessage {
         E_SYSTEM_INFO = 5,
     };
 
-    // What the items of E_PARENTAL_CONTROL_INFO are. A country holds for the ratings after it; a rating is a
-    // type and, after it, a value. The access status is there once. SASParentalControl reads them.
+    // What the items are. In E_PARENTAL_CONTROL_INFO a country holds for the ratings after it; a rating is a
+    // type and, after it, a value; the access status is there once: SASParentalControl reads them.
+    // SASDrmMessage reads the others.
     enum EDatatype : uint8_t {
+        // The module's own bytes.
+        E_CA_VENDOR_DATA = 1,
         // Three characters of ISO 3166-1.
-        E_COUNTRY_CODE = 1,
+        E_COUNTRY_CODE = 2,
         // Text: where the user is asked for the PIN.
-        E_PARENTAL_CONTROL_URL = 2,
+        E_PARENTAL_CONTROL_URL = 3,
         // One byte of ERatingType.
-        E_RATING_TYPE = 3,
+        E_RATING_TYPE = 4,
         // One byte. Of a DVB rating 1 to 15, which is the least age less three, or 0 for no rating.
-        E_RATING_VALUE = 4,
+        E_RATING_VALUE = 5,
         // One byte: 0 blocked, 1 granted.
-        E_ACCESS_STATUS = 5,
+        E_ACCESS_STATUS = 7,
+        // One byte: the result code of a DRM message, 0 to 6.
+        E_STATUS = 8,
     };
 
     enum ERatingType : uint8_t {
