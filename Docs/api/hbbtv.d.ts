@@ -747,7 +747,10 @@ interface Keyset extends KeysetConstants {
   setValue(value: number, keyCodes?: number[]): number;
 }
 
-/** One search: what is looked for, where, and its results. */
+/**
+ * One search: what is looked for, where, and its results. Changing any of it while the search runs, or when
+ * it has finished, drops the results and is told to the search manager with `STATE_IDLE`.
+ */
 interface MetadataSearch {
   /** Search target: programmes of broadcast channels. */
   readonly TARGET_BROADCAST: 1;
@@ -755,27 +758,31 @@ interface MetadataSearch {
   readonly TARGET_ON_DEMAND: 2;
   /** What is searched: one of the `TARGET_` constants. */
   readonly searchTarget: number;
-  /** Results of the search; the search begins with its `getResults`. */
+  /** Results of the search, the same object each time; the search begins with its `getResults`. */
   readonly result: SearchResults;
-  /** Query that is set; `null` when none is. */
+  /** Query that was set last; `null` when none was. */
   readonly query: Query | null;
-  /** Sets what is looked for. Results of an earlier query are dropped. */
+  /** Sets what is looked for, in place of what was set before. The constraints stay. */
   setQuery(query: Query): void;
-  /** Searches these channels too. */
+  /** Searches these channels only, besides those that were added before. */
   addChannelConstraint(channels: ChannelList): void;
-  /** Searches this channel too; `null` removes every constraint, so that all channels are searched. */
+  /**
+   * Searches this channel only, besides those that were added before. `null` takes all of them away, so that
+   * every channel is searched.
+   */
   addChannelConstraint(channel: Channel | null): void;
   /**
-   * Returns a query that compares `field` ("Programme.name", "Programme.startTime" and so on) by
-   * `comparison`, one of the `COMPARISON_` constants of `Query`, with a text; `null` when there is no such
-   * field or comparison.
+   * Returns a query that compares `field` ("Programme.name", "Programme.startTime" and so on, the attributes
+   * of `Programme`) by `comparison`, one of the `COMPARISON_` constants of `Query`, with a text; `null` when
+   * there is no such field or comparison. A text that spells a number is that number where the field is one.
    */
   createQuery(field: string, comparison: number, value: string): Query | null;
   /** Returns a query that compares `field` with a number; times and durations are in seconds. */
   createQuery(field: string, comparison: number, value: number): Query | null;
   /**
-   * Sets query and constraints to find up to `count` programmes of `channel` from `startTime` on (seconds
-   * since 1970; `null` means now). Without `count` all are found.
+   * Prepares to find up to `count` programmes of `channel` in order of time, the first of them the one that
+   * is on at `startTime` (seconds since 1970; `null` means now). Without `count` all are found. Replaces
+   * everything that was set before; the search begins with `getResults`.
    */
   findProgrammesFromStream(channel: Channel, startTime: number | null, count?: number): void;
 }
@@ -986,18 +993,20 @@ interface OipfDrmAgentEventMap {
 /** The object for "application/oipfDrmAgent". */
 interface OipfDrmAgent {
   /**
-   * Called with the message id, the result message and the result code (0 to 6) when a message was answered.
+   * Called with the message id, the result message and the result code when a message that was sent through
+   * this object was answered, once for each. Codes: 0 successful, 1 unknown error, 2 the request cannot be
+   * processed, 3 unknown MIME type, 4 user consent needed, 5 unknown DRM system, 6 wrong format. The answer
+   * of a common-interface module to a message of type "application/vnd.oipf.cspg-hexbinary" is written in
+   * hexadecimal, any other as text.
    */
   onDRMMessageResult: ((this: OipfDrmAgent, msgID: string, resultMsg: string, resultCode: number) => void) | null;
-  /**
-   * Called with a message of a DRM system that answers no message of the page, and with the DRM system id.
-   */
+  /** Called with a message that a DRM system sends by itself, and with the DRM system id. */
   onDRMSystemMessage: ((this: OipfDrmAgent, msg: string, DRMSystemID: string) => void) | null;
   /**
    * Sends `msg` of MIME type `msgType` to a DRM system and returns the id that `onDRMMessageResult` will
-   * name.
+   * name; `null` when it could not be sent.
    */
-  sendDRMMessage(msgType: string, msg: string, DRMSystemID: string): string;
+  sendDRMMessage(msgType: string, msg: string, DRMSystemID: string): string | null;
   /**
    * Calls `listener` with an `Event` whenever the event named `type` (without "on") is fired. A function is
    * stored once per event name; anything but a function is ignored. The order among listeners is not defined.
@@ -1057,11 +1066,14 @@ interface OipfSearchManagerEventMap {
 
 /** The object for "application/oipfSearchManager". */
 interface OipfSearchManager {
-  /** Called with the `MetadataSearch` and its new state, one of the `STATE_` constants of `SearchResults`. */
+  /**
+   * Called with the `MetadataSearch` and its new state, one of the `STATE_` constants of `SearchResults`. It
+   * may be set after the search was made; it is never called from within a call of the page.
+   */
   onMetadataSearch: ((this: OipfSearchManager, search: MetadataSearch, state: number) => void) | null;
   /**
    * Returns a new search over `searchTarget`, one of the `TARGET_` constants of `MetadataSearch`; `null` for
-   * any other number.
+   * any other number, and when the receiver refuses.
    */
   createSearch(searchTarget: number): MetadataSearch | null;
   /** Returns the channel configuration. */
@@ -1444,6 +1456,11 @@ interface Query {
   readonly FIELD_PROGRAMME_ID_TYPE: 11;
   /** Number of the field "Programme.parentalRating". */
   readonly FIELD_PARENTAL_RATING: 12;
+  /**
+   * Number of the time at which a programme ends, which has no name for pages: `findProgrammesFromStream`
+   * begins with what is still on then.
+   */
+  readonly FIELD_END_TIME: 13;
   /** Returns a query for programmes that meet both conditions; `null` when the receiver cannot make it. */
   and(query: Query): Query | null;
   /**
@@ -1461,26 +1478,28 @@ interface Query {
 interface SearchResults {
   /** State of a search: finished, the results can be read. */
   readonly STATE_FINISHED: 0;
-  /** State of a search: idle, after `abort` or a changed query. */
+  /** State of a search: idle, after `abort` or a change of what is looked for. */
   readonly STATE_IDLE: 3;
   /** State of a search: failed. */
   readonly STATE_FAILED: 4;
-  /** Number of programmes that can be read. */
+  /** Number of programmes that can be read; 0 until they have been fetched. */
   readonly length: number;
   /** Position of the first of them among all results. */
   readonly offset: number;
   /** Number of all results; 0 until the search has finished. */
   readonly totalSize: number;
   /**
-   * Fetches up to `count` results from `offset` on, counted from 0, and returns whether that was begun. The
-   * search manager's `onMetadataSearch` tells when they can be read.
+   * Fetches up to `count` results from `offset` on, counted from 0; starts the search where that has not
+   * happened. What was fetched before is dropped. The search manager's `onMetadataSearch` tells when the
+   * results can be read, never before this call has returned; of several calls under way the last one counts.
+   * Always returns `false`: no result is there at once.
    */
   getResults(offset: number, count: number): boolean;
   /** Stops a running search and drops the results. */
   abort(): void;
   /**
-   * Returns the programme at `index`, counted from 0; `undefined` past the end. `results[index]` reads the
-   * same.
+   * Returns the programme at `index`, counted from 0, a new object on every call; `undefined` past the end.
+   * `results[index]` reads the same.
    */
   item(index: number): Programme | undefined;
   /** The same as `item(index)`. */

@@ -87,7 +87,7 @@ if (oipfObjectFactory.isObjectSupported("application/oipfSearchManager")) {
 try {
   const agent = oipfObjectFactory.createDrmAgentObject();
   agent.onDRMMessageResult = (id, message, code) => debug(`${id} ${message} ${code.toFixed()}`);
-  const id: string = agent.sendDRMMessage("text/plain", "hello", "urn:dvb:casystemid:1");
+  const id: string | null = agent.sendDRMMessage("text/plain", "hello", "urn:dvb:casystemid:1");
 } catch (error) {
   debug((error as Exception).description);
 }
