@@ -490,6 +490,10 @@ TEST_F(ACondition, IsSearchedWithinTheBoundsAndTheTargetOfTheSearch) {
         simulation.timers.pass(0);
         return search.results().find(*search.resultsOf(searchId))->programmes.size();
     };
+    ASSERT_TRUE(search.setQuery(id, search.addQuery(1, 0, QueryValue("News"))));
+    EXPECT_EQ(found(id), 1U);
+    ASSERT_TRUE(search.setQuery(id, 0));
+    EXPECT_EQ(found(id), 3U);
     ASSERT_TRUE(search.setBounds(id, 1, 1));
     ASSERT_TRUE(search.setWindow(*search.resultsOf(id), 0, 10));
     EXPECT_EQ(found(id), 1U);

@@ -79,11 +79,11 @@ std::uint32_t MetadataSearch::addSearch(std::int32_t target) {
 bool MetadataSearch::setQuery(std::uint32_t searchId, std::uint32_t queryId) {
     auto* search = m_searches.find(searchId);
     const auto* query = m_queries.find(queryId);
-    if (search == nullptr || query == nullptr)
+    if (search == nullptr || (query == nullptr && queryId != 0))
         return false;
     search->queryId = queryId;
     // The condition is kept, so that the query may be released before the search runs.
-    search->condition = query->condition;
+    search->condition = query == nullptr ? nullptr : query->condition;
     return true;
 }
 

@@ -80,6 +80,7 @@ class MetadataSearch {
 
     // 0 for a target that there is not. What is on demand is never found here.
     [[nodiscard]] std::uint32_t addSearch(std::int32_t target);
+    // 0 stands for no query, which every programme satisfies.
     [[nodiscard]] bool setQuery(std::uint32_t searchId, std::uint32_t queryId);
     [[nodiscard]] bool setOrderBy(std::uint32_t searchId, const OrderBy& orderBy);
     [[nodiscard]] bool expandOrderBy(std::uint32_t searchId, std::uint32_t field, bool ascending);
