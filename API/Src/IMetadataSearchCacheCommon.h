@@ -1,5 +1,5 @@
-// The receiver's searches: what is looked for, where, and in which order. A search is retained while an object
-// refers to it.
+// The receiver's searches: what is looked for, where, and in which order. A search is retained while an
+// object refers to it.
 #pragma once
 
 #include <cstdint>

@@ -1,0 +1,92 @@
+// The search manager and the DRM agent as elements of a page: objects that wait for the receiver, and leave
+// nothing there when their page goes.
+import assert from "node:assert/strict";
+import { after, before, beforeEach, describe, it } from "node:test";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+const [finished, idle] = [0, 3];
+
+const page = `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script></head><body>
+<object id="manager" type="application/oipfSearchManager"></object>
+<object id="agent" type="application/oipfDrmAgent"></object><script>
+var manager = document.getElementById("manager"), agent = document.getElementById("agent");
+window.heard = [];
+manager.onMetadataSearch = function (search, state) { window.heard.push([search === window.search, state]); };
+function searchFor(text) {
+  window.search = manager.createSearch(1);
+  search.setQuery(search.createQuery("Programme.name", 6, text));
+  return search;
+}
+</script></body></html>`;
+
+describe("A page that searches", () => {
+  let television, browser, receiver;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver } = television);
+  });
+
+  after(() => television?.close());
+
+  beforeEach(async () => {
+    await receiver.setWorld("/search/duration_ms", 20);
+    await television.show("search.html", page);
+    await receiver.clearCalls();
+  });
+
+  const hears = (...states) => browser.waitFor(`states ${states}`,
+    wanted => window.heard.map(([, state]) => state).join() === wanted, states.join());
+
+  async function count(method) {
+    return (await receiver.calls()).filter(([name]) => name === `IMetaDataSearch.${method}`).length;
+  }
+
+  it("finds programmes through the element, by title and by channel", async () => {
+    await browser.run(() => {
+      searchFor("news").result.getResults(0, 10);
+      manager.addEventListener("MetadataSearch",
+        event => window.heard.push([event.search === search, event.state]));
+    });
+    await hears(finished, finished);
+    assert.deepEqual(await browser.run(() => window.heard), [[true, finished], [true, finished]]);
+    const titles = await browser.run(() => Array.from(search.result, programme => programme.name));
+    assert.ok(titles.length > 0 && titles.every(title => /news/i.test(title)), titles.join());
+    assert.equal(await browser.run(() => search.result[search.result.length]), null);
+
+    const ccid = await browser.run(() => {
+      window.heard = [];
+      const channel = manager.getChannelConfig().channelList.item(0);
+      search.findProgrammesFromStream(channel, null, 2);
+      search.result.getResults(0, 10);
+      return channel.ccid;
+    });
+    await hears(idle, idle, finished, finished);
+    assert.deepEqual(await browser.run(() => Array.from(search.result, ({ channelID }) => channelID)),
+      [ccid, ccid]);
+    assert.ok(await browser.run(() => search.result[0].startTime < search.result[1].startTime));
+  });
+
+  it("takes nothing along when it leaves in the middle of a search", async () => {
+    await receiver.setWorld("/search/duration_ms", 600000);
+    await browser.run(() => searchFor("news").result.getResults(0, 10));
+    await waitFor("the receiver is asked", async () => (await count("SrQueryResults")) > 0);
+    await television.open("plain.html");
+    await waitFor("all is released", async () => (await count("MdsRelease")) > 0);
+    assert.equal(await count("CancelSearch"), 1);
+    for (const cache of ["Mds", "Qc", "Sr"])
+      assert.equal(await count(`${cache}Retain`), await count(`${cache}Release`), cache);
+    const state = await receiver.getWorld("/state");
+    assert.deepEqual([state.searches, state.queries, state.search_results], [0, 0, 0]);
+  });
+
+  it("hears the answer to a DRM message under the id that it was given", async () => {
+    const answer = await browser.runAsync((done) => {
+      let id = null;
+      agent.onDRMMessageResult = (of, message, code) => done([of === id, typeof of, message, code]);
+      id = agent.sendDRMMessage("text/plain", "hello", "urn:dvb:casystemid:19219");
+    });
+    assert.deepEqual(answer, [true, "string", "done", 0]);
+  });
+});
