@@ -1,5 +1,8 @@
-#include <optional>
+#include <algorithm>
+#include <future>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,10 +25,13 @@ struct Response {
 
 // How many bytes the response under test really carries, which the callback cannot know from its length.
 size_t s_carried = 0;
-std::optional<Response> s_response;
+std::vector<Response> s_responses;
+std::thread::id s_thread;
 
 bool Keep(uint32_t handle, const char* url, const uint8_t* data, long length, bool status) {
-    s_response = {handle, url, {data, data + s_carried}, length, status};
+    const size_t read = std::min(s_carried, static_cast<size_t>(length));
+    s_responses.push_back({handle, url, {data, data + read}, length, status});
+    s_thread = std::this_thread::get_id();
     return true;
 }
 
@@ -35,11 +41,11 @@ bool NeverCalled(uint32_t, const char*, const uint8_t*, long, bool) {
 }
 
 Response Receive(FakeService& service, const std::string& values, size_t carried) {
-    s_response.reset();
+    s_responses.clear();
     s_carried = carried;
     service.Emit("FileResponse", values);
-    EXPECT_TRUE(WaitFor([] { return s_response.has_value(); }));
-    return s_response.value_or(Response{});
+    EXPECT_TRUE(WaitFor([] { return !s_responses.empty(); }));
+    return s_responses.empty() ? Response{} : s_responses.front();
 }
 
 // For a response that there is no callback for: waits until it has been here.
@@ -53,7 +59,7 @@ void ExpectNothingFrom(FakeService& service, const std::string& values) {
         &arrived, nullptr);
     service.Emit("FileResponse", values);
     EXPECT_TRUE(WaitFor([&] { return arrived; }));
-    EXPECT_FALSE(s_response);
+    EXPECT_TRUE(s_responses.empty());
     g_dbus_connection_signal_unsubscribe(bus.get(), subscription);
 }
 
@@ -78,6 +84,28 @@ TEST(ADsmccClient, HandsEveryResponseToTheFirstCallback) {
               (Response{2, "dvb://empty", "", 0, true}));
     EXPECT_EQ(Receive(service, "(2, 'dvb://lies', [0x41], 4000000000, false)", 1),
               (Response{2, "dvb://lies", "A", 4000000000L, false}));
+    EXPECT_EQ(Receive(service, "(2, 'dvb://modest', [0x41, 0x42], 1, true)", 2),
+              (Response{2, "dvb://modest", "A", 1, true}));
+
+    // The client keeps no requests: one handle may stand for two, and responses may come for none.
+    EXPECT_TRUE(s_soupDsmccFileRequest(9, "dvb://first", Keep));
+    EXPECT_TRUE(s_soupDsmccFileRequest(9, "dvb://second", Keep));
+    s_responses.clear();
+    s_carried = 1;
+    service.Emit("FileResponse", "(9, 'dvb://second', [0x32], 1, true)");
+    service.Emit("FileResponse", "(9, 'dvb://first', [0x31], 1, true)");
+    service.Emit("FileResponse", "(10, '', [0x30], 1, true)");
+    EXPECT_TRUE(WaitFor([] { return s_responses.size() == 3; }));
+    EXPECT_THAT(s_responses, testing::ElementsAre(Response{9, "dvb://second", "2", 1, true},
+                                                  Response{9, "dvb://first", "1", 1, true},
+                                                  Response{10, "", "0", 1, true}));
+
+    // A loader may ask from its own thread; the response comes to the thread that connected.
+    EXPECT_TRUE(std::async(std::launch::async, [] {
+                    return s_soupDsmccFileRequest(11, "dvb://thread", Keep);
+                }).get());
+    EXPECT_EQ(Receive(service, "(11, 'dvb://thread', [0x54], 1, true)", 1).bytes, "T");
+    EXPECT_EQ(s_thread, std::this_thread::get_id());
 
     service.Reply("FileRequest", "(false,)");
     EXPECT_FALSE(s_soupDsmccFileRequest(3, "dvb://refused", Keep));

@@ -1,5 +1,6 @@
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 
+#include <atomic>
 #include <string_view>
 
 #include "CSP/Inc/PCLog.h"
@@ -12,12 +13,14 @@ namespace {
 
 // Both last until the process ends: the loader that the callback belongs to may ask at any time.
 DSMCC* s_proxy = nullptr;
-DsmccFileCallback dsmCallback = nullptr;
+// Requests may come from another thread than the one that delivers the responses.
+std::atomic<DsmccFileCallback> dsmCallback = nullptr;
 
 void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant* parameters,
                gpointer /*data*/) {
     // Without a request there has been nobody to answer.
-    if (std::string_view(signal) != "FileResponse" || dsmCallback == nullptr)
+    const DsmccFileCallback callback = dsmCallback;
+    if (std::string_view(signal) != "FileResponse" || callback == nullptr)
         return;
     guint handle = 0;
     const gchar* url = nullptr;
@@ -27,7 +30,7 @@ void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant
     g_variant_get(parameters, "(u&s@ayub)", &handle, &url, static_cast<GVariant**>(OutPointer(data)), &length,
                   &status);
     // The length is the one that the service states, as the loader expects; it bounds its reads itself.
-    dsmCallback(handle, url, BytesOf(data.get()).data(), static_cast<long>(length), status != FALSE);
+    callback(handle, url, BytesOf(data.get()).data(), static_cast<long>(length), status != FALSE);
 }
 
 }  // namespace
@@ -51,8 +54,8 @@ bool s_soupDsmccFileRequest(uint32_t handle, const char* url, DsmccFileCallback 
     HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %s", text.c_str());
     bool accepted = false;
     if (s_proxy != nullptr) {
-        if (dsmCallback == nullptr)
-            dsmCallback = callback;
+        DsmccFileCallback none = nullptr;
+        dsmCallback.compare_exchange_strong(none, callback);
         GErrorPtr error;
         accepted =
             CallSync<bool>(s_proxy, error, dsmcc_call_file_request_sync, handle, text.c_str(), kResult);
