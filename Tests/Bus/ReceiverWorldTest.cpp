@@ -515,12 +515,26 @@ TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
         const auto heard = simulation.events.take();
         return heard.size() == 1 ? heard.front() : "not one response";
     };
-    EXPECT_EQ(response("dvb://current.car/sub/a%20b.txt?x#y"), "file 5 content 1");
+    (void)ReceiverTest::writeFile("carousel/sub/index.html", "page");
+    std::filesystem::create_directories(home / "outside");
+    (void)ReceiverTest::writeFile("outside/index.html", "outside");
+    std::filesystem::create_directory_symlink(home / "outside", home / "carousel" / "out");
+    for (const char* url :
+         {"dvb://current.car/sub/a%20b.txt?x#y", "dvb://3070.3e9.65.1/sub/a%20b.txt",
+          "dvb://1..2;4d2/sub/../sub/a%20b.txt", "dvb:/sub/a%20b.txt", "DVB:///sub%2Fa b.txt"})
+        EXPECT_EQ(response(url), "file 5 content 1") << url;
+    for (const char* url : {"dvb://1.2.3/sub/", "dvb:/sub/?from=a/b", "dvb://1.2.3/sub%2f"})
+        EXPECT_EQ(response(url), "file 5 page 1") << url;
     for (const char* url :
          {"dvb://current.car/none.txt", "dvb://current.car/../secret.txt", "dvb://current.car/link.txt",
-          "dvb://current.car/%2e%2e/secret.txt", "dvb://current.car/sub", "dvb://current.car",
-          "dvb://current.car//etc/passwd", "dvb://current.car/%zz", ""})
+          "dvb://current.car/%2e%2e/secret.txt", "dvb://current.car/..%2fsecret.txt",
+          "dvb://current.car/out/", "dvb://current.car/out/index.html", "dvb://current.car/sub",
+          "dvb://current.car/sub/index.html/", "dvb://current.car", "dvb://current.car?/sub/a%20b.txt",
+          "dvb://current.car/", "dvb:sub", "dvb://current.car//etc/passwd", "dvb://current.car/%zz",
+          "dvb://current.car/sub/%00", "", "http://x/sub/a%20b.txt", "sub/a%20b.txt"})
         EXPECT_EQ(response(url), "file 5  0") << url;
+    (void)ReceiverTest::writeFile("carousel/sub/index.html", "new page");
+    EXPECT_EQ(response("dvb://1.2.3/sub/"), "file 5 new page 1") << "files are read when they are asked for";
     Simulation without("{}");
     EXPECT_FALSE(without.world.carousel().request(1, "dvb://x/a"));
 }
@@ -553,8 +567,10 @@ TEST(Addresses, AreTakenApartAsAReceiverDoes) {
     EXPECT_EQ(originOf("https://h:8443/x"), "https://h:8443");
     EXPECT_EQ(originOf("http://[::1]:9/"), "http://[::1]:9");
     EXPECT_EQ(originOf("file:///tmp/a.html"), "file://");
+    EXPECT_EQ(originOf("dvb://3070.3E9.65;4d2/a.html"), "dvb://3070.3e9.65");
+    EXPECT_EQ(originOf("dvb:/a.html"), "dvb://");
     for (const char* none :
-         {"", "a.html", "/a", "data:text/html,x", "about:blank", "http://", "http://h:99999999/"})
+         {"", "a.html", "/a", "data:text/html,x", "about:blank", "http://", "http://h:99999999/", "dvb:a/b"})
         EXPECT_EQ(originOf(none), "") << none;
     EXPECT_TRUE(matchesPattern("http://localhost:80", "http://localhost:*"));
     EXPECT_TRUE(matchesPattern("abcabd", "a*ab*"));

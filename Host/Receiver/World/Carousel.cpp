@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "Host/Inc/GHandles.h"
+#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
@@ -14,15 +15,27 @@ namespace {
 // More does not belong into one message of the bus.
 constexpr std::uintmax_t largestFile = std::uintmax_t{16} * 1024 * 1024;
 
-// The path of an address, decoded: "a b.html" of dvb://current.car/a%20b.html?x#y.
-std::string pathOf(const std::string& url) {
-    const auto authority = url.find("://");
-    const auto slash = url.find('/', authority == std::string::npos ? 0 : authority + 3);
-    const auto from =
-        authority == std::string::npos ? 0 : (slash == std::string::npos ? url.size() : slash + 1);
-    const auto path = url.substr(from, url.find_first_of("?#", from) - from);
+constexpr const char folderPage[] = "index.html";
+
+// The file that an address names, decoded: "a b.html" of dvb://1.2.3/a%20b.html?x#y, and of dvb:/a%20b.html,
+// which is the same in the current service. A folder's address, with its slash, names its page. Nothing for
+// an address that names no file, such as that of a bare service.
+std::optional<std::string> fileNameIn(const std::string& url) {
+    if (schemeOf(url) != "dvb")
+        return std::nullopt;
+    const auto address = url.substr(url.find(':') + 1);
+    const auto slash = address.starts_with("//") ? address.find('/', 2) : address.find('/');
+    if (slash == std::string::npos)
+        return std::nullopt;
+    const auto end = address.find_first_of("?#");
+    if (end < slash)
+        return std::nullopt;
+    const auto path = address.substr(slash + 1, end == std::string::npos ? end : end - slash - 1);
     const Host::GChars decoded(g_uri_unescape_string(path.c_str(), nullptr));
-    return decoded ? decoded.get() : std::string();
+    if (!decoded)
+        return std::nullopt;
+    const std::string name = decoded.get();
+    return name.empty() || name.back() == '/' ? name + folderPage : name;
 }
 
 std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& folder,
@@ -59,7 +72,8 @@ bool Carousel::request(std::uint32_t handle, const std::string& url) {
 }
 
 void Carousel::respond(std::uint32_t handle, const std::string& url) {
-    const auto bytes = readFile(m_scenario.carousel.folder, pathOf(url));
+    const auto name = fileNameIn(url);
+    const auto bytes = name ? readFile(m_scenario.carousel.folder, *name) : std::nullopt;
     m_events.fileResponse(handle, url, bytes.value_or(std::vector<std::uint8_t>()), bytes.has_value());
 }
 

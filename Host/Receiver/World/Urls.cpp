@@ -99,8 +99,9 @@ std::string originOf(const std::string& url) {
     (void)g_uri_split_network(url.c_str(), flags, nullptr, &rawHost, &port, nullptr);
     const Host::GChars givenHost(rawHost);
     const std::string host = givenHost ? lowerCase(givenHost.get()) : std::string();
+    // A path of the current service has an origin of its own.
     if (host.empty())
-        return {};
+        return scheme == "dvb" && url.find('/') == sizeof("dvb:") - 1 ? dvbScheme : std::string();
     if (port == -1)
         port = defaultPort(scheme);
     std::string origin = scheme;

@@ -16,8 +16,9 @@ namespace Receiver {
 // The scheme in lower case, empty for a text that is no absolute address.
 [[nodiscard]] std::string schemeOf(const std::string& url);
 
-// "scheme://host:port", the port always given where the scheme has a default one; "file://" for files. Empty
-// for what has no origin (relative addresses, data:, about:), which therefore belongs nowhere.
+// "scheme://host:port", the port always given where the scheme has a default one; "file://" for files and
+// "dvb://" for dvb:/path. Empty for what has no origin (relative addresses, data:, about:), which therefore
+// belongs nowhere.
 [[nodiscard]] std::string originOf(const std::string& url);
 
 // dvb://onid.[tsid].sid[;event], each number in hexadecimal.
