@@ -17,8 +17,11 @@ struct GFree {
 };
 
 using GChars = std::unique_ptr<char, GFree<&g_free>>;
+using GErrorHandle = std::unique_ptr<GError, GFree<&g_error_free>>;
 using GStrings = std::unique_ptr<char*, GFree<&g_strfreev>>;
 using GVariantHandle = std::unique_ptr<GVariant, GFree<&g_variant_unref>>;
+using GBytesHandle = std::unique_ptr<GBytes, GFree<&g_bytes_unref>>;
+using GMainContextHandle = std::unique_ptr<GMainContext, GFree<&g_main_context_unref>>;
 using GMainLoopHandle = std::unique_ptr<GMainLoop, GFree<&g_main_loop_unref>>;
 using GNodeInfo = std::unique_ptr<GDBusNodeInfo, GFree<&g_dbus_node_info_unref>>;
 

@@ -1,5 +1,5 @@
 // What the shell and the web-process adapter agree on: the initialisation data, the private connection on
-// which the bundle's messages travel, and the shell's messages to a page.
+// which the bundle's messages and the files of the carousel travel, and the shell's messages to a page.
 #pragma once
 
 namespace Host::ShellChannel {
@@ -13,6 +13,8 @@ inline constexpr char kPath[] = "/org/vantrel/hbbtv/shell";
 inline constexpr char kInterface[] = "org.vantrel.hbbtv.ShellChannel";
 inline constexpr char kPostMessage[] = "PostMessage";
 inline constexpr char kPostSynchronousMessage[] = "PostSynchronousMessage";
+// Comes before the page loads anything, from a web process that reads files for its pages.
+inline constexpr char kAnnouncePage[] = "AnnouncePage";
 inline constexpr char kMessageType[] = "(ts(bs))";
 inline constexpr char kReplyType[] = "((bs))";
 
@@ -29,6 +31,40 @@ inline constexpr char kIntrospection[] = R"xml(
       <arg name="name" type="s" direction="in"/>
       <arg name="body" type="(bs)" direction="in"/>
       <arg name="reply" type="(bs)" direction="out"/>
+    </method>
+    <method name="AnnouncePage">
+      <arg name="page" type="t" direction="in"/>
+    </method>
+  </interface>
+</node>
+)xml";
+
+// The other way round, the shell asks a web process for files of the object carousel. A reply comes when the
+// receiver has answered, however long that takes; whoever waits no longer says so.
+inline constexpr char kFilesInterface[] = "org.vantrel.hbbtv.ShellFiles";
+inline constexpr char kReadFile[] = "ReadFile";
+inline constexpr char kAbandonFile[] = "AbandonFile";
+inline constexpr char kFileReplyType[] = "(yay)";
+
+enum class FileOutcome : unsigned char {
+    Read,
+    Missing,
+    Refused,
+    // More bytes were promised than came.
+    Incomplete,
+};
+
+inline constexpr char kFilesIntrospection[] = R"xml(
+<node>
+  <interface name="org.vantrel.hbbtv.ShellFiles">
+    <method name="ReadFile">
+      <arg name="handle" type="u" direction="in"/>
+      <arg name="url" type="s" direction="in"/>
+      <arg name="outcome" type="y" direction="out"/>
+      <arg name="bytes" type="ay" direction="out"/>
+    </method>
+    <method name="AbandonFile">
+      <arg name="handle" type="u" direction="in"/>
     </method>
   </interface>
 </node>

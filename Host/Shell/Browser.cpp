@@ -43,6 +43,7 @@ Browser::Browser(Options options, GDBusConnection* bus)
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
       m_channel(*this),
       m_web(m_options, m_channel.address()),
+      m_carousel(m_web.context(), m_channel, m_options.carouselLimitSeconds),
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));

@@ -10,6 +10,7 @@
 #include "Host/Inc/GHandles.h"
 #include "Host/Shell/Automation.h"
 #include "Host/Shell/BrowserView.h"
+#include "Host/Shell/CarouselScheme.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/PageCheck.h"
 #include "Host/Shell/ReceiverControl.h"
@@ -75,6 +76,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     Host::GSourceHandle m_interrupt;
     WebProcessChannel m_channel;
     WebSetup m_web;
+    CarouselScheme m_carousel;
     Screen m_screen;
     PageCheck m_check;
     std::map<std::int32_t, std::unique_ptr<BrowserView>> m_views;

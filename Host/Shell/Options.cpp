@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <functional>
 #include <map>
 
@@ -13,7 +14,7 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: hbbtv-shell [--scenario FILE] [--profile 1.2.1|none] [--screenshot FILE] [--exit-after-load]\n"
-    "                   [--automation] [--no-receiver] URL\n";
+    "                   [--automation] [--no-receiver] [--carousel-limit SECONDS] URL\n";
 
 constexpr char kHelp[] =
     "\n"
@@ -28,6 +29,8 @@ constexpr char kHelp[] =
     "pass|fail|none\"\n"
     "  --automation        let a WebDriver control the views; no URL is needed\n"
     "  --no-receiver       do not start hbbtv-receiver when there is none on the session bus\n"
+    "  --carousel-limit SECONDS\n"
+    "                      how long a file of the object carousel may take (1 to 600; 30)\n"
     "  --help              this text\n"
     "\n"
     "Exit code: 0, or with --exit-after-load 1 for a failed load, a failed or a missing verdict; 2 for a "
@@ -42,6 +45,12 @@ bool isProfile(const std::string& text) {
     return text.size() == 5 && text[1] == '.' && text[3] == '.' &&
            std::all_of(text.begin(), text.end(),
                        [](unsigned char c) { return c == '.' || std::isdigit(c) != 0; });
+}
+
+bool readNumber(const std::string& text, unsigned smallest, unsigned largest, unsigned& number) {
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stopped == end && number >= smallest && number <= largest;
 }
 
 // Takes the value of an option; the reason when it is no good.
@@ -64,6 +73,12 @@ const std::map<std::string, TakeValue>& valueOptions() {
              if (value != "none" && !isProfile(value))
                  return "not a profile: " + value;
              options.profile = value == "none" ? "" : value;
+             return {};
+         }},
+        {"--carousel-limit",
+         [](Options& options, const std::string& value) -> std::string {
+             if (!readNumber(value, 1, 600, options.carouselLimitSeconds))
+                 return "not a number of seconds: " + value;
              return {};
          }},
     };

@@ -13,6 +13,7 @@ struct Options {
     std::string profile = "1.2.1";  // Empty for a user agent without the HbbTV token.
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
+    unsigned carouselLimitSeconds = 30;
     bool exitAfterLoad = false;
     bool automation = false;
     bool receiver = true;

@@ -45,6 +45,11 @@ std::string WebProcessChannel::address() const {
     return m_server ? g_dbus_server_get_client_address(m_server.get()) : "";
 }
 
+GDBusConnection* WebProcessChannel::fileReaderOf(std::uint64_t page) const {
+    const auto found = m_fileReaders.find(page);
+    return found == m_fileReaders.end() ? nullptr : found->second;
+}
+
 gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* connection, gpointer self) {
     static const GDBusInterfaceVTable s_methods = {onMethodCall, nullptr, nullptr, {}};
     auto& channel = *static_cast<WebProcessChannel*>(self);
@@ -63,15 +68,23 @@ gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* conne
 void WebProcessChannel::onClosed(GDBusConnection* connection, gboolean, GError*, gpointer self) {
     auto& channel = *static_cast<WebProcessChannel*>(self);
     g_signal_handlers_disconnect_by_data(connection, self);
+    std::erase_if(channel.m_fileReaders,
+                  [connection](const auto& reader) { return reader.second == connection; });
     std::erase_if(channel.m_connections,
                   [connection](const auto& known) { return known.get() == connection; });
 }
 
-void WebProcessChannel::onMethodCall(GDBusConnection*, const char*, const char*, const char*,
+void WebProcessChannel::onMethodCall(GDBusConnection* connection, const char*, const char*, const char*,
                                      const char* method, GVariant* parameters,
                                      GDBusMethodInvocation* invocation, gpointer self) {
     auto& channel = *static_cast<WebProcessChannel*>(self);
     guint64 page = 0;
+    if (g_str_equal(method, ShellChannel::kAnnouncePage)) {
+        g_variant_get(parameters, "(t)", &page);
+        channel.m_fileReaders[page] = connection;
+        g_dbus_method_invocation_return_value(invocation, nullptr);
+        return;
+    }
     const char* name = nullptr;
     gboolean hasBody = FALSE;
     const char* text = nullptr;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ class WebProcessChannel {
 
     [[nodiscard]] std::string address() const;
 
+    // To the web process that reads files for the page; null when none does.
+    [[nodiscard]] GDBusConnection* fileReaderOf(std::uint64_t page) const;
+
  private:
     static gboolean onNewConnection(GDBusServer* server, GDBusConnection* connection, gpointer self);
     static void onClosed(GDBusConnection* connection, gboolean remotePeerVanished, GError* error,
@@ -46,6 +50,7 @@ class WebProcessChannel {
     Host::GNodeInfo m_introspection;
     Host::GObjectHandle<GDBusServer> m_server;
     std::vector<Host::GObjectHandle<GDBusConnection>> m_connections;
+    std::map<std::uint64_t, GDBusConnection*> m_fileReaders;  // Among the connections, by page.
 };
 
 }  // namespace Shell

@@ -44,7 +44,11 @@ std::optional<std::string> BundleHost::loadBundle(const char* path) {
         reinterpret_cast<decltype(&WKBundleInitialize)>(dlsym(module, "WKBundleInitialize"));
     if (!initialize)
         return lastLinkError();
-    initialize(toRef<WKBundleRef>(this), nullptr);
+    m_carousel.initialiseWith([&] { initialize(toRef<WKBundleRef>(this), nullptr); });
+    const auto requestFile =
+        reinterpret_cast<decltype(&s_soupDsmccFileRequest)>(dlsym(module, "s_soupDsmccFileRequest"));
+    if (requestFile && m_shell.connection())
+        m_carousel.serve(m_shell.connection(), requestFile);
     return std::nullopt;
 }
 
@@ -72,6 +76,8 @@ void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpoi
     const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage));
     host.m_pages.insert_or_assign(webPage, page);
     g_object_weak_ref(G_OBJECT(webPage), onPageGone, self);
+    if (host.m_carousel.serves())
+        host.m_shell.announcePage(page->id());
 
     const auto bundle = toRef<WKBundleRef>(&host);
     if (!host.m_pageGroup) {

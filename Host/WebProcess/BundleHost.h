@@ -10,6 +10,7 @@
 
 #include <webkit2/webkit-web-extension.h>
 
+#include "Host/WebProcess/CarouselLoader.h"
 #include "Host/WebProcess/FrameScripts.h"
 #include "Host/WebProcess/HostPage.h"
 #include "Host/WebProcess/ShellConnection.h"
@@ -54,6 +55,7 @@ class BundleHost final : public WKObject, private DocumentEndListener {
     [[nodiscard]] std::uint64_t pageId() const;
 
     ShellConnection m_shell;
+    CarouselLoader m_carousel;
     bool m_automation;
     WKBundleClientV1 m_client{};
     WKRetained<WKObject> m_pageGroup;  // Made with the first page.

@@ -57,4 +57,16 @@ std::optional<std::string> ShellConnection::postSynchronously(std::uint64_t page
     return present ? std::optional<std::string>(text) : std::nullopt;
 }
 
+void ShellConnection::announcePage(std::uint64_t page) {
+    if (!m_connection)
+        return;
+    GErrorSlot error;
+    const GVariantHandle reply(g_dbus_connection_call_sync(
+        m_connection.get(), nullptr, ShellChannel::kPath, ShellChannel::kInterface,
+        ShellChannel::kAnnouncePage, g_variant_new("(t)", page), nullptr, G_DBUS_CALL_FLAGS_NONE,
+        kReplyTimeoutMs, nullptr, error.out()));
+    if (!reply)
+        g_warning("the page reads no carousel: %s", error.message());
+}
+
 }  // namespace WebProcess

@@ -24,6 +24,13 @@ class ShellConnection {
     [[nodiscard]] std::optional<std::string> postSynchronously(std::uint64_t page, const std::string& name,
                                                                const std::optional<std::string>& body);
 
+    // Tells the shell that this process reads files for the page. Blocks likewise, so that the shell knows
+    // before the page asks for any.
+    void announcePage(std::uint64_t page);
+
+    // Null without a connection.
+    [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
+
  private:
     Host::GObjectHandle<GDBusConnection> m_connection;
 };

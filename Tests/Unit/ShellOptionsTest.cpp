@@ -37,6 +37,13 @@ TEST(TheShellsCommandLine, TakesValuesInBothForms) {
     }
 }
 
+TEST(TheShellsCommandLine, BoundsTheTimeForAFileOfTheCarousel) {
+    EXPECT_EQ(std::get<Options>(parseOptions({"u"})).carouselLimitSeconds, 30U);
+    EXPECT_EQ(std::get<Options>(parseOptions({"u", "--carousel-limit=600"})).carouselLimitSeconds, 600U);
+    for (const std::string seconds : {"0", "601", "-1", "1.5", "5s", "99999999999"})
+        EXPECT_EQ(refusalOf({"u", "--carousel-limit", seconds}), "not a number of seconds: " + seconds);
+}
+
 TEST(TheShellsCommandLine, NeedsAUrlUnlessADriverNavigates) {
     EXPECT_EQ(refusalOf({}), "no URL");
     EXPECT_EQ(refusalOf({"--exit-after-load"}), "no URL");

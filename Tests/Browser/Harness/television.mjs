@@ -7,11 +7,13 @@ import { Receiver } from "./receiver.mjs";
 import { Workplace } from "./workplace.mjs";
 
 export class Television {
-  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus.
-  static async start({ shell: args = [], receiver = true } = {}) {
+  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus; `environment`,
+  // more variables for all programs.
+  static async start({ shell: args = [], receiver = true, environment = {} } = {}) {
     const television = new Television();
     try {
       television.workplace = await Workplace.create();
+      Object.assign(television.workplace.env, environment);
       television.server = await PageServer.start();
       television.receiver = receiver ? await Receiver.start(television.workplace) : undefined;
       await television.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);

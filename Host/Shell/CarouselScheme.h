@@ -1,0 +1,34 @@
+// The addresses dvb:... of pages and of what they load: files of the object carousel, which the bundle of the
+// page's web process asks the receiver for.
+#pragma once
+
+#include <cstdint>
+
+#include <webkit2/webkit2.h>
+
+#include "Host/Inc/GHandles.h"
+#include "Host/Shell/WebProcessChannel.h"
+
+namespace Shell {
+
+class CarouselScheme {
+ public:
+    // A file that has not come by the limit does not come any more.
+    CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel, unsigned limitSeconds);
+    ~CarouselScheme();
+    CarouselScheme(const CarouselScheme&) = delete;
+    CarouselScheme& operator=(const CarouselScheme&) = delete;
+
+ private:
+    static void onRequest(WebKitURISchemeRequest* request, gpointer self);
+    static void onReply(GObject* connection, GAsyncResult* result, gpointer waiting);
+
+    const WebProcessChannel& m_channel;
+    unsigned m_limitSeconds;
+    // Every web process hears all of the receiver's responses, and so does another shell on this bus: no two
+    // requests have the same handle.
+    std::uint32_t m_nextHandle;
+    Host::GObjectHandle<GCancellable> m_end;
+};
+
+}  // namespace Shell
