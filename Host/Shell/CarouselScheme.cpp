@@ -31,15 +31,29 @@ std::string withoutFragment(const char* url) {
     return std::string(text.substr(0, text.find('#')));
 }
 
+// WebKit names the origin of who wants to read another origin's file. It checks the answer of its own accord,
+// except that of a synchronous request.
+bool comesFromAnotherOrigin(WebKitURISchemeRequest* request) {
+    SoupMessageHeaders* headers = webkit_uri_scheme_request_get_http_headers(request);
+    const char* reader = headers ? soup_message_headers_get_one(headers, "Origin") : nullptr;
+    if (!reader)
+        return false;
+    WebKitSecurityOrigin* origin =
+        webkit_security_origin_new_for_uri(webkit_uri_scheme_request_get_uri(request));
+    const GChars own(webkit_security_origin_to_string(origin));
+    webkit_security_origin_unref(origin);
+    return g_strcmp0(own.get(), reader) != 0;
+}
+
 void finish(WebKitURISchemeRequest* request, unsigned status, const std::string& type, GBytes* bytes) {
     const GObjectHandle<GInputStream> stream(g_memory_input_stream_new_from_bytes(bytes));
     const GObjectHandle<WebKitURISchemeResponse> response(
         webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(g_bytes_get_size(bytes))));
     webkit_uri_scheme_response_set_status(response.get(), status, nullptr);
     webkit_uri_scheme_response_set_content_type(response.get(), type.c_str());
-    // The broadcaster exchanges files at any time.
+    // The broadcaster exchanges files at any time. One document still reads each only once while it loads.
     SoupMessageHeaders* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
-    soup_message_headers_append(headers, "Cache-Control", "no-store");
+    soup_message_headers_append(headers, "Cache-Control", "no-cache");
     webkit_uri_scheme_response_set_http_headers(response.get(), headers);
     webkit_uri_scheme_request_finish_with_response(request, response.get());
 }
@@ -102,6 +116,10 @@ CarouselScheme::~CarouselScheme() {
 
 void CarouselScheme::onRequest(WebKitURISchemeRequest* request, gpointer self) {
     auto& scheme = *static_cast<CarouselScheme*>(self);
+    if (comesFromAnotherOrigin(request)) {
+        fail(request, "Scripts read files of the object carousel that their page came from alone.");
+        return;
+    }
     WebKitWebView* view = webkit_uri_scheme_request_get_web_view(request);
     GDBusConnection* reader =
         view ? scheme.m_channel.fileReaderOf(webkit_web_view_get_page_id(view)) : nullptr;

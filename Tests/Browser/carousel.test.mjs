@@ -107,7 +107,9 @@ describe("The object carousel", () => {
       sameOrigin: document.getElementById("frame").contentDocument !== null
     })), { origin: service, image: 8, color: "rgb(1, 2, 3)", shared: `${service}/shared.js#x`,
       framed: "/app/deep/er/frame.html", sameOrigin: true });
-    assert.ok((await requests()).some(([, url]) => url === `${service}/b.svg`), "the style's image");
+    const asked = (await requests()).map(([, url]) => url);
+    assert.ok(asked.includes(`${service}/b.svg`), "the style's image");
+    assert.equal(asked.filter(url => url === `${service}/shared.js`).length, 1, "read ahead, not read again");
 
     await browser.run(() => document.getElementById("link").click());
     await waitFor("the link is followed", async () => await title() === "second");
@@ -148,10 +150,24 @@ describe("The object carousel", () => {
     }), [200, 42]);
     assert.equal(await browser.runAsync(done =>
       fetch("data.json").then(response => response.json()).then(value => done(value.answer))), 42);
-    await browser.run(() => localStorage.setItem("kept", "yes"));
-    assert.deepEqual(await browser.runAsync(ask, "dvb://1.2.3/data.json"), ["error", ""]);
-    await television.open("plain.html");
-    assert.deepEqual(await browser.runAsync(ask, `${service}/data.json`), ["error", ""]);
+    const readWaiting = address => {
+      const request = new XMLHttpRequest();
+      request.open("GET", address, false);
+      try {
+        request.send();
+        return request.responseText;
+      } catch (error) {
+        return error.name;
+      }
+    };
+    for (const elsewhere of ["dvb://1.2.3/plain.html", "dvb:/plain.html", television.server.url("/pages/plain.html")]) {
+      await browser.open(elsewhere);
+      assert.deepEqual(await browser.runAsync(ask, `${service}/data.json`), ["error", ""], elsewhere);
+      assert.equal(await browser.run(readWaiting, `${service}/data.json`), "NetworkError", elsewhere);
+    }
+    await browser.open("dvb:/plain.html");
+    assert.equal((await browser.runAsync(ask, "data.json"))[0], 200);
+    assert.equal(await browser.run(readWaiting, "/data.json"), "{\"answer\": 42}");
   });
 
   it("shows what it holds now", async () => {
