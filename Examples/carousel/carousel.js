@@ -6,6 +6,7 @@
   // Red, green, blue and navigation.
   var KEYS = 0x1 | 0x2 | 0x8 | 0x10;
   var NOT_FOUND = 404;
+  var PRESENTING = 2;
 
   // Key codes by name; the browser's own constants are read over them at start.
   var keyCodes = {
@@ -167,9 +168,35 @@
     }
   }
 
+  // Calls back once the channel is on the screen, or will not be.
+  function startPicture(settled) {
+    byId('video').onPlayStateChange = function (state, error) {
+      if (state !== PRESENTING && error === undefined) return;
+      byId('video').onPlayStateChange = null;
+      settled();
+    };
+    byId('video').bindToCurrentChannel();
+  }
+
+  // The checks wait for the first page and for the channel.
+  var awaited = 2;
+
+  function arrived() {
+    awaited--;
+    if (awaited !== 0) return;
+    var result = verdict.check(checks);
+    if (result === 'fail') toggleChecks();
+    verdict.give(result);
+  }
+
   window.addEventListener('load', function () {
     attempt(startApplication);
-    attempt(function () { byId('video').bindToCurrentChannel(); });
+    attempt(function () {
+      startPicture(function () {
+        if (names[chosen] === 'programmes') show(programmesPage());
+        arrived();
+      });
+    });
     attempt(function () {
       byId('video').addStreamEventListener('dvb://current/ticker', 'demo', function (event) {
         byId('ticker').textContent = 'Live: ' + event.text;
@@ -178,11 +205,7 @@
     document.addEventListener('keydown', onKey, false);
     // The address can name the page to begin with: index.html?weather
     chosen = Math.max(0, names.indexOf(location.search.slice(1)));
-    showChosen(function () {
-      var result = verdict.check(checks);
-      if (result === 'fail') toggleChecks();
-      verdict.give(result);
-    });
+    showChosen(arrived);
     setInterval(function () { byId('clock').textContent = timeOf(new Date()); }, 10000);
   }, false);
 }());
