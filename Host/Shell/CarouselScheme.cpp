@@ -117,7 +117,7 @@ CarouselScheme::~CarouselScheme() {
 void CarouselScheme::onRequest(WebKitURISchemeRequest* request, gpointer self) {
     auto& scheme = *static_cast<CarouselScheme*>(self);
     if (comesFromAnotherOrigin(request)) {
-        fail(request, "Scripts read files of the object carousel that their page came from alone.");
+        fail(request, "Only pages of the same service may read this file.");
         return;
     }
     WebKitWebView* view = webkit_uri_scheme_request_get_web_view(request);
