@@ -3,10 +3,13 @@
 
 packages_build=(
     ca-certificates ccache cmake g++ libbenchmark-dev libglib2.0-bin libglib2.0-dev libglib2.0-dev-bin
-    libgmock-dev libgtest-dev libgtk-3-dev libjavascriptcoregtk-4.1-dev libwebkit2gtk-4.1-dev ninja-build
-    nlohmann-json3-dev pkg-config
+    libgmock-dev libgstreamer-plugins-base1.0-dev libgstreamer1.0-dev libgtest-dev libgtk-3-dev
+    libjavascriptcoregtk-4.1-dev libwebkit2gtk-4.1-dev ninja-build nlohmann-json3-dev pkg-config
 )
-packages_run=(dbus fonts-dejavu-core webkit2gtk-driver xauth xvfb)
+packages_run=(
+    dbus fonts-dejavu-core gstreamer1.0-libav gstreamer1.0-plugins-bad gstreamer1.0-plugins-base
+    gstreamer1.0-plugins-good gstreamer1.0-tools webkit2gtk-driver xauth xvfb
+)
 
 # A Node that the machine already has is used, wherever it comes from: Debian's own npm package cannot be
 # installed beside another vendor's nodejs.
