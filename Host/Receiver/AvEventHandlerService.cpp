@@ -37,13 +37,13 @@ bool seek(World& world, std::uint32_t id, std::uint32_t position) {
 bool setVolume(World& world, std::uint32_t id, std::int32_t volume) {
     if (volume < 0 || volume > 100)
         return false;
-    world.media().session(id).volume = volume;
+    world.media().session(id).setVolume(volume);
     return true;
 }
 
 std::tuple<std::int32_t, bool> volume(World& world, std::uint32_t id) {
     const auto* session = world.media().find(id);
-    return {session == nullptr ? 0 : session->volume, session != nullptr};
+    return {session == nullptr ? 0 : session->volume(), session != nullptr};
 }
 
 // A medium has one track; without a medium there is none.

@@ -1,6 +1,8 @@
 #include "Host/Receiver/BusReceiver.h"
 
+#include "Host/Receiver/Media/GStreamerMediaPlayer.h"
 #include "Host/Receiver/Names.h"
+#include "Host/Receiver/World/ChosenMediaPlayer.h"
 
 namespace Receiver {
 
@@ -15,7 +17,7 @@ constexpr std::uint32_t primaryOwner = 1;
 BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario,
                          const std::string& folder, MediaPlayerFactory makePlayer)
     : m_connection(connection),
-      m_world(scenario, folder, m_timers, m_events, std::move(makePlayer)),
+      m_world(scenario, folder, m_timers, m_events, makePlayer ? std::move(makePlayer) : chosenPlayer()),
       m_dispatcher(m_timers),
       m_emitter(connection),
       m_desk{m_world, m_dispatcher, m_events, m_emitter},
@@ -30,6 +32,17 @@ BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scen
     m_dispatcher.onRecorded([this](const Call& call) { m_events.callRecorded(call); });
     for (const auto& service : m_services)
         m_emitter.addInterface(*g_dbus_interface_skeleton_get_info(service.get()));
+}
+
+MediaPlayerFactory BusReceiver::chosenPlayer() {
+    return [this](MediaListener& listener, PictureSink& picture) -> std::unique_ptr<MediaPlayer> {
+        const auto makeReal = [this](MediaListener& ears,
+                                     PictureSink& screen) -> std::unique_ptr<MediaPlayer> {
+            return std::make_unique<GStreamerMediaPlayer>(m_world.scenario(), m_timers, ears,
+                                                          MediaOutputs{&screen, {}});
+        };
+        return std::make_unique<ChosenMediaPlayer>(m_world.scenario(), m_timers, makeReal, listener, picture);
+    };
 }
 
 BusReceiver::~BusReceiver() {

@@ -19,7 +19,7 @@ namespace Receiver {
 
 class BusReceiver {
  public:
-    // Throws ScenarioError. Players of broadband media as of the world.
+    // Throws ScenarioError. Without other players of broadband media the scenario chooses.
     BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder,
                 MediaPlayerFactory makePlayer = nullptr);
     BusReceiver(const BusReceiver&) = delete;
@@ -30,6 +30,7 @@ class BusReceiver {
     [[nodiscard]] bool start(std::string& problem);
 
  private:
+    [[nodiscard]] MediaPlayerFactory chosenPlayer();
     [[nodiscard]] bool own(const std::string& name, std::string& problem);
 
     GDBusConnection* m_connection;

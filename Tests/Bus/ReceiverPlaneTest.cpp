@@ -209,6 +209,8 @@ class ColourPlayer : public Receiver::MediaPlayer {
     std::uint32_t duration() const override { return 0; }
     double speed() const override { return 1.0; }
     std::vector<Receiver::Component> components() const override { return {}; }
+    void present(const std::vector<Receiver::Component>&) override {}
+    void setVolume(std::int32_t) override {}
 
  private:
     void end() {

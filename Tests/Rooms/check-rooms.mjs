@@ -4,6 +4,7 @@
 const families = [
   ['GIO', /^(gio|gobject|gmodule)\/|^(gio|glib-object)/],
   ['GLib', /^glib/],
+  ['GStreamer', /^gst\//],
   ['GTK', /^(gtk|gdk|gdk-pixbuf|cairo|pango)\//],
   ['WebKitGTK', /^(webkit2?|webkit2?gtk|jsc|libsoup)\//],
   ['JavaScriptCore', /^JavaScriptCore\//],

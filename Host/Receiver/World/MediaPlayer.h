@@ -1,5 +1,4 @@
-// What plays one medium. The simulated player stands behind it now; a player that really decodes can take its
-// place without any other change.
+// What plays one medium: the simulated player by the clock, the real one by decoding it.
 #pragma once
 
 #include <cstdint>
@@ -24,8 +23,14 @@ enum class MediaState {
 
 // Why a medium does not play, as the state event says it.
 namespace MediaError {
+inline constexpr std::int32_t UnsupportedFormat = 0;
+inline constexpr std::int32_t CannotConnect = 1;  // or the connection was lost
+inline constexpr std::int32_t Unidentified = 2;
+inline constexpr std::int32_t InsufficientResources = 3;
+inline constexpr std::int32_t Corrupt = 4;
 inline constexpr std::int32_t ContentNotAvailable = 5;
-}
+inline constexpr std::int32_t PositionNotAvailable = 6;
+}  // namespace MediaError
 
 class MediaListener {
  public:
@@ -34,6 +39,8 @@ class MediaListener {
     virtual void mediaStateChanged(MediaState state, std::int32_t error) = 0;
     virtual void mediaSpeedChanged(double speed) = 0;
     virtual void mediaPositionChanged(std::uint32_t milliseconds) = 0;
+    // The medium's components have become known, or are others now.
+    virtual void mediaComponentsChanged() = 0;
 };
 
 // Where a player that decodes puts its pictures. Called on a thread of the player's.
@@ -65,6 +72,11 @@ class MediaPlayer {
         const = 0;  // milliseconds; 0 while unknown, or without end
     [[nodiscard]] virtual double speed() const = 0;
     [[nodiscard]] virtual std::vector<Component> components() const = 0;
+
+    // Presents these of its components and no other ones.
+    virtual void present(const std::vector<Component>& active) = 0;
+    // 0 to 100.
+    virtual void setVolume(std::int32_t volume) = 0;
     // Of one that only acts as if it played there are no frames: a test card stands in for them.
     [[nodiscard]] virtual bool givesFrames() const { return true; }
 };

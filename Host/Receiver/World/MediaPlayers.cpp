@@ -42,12 +42,13 @@ void MediaSession::acquire(const MediaPlayerFactory& make) {
     if (m_player != nullptr)
         return;
     m_player = make(*this, m_frames);
+    m_player->setVolume(m_volume);
     m_player->load(m_url);
 }
 
 void MediaSession::setUrl(const std::string& url) {
     m_url = url;
-    selection.reset();
+    m_selection.reset();
     if (m_player != nullptr)
         m_player->load(url);
 }
@@ -71,6 +72,44 @@ bool MediaSession::queue(const std::string& url) {
 void MediaSession::setWindow(const VideoWindow& window) {
     m_window = window;
     updatePlane();
+}
+
+void MediaSession::setVolume(std::int32_t volume) {
+    m_volume = volume;
+    if (m_player != nullptr)
+        m_player->setVolume(volume);
+}
+
+std::vector<Component> MediaSession::components(ComponentType type, bool activeOnly) const {
+    if (m_player == nullptr)
+        return {};
+    const auto& languages = type == ComponentType::Subtitle ? m_scenario.locale.subtitleLanguages
+                                                            : m_scenario.locale.audioLanguages;
+    return m_selection.list(m_player->components(), type, activeOnly, languages);
+}
+
+void MediaSession::selectComponent(std::int32_t type, std::int32_t pid) {
+    if (m_player != nullptr && m_selection.select(m_player->components(), type, pid))
+        selectionChanged(type);
+}
+
+void MediaSession::unselectComponent(std::int32_t type, std::int32_t pid) {
+    if (m_player != nullptr && m_selection.unselect(m_player->components(), type, pid))
+        selectionChanged(type);
+}
+
+void MediaSession::selectionChanged(std::int32_t type) {
+    present();
+    m_events.pluginEventSigned(Event::MediaComponentSelect, m_pluginId, type);
+}
+
+void MediaSession::present() {
+    std::vector<Component> active;
+    for (const auto type : {ComponentType::Video, ComponentType::Audio, ComponentType::Subtitle}) {
+        const auto selected = components(type, true);
+        active.insert(active.end(), selected.begin(), selected.end());
+    }
+    m_player->present(active);
 }
 
 void MediaSession::mediaStateChanged(MediaState state, std::int32_t error) {
@@ -120,8 +159,8 @@ MediaSession& MediaPlayers::session(std::uint32_t pluginId) {
     if (found != nullptr)
         return *found;
     const auto* window = m_windows.find(pluginId);
-    return m_sessions.emplace(pluginId, pluginId, m_scenario.broadcast.volume,
-                              window == nullptr ? VideoWindow() : *window, m_timers, m_events, m_plane);
+    return m_sessions.emplace(pluginId, pluginId, m_scenario, window == nullptr ? VideoWindow() : *window,
+                              m_timers, m_events, m_plane);
 }
 
 MediaPlayer* MediaPlayers::player(std::uint32_t pluginId) {
@@ -153,24 +192,20 @@ bool MediaPlayers::setMimeType(std::uint32_t pluginId, const std::string& mimeTy
 }
 
 std::vector<Component> MediaPlayers::components(std::uint32_t pluginId, ComponentType type, bool activeOnly) {
-    const auto* playing = player(pluginId);
-    if (playing == nullptr)
-        return {};
-    const auto& languages = type == ComponentType::Subtitle ? m_scenario.locale.subtitleLanguages
-                                                            : m_scenario.locale.audioLanguages;
-    return session(pluginId).selection.list(playing->components(), type, activeOnly, languages);
+    const auto* found = m_sessions.find(pluginId);
+    return found == nullptr ? std::vector<Component>() : found->components(type, activeOnly);
 }
 
 void MediaPlayers::selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
-    const auto* playing = player(pluginId);
-    if (playing != nullptr && session(pluginId).selection.select(playing->components(), type, pid))
-        m_events.pluginEventSigned(Event::MediaComponentSelect, pluginId, type);
+    auto* found = m_sessions.find(pluginId);
+    if (found != nullptr)
+        found->selectComponent(type, pid);
 }
 
 void MediaPlayers::unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
-    const auto* playing = player(pluginId);
-    if (playing != nullptr && session(pluginId).selection.unselect(playing->components(), type, pid))
-        m_events.pluginEventSigned(Event::MediaComponentSelect, pluginId, type);
+    auto* found = m_sessions.find(pluginId);
+    if (found != nullptr)
+        found->unselectComponent(type, pid);
 }
 
 void MediaPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) {

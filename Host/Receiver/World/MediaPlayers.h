@@ -22,12 +22,13 @@ namespace Receiver {
 // What a page has set for one plugin id, and the player once it has got one.
 class MediaSession : private MediaListener {
  public:
-    MediaSession(std::uint32_t pluginId, std::int32_t initialVolume, const VideoWindow& window,
-                 Timers& timers, ReceiverEvents& events, Plane& plane)
-        : volume(initialVolume),
-          m_pluginId(pluginId),
+    MediaSession(std::uint32_t pluginId, const Scenario& scenario, const VideoWindow& window, Timers& timers,
+                 ReceiverEvents& events, Plane& plane)
+        : m_pluginId(pluginId),
+          m_scenario(scenario),
           m_events(events),
           m_plane(plane),
+          m_volume(scenario.broadcast.volume),
           m_window(window),
           m_frames(timers, [this] { updatePlane(); }) {}
 
@@ -46,22 +47,35 @@ class MediaSession : private MediaListener {
     [[nodiscard]] const VideoWindow& window() const { return m_window; }
     [[nodiscard]] const FrameStore& frames() const { return m_frames; }
 
+    // 0 to 100.
+    void setVolume(std::int32_t volume);
+    [[nodiscard]] std::int32_t volume() const { return m_volume; }
+
+    [[nodiscard]] std::vector<Component> components(ComponentType type, bool activeOnly) const;
+    void selectComponent(std::int32_t type, std::int32_t pid);
+    void unselectComponent(std::int32_t type, std::int32_t pid);
+
     std::string location;
     std::string mimeType;
-    std::int32_t volume;
-    ComponentSelection selection;
 
  private:
     void mediaStateChanged(MediaState state, std::int32_t error) override;
     void mediaSpeedChanged(double speed) override;
     void mediaPositionChanged(std::uint32_t milliseconds) override;
+    void mediaComponentsChanged() override { present(); }
 
+    void selectionChanged(std::int32_t type);
+    // Has the player present what is selected.
+    void present();
     void updatePlane();
     [[nodiscard]] PlanePicture picture() const;
 
     const std::uint32_t m_pluginId;
+    const Scenario& m_scenario;
     ReceiverEvents& m_events;
     Plane& m_plane;
+    std::int32_t m_volume;
+    ComponentSelection m_selection;
     std::string m_url;
     std::map<std::string, std::string> m_attributes;
     std::deque<std::string> m_queue;

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "Host/Receiver/World/JsonReader.h"
+#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
@@ -313,8 +314,12 @@ void readBroadcast(const JsonValue& value, Scenario& scenario) {
 
 void readMedia(const JsonValue& value, Scenario& scenario) {
     JsonObject object(value);
+    object.read("player", [&](const JsonValue& player) {
+        scenario.media.player = static_cast<PlayerKind>(player.oneOf({"simulated", "real"}));
+    });
     object.texts("mime_types", scenario.media.mimeTypes);
     object.number("connect_ms", scenario.media.connectMs, 0, 600000);
+    object.number("connect_limit_ms", scenario.media.connectLimitMs, 100, 600000);
     object.number("maximum_players", scenario.media.maximumPlayers, 0, 64);
     object.read("items",
                 [&](const JsonValue& list) { scenario.media.items = readList(list, readMediaItem); });
@@ -337,6 +342,13 @@ void readCarousel(const JsonValue& value, Scenario& scenario, const std::string&
 }
 
 }  // namespace
+
+const MediaItem* Scenario::mediaItem(const std::string& url) const {
+    const auto found =
+        std::find_if(media.items.begin(), media.items.end(),
+                     [&url](const MediaItem& candidate) { return matchesPattern(url, candidate.url); });
+    return found == media.items.end() ? nullptr : &*found;
+}
 
 const Channel* Scenario::channel(std::uint32_t id) const {
     const auto found = std::find_if(broadcast.channels.begin(), broadcast.channels.end(),

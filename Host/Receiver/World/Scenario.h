@@ -115,6 +115,8 @@ struct MediaItem {
     std::vector<Component> components;
 };
 
+enum class PlayerKind { Simulated, Real };
+
 struct Scenario {
     struct {
         std::string country;
@@ -163,8 +165,12 @@ struct Scenario {
         std::vector<Channel> channels;
     } broadcast;
     struct {
+        // Real: what no item describes is fetched and decoded. Items are always simulated.
+        PlayerKind player = PlayerKind::Simulated;
         std::vector<std::string> mimeTypes;
-        std::uint32_t connectMs = 0;
+        std::uint32_t connectMs = 0;  // how long a simulated medium takes to connect
+        // How long a real one may take, and may keep a player waiting for more.
+        std::uint32_t connectLimitMs = 10000;
         std::uint32_t maximumPlayers = 4;
         std::vector<MediaItem> items;
     } media;
@@ -178,6 +184,8 @@ struct Scenario {
     } carousel;
 
     [[nodiscard]] const Channel* channel(std::uint32_t id) const;
+    // The first item whose pattern fits; null for none.
+    [[nodiscard]] const MediaItem* mediaItem(const std::string& url) const;
 };
 
 // Throws ScenarioError. Relative folders are taken from the folder of the scenario file.

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "Host/Receiver/World/ReceiverEvents.h"
-#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
@@ -63,19 +62,12 @@ std::uint32_t SimulatedMediaPlayer::position() const {
 }
 
 std::vector<Component> SimulatedMediaPlayer::components() const {
-    const auto* medium = isRolling() ? item() : nullptr;
+    const auto* medium = isRolling() ? m_scenario.mediaItem(m_url) : nullptr;
     return medium == nullptr ? std::vector<Component>() : medium->components;
 }
 
-const MediaItem* SimulatedMediaPlayer::item() const {
-    const auto found =
-        std::find_if(m_scenario.media.items.begin(), m_scenario.media.items.end(),
-                     [this](const MediaItem& candidate) { return matchesPattern(m_url, candidate.url); });
-    return found == m_scenario.media.items.end() ? nullptr : &*found;
-}
-
 void SimulatedMediaPlayer::connected() {
-    const auto* medium = item();
+    const auto* medium = m_scenario.mediaItem(m_url);
     if (medium == nullptr || medium->error) {
         changeState(MediaState::Error, medium == nullptr ? MediaError::ContentNotAvailable : *medium->error);
         return;
@@ -85,6 +77,7 @@ void SimulatedMediaPlayer::connected() {
     rollFrom(0, speed);
     changeState(speed == 0.0 ? MediaState::Paused : MediaState::Playing, NoError);
     m_listener.mediaSpeedChanged(speed);
+    m_listener.mediaComponentsChanged();
 }
 
 void SimulatedMediaPlayer::reachedEdge() {

@@ -21,10 +21,11 @@ class SimulatedMediaPlayer : public MediaPlayer {
     [[nodiscard]] std::uint32_t duration() const override { return m_duration; }
     [[nodiscard]] double speed() const override { return m_state == MediaState::Playing ? m_speed : 0.0; }
     [[nodiscard]] std::vector<Component> components() const override;
+    void present(const std::vector<Component>&) override {}
+    void setVolume(std::int32_t) override {}
     [[nodiscard]] bool givesFrames() const override { return false; }
 
  private:
-    [[nodiscard]] const MediaItem* item() const;
     [[nodiscard]] bool isRolling() const {
         return m_state == MediaState::Playing || m_state == MediaState::Paused;
     }

@@ -217,7 +217,7 @@ nlohmann::json World::state() {
             {"location", session.location},
             {"attributes", session.attributes()},
             {"state", player == nullptr ? 0 : static_cast<int>(player->state())},
-            {"volume", session.volume},
+            {"volume", session.volume()},
             {"window", describe(session.window())}};
     });
     for (const auto& [id, count] : m_retained)

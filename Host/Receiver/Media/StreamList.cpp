@@ -1,0 +1,133 @@
+#include "Host/Receiver/Media/StreamList.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <gst/tag/tag.h>
+
+namespace Receiver {
+
+namespace {
+
+struct Encoding {
+    const char* caps;
+    const char* name;
+};
+
+// The names that television uses for them; others keep GStreamer's.
+constexpr Encoding encodings[] = {
+    {"video/x-h264", "H264"},
+    {"video/x-h265", "HEVC"},
+    {"video/mpeg, mpegversion=(int)[1, 2]", "MPEG2"},
+    {"audio/mpeg, mpegversion=(int)1, layer=(int)3", "MPEG1_L3"},
+    {"audio/mpeg, mpegversion=(int)1", "MPEG1_L2"},
+    {"audio/mpeg, mpegversion=(int)[2, 4]", "HEAAC"},
+    {"audio/x-ac3", "AC3"},
+    {"audio/x-eac3", "E-AC3"},
+    {"application/ttml+xml", "EBU-TT-D"},
+    {"subpicture/x-dvb", "DVB-SUBT"},
+};
+
+std::string encodingOf(const GstCaps& caps) {
+    for (const auto& encoding : encodings) {
+        const GstCapsHandle known(gst_caps_from_string(encoding.caps));
+        if (gst_caps_can_intersect(&caps, known.get()))
+            return encoding.name;
+    }
+    return gst_structure_get_name(gst_caps_get_structure(&caps, 0));
+}
+
+std::optional<ComponentType> typeOf(GstStream* stream) {
+    const auto type = gst_stream_get_stream_type(stream);
+    if ((type & GST_STREAM_TYPE_VIDEO) != 0)
+        return ComponentType::Video;
+    if ((type & GST_STREAM_TYPE_AUDIO) != 0)
+        return ComponentType::Audio;
+    if ((type & GST_STREAM_TYPE_TEXT) != 0)
+        return ComponentType::Subtitle;
+    return std::nullopt;
+}
+
+// Three letters, as pages and broadcasts write it.
+std::string languageOf(GstStream* stream) {
+    const GstTagListHandle tags(gst_stream_get_tags(stream));
+    char* rawCode = nullptr;
+    if (tags == nullptr || !gst_tag_list_get_string(tags.get(), GST_TAG_LANGUAGE_CODE, &rawCode))
+        return {};
+    const Host::GChars code(rawCode);
+    const char* known = gst_tag_get_language_code_iso_639_2T(code.get());
+    const std::string language = known == nullptr ? code.get() : known;
+    return language == "und" ? std::string() : language;
+}
+
+// Aspect ratio in hundredths, or number of channels.
+std::int32_t extraOf(ComponentType type, const GstStructure& format) {
+    int channels = 0;
+    if (type == ComponentType::Audio && gst_structure_get_int(&format, "channels", &channels))
+        return channels;
+    int width = 0;
+    int height = 0;
+    if (type != ComponentType::Video || !gst_structure_get_int(&format, "width", &width) ||
+        !gst_structure_get_int(&format, "height", &height) || width <= 0 || height <= 0)
+        return 0;
+    int pixelWidth = 1;
+    int pixelHeight = 1;
+    if (!gst_structure_get_fraction(&format, "pixel-aspect-ratio", &pixelWidth, &pixelHeight) ||
+        pixelWidth <= 0 || pixelHeight <= 0)
+        pixelWidth = pixelHeight = 1;
+    const double ratio = static_cast<double>(width) / height * pixelWidth / pixelHeight;
+    return static_cast<std::int32_t>(std::clamp(ratio * 100.0 + 0.5, 0.0, 1000.0));
+}
+
+Component describe(GstStream* stream, ComponentType type, std::int16_t pid) {
+    Component component;
+    component.type = type;
+    component.pid = pid;
+    component.tag = static_cast<std::uint8_t>(pid);
+    component.language = languageOf(stream);
+    const GstCapsHandle caps(gst_stream_get_caps(stream));
+    if (caps != nullptr && !gst_caps_is_any(caps.get()) && !gst_caps_is_empty(caps.get())) {
+        component.encoding = encodingOf(*caps);
+        component.extra = extraOf(type, *gst_caps_get_structure(caps.get(), 0));
+    }
+    return component;
+}
+
+}  // namespace
+
+void StreamList::update(GstObjectHandle<GstStreamCollection> collection) {
+    m_collection = std::move(collection);
+    for (guint i = 0; i < gst_stream_collection_get_size(m_collection.get()); ++i) {
+        const std::string id =
+            gst_stream_get_stream_id(gst_stream_collection_get_stream(m_collection.get(), i));
+        if (std::find(m_streamIds.begin(), m_streamIds.end(), id) == m_streamIds.end())
+            m_streamIds.push_back(id);
+    }
+}
+
+std::vector<Component> StreamList::components() const {
+    std::vector<Component> components;
+    const auto size = m_collection == nullptr ? 0 : gst_stream_collection_get_size(m_collection.get());
+    for (guint i = 0; i < size; ++i) {
+        auto* stream = gst_stream_collection_get_stream(m_collection.get(), i);
+        const auto type = typeOf(stream);
+        const auto known =
+            std::find(m_streamIds.begin(), m_streamIds.end(), gst_stream_get_stream_id(stream));
+        if (type)
+            components.push_back(
+                describe(stream, *type, static_cast<std::int16_t>(known - m_streamIds.begin() + 1)));
+    }
+    return components;
+}
+
+std::vector<std::string> StreamList::streamIds(const std::vector<Component>& components) const {
+    std::vector<std::string> ids;
+    for (const auto& component : components) {
+        const auto place = static_cast<std::size_t>(component.pid) - 1;
+        if (place < m_streamIds.size())
+            ids.push_back(m_streamIds[place]);
+    }
+    return ids;
+}
+
+}  // namespace Receiver
