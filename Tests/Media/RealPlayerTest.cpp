@@ -1,0 +1,301 @@
+// What a page does with a medium that plays: positions, speeds, pictures, sound and tracks are the medium's
+// own.
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+
+#include "Host/Receiver/World/MediaPlayers.h"
+#include "Tests/Bus/BusFixture.h"
+#include "Tests/Media/PlayerFixture.h"
+
+namespace {
+
+using namespace MediaTest;
+using namespace Receiver;
+using testing::ElementsAre;
+using testing::Pair;
+
+class ARealPlayer : public RealPlayer {};
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+std::string describe(const Component& component) {
+    return std::to_string(static_cast<int>(component.type)) + " " + component.encoding + " " +
+           std::to_string(component.pid) + " " + component.language + " " + std::to_string(component.extra);
+}
+
+std::vector<std::string> describe(const std::vector<Component>& components) {
+    std::vector<std::string> all;
+    for (const auto& component : components)
+        all.push_back(describe(component));
+    return all;
+}
+
+TEST_F(ARealPlayer, PlaysToTheEndInTheMediumsOwnTime) {
+    const auto start = Clock::now();
+    ASSERT_TRUE(plays(fileUrl("tone.mp3")));
+    EXPECT_THAT(player->components(), testing::SizeIs(1));
+    EXPECT_EQ(describe(player->components()[0]), "1 MPEG1_L3 1  2");
+    EXPECT_NEAR(player->duration(), 6000, 150);
+    ASSERT_TRUE(reaches(MediaState::Finished));
+    EXPECT_GT(millisecondsSince(start), 5500) << "a sink without a device must keep the time";
+    EXPECT_THAT(listener.heard, ElementsAre("state 3", "components", "state 1", "speed 1", "state 5"));
+    EXPECT_EQ(player->position(), player->duration());
+    // And once more from the beginning.
+    listener.heard.clear();
+    ASSERT_TRUE(player->play(1.0));
+    ASSERT_TRUE(reaches(MediaState::Playing));
+    EXPECT_LT(player->position(), 5000u);
+}
+
+TEST_F(ARealPlayer, ShowsThePicturesOfWhereItIs) {
+    ASSERT_TRUE(plays(server.url("good/film.mp4")));
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Red; }));
+    EXPECT_THAT(screen.size(), Pair(640, 360));
+    EXPECT_NEAR(player->duration(), 12000, 150);
+    EXPECT_THAT(describe(player->components()), ElementsAre("0 H264 1  178", "1 HEAAC 2  2"));
+    ASSERT_TRUE(player->seek(9000));
+    EXPECT_GE(player->position(), 9000u);
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue && listener.has("position 9000"); }));
+
+    // Also while paused, where the position stays.
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(reaches(MediaState::Paused));
+    EXPECT_EQ(player->speed(), 0.0);
+    ASSERT_TRUE(player->seek(3000));
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Red && listener.has("position 3000"); }));
+    const auto frames = screen.frames();
+    EXPECT_NEAR(player->position(), 3000, 50);
+    ASSERT_TRUE(player->play(1.0));
+    ASSERT_TRUE(reaches(MediaState::Playing));
+    ASSERT_TRUE(reachesPosition(3500));
+    EXPECT_GT(screen.frames(), frames);
+    EXPECT_FALSE(player->seek(12500)) << "behind the end";
+    player->stop();
+    EXPECT_EQ(screen.colour(), Colour::None);
+    EXPECT_FALSE(player->seek(1000)) << "nothing plays";
+    EXPECT_EQ(player->position(), 0u);
+}
+
+TEST_F(ARealPlayer, KeepsItsPositionWhilePaused) {
+    ASSERT_TRUE(plays(fileUrl("film.mp4")));
+    ASSERT_TRUE(reachesPosition(500));
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(reaches(MediaState::Paused));
+    const auto here = player->position();
+    const auto paused = Clock::now();
+    ASSERT_TRUE(WaitFor([&] { return millisecondsSince(paused) > 400; }));
+    EXPECT_EQ(player->position(), here);
+    // A medium may also begin paused.
+    player->load(fileUrl("film.mp4"));
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(reaches(MediaState::Paused));
+    EXPECT_LT(player->position(), 100u);
+    EXPECT_THAT(player->components(), testing::SizeIs(2));
+}
+
+TEST_F(ARealPlayer, PlaysFasterSlowerAndBackwards) {
+    ASSERT_TRUE(plays(server.url("good/film.mp4")));
+    for (const double refused : {std::nan(""), HUGE_VAL, 65.0, -65.0, 0.01})
+        EXPECT_FALSE(player->play(refused)) << refused;
+    for (const double speed : {2.0, 0.5, 8.0}) {
+        ASSERT_TRUE(player->seek(1000));
+        ASSERT_TRUE(player->play(speed));
+        std::ostringstream announced;
+        announced << "speed " << speed;
+        ASSERT_TRUE(WaitFor([&] {
+            return listener.has(announced.str()) && player->state() == MediaState::Playing;
+        })) << speed;
+        EXPECT_EQ(player->speed(), speed);
+        const auto from = player->position();
+        const auto start = Clock::now();
+        ASSERT_TRUE(reachesPosition(from + static_cast<std::uint32_t>(speed * 500)));
+        const auto pace = (player->position() - from) / millisecondsSince(start);
+        EXPECT_GT(pace, speed * 0.6) << speed;
+        EXPECT_LT(pace, speed * 1.6) << speed;
+    }
+    ASSERT_TRUE(player->seek(8000));
+    ASSERT_TRUE(player->play(-8.0));
+    ASSERT_TRUE(WaitFor([&] { return listener.has("speed -8") && player->position() < 7000; }));
+    EXPECT_EQ(player->state(), MediaState::Playing);
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Red; }));
+    listener.heard.clear();
+    // Rewound to the start it plays on.
+    ASSERT_TRUE(WaitFor([&] { return listener.has("speed 1") && player->position() > 200; }));
+    EXPECT_LT(player->position(), 5000u);
+}
+
+TEST_F(ARealPlayer, PlaysStreamsInSegments) {
+    for (const auto* list : {"good/hls/index.m3u8", "good/dash/index.mpd"}) {
+        SCOPED_TRACE(list);
+        listener.heard.clear();
+        ASSERT_TRUE(plays(server.url(list)));
+        EXPECT_NEAR(player->duration(), 12000, 150);
+        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Red; }));
+        EXPECT_THAT(player->components(), testing::SizeIs(2));
+        ASSERT_TRUE(player->seek(10500));
+        ASSERT_TRUE(WaitFor([&] { return listener.has("position 10500"); }));
+        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; }));
+        ASSERT_TRUE(reaches(MediaState::Finished));
+    }
+}
+
+TEST_F(ARealPlayer, OffersOnlyWhatTheServerCanDo) {
+    ASSERT_TRUE(plays(server.url("from-start/film.mp4")));
+    EXPECT_FALSE(player->seek(3000));
+    EXPECT_FALSE(player->play(2.0));
+    EXPECT_FALSE(player->play(-1.0));
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(reaches(MediaState::Paused));
+    ASSERT_TRUE(player->play(1.0));
+    ASSERT_TRUE(reaches(MediaState::Playing));
+    ASSERT_TRUE(reachesPosition(300));
+    // Asked for before that was known, it is played as it can be.
+    ASSERT_TRUE(plays(server.url("from-start/film.mp4"), 4.0));
+    EXPECT_EQ(player->speed(), 1.0);
+}
+
+TEST_F(ARealPlayer, SharesTheReceiverWithAnother) {
+    Listener other;
+    Screen second;
+    const auto neighbour = makePlayer(other, second);
+    neighbour->load(server.url("good/film.mp4"));
+    ASSERT_TRUE(neighbour->play(1.0));
+    ASSERT_TRUE(plays(fileUrl("film.mp4")));
+    ASSERT_TRUE(WaitFor([&] { return neighbour->state() == MediaState::Playing; }));
+    ASSERT_TRUE(player->seek(9000));
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue && second.colour() == Colour::Red; }));
+    player->stop();
+    const auto frames = second.frames();
+    ASSERT_TRUE(WaitFor([&] { return second.frames() > frames + 5; }));
+    EXPECT_EQ(neighbour->state(), MediaState::Playing);
+}
+
+class NoEvents : public ReceiverEvents {
+ public:
+    void pluginEventUnsigned(std::int32_t, std::uint32_t, std::uint32_t) override {}
+    void pluginEventSigned(std::int32_t event, std::uint32_t, std::int32_t value) override {
+        if (event == Event::MediaComponentSelect)
+            selected.push_back(value);
+    }
+    void pluginEventFloat(std::int32_t, std::uint32_t, double) override {}
+    void pluginEventData(std::int32_t, std::uint32_t, std::int32_t, std::int32_t) override {}
+    void streamEvent(std::uint32_t, std::int16_t, const std::string&, const std::vector<std::uint8_t>&,
+                     std::uint32_t) override {}
+    void playReadyResponse(std::uint32_t, std::int32_t, const std::string&) override {}
+    void fileResponse(std::uint32_t, const std::string&, const std::vector<std::uint8_t>&, bool) override {}
+    void planeShown(const PlanePlayer&, const PlaneContent&) override {}
+    void planeHidden(const PlanePlayer&) override {}
+    void applicationStarted(std::int32_t, const std::string&) override {}
+    void applicationDestroyed(std::int32_t) override {}
+    void applicationVisibilityChanged(std::int32_t, bool) override {}
+    void keyMaskChanged(std::uint32_t) override {}
+    void keyPressed(std::uint32_t) override {}
+
+    std::vector<std::int32_t> selected;
+};
+
+// What has come out of the loudspeaker, as 16-bit samples of one channel.
+class Sound {
+ public:
+    [[nodiscard]] std::string sink() const {
+        return "audioconvert ! audioresample ! audio/x-raw,format=S16LE,rate=48000,channels=1 "
+               "! filesink sync=true buffer-mode=unbuffered location=" +
+               m_file.string();
+    }
+    // Of the last tenth of a second; 0 for silence.
+    [[nodiscard]] int frequency() const {
+        constexpr std::size_t window = 4800;
+        std::ifstream stream(m_file, std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+        const auto samples = bytes.size() / 2;
+        if (samples < window)
+            return 0;
+        const auto at = [&bytes](std::size_t place) {
+            return static_cast<std::int16_t>(static_cast<std::uint8_t>(bytes[place * 2]) |
+                                             static_cast<std::uint8_t>(bytes[place * 2 + 1]) << 8);
+        };
+        int rises = 0;
+        for (auto place = samples - window + 1; place < samples; ++place)
+            rises += at(place - 1) < 0 && at(place) >= 0 ? 1 : 0;
+        return rises * 10;
+    }
+
+ private:
+    std::filesystem::path m_file = std::filesystem::path(std::getenv("HOME")) / "sound.raw";
+};
+
+class ARealPlayersTracks : public RealPlayer {
+ protected:
+    ARealPlayersTracks()
+        : players(scenario, timers, events, plane, [this](MediaListener& ears, PictureSink&) {
+              return std::make_unique<GStreamerMediaPlayer>(scenario, timers, ears,
+                                                            MediaOutputs{nullptr, sound.sink()});
+          }) {
+        scenario.media.maximumPlayers = 1;
+        scenario.broadcast.volume = 100;
+        scenario.locale.audioLanguages = "eng,deu";
+    }
+    void TearDown() override {
+        players.release(1);
+        RealPlayer::TearDown();
+    }
+
+    [[nodiscard]] testing::AssertionResult sounds(int frequency) {
+        const auto near = [&] { return std::abs(sound.frequency() - frequency) <= 20; };
+        if (WaitFor(near, std::chrono::seconds(20)))
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << sound.frequency() << " Hz";
+    }
+    [[nodiscard]] std::vector<std::string> audio(bool activeOnly) {
+        return describe(players.components(1, ComponentType::Audio, activeOnly));
+    }
+
+    Sound sound;
+    NoEvents events;
+    Plane plane{events};
+    MediaPlayers players;
+};
+
+TEST_F(ARealPlayersTracks, AreHeardAsTheyAreSelected) {
+    players.session(1).setUrl(server.url("good/two-languages.mp4"));
+    ASSERT_TRUE(players.acquire(1));
+    ASSERT_TRUE(players.player(1)->play(1.0));
+    ASSERT_TRUE(WaitFor([&] { return players.player(1)->state() == MediaState::Playing; }));
+    EXPECT_THAT(audio(false), ElementsAre("1 HEAAC 2 deu 2", "1 HEAAC 3 eng 2"));
+    EXPECT_THAT(audio(true), ElementsAre("1 HEAAC 3 eng 2")) << "the language that the viewer prefers";
+    ASSERT_TRUE(sounds(880));
+    players.selectComponent(1, 1, 2);
+    EXPECT_THAT(audio(true), ElementsAre("1 HEAAC 2 deu 2"));
+    ASSERT_TRUE(sounds(440));
+    players.unselectComponent(1, 1, 2);
+    EXPECT_THAT(audio(true), testing::IsEmpty());
+    ASSERT_TRUE(sounds(0));
+    players.selectComponent(1, 1, AnyPid);
+    ASSERT_TRUE(sounds(880));
+    players.session(1).setVolume(0);
+    ASSERT_TRUE(sounds(0));
+    EXPECT_THAT(events.selected, ElementsAre(1, 1, 1));
+    EXPECT_EQ(players.player(1)->state(), MediaState::Playing);
+}
+
+TEST_F(ARealPlayersTracks, FollowOneAnotherInTheQueue) {
+    players.session(1).setUrl(fileUrl("film.mp4"));
+    ASSERT_TRUE(players.acquire(1));
+    ASSERT_TRUE(players.player(1)->play(1.0));
+    ASSERT_TRUE(WaitFor([&] { return players.player(1)->state() == MediaState::Playing; }));
+    ASSERT_TRUE(players.session(1).queue(fileUrl("tone.mp3")));
+    ASSERT_TRUE(players.player(1)->seek(11800));
+    ASSERT_TRUE(
+        WaitFor([&] { return players.player(1)->duration() < 7000 && players.player(1)->position() > 0; }));
+    ASSERT_TRUE(sounds(660));
+    EXPECT_EQ(players.session(1).url(), fileUrl("tone.mp3"));
+}
+
+}  // namespace
