@@ -41,6 +41,7 @@ TEST_F(ABrokenMedium, SaysWhyItDoesNotPlay) {
     expectFailure(server.url("good/broken.mp4"), MediaError::Corrupt);
     expectFailure(fileUrl("unknown-codec.mp4"), MediaError::UnsupportedFormat);
     expectFailure("carrier-pigeon://film", MediaError::UnsupportedFormat);
+    expectFailure("fd://0", MediaError::UnsupportedFormat);
     // The player is none the worse for it.
     EXPECT_TRUE(plays(server.url("good/film.mp4")));
 }

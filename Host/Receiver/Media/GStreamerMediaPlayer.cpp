@@ -24,6 +24,12 @@ bool isSpeed(double speed) {
     return speed == 0.0 || (std::isfinite(speed) && pace >= slowest && pace <= fastest);
 }
 
+// GStreamer reads from far more than a page may: devices, descriptors, other programs.
+bool isForPages(const std::string& url) {
+    const auto scheme = url.substr(0, std::min(url.find(':'), url.size()));
+    return scheme == url || scheme == "http" || scheme == "https" || scheme == "file";
+}
+
 // A medium that ends this much before its end was cut off.
 std::uint32_t tolerance(std::uint32_t duration) {
     return 1000 + duration / 20;
@@ -154,6 +160,11 @@ void GStreamerMediaPlayer::connect() {
     dropPipeline();
     m_duration = 0;
     m_lastPosition = 0;
+    if (!isForPages(m_url)) {
+        m_limit.start(0, [this] { fail(MediaError::UnsupportedFormat); });
+        changeState(MediaState::Connecting, NoError);
+        return;
+    }
     m_pipeline = std::make_unique<Pipeline>(
         m_url, m_outputs.picture == nullptr ? nullptr : std::make_shared<PictureGate>(m_outputs.picture),
         m_outputs.sound, [this](GstMessage* message) { handle(message); });
