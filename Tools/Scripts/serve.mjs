@@ -1,12 +1,13 @@
 #!/usr/bin/env node
 // A static web server for HbbTV applications, on the loopback interface only.
 //
-//     Tools/Scripts/serve.mjs [FOLDER] [--port N]
+//     Tools/Scripts/serve.mjs [FOLDER] [--port N] [--mount PATH=FOLDER]...
 //
-// FOLDER is Examples/ when left out. Without --port the system chooses a free one. The first line printed is
-// the address, for people and scripts alike. Pages end in .html, .xhtml (application/xhtml+xml) or
-// .hbbtv.xhtml (application/vnd.hbbtv.xhtml+xml). Ends with Ctrl+C.
-// Tests import `startServer` instead.
+// FOLDER is Examples/ when left out. Without --port the system chooses a free one. --mount serves another folder
+// below a path of its own, such as player/media=build/media. The first line printed is the address, for people
+// and scripts alike. Pages end in .html, .xhtml (application/xhtml+xml) or .hbbtv.xhtml
+// (application/vnd.hbbtv.xhtml+xml); parts of files are served, as media players ask for. Ends with Ctrl+C.
+// Tests import `startServer` or `sendFile` instead.
 
 import { createReadStream, realpathSync } from 'node:fs';
 import { stat } from 'node:fs/promises';
@@ -30,7 +31,11 @@ const contentTypes = [
   ['.jpg', 'image/jpeg'],
   ['.woff2', 'font/woff2'],
   ['.mp4', 'video/mp4'],
+  ['.m4s', 'video/iso.segment'],
+  ['.mp3', 'audio/mpeg'],
+  ['.ts', 'video/mp2t'],
   ['.mpd', 'application/dash+xml'],
+  ['.m3u8', 'application/vnd.apple.mpegurl'],
 ];
 
 export function contentType(file) {
@@ -60,24 +65,55 @@ async function find(folder, requestPath) {
   }
 }
 
-// Resolves to { url, close }: the address ends in a slash, and closing waits for no client.
-export async function startServer(folder, { port = 0 } = {}) {
-  const root = path.resolve(folder);
+// The first and the last byte of a "Range" header's one range; null where the whole file is meant: several
+// ranges and other units may be ignored. Undefined when the file has no such part.
+function partOf(range, size) {
+  const [, first, last] = /^bytes=(\d*)-(\d*)$/.exec(range ?? '') ?? [];
+  if (!first && !last) return null;
+  const part = first ? [Number(first), last ? Math.min(Number(last), size - 1) : size - 1]
+    : [Math.max(0, size - Number(last)), size - 1];
+  return part[0] <= part[1] ? part : undefined;
+}
+
+// Answers with a file, or with the part of it that is asked for.
+export function sendFile(request, response, file, size, headers = {}) {
+  const part = partOf(request.headers.range, size);
+  if (part === undefined) {
+    response.writeHead(416, { ...headers, 'Content-Range': `bytes */${size}` }).end();
+    return;
+  }
+  const [start, end] = part ?? [0, size - 1];
+  response.writeHead(part ? 206 : 200, {
+    'Content-Type': contentType(file),
+    'Content-Length': end - start + 1,
+    'Accept-Ranges': 'bytes',
+    ...(part && { 'Content-Range': `bytes ${start}-${end}/${size}` }),
+    ...headers,
+  });
+  if (request.method === 'HEAD' || size === 0) response.end();
+  else createReadStream(file, { start, end }).on('error', () => response.destroy()).pipe(response);
+}
+
+// Resolves to { url, close }: the address ends in a slash, and closing waits for no client. What `mounts` names
+// is served from another folder: { 'player/media': folder }.
+export async function startServer(folder, { port = 0, mounts = {} } = {}) {
+  const roots = [...Object.entries(mounts), ['', folder]]
+    .map(([prefix, root]) => [`/${prefix}/`.replace(/\/+/g, '/'), path.resolve(root)]);
   const server = createServer(async (request, response) => {
     const answer = (status, headers = {}) => response.writeHead(status, { 'Cache-Control': 'no-store', ...headers });
     if (request.method !== 'GET' && request.method !== 'HEAD') {
       answer(405, { Allow: 'GET, HEAD' }).end();
       return;
     }
-    const found = await find(root, request.url.replace(/[?#].*$/s, ''));
+    const requested = request.url.replace(/[?#].*$/s, '');
+    const [prefix, root] = roots.find(([prefix]) => requested.startsWith(prefix)) ?? ['/', roots.at(-1)[1]];
+    const found = await find(root, requested.slice(prefix.length - 1));
     if (!found) {
       answer(404, { 'Content-Type': 'text/plain' }).end('Not found\n');
     } else if (found.redirect) {
-      answer(301, { Location: found.redirect }).end();
+      answer(301, { Location: prefix.slice(0, -1) + found.redirect }).end();
     } else {
-      answer(200, { 'Content-Type': contentType(found.file), 'Content-Length': found.size });
-      if (request.method === 'HEAD') response.end();
-      else createReadStream(found.file).on('error', () => response.destroy()).pipe(response);
+      sendFile(request, response, found.file, found.size, { 'Cache-Control': 'no-store' });
     }
   });
   await new Promise((resolve, reject) => server.once('error', reject).listen(port, '127.0.0.1', resolve));
@@ -94,21 +130,30 @@ async function main() {
   const here = path.dirname(fileURLToPath(import.meta.url));
   let options;
   try {
-    options = parseArgs({ allowPositionals: true, options: { port: { type: 'string', default: '0' } } });
+    options = parseArgs({
+      allowPositionals: true,
+      options: {
+        port: { type: 'string', default: '0' },
+        mount: { type: 'string', multiple: true, default: [] },
+      },
+    });
     if (options.positionals.length > 1) throw new Error('one folder at most');
     if (!/^\d{1,5}$/.test(options.values.port)) throw new Error(`not a port: ${options.values.port}`);
+    const wrong = options.values.mount.find((mount) => !/^[^=]+=./.test(mount));
+    if (wrong !== undefined) throw new Error(`not a path and a folder: ${wrong}`);
   } catch (error) {
-    console.error(`serve.mjs: ${error.message}\nusage: serve.mjs [FOLDER] [--port N]`);
+    console.error(`serve.mjs: ${error.message}\nusage: serve.mjs [FOLDER] [--port N] [--mount PATH=FOLDER]...`);
     process.exit(2);
   }
   const folder = options.positionals[0] ?? path.join(here, '../../Examples');
-  const isFolder = (await stat(folder).catch(() => null))?.isDirectory();
-  if (!isFolder) {
-    console.error(`serve.mjs: not a folder: ${folder}`);
+  const mounts = Object.fromEntries(options.values.mount.map((mount) => mount.split(/=(.*)/s, 2)));
+  for (const served of [folder, ...Object.values(mounts)]) {
+    if ((await stat(served).catch(() => null))?.isDirectory()) continue;
+    console.error(`serve.mjs: not a folder: ${served}`);
     process.exit(1);
   }
   try {
-    console.log((await startServer(folder, { port: Number(options.values.port) })).url);
+    console.log((await startServer(folder, { port: Number(options.values.port), mounts })).url);
   } catch (error) {
     console.error(`serve.mjs: ${error.message}`);
     process.exit(1);
