@@ -1,26 +1,20 @@
-// Serves the test pages and the examples on a free port of the loopback.
-import { createReadStream, existsSync, statSync } from "node:fs";
+// Serves the test pages, the examples and the media on a free port of the loopback.
+import { existsSync, statSync } from "node:fs";
 import { createServer } from "node:http";
 import { extname, join, normalize, resolve, sep } from "node:path";
 import { fileURLToPath } from "node:url";
+import { contentType, sendFile } from "../../../Tools/Scripts/serve.mjs";
+import { mediaFolder } from "./media.mjs";
 
 const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
 
+// Of pages whose name says nothing more.
 const applicationType = "application/vnd.hbbtv.xhtml+xml; charset=utf-8";
-const mimeTypes = {
-  ".html": "text/html; charset=utf-8",
-  ".xhtml": "application/xhtml+xml; charset=utf-8",
-  ".hbbtv": applicationType,
-  ".js": "text/javascript; charset=utf-8",
-  ".css": "text/css; charset=utf-8",
-  ".json": "application/json",
-  ".png": "image/png",
-  ".svg": "image/svg+xml",
-  ".mp4": "video/mp4"
-};
 
-// URL prefix to folder.
+// URL prefix to folder; the first that fits counts.
 const folders = {
+  "/media/": mediaFolder,
+  "/examples/player/media/": mediaFolder,
   "/pages/": join(sourceRoot, "Tests/Browser/pages"),
   "/examples/": join(sourceRoot, "Examples"),
   "/InjectedBundle/": join(sourceRoot, "InjectedBundle"),
@@ -36,10 +30,8 @@ function fileOf(pathname) {
   return inside ? file : undefined;
 }
 
-function typeOf(file) {
-  if (file.endsWith(".hbbtv.xhtml"))
-    return applicationType;
-  return mimeTypes[extname(file)] ?? "application/octet-stream";
+function typeOf(name) {
+  return extname(name) === ".hbbtv" ? applicationType : contentType(name);
 }
 
 export class PageServer {
@@ -51,6 +43,8 @@ export class PageServer {
 
   // Path to { type, body } for pages that a test writes itself.
   #written = new Map();
+  // Path to what answers there in place of the server, for a test that needs a bad one.
+  #interceptors = new Map();
   // The paths that were asked for.
   requested = new Set();
   #http = createServer((request, response) => this.#answer(request, response));
@@ -65,14 +59,32 @@ export class PageServer {
 
   // Puts a page under /written/<name> and answers its URL.
   write(name, body) {
-    this.#written.set(`/written/${name}`, { type: mimeTypes[extname(name)], body });
+    this.#written.set(`/written/${name}`, { type: typeOf(name), body });
     return this.url(`/written/${name}`);
+  }
+
+  // `answer(request, response, serve)` is called for requests of the path; serve() does what is usual. Without
+  // an answer the path is the server's again.
+  intercept(path, answer) {
+    if (answer)
+      this.#interceptors.set(path, answer);
+    else
+      this.#interceptors.delete(path);
   }
 
   #answer(request, response) {
     const { pathname } = new URL(request.url, this.origin);
-    const headers = { "Cache-Control": "no-store" };
     this.requested.add(pathname);
+    const serve = () => this.#serve(pathname, request, response);
+    const interceptor = this.#interceptors.get(pathname);
+    if (interceptor)
+      interceptor(request, response, serve);
+    else
+      serve();
+  }
+
+  #serve(pathname, request, response) {
+    const headers = { "Cache-Control": "no-store" };
     const written = this.#written.get(pathname);
     if (written) {
       response.writeHead(200, { ...headers, "Content-Type": written.type }).end(written.body);
@@ -83,9 +95,8 @@ export class PageServer {
       response.writeHead(404, headers).end();
       return;
     }
-    headers["Content-Type"] = typeOf(file);
-    response.writeHead(200, headers);
-    createReadStream(file).pipe(response);
+    const { size } = statSync(file);
+    sendFile(request, response, file, size, { ...headers, "Content-Type": typeOf(file) });
   }
 
   close() {

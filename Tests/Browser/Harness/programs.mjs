@@ -4,7 +4,7 @@ import { fileURLToPath } from "node:url";
 import { existsSync, readdirSync } from "node:fs";
 
 const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
-const build = resolve(sourceRoot, process.env.HBBTV_BUILD_DIR ?? "build/release");
+export const build = resolve(sourceRoot, process.env.HBBTV_BUILD_DIR ?? "build/release");
 
 function first(what, candidates) {
   const found = candidates.find(existsSync);
