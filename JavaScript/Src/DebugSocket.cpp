@@ -21,7 +21,19 @@ constexpr std::string_view kHelp = "window.debug() messages should be shown here
 constexpr size_t kQueueLimit = 64 * 1024;
 constexpr int kLastPort = 65535;
 
-void LogWriteFailure() { HBBTV_LOG_WARNING("%s Failed to write to socket", "DebugSocket"); }
+void LogWriteFailure() {
+    HBBTV_LOG_WARNING("%s Failed to write to socket", "DebugSocket");
+}
+
+int OpenSocket() {
+    const int opened = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int on = 1;
+    if (opened < 0)
+        HBBTV_LOG_ERROR("can't open stream socket");
+    else if (setsockopt(opened, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
+        HBBTV_LOG_WARNING("can't set SO_REUSEADDR");
+    return opened;
+}
 
 }  // namespace
 
@@ -116,53 +128,57 @@ bool DebugSocket::IsEnding() const {
     return m_ending;
 }
 
-bool DebugSocket::Bind(int listener) {
+int DebugSocket::Listen() {
+    int listener = OpenSocket();
+    if (listener < 0)
+        return listener;
+    HBBTV_LOG_INFO("Attempting to bind local address");
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_ANY);
-    for (int port = kFirstPort; port <= kLastPort; ++port) {
+    for (int port = kFirstPort; port <= kLastPort && listener >= 0; ++port) {
         // A port that was ours a moment ago may need the time to become free.
         short ready = 0;
         if (!Wait(-1, false, 1000, ready))
-            return false;
+            break;
         address.sin_port = htons(static_cast<uint16_t>(port));
-        if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
-            HBBTV_LOG_INFO("Debug socket bound to port %d", port);
+        if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+            continue;
+        HBBTV_LOG_INFO("Debug socket bound to port %d", port);
+        if (listen(listener, 1) == 0) {
             const std::lock_guard lock(m_mutex);
             m_port = port;
-            return true;
+            return listener;
         }
+        // Another program bound the port in the same moment and listens already. A bound socket stays so.
+        close(listener);
+        listener = OpenSocket();
     }
-    HBBTV_LOG_ERROR("Debug socket found no free port from %d upward", kFirstPort);
-    return false;
+    if (!IsEnding())
+        HBBTV_LOG_ERROR("Debug socket found no free port from %d upward", kFirstPort);
+    if (listener >= 0)
+        close(listener);
+    return -1;
 }
 
 void DebugSocket::Run() {
-    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (listener < 0) {
-        HBBTV_LOG_ERROR("can't open stream socket");
-    } else {
-        const int on = 1;
-        if (setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0)
-            HBBTV_LOG_WARNING("can't set SO_REUSEADDR");
-        HBBTV_LOG_INFO("Attempting to bind local address");
-        bool serving = Bind(listener) && listen(listener, 1) == 0;
-        while (serving) {
-            short ready = 0;
-            if (!Wait(listener, false, -1, ready))
-                break;
-            if (ready == 0)
-                continue;
-            const int client = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-            if (client < 0 && (errno == EINTR || errno == EAGAIN))
-                continue;
-            serving = client >= 0;
-            if (serving) {
-                HBBTV_LOG_INFO("accept() taken...");
-                Serve(client);
-            } else {
-                HBBTV_LOG_ERROR("accept() failed");
-            }
+    const int listener = Listen();
+    bool serving = listener >= 0;
+    while (serving) {
+        short ready = 0;
+        if (!Wait(listener, false, -1, ready))
+            break;
+        if (ready == 0)
+            continue;
+        const int client = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (client < 0 && (errno == EINTR || errno == EAGAIN))
+            continue;
+        serving = client >= 0;
+        if (serving) {
+            HBBTV_LOG_INFO("accept() taken...");
+            Serve(client);
+        } else {
+            HBBTV_LOG_ERROR("accept() failed");
         }
     }
     HBBTV_LOG_INFO("Cleanup thread, close socket");

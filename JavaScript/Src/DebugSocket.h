@@ -33,7 +33,8 @@ class DebugSocket {
 
    private:
     void Run();
-    [[nodiscard]] bool Bind(int listener);
+    // A socket that listens on the first free port, or -1.
+    [[nodiscard]] int Listen();
     void Serve(int client);
     // Waits for the descriptor or a wake-up; false when the thread shall end.
     [[nodiscard]] bool Wait(int descriptor, bool alsoForWriting, int timeoutMs, short& ready) const;
