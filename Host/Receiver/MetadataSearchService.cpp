@@ -40,9 +40,10 @@ OrderBy readOrderBy(GVariant* list) {
     return orderBy;
 }
 
+// A search that failed has no results to tell of.
 std::tuple<bool, Id, Id, Id, bool> queryResults(World& world, Id id) {
     const auto* results = world.search().results().find(id);
-    if (results == nullptr)
+    if (results == nullptr || results->failed)
         return {false, 0, 0, 0, false};
     return {results->complete, results->offset, results->shown(), static_cast<Id>(results->programmes.size()),
             true};

@@ -5,6 +5,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -323,13 +324,17 @@ TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
 
 TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {
     Simulation simulation(
-        R"({"drm": {"systems": [{"id": "s", "result_code": 2, "result_message": "no", "reply_ms": 50}]}})");
+        R"({"drm": {"systems": [{"id": "s", "result_code": 2, "result_message": "no", "reply_ms": 50},
+                                 {"id": "silent", "replies": false}]}})");
     EXPECT_EQ(simulation.world.sendDrmMessage("s"), 1);
     EXPECT_EQ(simulation.world.sendDrmMessage("other"), 2);
+    EXPECT_EQ(simulation.world.sendDrmMessage("silent"), 3);
     simulation.timers.pass(0);
     EXPECT_THAT(simulation.events.take(), ElementsAre("drm 2 5 "));
     simulation.timers.pass(50);
     EXPECT_THAT(simulation.events.take(), ElementsAre("drm 1 2 no"));
+    simulation.timers.pass(3'600'000);
+    EXPECT_THAT(simulation.events.take(), IsEmpty());
 }
 
 TEST(AWorld, FollowsChangesOfTheScenarioWithSubscriptionsUnderWay) {
@@ -380,7 +385,7 @@ TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
             events.push_back(search.programme(id)->programme->eventId);
         return events;
     };
-    EXPECT_THAT(eventsFound(news), ElementsAre(1, 3, 4));
+    EXPECT_THAT(eventsFound(news), ElementsAre(1, 4, 3));
     EXPECT_THAT(eventsFound(*both), ElementsAre(1, 3));
     EXPECT_THAT(eventsFound(*search.negate(news)), ElementsAre(2));
     ASSERT_TRUE(search.setOrderBy(searchId, {{duration, false}}));
@@ -452,16 +457,17 @@ class ACondition : public testing::Test {
 TEST_F(ACondition, ComparesEveryFieldAsNumberOrText) {
     using enum QueryField;
     using enum QueryMode;
-    EXPECT_THAT(Finds(Any, Equal, 5U), ElementsAre(1, 2, 3));
+    EXPECT_THAT(Finds(Any, Equal, 5U), ElementsAre(1, 3, 2));
     EXPECT_THAT(Finds(Name, Contains, "\u00fcBER"), ElementsAre(1));
     EXPECT_THAT(Finds(Name, Equal, "news"), IsEmpty());
     EXPECT_THAT(Finds(Name, Less, "News"), ElementsAre(2));
     EXPECT_THAT(Finds(Name, Equal, 1984U), ElementsAre(2));
-    EXPECT_THAT(Finds(LongName, Equal, ""), ElementsAre(1, 2, 3));
-    EXPECT_THAT(Finds(StartTime, GreaterOrEqual, static_cast<std::uint32_t>(startUtc + 300)), ElementsAre(2, 3));
+    EXPECT_THAT(Finds(LongName, Equal, ""), ElementsAre(1, 3, 2));
+    EXPECT_THAT(Finds(StartTime, GreaterOrEqual, static_cast<std::uint32_t>(startUtc + 300)),
+                ElementsAre(3, 2));
     EXPECT_THAT(Finds(EndTime, Greater, static_cast<std::uint32_t>(startUtc + 600)), ElementsAre(2));
     EXPECT_THAT(Finds(Duration, LessOrEqual, "600"), ElementsAre(1, 3));
-    EXPECT_THAT(Finds(Duration, NotEqual, "long"), ElementsAre(1, 2, 3));
+    EXPECT_THAT(Finds(Duration, NotEqual, "long"), ElementsAre(1, 3, 2));
     EXPECT_THAT(Finds(Duration, Contains, 40U), ElementsAre(2)) << "5400 seconds";
     EXPECT_THAT(Finds(ChannelId, Equal, 7U), ElementsAre(1, 2));
     EXPECT_THAT(Finds(ChannelId, Equal, "ccid://1.1"), ElementsAre(1, 2));
@@ -476,8 +482,8 @@ TEST_F(ACondition, ComparesEveryFieldAsNumberOrText) {
 
 TEST_F(ACondition, OfConstraintsTakesAnyValueOfAFieldAndEveryField) {
     const auto channel = Number(QueryField::ChannelId);
-    EXPECT_THAT(FindsWithin({}), ElementsAre(1, 2, 3));
-    EXPECT_THAT(FindsWithin({{channel, 7U}, {channel, 8U}}), ElementsAre(1, 2, 3));
+    EXPECT_THAT(FindsWithin({}), ElementsAre(1, 3, 2));
+    EXPECT_THAT(FindsWithin({{channel, 7U}, {channel, 8U}}), ElementsAre(1, 3, 2));
     EXPECT_THAT(FindsWithin({{channel, "ccid://1.10"}, {Number(QueryField::Name), "News"}}), ElementsAre(3));
     EXPECT_THAT(FindsWithin({{channel, 7U}, {Number(QueryField::Name), "News"}}), IsEmpty());
     EXPECT_EQ(search.addQuery({{99U, 1U}}), 0U);
@@ -500,6 +506,67 @@ TEST_F(ACondition, IsSearchedWithinTheBoundsAndTheTargetOfTheSearch) {
     EXPECT_FALSE(search.setBounds(id, 0, -1));
     EXPECT_EQ(found(search.addSearch(2)), 0U);
     EXPECT_EQ(search.addSearch(3), 0U);
+}
+
+TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
+    Simulation simulation(R"({"search": {"hours": 3}, "broadcast": {"channels": [
+      {"id": 1, "name": "Empty", "id_type": "ID_DVB_T"},
+      {"id": 2, "name": "Round", "id_type": "ID_DVB_T", "programmes": [
+        {"event_id": 1, "name": "First", "start_minutes": -30, "duration_minutes": 20},
+        {"event_id": 2, "name": "Second", "start_minutes": -10, "duration_minutes": 70}]},
+      {"id": 3, "name": "Long", "id_type": "ID_DVB_T", "programmes": [
+        {"event_id": 3, "name": "Tomorrow", "start_minutes": 1440, "duration_minutes": 60}]}]}})");
+    auto& search = simulation.world.search();
+    const auto id = search.addSearch(1);
+    const auto found = [&] {
+        search.start(id);
+        simulation.timers.pass(0);
+        return search.results().find(*search.resultsOf(id))->programmes;
+    };
+    const auto describe = [&](std::uint32_t showing) {
+        const auto known = search.programme(showing);
+        return known ? std::to_string(known->programme->eventId) + " at " +
+                           std::to_string((known->start - startUtc) / 60)
+                     : std::string("nothing");
+    };
+    const auto described = [&] {
+        std::vector<std::string> showings;
+        for (const auto showing : found())
+            showings.push_back(describe(showing));
+        return showings;
+    };
+    const auto early = found();
+    EXPECT_THAT(described(),
+                ElementsAre("2 at -10", "1 at 60", "2 at 80", "1 at 150", "2 at 170", "3 at 1440"));
+    // What is over is still known to those who have found it, even after months and many other rounds.
+    simulation.timers.pass(std::int64_t{1000} * 90 * 60'000);
+    EXPECT_EQ(describe(early[0]), "2 at -10");
+    EXPECT_EQ(describe(early[4]), "2 at 170");
+    EXPECT_THAT(described(), ElementsAre("2 at 89990", "3 at 90000", "1 at 90060", "3 at 90060", "2 at 90080",
+                                         "3 at 90120", "1 at 90150", "2 at 90170"));
+    simulation.world.setValue("/search/hours", "0");
+    EXPECT_EQ(found().size(), 3U) << "each programme once";
+    simulation.world.setValue("/broadcast/channels/1/hidden", "true");
+    EXPECT_EQ(describe(early[0]), "nothing");
+    for (const std::uint32_t none : {0U, 3U * 2048 + 1, 0xFFFFFFFFU})
+        EXPECT_EQ(describe(none), "nothing") << none;
+}
+
+TEST(ASearch, FailsOrNeverEndsAsTheScenarioSays) {
+    Simulation simulation(std::string(twoProgrammes).replace(1, 0, R"("search": {"duration_ms": 10}, )"));
+    auto& search = simulation.world.search();
+    const auto id = search.addSearch(1);
+    auto* results = search.results().find(*search.resultsOf(id));
+    const auto runsAs = [&](const char* outcome) {
+        simulation.world.setValue("/search/outcome", outcome);
+        search.start(id);
+        simulation.timers.pass(600'000);
+        return std::make_tuple(results->complete, results->failed, results->programmes.size());
+    };
+    EXPECT_EQ(runsAs(R"("failed")"), std::make_tuple(false, true, 0U));
+    EXPECT_EQ(runsAs(R"("found")"), std::make_tuple(true, false, 2U));
+    EXPECT_EQ(runsAs(R"("never")"), std::make_tuple(false, false, 2U));
+    EXPECT_THROW(simulation.world.setValue("/search/outcome", R"("maybe")"), ScenarioError);
 }
 
 TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {

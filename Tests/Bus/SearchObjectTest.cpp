@@ -157,7 +157,7 @@ TEST_F(APageThatSearches, HearsOfTheEndAndReadsWhatWasFound) {
     EXPECT_EQ(Eval("var p = search.result[0]; [p.name, p.description, p.startTime, p.duration, p.channelID, "
                    "p.programmeID, p.programmeIDType, p.parentalRating[0].value].join()"),
               "Evening News,The day,1699999400,1800,ccid://1,crid://tv/11,0,12");
-    EXPECT_EQ(Value("search.result.item(1).name"), "string Late news");
+    EXPECT_EQ(Value("search.result.item(1).name"), "string News in brief");
     EXPECT_EQ(Value("search.result[0] === search.result[0]"), "boolean false");
     EXPECT_EQ(Value("search.result[2]"), "undefined");
     EXPECT_EQ(Value("search.result.item(2)"), "undefined");
@@ -168,7 +168,7 @@ TEST_F(APageThatSearches, HearsOfTheEndAndReadsWhatWasFound) {
     EXPECT_EQ(Value("search.result.length"), "number 0") << "what was fetched before is dropped";
     EXPECT_TRUE(Logs("true,0,mine,true,true,0,MetadataSearch"));
     EXPECT_EQ(Eval("[titles(search.result), search.result.offset, search.result.totalSize].join()"),
-              "No news,3,4");
+              "Late news,3,4");
     EXPECT_EQ(Count("StartSearch"), 1U) << "another part of the same results needs no new search";
 }
 
@@ -179,10 +179,10 @@ TEST_F(APageThatSearches, CombinesConditions) {
     EXPECT_EQ(Finds("s.createQuery('Programme.programmeID', 0, 'CRID://TV/31')"), "No news");
     EXPECT_EQ(Finds("s.createQuery('Programme.channelID', 0, config.channelList[1].ccid)"), "News in brief");
     EXPECT_EQ(Finds("named('news')(s).and(s.createQuery('Programme.startTime', 3, 1700000000))"),
-              "Late news|News in brief|No news");
-    EXPECT_EQ(Finds("named('film')(s).or(named('brief')(s))"), "Film|News in brief");
+              "News in brief|No news|Late news");
+    EXPECT_EQ(Finds("named('film')(s).or(named('brief')(s))"), "News in brief|Film");
     EXPECT_EQ(Finds("named('news')(s).not()"), "Film");
-    EXPECT_EQ(Finds("named('')(s)"), "Evening News|Film|Late news|News in brief|No news");
+    EXPECT_EQ(Finds("named('')(s)"), "Evening News|News in brief|No news|Film|Late news");
     EXPECT_EQ(
         Value("found.query === found.query && found.query.FIELD_NAME + found.query.COMPARISON_CONTAINS"),
         "number 7");
@@ -219,9 +219,9 @@ TEST_F(APageThatSearches, ChoosesChannels) {
     EXPECT_EQ(on("s.addChannelConstraint(list[1])"), "News in brief");
     EXPECT_EQ(on("s.addChannelConstraint(list[1]); s.addChannelConstraint(list[2])"),
               "News in brief|No news");
-    EXPECT_EQ(on("s.addChannelConstraint(list)"), "Evening News|Film|Late news|News in brief|No news");
+    EXPECT_EQ(on("s.addChannelConstraint(list)"), "Evening News|News in brief|No news|Film|Late news");
     EXPECT_EQ(on("s.addChannelConstraint(list[1]); s.addChannelConstraint(null)"),
-              "Evening News|Film|Late news|News in brief|No news");
+              "Evening News|News in brief|No news|Film|Late news");
     EXPECT_EQ(on("s.addChannelConstraint(tv = PrivateObjectFactory.createVideoBroadcastObject()"
                  ".createChannelObject(12, 1, 2, 99))"),
               "")
@@ -266,7 +266,7 @@ TEST_F(APageThatSearches, StopsARunningSearch) {
     SearchesTake("10");
     Eval("log = []; s.result.getResults(1, 1)");
     EXPECT_TRUE(Logs("0"));
-    EXPECT_EQ(Eval("titles(s.result)"), "Late news");
+    EXPECT_EQ(Eval("titles(s.result)"), "News in brief");
     const size_t askedThen = Count("SrQueryResults");
     EXPECT_GT(askedThen, asked);
     Eval("log = []; s.result.abort()");

@@ -1,7 +1,6 @@
 #include "Host/Receiver/World/MetadataSearch.h"
 
 #include <algorithm>
-#include <set>
 
 namespace Receiver {
 
@@ -31,8 +30,9 @@ std::uint32_t MetadataSearch::addQuery(const std::vector<Constraint>& constraint
     const auto known = [](const Constraint& constraint) { return isQueryField(constraint.field); };
     if (constraints.size() >= largestCondition || !std::ranges::all_of(constraints, known))
         return 0;
-    return store({[constraints](const FoundProgramme& found) { return satisfies(found, constraints); },
-                  constraints, constraints.size() + 1});
+    return store(
+        {[set = ConstraintSet(constraints)](const FoundProgramme& found) { return set.satisfiedBy(found); },
+         constraints, constraints.size() + 1});
 }
 
 std::uint32_t MetadataSearch::addQuery(std::uint32_t field) {
@@ -173,9 +173,12 @@ void MetadataSearch::start(std::uint32_t searchId) {
     const auto resultsId = resultsOf(searchId);
     if (!resultsId)
         return;
-    m_results.find(*resultsId)->complete = false;
-    m_searches.find(searchId)->timer.start(m_scenario.search.durationMs,
-                                           [this, searchId] { finish(searchId); });
+    auto* found = m_results.find(*resultsId);
+    found->complete = found->failed = false;
+    auto& timer = m_searches.find(searchId)->timer;
+    timer.stop();
+    if (m_scenario.search.outcome != SearchOutcome::Never)
+        timer.start(m_scenario.search.durationMs, [this, searchId] { finish(searchId); });
 }
 
 void MetadataSearch::abort(std::uint32_t searchId) {
@@ -194,46 +197,10 @@ void MetadataSearch::cancel(std::uint32_t searchId) {
     found->complete = false;
 }
 
-std::optional<FoundProgramme> MetadataSearch::programme(std::uint32_t id) const {
-    // An id is the place among all programmes of the scenario, so it stays the same while time goes on.
-    std::uint32_t firstOfChannel = 1;
-    for (const auto& channel : m_scenario.broadcast.channels) {
-        const auto nextChannel = firstOfChannel + static_cast<std::uint32_t>(channel.programmes.size());
-        if (id >= firstOfChannel && id < nextChannel) {
-            const auto* wanted = &channel.programmes[id - firstOfChannel];
-            for (const auto& [programme, start] : m_programmesOf(channel.id)) {
-                if (programme == wanted && !channel.hidden)
-                    return FoundProgramme{&channel, programme, start};
-            }
-            break;
-        }
-        firstOfChannel = nextChannel;
-    }
-    return std::nullopt;
-}
-
 std::uint32_t MetadataSearch::store(Condition condition) {
     const auto id = m_queries.nextId();
     m_queries.emplace(id, std::make_shared<const Condition>(std::move(condition)));
     return id;
-}
-
-std::vector<std::pair<std::uint32_t, FoundProgramme>> MetadataSearch::everything() const {
-    std::vector<std::pair<std::uint32_t, FoundProgramme>> all;
-    std::uint32_t firstOfChannel = 1;
-    for (const auto& channel : m_scenario.broadcast.channels) {
-        if (!channel.hidden) {
-            std::set<const Programme*> seen;
-            for (const auto& [programme, start] : m_programmesOf(channel.id)) {
-                const auto index = static_cast<std::uint32_t>(programme - channel.programmes.data());
-                // The schedule repeats; the earliest showing counts.
-                if (seen.insert(programme).second)
-                    all.emplace_back(firstOfChannel + index, FoundProgramme{&channel, programme, start});
-            }
-        }
-        firstOfChannel += static_cast<std::uint32_t>(channel.programmes.size());
-    }
-    return all;
 }
 
 void MetadataSearch::finish(std::uint32_t searchId) {
@@ -241,17 +208,24 @@ void MetadataSearch::finish(std::uint32_t searchId) {
     auto* results = search == nullptr ? nullptr : m_results.find(search->resultsId);
     if (results == nullptr)
         return;
-    auto matching = search->target == broadcastTarget ? everything() : decltype(everything())();
-    std::erase_if(matching, [search](const auto& candidate) {
-        const bool wanted = search->condition == nullptr || search->condition->matches(candidate.second);
-        return !wanted || !satisfies(candidate.second, search->constraints);
-    });
-    std::stable_sort(matching.begin(), matching.end(), [search](const auto& left, const auto& right) {
-        return comesFirst(left.second, right.second, search->orderBy);
-    });
     results->programmes.clear();
+    results->failed = m_scenario.search.outcome == SearchOutcome::Failed;
+    if (results->failed)
+        return;
+    auto matching =
+        search->target == broadcastTarget ? allShowings(m_scenario, m_present()) : std::vector<Showing>();
+    const ConstraintSet constraints(search->constraints);
+    std::erase_if(matching, [&](const Showing& candidate) {
+        const bool wanted = search->condition == nullptr || search->condition->matches(candidate.found);
+        return !wanted || !constraints.satisfiedBy(candidate.found);
+    });
+    if (!search->orderBy.empty()) {
+        std::stable_sort(matching.begin(), matching.end(), [search](const auto& left, const auto& right) {
+            return comesFirst(left.found, right.found, search->orderBy);
+        });
+    }
     for (std::size_t i = search->first; i < matching.size() && i - search->first < search->most; ++i)
-        results->programmes.push_back(matching[i].first);
+        results->programmes.push_back(matching[i].id);
     results->complete = true;
 }
 

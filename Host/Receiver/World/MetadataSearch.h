@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/ProgrammeDatabase.h"
 #include "Host/Receiver/World/ProgrammeFields.h"
 #include "Host/Receiver/World/Scenario.h"
-#include "Host/Receiver/World/Schedule.h"
 #include "Host/Receiver/World/Timers.h"
 
 namespace Receiver {
@@ -26,10 +26,10 @@ struct Condition {
 
 class MetadataSearch {
  public:
-    using ProgrammesOf = std::function<std::vector<ScheduledProgramme>(std::uint32_t channelId)>;
+    using Present = std::function<Moment()>;
 
-    MetadataSearch(const Scenario& scenario, Timers& timers, ProgrammesOf programmesOf)
-        : m_scenario(scenario), m_timers(timers), m_programmesOf(std::move(programmesOf)) {}
+    MetadataSearch(const Scenario& scenario, Timers& timers, Present present)
+        : m_scenario(scenario), m_timers(timers), m_present(std::move(present)) {}
 
     // An object lives until the last of those who retained it releases it. False for an unknown id.
     struct Counted {
@@ -45,7 +45,7 @@ class MetadataSearch {
         std::uint32_t queryId = 0;
         std::shared_ptr<const Condition> condition;
         std::vector<Constraint> constraints;
-        OrderBy orderBy;
+        OrderBy orderBy;  // by time where it says nothing
         // Of all that matches, no more than this part is found.
         std::uint32_t first = 0;
         std::uint32_t most = 0xFFFFFFFF;
@@ -56,6 +56,7 @@ class MetadataSearch {
         explicit Results(std::uint32_t ofSearch) : searchId(ofSearch) {}
         std::uint32_t searchId;
         bool complete = false;
+        bool failed = false;
         std::uint32_t offset = 0;
         std::uint32_t count = 0xFFFFFFFF;
         std::vector<std::uint32_t> programmes;  // all that were found
@@ -103,7 +104,9 @@ class MetadataSearch {
     void cancel(std::uint32_t searchId);
 
     // The programme that results name by this id; nothing once the scenario has no such programme.
-    [[nodiscard]] std::optional<FoundProgramme> programme(std::uint32_t id) const;
+    [[nodiscard]] std::optional<FoundProgramme> programme(std::uint32_t id) const {
+        return findShowing(m_scenario, m_present(), id);
+    }
 
     template <typename Object>
     [[nodiscard]] static bool retain(BoundedStore<Object>& store, std::uint32_t id) {
@@ -126,12 +129,11 @@ class MetadataSearch {
 
  private:
     [[nodiscard]] std::uint32_t store(Condition condition);
-    [[nodiscard]] std::vector<std::pair<std::uint32_t, FoundProgramme>> everything() const;
     void finish(std::uint32_t searchId);
 
     const Scenario& m_scenario;
     Timers& m_timers;
-    ProgrammesOf m_programmesOf;
+    Present m_present;
     BoundedStore<Query> m_queries{1024};
     BoundedStore<Search> m_searches{256};
     BoundedStore<Results> m_results{256};

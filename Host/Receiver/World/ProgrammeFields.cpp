@@ -5,6 +5,7 @@
 #include <compare>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <glib.h>
 
@@ -124,15 +125,30 @@ bool matches(const FoundProgramme& found, std::uint32_t field, std::uint32_t mod
     return holds(textOf(*value) <=> (isId ? folded(textOf(wanted)) : textOf(wanted)), comparison);
 }
 
-bool satisfies(const FoundProgramme& found, const std::vector<Constraint>& constraints) {
-    const auto met = [&found](const Constraint& constraint) {
-        return matches(found, constraint.field, static_cast<std::uint32_t>(QueryMode::Equal),
-                       constraint.value);
-    };
-    return std::ranges::all_of(constraints, [&](const Constraint& constraint) {
-        return std::ranges::any_of(constraints, [&](const Constraint& alternative) {
-            return alternative.field == constraint.field && met(alternative);
-        });
+ConstraintSet::ConstraintSet(const std::vector<Constraint>& constraints) {
+    for (const auto& [field, value] : constraints) {
+        auto& alternatives = m_byField[field];
+        if (const auto* number = std::get_if<std::uint32_t>(&value))
+            alternatives.numbers.insert(*number);
+        else
+            alternatives.texts.push_back(std::get<std::string>(value));
+    }
+}
+
+bool ConstraintSet::satisfiedBy(const FoundProgramme& found) const {
+    return std::ranges::all_of(m_byField, [&found](const auto& constraint) {
+        const auto& [field, alternatives] = constraint;
+        const auto equals = [&found, field](const QueryValue& value) {
+            return matches(found, field, static_cast<std::uint32_t>(QueryMode::Equal), value);
+        };
+        const auto value = fieldOf(found, field, false);
+        const auto* number = value ? std::get_if<std::int64_t>(&*value) : nullptr;
+        if (number != nullptr && std::in_range<std::uint32_t>(*number) &&
+            alternatives.numbers.contains(static_cast<std::uint32_t>(*number)))
+            return true;
+        if (number == nullptr && std::ranges::any_of(alternatives.numbers, equals))
+            return true;
+        return std::ranges::any_of(alternatives.texts, equals);
     });
 }
 

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -60,8 +62,22 @@ struct Constraint {
     QueryValue value;
 };
 
-// Constraints on one field are alternatives, those on different fields must all be met.
-[[nodiscard]] bool satisfies(const FoundProgramme& found, const std::vector<Constraint>& constraints);
+// Constraints on one field are alternatives, those on different fields must all be met. Many numbers for one
+// field, a list of channels say, cost hardly more than one.
+class ConstraintSet {
+ public:
+    explicit ConstraintSet(const std::vector<Constraint>& constraints);
+
+    [[nodiscard]] bool satisfiedBy(const FoundProgramme& found) const;
+
+ private:
+    struct Alternatives {
+        std::set<std::uint32_t> numbers;
+        std::vector<std::string> texts;
+    };
+
+    std::map<std::uint32_t, Alternatives> m_byField;
+};
 
 using OrderBy = std::vector<std::pair<std::uint32_t, bool>>;  // field, ascending
 

@@ -141,6 +141,11 @@ Channel readChannel(const JsonValue& value) {
         return left.startMinutes < right.startMinutes;
     };
     std::stable_sort(channel.programmes.begin(), channel.programmes.end(), earlier);
+    for (const auto& programme : channel.programmes) {
+        const auto end = std::int64_t{programme.startMinutes} + programme.durationMinutes;
+        const auto minutes = end - channel.programmes.front().startMinutes;
+        channel.scheduleSeconds = std::max(channel.scheduleSeconds, minutes * 60);
+    }
     return channel;
 }
 
@@ -175,6 +180,7 @@ DrmSystem readDrmSystem(const JsonValue& value) {
     JsonObject object(value);
     DrmSystem system;
     object.require("id", [&](const JsonValue& id) { system.id = nonEmptyText(id); });
+    object.flag("replies", system.replies);
     object.number("result_code", system.resultCode, 0, 6);
     object.text("result_message", system.resultMessage);
     object.number("reply_ms", system.replyMs, 0, 3600000);
@@ -326,6 +332,16 @@ void readMedia(const JsonValue& value, Scenario& scenario) {
     object.finish();
 }
 
+void readSearch(const JsonValue& value, Scenario& scenario) {
+    JsonObject object(value);
+    object.number("duration_ms", scenario.search.durationMs, 0, 600000);
+    object.read("outcome", [&](const JsonValue& outcome) {
+        scenario.search.outcome = static_cast<SearchOutcome>(outcome.oneOf({"found", "failed", "never"}));
+    });
+    object.number("hours", scenario.search.hours, 0, 14 * 24);
+    object.finish();
+}
+
 void readCarousel(const JsonValue& value, Scenario& scenario, const std::string& folder) {
     JsonObject object(value);
     object.number("reply_ms", scenario.carousel.replyMs, 0, 600000);
@@ -370,11 +386,7 @@ Scenario readScenario(const nlohmann::json& document, const std::string& folder)
     object.read("media", [&](const JsonValue& value) { readMedia(value, scenario); });
     object.read("stream_events",
                 [&](const JsonValue& list) { scenario.streamEvents = readList(list, readStreamEvent); });
-    object.read("search", [&](const JsonValue& value) {
-        JsonObject search(value);
-        search.number("duration_ms", scenario.search.durationMs, 0, 600000);
-        search.finish();
-    });
+    object.read("search", [&](const JsonValue& value) { readSearch(value, scenario); });
     object.read("carousel", [&](const JsonValue& value) { readCarousel(value, scenario, folder); });
     object.finish();
     return scenario;

@@ -66,7 +66,9 @@ struct Channel {
     // The error state that every attempt to tune ends with.
     std::optional<std::int32_t> tuningError;
     std::vector<Component> components;
-    std::vector<Programme> programmes;
+    std::vector<Programme> programmes;  // by their start
+    // From the first programme's start to the last one's end, when the schedule begins again.
+    std::int64_t scheduleSeconds = 0;
 };
 
 struct BroadcastApplication {
@@ -84,10 +86,14 @@ struct StreamEventSource {
 
 struct DrmSystem {
     std::string id;
+    bool replies = true;
     std::int32_t resultCode = 0;
     std::string resultMessage;
     std::uint32_t replyMs = 0;
 };
+
+// How a search ends that is not ended by its client.
+enum class SearchOutcome { Found, Failed, Never };
 
 struct Profile {
     std::uint16_t profile = 0;
@@ -177,6 +183,9 @@ struct Scenario {
     std::vector<StreamEventSource> streamEvents;
     struct {
         std::uint32_t durationMs = 0;
+        SearchOutcome outcome = SearchOutcome::Found;
+        // How far ahead schedules are known; 0: each programme is known once.
+        std::uint32_t hours = 0;
     } search;
     struct {
         std::string folder;  // empty: no carousel

@@ -10,10 +10,6 @@ constexpr std::uint8_t shortEventTag = 0x4D;
 constexpr std::uint8_t parentalRatingTag = 0x55;
 constexpr std::uint8_t extensionTag = 0x7F;
 
-std::int64_t endOf(const ScheduledProgramme& scheduled) {
-    return scheduled.start + std::int64_t{scheduled.programme->durationMinutes} * 60;
-}
-
 // Three characters as a descriptor carries a language or country; padded where the scenario gives fewer.
 void appendCode(std::vector<std::uint8_t>& bytes, std::string code) {
     code.resize(3, ' ');
@@ -51,24 +47,29 @@ std::vector<std::uint8_t> parentalRating(const Programme& programme, const std::
 
 }  // namespace
 
-std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t origin, std::int64_t now) {
+std::int64_t roundAt(const Channel& channel, std::int64_t origin, std::int64_t now) {
     if (channel.programmes.empty())
-        return {};
-    const auto first = std::int64_t{channel.programmes.front().startMinutes} * 60;
-    auto last = first;
-    for (const auto& programme : channel.programmes)
-        last = std::max(last, (std::int64_t{programme.startMinutes} + programme.durationMinutes) * 60);
-    const auto span = last - first;
-    if (span <= 0)
-        return {};
-    const auto elapsed = now - (origin + first);
-    auto round = elapsed >= 0 ? elapsed / span : 0;
+        return 0;
+    const auto elapsed = now - (origin + std::int64_t{channel.programmes.front().startMinutes} * 60);
+    return elapsed >= 0 ? elapsed / channel.scheduleSeconds : 0;
+}
 
+ScheduledProgramme showing(const Channel& channel, const Programme& programme, std::int64_t origin,
+                           std::int64_t round) {
+    const auto start = origin + std::int64_t{programme.startMinutes} * 60 + round * channel.scheduleSeconds;
+    return {&programme, start};
+}
+
+std::int64_t endOf(const ScheduledProgramme& scheduled) {
+    return scheduled.start + std::int64_t{scheduled.programme->durationMinutes} * 60;
+}
+
+std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t origin, std::int64_t now) {
     std::vector<ScheduledProgramme> result;
+    auto round = roundAt(channel, origin, now);
     for (const auto lastRound = round + 1; round <= lastRound; ++round) {
         for (const auto& programme : channel.programmes) {
-            const ScheduledProgramme scheduled{
-                &programme, origin + std::int64_t{programme.startMinutes} * 60 + round * span};
+            const auto scheduled = showing(channel, programme, origin, round);
             if (endOf(scheduled) > now && (round < lastRound || result.size() < 2))
                 result.push_back(scheduled);
         }

@@ -15,6 +15,14 @@ struct ScheduledProgramme {
     std::int64_t start = 0;  // seconds since 1970
 };
 
+// The round that the schedule is in: how often it has begun again. 0 before its first programme, too.
+[[nodiscard]] std::int64_t roundAt(const Channel& channel, std::int64_t origin, std::int64_t now);
+
+[[nodiscard]] ScheduledProgramme showing(const Channel& channel, const Programme& programme,
+                                         std::int64_t origin, std::int64_t round);
+
+[[nodiscard]] std::int64_t endOf(const ScheduledProgramme& scheduled);
+
 // What has not ended yet, in order of time: the present programme (if one is on now), and at least one after
 // it. "origin" is the moment, in seconds since 1970, that the schedule's minutes count from.
 [[nodiscard]] std::vector<ScheduledProgramme> upcoming(const Channel& channel, std::int64_t origin,

@@ -78,7 +78,10 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
               return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
           }),
       m_streamEvents(m_scenario, timers, events),
-      m_search(m_scenario, timers, [this](std::uint32_t channelId) { return programmes(channelId); }),
+      m_search(m_scenario, timers,
+               [this] {
+                   return Moment{m_origin, utc()};
+               }),
       m_carousel(m_scenario, timers, events),
       m_relatedAtStart(m_scenario.broadcast.related),
       m_origin(utc()),
@@ -174,6 +177,8 @@ std::int32_t World::sendDrmMessage(const std::string& drmSystemId) {
         std::find_if(m_scenario.drm.systems.begin(), m_scenario.drm.systems.end(),
                      [&drmSystemId](const DrmSystem& candidate) { return candidate.id == drmSystemId; });
     const bool known = system != m_scenario.drm.systems.end();
+    if (known && !system->replies)
+        return static_cast<std::int32_t>(transaction);
     const auto code = known ? system->resultCode : resultUnknownDrmSystem;
     const auto message = known ? system->resultMessage : std::string();
     m_drmReplies.emplace(transaction, m_timers)
