@@ -1,0 +1,265 @@
+// The programme guide by the keys that a viewer presses: Examples/epg, its searches, and what it leaves behind.
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { after, before, beforeEach, describe, it } from "node:test";
+import { defaultScenario } from "./Harness/programs.mjs";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+// What a viewer sees of it.
+const look = () => {
+  const text = id => document.getElementById(id).textContent;
+  const isOpen = id => !document.getElementById(id).classList.contains("closed");
+  const texts = selector => Array.from(document.querySelectorAll(selector), element => element.textContent);
+  return {
+    view: isOpen("guide") ? "guide" : "finder",
+    name: text("detail-name"),
+    channel: text("detail-channel"),
+    age: isOpen("detail-age") ? text("detail-age") : null,
+    text: text("detail-text"),
+    day: text("day"),
+    rows: texts("#rows .channel").join("|"),
+    empty: texts("#rows .empty").join("|"),
+    current: texts("#rows .current").join("|"),
+    entry: text("entry"),
+    found: text("found"),
+    results: texts("#results .name").join("|"),
+    focused: texts("#results .focused .name").join("|"),
+    message: isOpen("message") ? text("message") : null
+  };
+};
+
+const firstRows = "1Nordlicht 1|2Nordlicht 2|3Canal Rivage|4Kinderwelle|5Stadion Nordost";
+
+// The titles of the scenario that contain a text, hidden channels left out.
+function titlesWith(text) {
+  const { broadcast } = JSON.parse(readFileSync(defaultScenario, "utf8"));
+  return broadcast.channels.filter(channel => !channel.hidden).flatMap(channel => channel.programmes ?? [])
+    .map(programme => programme.name).filter(name => name.toLowerCase().includes(text));
+}
+
+describe("The programme guide", () => {
+  let television, browser, receiver;
+
+  before(async () => {
+    television = await Television.start();
+    ({ browser, receiver } = television);
+  });
+
+  after(() => television?.close());
+
+  beforeEach(async () => {
+    await receiver.setWorld("/search", { duration_ms: 20, hours: 72 });
+    await receiver.setWorld("/broadcast/current_channel", 1);
+  });
+
+  // With its verdict given and a call log that begins now.
+  async function open(page = "index.html") {
+    await browser.open(television.server.url(`/examples/epg/${page}`));
+    const verdict = await browser.waitFor("the verdict is given",
+      () => document.getElementById("verdict").getAttribute("data-verdict"));
+    assert.equal(verdict, "pass", await browser.run(() => document.getElementById("verdict").textContent));
+    await receiver.clearCalls();
+  }
+
+  async function press(...keys) {
+    for (const key of keys)
+      await receiver.pressKey(`VK_${key}`);
+  }
+
+  const type = text => press(...Array.from(text.toUpperCase(), letter => letter === " " ? "SPACE" : letter));
+
+  // Waits until the viewer sees all of this.
+  async function sees(expected) {
+    let seen;
+    await waitFor(`the viewer sees ${JSON.stringify(expected)}`, async () => {
+      seen = await browser.run(look);
+      return Object.keys(expected).every(name => seen[name] === expected[name]);
+    }).catch(error => assert.deepEqual(seen, { ...seen, ...expected }, error.message));
+  }
+
+  async function count(method) {
+    return (await receiver.calls()).filter(([name]) => name === method).length;
+  }
+
+  const searches = method => count(`IMetaDataSearch.${method}`);
+
+  for (const [page, contentType] of [
+    ["index.html", "text/html"],
+    ["index.hbbtv.xhtml", "application/vnd.hbbtv.xhtml+xml"]
+  ]) {
+    it(`shows channels, what is on and its details as ${contentType}`, async () => {
+      await open(page);
+      assert.equal(await browser.run(() => document.contentType), contentType);
+      await sees({ view: "guide", rows: firstRows, current: "1Nordlicht 1", name: "Evening News",
+        channel: "1  Nordlicht 1 HD", age: null, text: "The day at home and abroad", day: "Today" });
+      assert.match(await browser.run(() => document.getElementById("detail-when").textContent),
+        /^\S+, \d+:\d\d – \d+:\d\d, 45 min$/);
+      await press("DOWN", "DOWN");
+      await sees({ name: "Inspector Maren", channel: "3  Canal Rivage HD", age: "from 12" });
+      await press("PAGE_DOWN");
+      await sees({ name: "Plenary Session", channel: "8  Parlament Live" });
+      assert.match((await browser.run(look)).rows, /8Parlament Live$/);
+    });
+  }
+
+  it("moves from programme to programme through the days, and asks for no more than it shows", async () => {
+    await open();
+    await press("RIGHT", "DOWN", "UP", "LEFT");
+    await sees({ name: "Evening News" });
+    assert.equal(await searches("SrItemAtIndex"), 0, "what is on the screen is known");
+    for (const name of ["Weather and Tides", "The Lighthouse Keeper", "Talk after Nine", "Night Train North",
+      "Around the Harbour", "Evening News", "Weather and Tides"]) {
+      await press("RIGHT");
+      await sees({ name, empty: "" });
+    }
+    await press("LEFT", "LEFT", "LEFT");
+    await sees({ name: "Night Train North" });
+    await press("RED");
+    await sees({ name: "Evening News", text: "The day at home and abroad" });
+    await press("BLUE");
+    await sees({ day: "Tomorrow", rows: firstRows, empty: "" });
+    await press("BLUE", "BLUE", "BLUE", "BLUE");
+    await sees({ empty: Array(5).fill("No information").join("|") });
+    await press("YELLOW", "YELLOW", "YELLOW", "YELLOW", "YELLOW");
+    await sees({ name: "Evening News" });
+  });
+
+  it("tunes to what is on, and tells when the others begin", async () => {
+    await open();
+    await press("DOWN", "RIGHT", "ENTER");
+    await sees({ name: "A Winter in Lisbon" });
+    assert.match((await browser.run(look)).text, /^Begins in \d+ min\.$/);
+    assert.equal(await count("IBroadcastPlayer.SetChannel"), 0);
+    await press("LEFT", "ENTER");
+    await sees({ name: "The Colour Blue", current: "2Nordlicht 2" });
+    assert.equal(await receiver.getWorld("/broadcast/current_channel"), 2);
+  });
+
+  it("finds by title exactly what the television has, page by page to the end", async () => {
+    await receiver.setWorld("/search/hours", 0);
+    await open();
+    await press("GREEN");
+    await sees({ view: "finder", message: "Enter a part of the title." });
+    // "e", by the keyboard on the screen.
+    await press("RIGHT", "RIGHT", "RIGHT", "RIGHT", "ENTER");
+    const expected = titlesWith("e");
+    await sees({ entry: "e", found: `1 – 5 of ${expected.length}` });
+    await press("PAGE_DOWN");
+    const found = [];
+    for (let offset = 0; offset < expected.length; offset += 5) {
+      const last = Math.min(offset + 5, expected.length);
+      await sees({ found: `${offset + 1} – ${last} of ${expected.length}` });
+      found.push(...(await browser.run(look)).results.split("|"));
+      await press("PAGE_DOWN");
+    }
+    assert.deepEqual(found.sort(), expected.sort());
+    // Past the last result it stays where it is.
+    await press("DOWN", "PAGE_DOWN");
+    const { focused, results } = await browser.run(look);
+    assert.equal(focused, results.split("|").at(-1));
+
+    await press("BLUE");
+    await sees({ entry: "", found: "", results: "" });
+    await type("zzz");
+    await sees({ entry: "zzz", message: "No programme has this in its title." });
+    await press("RED", "BACK_SPACE", "BLUE");
+    await type("chamber");
+    await sees({ found: "1 – 1 of 1", results: "Chamber Concert" });
+  });
+
+  it("ends a search that runs when the text changes, and shows what the last text finds", async () => {
+    await open();
+    await press("GREEN");
+    await receiver.setWorld("/search/duration_ms", 600000);
+    await type("new");
+    await sees({ entry: "new", found: "Searching", results: "" });
+    assert.equal(await searches("AbortSearch"), 2);
+    await receiver.setWorld("/search", { duration_ms: 20, hours: 0 });
+    await press("S");
+    const expected = titlesWith("news");
+    await sees({ entry: "news", found: `1 – ${expected.length} of ${expected.length}` });
+    assert.equal(await searches("AbortSearch"), 3);
+    assert.deepEqual((await browser.run(look)).results.split("|").sort(), expected.sort());
+    // Back in the guide nobody waits any more.
+    await receiver.setWorld("/search/outcome", "never");
+    await press("RED");
+    await sees({ found: "Searching" });
+    await press("BACK");
+    await sees({ view: "guide", name: "Evening News" });
+    assert.equal(await searches("AbortSearch"), 4);
+  });
+
+  it("shows a result in the guide, between what comes before and after it", async () => {
+    await open();
+    await press("GREEN");
+    await type("opera");
+    await sees({ results: Array(5).fill("Opera Evening").join("|") });
+    await press("PAGE_DOWN");
+    await sees({ focused: "Opera Evening", channel: "102  Klassik Welle" });
+    await press("ENTER");
+    await sees({ view: "guide", name: "Opera Evening", channel: "102  Klassik Welle", empty: "" });
+    await press("LEFT");
+    await sees({ name: "Score and Story" });
+  });
+
+  it("says that a search failed, and finds again when the television does", async () => {
+    await open();
+    await receiver.setWorld("/search/outcome", "failed");
+    await press("GREEN");
+    await type("film");
+    await sees({ message: "The search failed. The yellow key tries again.", found: "" });
+    await press("GREEN", "RED");
+    await sees({ view: "guide", empty: Array(5).fill("The television could not tell").join("|") });
+    await receiver.setWorld("/search/outcome", "found");
+    await press("RED");
+    await sees({ name: "Evening News", empty: "" });
+    await receiver.fail("IMetaDataSearch.MdsAdd", "no more searches");
+    await press("GREEN", "YELLOW");
+    await sees({ message: "The search failed. The yellow key tries again." });
+    await receiver.resetMethods();
+    await press("BLUE");
+    await type("red harbour");
+    await sees({ message: null, results: Array(5).fill("Red Harbour").join("|") });
+  });
+
+  it("leaves nothing at the receiver when its page goes", async () => {
+    await television.open("plain.html");
+    await waitFor("earlier guides are gone", async () => (await receiver.getWorld("/state")).searches === 0);
+    await receiver.clearCalls();
+    await browser.open(television.server.url("/examples/epg/index.html"));
+    await browser.waitFor("the verdict is given",
+      () => document.getElementById("verdict").getAttribute("data-verdict"));
+    await receiver.setWorld("/search/duration_ms", 600000);
+    await press("GREEN");
+    await type("news");
+    await waitFor("the search runs", async () => (await receiver.getWorld("/state")).searches > 0);
+    await television.open("plain.html");
+    await waitFor("nothing is left", async () => {
+      const { searches: running, queries, search_results: results } = await receiver.getWorld("/state");
+      return running + queries + results === 0;
+    });
+    for (const cache of ["Mds", "Qc", "Sr", "Pc"])
+      assert.equal(await searches(`${cache}Retain`), await searches(`${cache}Release`), cache);
+    assert.ok(await searches("QcRetain") > 0);
+  });
+
+  it("survives a receiver that dies, and works with the next", async () => {
+    await open();
+    await receiver.stop("SIGKILL");
+    // A dead receiver presses no keys, and a new one grants none before it is asked.
+    const pressRed = () => browser.run(() =>
+      document.dispatchEvent(new KeyboardEvent("keydown", { keyCode: KeyEvent.VK_RED, cancelable: true })));
+    const untold = Array(5).fill("The television could not tell").join("|");
+    await pressRed();
+    await sees({ empty: untold });
+    await receiver.start();
+    await waitFor("the guide is filled again", async () => {
+      const { name, empty } = await browser.run(look);
+      if (empty === untold)
+        await pressRed();
+      return name === "Evening News";
+    });
+    await sees({ rows: firstRows, empty: "" });
+  });
+});
