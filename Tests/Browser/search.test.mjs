@@ -5,7 +5,7 @@ import { after, before, beforeEach, describe, it } from "node:test";
 import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
-const [finished, idle] = [0, 3];
+const [finished, idle, failed] = [0, 3, 4];
 
 const page = `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script></head><body>
 <object id="manager" type="application/oipfSearchManager"></object>
@@ -31,7 +31,7 @@ describe("A page that searches", () => {
   after(() => television?.close());
 
   beforeEach(async () => {
-    await receiver.setWorld("/search/duration_ms", 20);
+    await receiver.setWorld("/search", { duration_ms: 20 });
     await television.show("search.html", page);
     await receiver.clearCalls();
   });
@@ -81,6 +81,30 @@ describe("A page that searches", () => {
     assert.deepEqual([state.searches, state.queries, state.search_results], [0, 0, 0]);
   });
 
+  it("tells a handler that came late of the end, of a failure and of the next success", async () => {
+    await browser.run(() => {
+      window.handler = manager.onMetadataSearch;
+      manager.onMetadataSearch = null;
+      searchFor("news").result.getResults(0, 1);
+      manager.onMetadataSearch = window.handler;
+    });
+    await hears(finished);
+    await receiver.setWorld("/search/outcome", "failed");
+    await browser.run(() => search.setQuery(search.createQuery("Programme.name", 6, "ferry")));
+    await browser.run(() => search.result.getResults(0, 5));
+    await hears(finished, idle, failed);
+    assert.deepEqual(await browser.run(() => [search.result.length, search.result.totalSize,
+      search.result[0] === undefined]), [0, 0, true]);
+    await receiver.setWorld("/search/outcome", "found");
+    await browser.run(() => search.result.getResults(0, 5));
+    await hears(finished, idle, failed, finished);
+    assert.deepEqual(await browser.run(() => Array.from(search.result, ({ name }) => name)), ["The Last Ferry"]);
+    await browser.run(() => search.result.getResults(5, 5));
+    await hears(finished, idle, failed, finished, finished);
+    assert.deepEqual(await browser.run(() => [search.result.length, search.result.offset,
+      search.result.totalSize, search.result.item(0) === undefined]), [0, 5, 1, true]);
+  });
+
   it("hears the answer to a DRM message under the id that it was given", async () => {
     const answer = await browser.runAsync((done) => {
       let id = null;
@@ -88,5 +112,24 @@ describe("A page that searches", () => {
       id = agent.sendDRMMessage("text/plain", "hello", "urn:dvb:casystemid:19219");
     });
     assert.deepEqual(answer, [true, "string", "done", 0]);
+  });
+
+  it("hears the answers to DRM messages as they come, and none from a silent system", async () => {
+    await receiver.setWorld("/drm/systems", [
+      { id: "slow", result_code: 2, result_message: "at last", reply_ms: 150 },
+      { id: "quick", result_code: 0, result_message: "here", reply_ms: 10 },
+      { id: "silent", replies: false }
+    ]);
+    const answers = await browser.runAsync((done) => {
+      const heard = [], ids = {};
+      agent.addEventListener("DRMMessageResult", ({ msgID, resultMsg, resultCode }) => {
+        heard.push([Object.keys(ids).find(id => ids[id] === msgID), resultMsg, resultCode]);
+        if (heard.length === 3)
+          done(heard);
+      });
+      for (const system of ["slow", "silent", "quick", "unknown"])
+        ids[system] = agent.sendDRMMessage("text/plain", "hello", system);
+    });
+    assert.deepEqual(answers, [["unknown", "", 5], ["quick", "here", 0], ["slow", "at last", 2]]);
   });
 });
