@@ -39,7 +39,7 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
 
     // How long a running search is waited for, in milliseconds.
     struct Patience {
-        unsigned first = 10;      // before the receiver is asked for the first time
+        unsigned first = 1;       // before the receiver is asked for the first time
         unsigned longest = 500;   // between two questions, which come half as often each time
         unsigned limit = 60'000;  // altogether; then the search has failed
     };
