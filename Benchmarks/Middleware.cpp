@@ -10,6 +10,7 @@
 
 #include <gio/gio.h>
 
+#include "Benchmarks/SearchMiddleware.h"
 #include "IPC/DBUS/Src/DBusCall.h"
 #include "IPC/DBUS/Src/DBusUtils.h"
 #include "IPC/DBUS/Src/GLibHandles.h"
@@ -68,6 +69,8 @@ gboolean AnswerChannelInfo(IJSChannelCache* skeleton, GDBusMethodInvocation* inv
     return TRUE;
 }
 
+constexpr std::array kNames{kApiName, kCacheName, kSearchName};
+
 void Say(GDBusConnection* /*connection*/, const gchar* /*name*/, gpointer descriptor) {
     if (write(GPOINTER_TO_INT(descriptor), "", 1) != 1)
         _exit(1);
@@ -92,9 +95,11 @@ void GiveUp(GDBusConnection* /*connection*/, const gchar* /*name*/, gpointer /*d
     const GObjectPtr<GDBusConnection> bus = GetDBus();
     if (!bus ||
         !g_dbus_interface_skeleton_export(G_DBUS_INTERFACE_SKELETON(api), bus.get(), kObjectPath, nullptr) ||
-        !g_dbus_interface_skeleton_export(G_DBUS_INTERFACE_SKELETON(cache), bus.get(), kObjectPath, nullptr))
+        !g_dbus_interface_skeleton_export(G_DBUS_INTERFACE_SKELETON(cache), bus.get(), kObjectPath,
+                                          nullptr) ||
+        !ExportSearch(bus.get()))
         _exit(1);
-    for (const char* name : {kApiName, kCacheName})
+    for (const char* name : kNames)
         g_bus_own_name_on_connection(bus.get(), name, G_BUS_NAME_OWNER_FLAGS_NONE, &Say, &GiveUp,
                                      GINT_TO_POINTER(ready), nullptr);
     g_main_loop_run(loop);
@@ -132,7 +137,9 @@ Middleware::Middleware() {
     }
     close(ready[1]);
     char byte = 0;
-    m_serves = m_process > 0 && read(ready[0], &byte, 1) == 1 && read(ready[0], &byte, 1) == 1;
+    m_serves = m_process > 0;
+    for (size_t i = 0; m_serves && i < kNames.size(); ++i)
+        m_serves = read(ready[0], &byte, 1) == 1;
     close(ready[0]);
     if (!m_serves)
         std::fputs("No session bus, or one of the receiver's names is taken\n", stderr);

@@ -1,8 +1,8 @@
 // Reads what the benchmark programs have written and prints one table of ratios; each is the median of repetitions
 // that were taken by turns. Ends with 1 when a ratio is over its goal.
 //
-//     node Table.mjs FOLDER     with bindings.json, remote-calls.json, television.json, memory.json, page-load.json,
-//                            first-picture.json
+//     node Table.mjs FOLDER     with bindings.json, remote-calls.json, television.json, search.json, memory.json,
+//                            page-load.json, first-picture.json
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
 
@@ -30,6 +30,7 @@ function itemsPerIteration(run) {
 const bindings = read('bindings.json');
 const remote = read('remote-calls.json');
 const television = read('television.json');
+const search = read('search.json');
 const memory = read('memory.json');
 const load = read('page-load.json');
 const firstPicture = read('first-picture.json');
@@ -40,6 +41,7 @@ const onTelevision = (name, unit) => ({
   value: median(times(television, `${name}/real_time`, 'real_time')) / scales[unit],
   unit,
 });
+const searches = (what) => ({ value: median(times(search, 'Search/manual_time', what)), unit: 'ms' });
 const bytes = (value) => ({ value, unit: 'B' });
 const inMilliseconds = (times) => ({ value: median(times), unit: 'ms' });
 const milliseconds = (repetitions, what) => inMilliseconds(repetitions.map((times) => times[what]));
@@ -62,6 +64,10 @@ const rows = [
   // The channel that is found is a new object, whose cache entry is retained with one remote call.
   ['getChannel, last of 1,000 / search in plain script', onTelevision('FindInList', 'us'), onTelevision('FindInArray', 'us'), null],
   ['stream event to its listener / bare handler and call', onTelevision('StreamEventToListener', 'ns'), onTelevision('StreamEventBare', 'ns'), null],
+  // Ten calls for the search, two for each programme and one for each channel of twenty. Releasing is in neither.
+  ['search of 10,000, 20 read, sleep apart / its 70 bare calls', searches('page'), searches('bare'), 1.15],
+  // The page's search sleeps before it asks for the first time whether there are results; the bare calls do not.
+  ['the same search with the sleep / its 70 bare calls', searches('page_with_sleep'), searches('bare'), null],
   ['page of 1,000 elements on screen, with bundle / without', milliseconds(load.with, 'shown'), milliseconds(load.without, 'shown'), 1.1],
   // Part of the row above: what a viewer waits for is the page on the screen.
   ['of it until the load event, with bundle / without', milliseconds(load.with, 'loaded'), milliseconds(load.without, 'loaded'), null],

@@ -1,0 +1,35 @@
+// The searching side of the answering process: 10,000 programmes, and searches by title that are complete as
+// soon as they have been started.
+#pragma once
+
+#include <gio/gio.h>
+
+#include <cstdint>
+#include <string>
+
+namespace Benchmarks {
+
+inline constexpr char kSearchName[] = "org.vantrel.hbbtv.IMetaDataSearch";
+inline constexpr uint32_t kProgrammes = 10'000;
+// Of every so many programmes in a row, one has kTitle in its name; they are on different channels.
+inline constexpr uint32_t kTitlesInARow = 25;
+inline constexpr char kTitle[] = "harbour";
+
+// What the programme cache sends, for programmes 1 to 10,000.
+struct ProgrammeValues {
+    explicit ProgrammeValues(uint32_t id);
+
+    uint32_t channelId;
+    uint32_t eventId;
+    std::string name;
+    std::string description;
+    std::string crid;
+    uint32_t start;
+    uint32_t duration;
+    uint32_t rating;
+};
+
+// False when the interface could not be exported.
+[[nodiscard]] bool ExportSearch(GDBusConnection* bus);
+
+}  // namespace Benchmarks
