@@ -39,7 +39,7 @@ CAVEventHandlerWK* CAVEventHandlerWK::GetInstance() {
 
 CAVEventHandlerWK::CAVEventHandlerWK()
     : m_service(std::make_unique<DBusService<IAVEventHandler>>(kService, iavevent_handler_proxy_new_sync,
-                                                               on_signal, nullptr, __func__)) {}
+                                                               on_signal, nullptr, CallSite(__func__))) {}
 
 CAVEventHandlerWK::~CAVEventHandlerWK() = default;
 

@@ -44,7 +44,7 @@ CBroadcastPlayerWK* CBroadcastPlayerWK::GetInstance() {
 
 CBroadcastPlayerWK::CBroadcastPlayerWK()
     : m_service(std::make_unique<DBusService<IBroadcastPlayer>>(kService, ibroadcast_player_proxy_new_sync,
-                                                                on_signal, nullptr, __func__)) {}
+                                                                on_signal, nullptr, CallSite(__func__))) {}
 
 CBroadcastPlayerWK::~CBroadcastPlayerWK() = default;
 

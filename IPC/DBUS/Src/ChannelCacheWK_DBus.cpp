@@ -23,7 +23,7 @@ IJSChannelCacheCommon* IJSChannelCacheWK::GetInstance() {
 
 CJSChannelCacheWK::CJSChannelCacheWK()
     : m_service(std::make_unique<DBusService<IJSChannelCache>>(kService, ijschannel_cache_proxy_new_sync,
-                                                               nullptr, nullptr, __func__)) {}
+                                                               nullptr, nullptr, CallSite(__func__))) {}
 
 CJSChannelCacheWK::~CJSChannelCacheWK() {
     HBBTV_LOG_DEBUG("CJSChannelCacheWK::~CJSChannelCacheWK()");

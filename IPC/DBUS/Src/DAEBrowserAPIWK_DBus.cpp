@@ -86,7 +86,7 @@ CDAEBrowserAPIWK* CDAEBrowserAPIWK::GetInstance() {
 
 CDAEBrowserAPIWK::CDAEBrowserAPIWK()
     : m_service(std::make_unique<DBusService<IDAEBrowserAPI>>(kService, idaebrowser_api_proxy_new_sync,
-                                                              on_signal, this, __func__)) {}
+                                                              on_signal, this, CallSite(__func__))) {}
 
 CDAEBrowserAPIWK::~CDAEBrowserAPIWK() = default;
 

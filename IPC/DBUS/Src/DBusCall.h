@@ -117,6 +117,8 @@ class DBusService {
         }
         dbus_call::LogDone(service, site, m_proxy.get());
     }
+    // Made by std::make_unique, a bare __func__ would become a place in the standard library.
+    DBusService(const ServiceDescription&, ProxyMaker<Proxy>, SignalFunction, gpointer, const char*) = delete;
 
     ~DBusService() {
         // A delivery that is under way may keep the proxy beyond us.

@@ -48,7 +48,7 @@ MetadataSearchService InitMDSWKDBus() {
     MetadataSearchService service = s_proxy.lock();
     if (!service) {
         service = std::make_shared<DBusService<IMetaDataSearch>>(kService, imeta_data_search_proxy_new_sync,
-                                                                 nullptr, nullptr, __func__);
+                                                                 nullptr, nullptr, CallSite(__func__));
         s_proxy = service;
     }
     return service;
