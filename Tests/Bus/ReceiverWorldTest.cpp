@@ -602,6 +602,14 @@ TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
         EXPECT_EQ(response(url), "file 5  0") << url;
     (void)ReceiverTest::writeFile("carousel/sub/index.html", "new page");
     EXPECT_EQ(response("dvb://1.2.3/sub/"), "file 5 new page 1") << "files are read when they are asked for";
+    // A page of many files asks for all of them at once. None is forgotten: one too many is refused.
+    std::size_t accepted = 0;
+    while (accepted < 10000 && simulation.world.carousel().request(5, "dvb:/sub/"))
+        ++accepted;
+    simulation.timers.pass(10);
+    EXPECT_EQ(simulation.events.take().size(), accepted);
+    EXPECT_EQ(accepted, 4096U);
+    EXPECT_EQ(response("dvb:/sub/"), "file 5 new page 1");
     Simulation without("{}");
     EXPECT_FALSE(without.world.carousel().request(1, "dvb://x/a"));
 }

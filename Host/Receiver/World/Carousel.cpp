@@ -61,7 +61,7 @@ std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& f
 }  // namespace
 
 bool Carousel::request(std::uint32_t handle, const std::string& url) {
-    if (m_scenario.carousel.folder.empty())
+    if (m_scenario.carousel.folder.empty() || m_pending.size() >= mostPending)
         return false;
     const auto id = m_pending.nextId();
     m_pending.emplace(id, m_timers).start(m_scenario.carousel.replyMs, [this, id, handle, url] {

@@ -16,8 +16,8 @@ class Carousel {
     Carousel(const Scenario& scenario, Timers& timers, ReceiverEvents& events)
         : m_scenario(scenario), m_timers(timers), m_events(events) {}
 
-    // False without a carousel; otherwise a file response follows, with a false status for a file that is not
-    // there.
+    // False without a carousel, and when too many files are under way; otherwise a file response follows, with
+    // a false status for a file that is not there.
     [[nodiscard]] bool request(std::uint32_t handle, const std::string& url);
 
  private:
@@ -26,7 +26,8 @@ class Carousel {
     const Scenario& m_scenario;
     Timers& m_timers;
     ReceiverEvents& m_events;
-    BoundedStore<Timer> m_pending{256};
+    static constexpr std::size_t mostPending = 4096;
+    BoundedStore<Timer> m_pending{mostPending};
 };
 
 }  // namespace Receiver
