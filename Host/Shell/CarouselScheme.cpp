@@ -53,6 +53,8 @@ void finish(WebKitURISchemeRequest* request, unsigned status, const std::string&
     webkit_uri_scheme_response_set_content_type(response.get(), type.c_str());
     // The broadcaster exchanges files at any time. One document still reads each only once while it loads.
     SoupMessageHeaders* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
+    // Scripts read the type here; the response's own is only for WebKit.
+    soup_message_headers_append(headers, "Content-Type", type.c_str());
     soup_message_headers_append(headers, "Cache-Control", "no-cache");
     webkit_uri_scheme_response_set_http_headers(response.get(), headers);
     webkit_uri_scheme_request_finish_with_response(request, response.get());

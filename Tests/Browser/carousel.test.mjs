@@ -148,8 +148,9 @@ describe("The object carousel", () => {
       request.send();
       return [request.status, JSON.parse(request.responseText).answer];
     }), [200, 42]);
-    assert.equal(await browser.runAsync(done =>
-      fetch("data.json").then(response => response.json()).then(value => done(value.answer))), 42);
+    assert.deepEqual(await browser.runAsync(done => fetch("data.json").then(response => response.blob()
+      .then(blob => blob.text().then(text => done([response.headers.get("content-type"), blob.type, text]))))),
+    ["application/json", "application/json", "{\"answer\": 42}"]);
     const readWaiting = address => {
       const request = new XMLHttpRequest();
       request.open("GET", address, false);
