@@ -1498,12 +1498,12 @@ interface SearchResults {
   /** Stops a running search and drops the results. */
   abort(): void;
   /**
-   * Returns the programme at `index`, counted from 0, a new object on every call; `undefined` past the end.
-   * `results[index]` reads the same.
+   * Returns the programme at `index`, counted from 0, a new object on every call; `undefined` past the end,
+   * and `null` for a programme that the receiver has dropped since. `results[index]` reads the same.
    */
-  item(index: number): Programme | undefined;
+  item(index: number): Programme | null | undefined;
   /** The same as `item(index)`. */
-  readonly [index: number]: Programme;
+  readonly [index: number]: Programme | null;
 }
 
 /** A trigger carried in the broadcast, given to a listener added with `addStreamEventListener`. */
