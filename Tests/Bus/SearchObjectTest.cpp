@@ -131,11 +131,6 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
         }
         return true;
     }
-    void CollectGarbage() {
-        // The collector takes words that are left on the stack for references: leave others there.
-        Eval("(function deep(n) { return n && [deep(n - 1)]; })(100)");
-        page.main.CollectGarbage();
-    }
 
     FakePage page;
 };
@@ -337,11 +332,11 @@ TEST_F(APageThatSearches, RunsSeveralSearchesAtOnce) {
 TEST_F(APageThatSearches, IsToldOfASearchThatItKeepsNoMore) {
     Eval(
         "(function() { var s = searchFor(named('film')); s.label = 'kept '; s.result.getResults(0, 1); })()");
-    CollectGarbage();
+    page.main.CollectGarbage();
     EXPECT_TRUE(Logs("kept 0"));
     // Then it goes, with all it had at the receiver.
     EXPECT_TRUE(WaitFor([this] {
-        CollectGarbage();
+        page.main.CollectGarbage();
         return ReleasedEverything();
     }));
 }
@@ -356,7 +351,7 @@ TEST_F(APageThatSearches, GivesBackWhatItRetained) {
     })())");
     EXPECT_TRUE(Logs("0"));
     EXPECT_TRUE(WaitFor([this] {
-        CollectGarbage();
+        page.main.CollectGarbage();
         return ReleasedEverything();
     }));
     EXPECT_EQ(Count("QcRetain"), 10U) << "eight queries of the page's, and the constraints of two calls";
@@ -369,7 +364,7 @@ TEST_F(APageThatSearches, MayLoseItsManagerWhileASearchRuns) {
     Eval(
         "manager.onMetadataSearch = null; var s = searchFor(named('film')); s.result.getResults(0, 9); "
         "manager = null;");
-    CollectGarbage();
+    page.main.CollectGarbage();
     EXPECT_TRUE(WaitFor([this] { return Value("s.result.length") == "number 1"; }));
     EXPECT_EQ(Eval("titles(s.result)"), "Film");
 }
