@@ -16,8 +16,8 @@ class Carousel {
     Carousel(const Scenario& scenario, Timers& timers, ReceiverEvents& events)
         : m_scenario(scenario), m_timers(timers), m_events(events) {}
 
-    // False without a carousel, and when too many files are under way; otherwise a file response follows, with
-    // a false status for a file that is not there.
+    // False without a carousel, and when too many files are under way; otherwise a file response follows,
+    // with a false status for a file that is not there.
     [[nodiscard]] bool request(std::uint32_t handle, const std::string& url);
 
  private:
