@@ -311,6 +311,11 @@ void GStreamerMediaPlayer::prerolled() {
         seekDone();
         return;
     }
+    // A page of text, such as a server's excuse, is no medium, though GStreamer shows it as a subtitle.
+    if (!m_progress.live && !m_streams.hasPictureOrSound()) {
+        fail(MediaError::Corrupt);
+        return;
+    }
     m_progress.prerolled = true;
     m_limit.stop();
     m_duration = m_pipeline->duration().value_or(0);
