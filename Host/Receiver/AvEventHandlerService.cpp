@@ -17,18 +17,6 @@ MediaState stateOf(World& world, std::uint32_t id) {
     return player == nullptr ? MediaState::Stopped : player->state();
 }
 
-bool play(World& world, std::uint32_t id, double speed) {
-    auto* player = world.media().player(id);
-    return player != nullptr && player->play(speed);
-}
-
-bool stop(World& world, std::uint32_t id) {
-    auto* player = world.media().player(id);
-    if (player != nullptr)
-        player->stop();
-    return player != nullptr;
-}
-
 bool seek(World& world, std::uint32_t id, std::uint32_t position) {
     auto* player = world.media().player(id);
     return player != nullptr && player->seek(position);
@@ -66,9 +54,9 @@ void fillPlayer(IAVEventHandlerIface& table) {
                                          [](World& world, std::uint32_t id) { world.media().release(id); }>;
     table.handle_play =
         answer<iavevent_handler_complete_play,
-               [](World& world, std::uint32_t id, double speed) { return play(world, id, speed); }>;
+               [](World& world, std::uint32_t id, double speed) { return world.media().play(id, speed); }>;
     table.handle_stop = answer<iavevent_handler_complete_stop,
-                               [](World& world, std::uint32_t id) { return stop(world, id); }>;
+                               [](World& world, std::uint32_t id) { return world.media().stop(id); }>;
     table.handle_seek =
         answer<iavevent_handler_complete_seek, [](World& world, std::uint32_t id, std::uint32_t position) {
             return seek(world, id, position);

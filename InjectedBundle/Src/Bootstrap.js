@@ -857,6 +857,14 @@ function _hbbtv_vantrel_main() {
   _hbbtv_vantrel_observe(queries);
 }
 
+// A frame that its page removes or fills anew has nothing left to hear or see. Of the page itself the players are
+// taken back without it.
+function _hbbtv_vantrel_finalizeWithFrame() {
+  if (window !== window.top)
+    window.addEventListener("unload", () => Array.from(_hbbtv_vantrel_known.keys()).forEach(_hbbtv_vantrel_finalize));
+}
+
 window.onload = () => _hbbtv_vantrel_log("Started");
 _hbbtv_vantrel_main();
+_hbbtv_vantrel_finalizeWithFrame();
 window.oipfObjectFactory = _hbbtv_vantrel_createObjectFactory();

@@ -43,7 +43,8 @@ std::string Absolute(JSContextRef context, std::string url) {
 
 }  // namespace
 
-COipfAVControlImpl::COipfAVControlImpl() : PlayerObject(CAVEventHandlerWK::GetInstance(), ++s_idGen) {}
+COipfAVControlImpl::COipfAVControlImpl(JSContextRef context)
+    : PlayerObject(CAVEventHandlerWK::GetInstance(), ++s_idGen), PageBound(context) {}
 
 bool COipfAVControlImpl::MayResize(const char* dimension) {
     if (!m_fullScreen)
@@ -148,6 +149,11 @@ void COipfAVControlImpl::SendAttributes() {
         m_player->SetAttribute(m_playerId, name, value);
 }
 
+void COipfAVControlImpl::Start(float speed) {
+    m_mayBeHeard = true;
+    m_player->Play(m_playerId, speed);
+}
+
 bool COipfAVControlImpl::Play(JSContextRef context, double speed) {
     HBBTV_LOG_OBJECT(INFO, "(%f)", speed);
     if (!m_player->FlagPlayerActive(m_playerId)) {
@@ -158,7 +164,7 @@ bool COipfAVControlImpl::Play(JSContextRef context, double speed) {
         m_player->SetMimeType(m_playerId, m_type);
         SendAttributes();
     }
-    m_player->Play(m_playerId, ToFloat(speed));
+    Start(ToFloat(speed));
     return true;
 }
 
@@ -184,7 +190,7 @@ bool COipfAVControlImpl::Queue(JSContextRef context, const std::optional<std::st
     m_player->SetMimeType(m_playerId, m_type);
     m_data = absolute;
     m_player->SetData(m_playerId, m_data);
-    m_player->Play(m_playerId, 1.0F);
+    Start(1.0F);
     return true;
 }
 
@@ -205,7 +211,13 @@ bool COipfAVControlImpl::Release() {
     HBBTV_LOG_ENTRY();
     m_player->Stop(m_playerId);
     m_player->ReleasePlayer(m_playerId);
+    m_mayBeHeard = false;
     return true;
+}
+
+void COipfAVControlImpl::OnPageLeft() {
+    if (m_mayBeHeard)
+        m_player->ReleasePlayer(m_playerId);
 }
 
 void COipfAVControlImpl::OnEvent(event_t event) {
@@ -240,6 +252,7 @@ void COipfAVControlImpl::OnEvent(event_t event) {
 void COipfAVControlImpl::OnState(const event_t& event) {
     m_playState = event.Signed(0);
     m_error = event.Signed(1);
+    m_mayBeHeard = m_playState != kStopped && m_playState != kFinished && m_playState != kError;
     HBBTV_LOG_OBJECT(INFO, "(state:%d, error:%d)", m_playState, m_error);
     if (JSContextRef context = ContextFor("PlayStateChange")) {
         DispatchEvent("PlayStateChange", "state", JSValueMakeNumber(context, m_playState), "error",

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "API/Src/AVEventHandlerCommon.h"
+#include "InjectedBundle/Src/PageBound.h"
 #include "InjectedBundle/gen/js/COipfAVControlBase.h"
 #include "JavaScript/Src/PlayerObject.h"
 
@@ -15,9 +16,10 @@ class SASMessage;
 namespace OipfJavaScript {
 
 class COipfAVControlImpl final
-    : public PlayerObject<jiOipfAVControl, COipfAVControlBase, IAVEventHandlerCommon> {
+    : public PlayerObject<jiOipfAVControl, COipfAVControlBase, IAVEventHandlerCommon>,
+      private PageBound {
  public:
-    COipfAVControlImpl();
+    explicit COipfAVControlImpl(JSContextRef context);
 
     void SetWidth(uint32_t width);
     void SetHeight(uint32_t height);
@@ -54,7 +56,7 @@ class COipfAVControlImpl final
 
  private:
     // As the receiver reports them.
-    enum EPlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2, kFinished = 5 };
+    enum EPlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2, kFinished = 5, kError = 6 };
 
     [[nodiscard]] bool HasProgress() const { return m_playState == kPlaying || m_playState == kPaused; }
     // False when the size is the screen's, not the page's.
@@ -62,6 +64,9 @@ class COipfAVControlImpl final
     // False when the receiver has no player to give; the page has then been told.
     [[nodiscard]] bool AcquirePlayer();
     void SendAttributes();
+    void Start(float speed);
+    // A navigation has all players released when it begins, but the page runs on until the next one is there.
+    void OnPageLeft() override;
 
     void OnState(const event_t& event);
     void OnSpeed(const event_t& event);
@@ -74,6 +79,8 @@ class COipfAVControlImpl final
     std::string m_type;
     std::string m_data;
     AttributeMap m_attributes;
+    // Play has been called, and no state reported since then in which nothing is played.
+    bool m_mayBeHeard = false;
     int32_t m_playState = kStopped;
     int32_t m_error = 0;
     // As last reported: what counts while the player does not answer.

@@ -40,9 +40,9 @@ std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroa
     return MakeBinding<jiOipfVideoBroadcast>();
 }
 
-std::unique_ptr<jiOipfAVControl> CPrivateObjectFactoryImpl::CreateVideoMpegObject() {
+std::unique_ptr<jiOipfAVControl> CPrivateObjectFactoryImpl::CreateVideoMpegObject(JSContextRef context) {
     HBBTV_LOG_ENTRY();
-    return MakeBinding<jiOipfAVControl>();
+    return MakeBinding<jiOipfAVControl>(context);
 }
 
 std::unique_ptr<jiOipfApplicationManager> CPrivateObjectFactoryImpl::CreateApplicationManagerObject() {

@@ -23,7 +23,7 @@ class jiOipfVideoBroadcast;
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
    public:
     [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject();
-    [[nodiscard]] std::unique_ptr<jiOipfAVControl> CreateVideoMpegObject();
+    [[nodiscard]] std::unique_ptr<jiOipfAVControl> CreateVideoMpegObject(JSContextRef context);
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
     [[nodiscard]] std::unique_ptr<jiOipfCapabilities> CreateCapabilitiesObject();
     [[nodiscard]] std::unique_ptr<jiChannelConfig> CreateChannelConfig();

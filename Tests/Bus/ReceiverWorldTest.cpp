@@ -235,10 +235,22 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     EXPECT_EQ(players.session(1).url(), "http://x/film2.mp4");
     simulation.timers.pass(100);
     EXPECT_EQ(players.player(1)->state(), MediaState::Playing);
-    // The only decoder is at work; once the first has finished it is free.
+    // The only decoder is at work; once the first has finished it is free, and the first has to wait in turn.
     EXPECT_FALSE(players.acquire(2));
     simulation.timers.pass(20000);
     EXPECT_TRUE(players.acquire(2));
+    players.session(2).setUrl("http://x/film1.mp4");
+    EXPECT_TRUE(players.play(2, 1.0));
+    (void)simulation.events.take();
+    EXPECT_FALSE(players.play(1, 1.0));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 0 1000", "data 200 1 0 3"));
+    // What is queued goes with what is stopped.
+    ASSERT_TRUE(players.session(2).queue("http://x/film2.mp4"));
+    EXPECT_TRUE(players.stop(2));
+    EXPECT_TRUE(players.play(2, 1.0));
+    simulation.timers.pass(20000);
+    EXPECT_EQ(players.player(2)->state(), MediaState::Finished);
+    EXPECT_EQ(players.session(2).url(), "http://x/film1.mp4");
     EXPECT_TRUE(players.supports("Video/MP4; codecs=\"avc1\""));
     EXPECT_FALSE(players.setMimeType(2, "video/ogg"));
 }

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     if (!testing::GTEST_FLAG(list_tests) && !MediaTest::makeMedia())
         return 1;
     GiveTheProgramItsOwnBus();
+    g_setenv("GST_TRACERS", "leaks(filters=GstElement)", TRUE);
     testing::AddGlobalTestEnvironment(new BusWithoutConsequences);
     return RUN_ALL_TESTS();
 }

@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <sstream>
 
+#include <gmock/gmock.h>
+
+#include "Host/Receiver/Media/GstHandles.h"
 #include "Host/Receiver/Media/WorkQueue.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Tests/Bus/BusFixture.h"
@@ -22,6 +25,27 @@ Colour colourOf(const std::uint8_t* bgrx) {
     if (red > blue + 60)
         return Colour::Red;
     return blue > red + 60 ? Colour::Blue : Colour::Other;
+}
+
+// GStreamer's own account of its elements; Main.cpp has it kept.
+std::vector<std::string> livingElements() {
+    std::vector<std::string> names;
+    GList* tracers = gst_is_initialized() ? gst_tracing_get_active_tracers() : nullptr;
+    for (const GList* each = tracers; each != nullptr; each = each->next) {
+        if (g_signal_lookup("get-live-objects", G_OBJECT_TYPE(each->data)) == 0)
+            continue;
+        GstStructure* living = nullptr;
+        g_signal_emit_by_name(each->data, "get-live-objects", &living);
+        const std::unique_ptr<GstStructure, Host::GFree<&gst_structure_free>> owned(living);
+        const auto* list = gst_structure_get_value(living, "live-objects-list");
+        for (guint i = 0; i < gst_value_list_get_size(list); ++i) {
+            const auto* entry = gst_value_get_structure(gst_value_list_get_value(list, i));
+            const auto* object = gst_structure_get_value(entry, "object");
+            names.emplace_back(G_OBJECT_TYPE_NAME(g_value_get_object(object)));
+        }
+    }
+    g_list_free_full(tracers, gst_object_unref);
+    return names;
 }
 
 }  // namespace
@@ -99,6 +123,7 @@ RealPlayer::RealPlayer() : player(makePlayer(listener, screen)) {}
 void RealPlayer::TearDown() {
     player.reset();
     EXPECT_TRUE(Receiver::WorkQueue::waitForAll(10000)) << "a pipeline does not end";
+    EXPECT_THAT(livingElements(), testing::IsEmpty());
 }
 
 std::unique_ptr<Receiver::GStreamerMediaPlayer> RealPlayer::makePlayer(Receiver::MediaListener& ears,

@@ -37,6 +37,7 @@ TEST_F(ABrokenMedium, SaysWhyItDoesNotPlay) {
     expectFailure(fileUrl("nothing.mp4"), MediaError::ContentNotAvailable);
     expectFailure("no address", MediaError::ContentNotAvailable);
     expectFailure(server.url("good/text.mp4"), MediaError::Corrupt);
+    expectFailure(server.url("good/page.mp4"), MediaError::Corrupt);
     expectFailure(fileUrl("broken.mp4"), MediaError::Corrupt);
     expectFailure(server.url("good/broken.mp4"), MediaError::Corrupt);
     expectFailure(fileUrl("unknown-codec.mp4"), MediaError::UnsupportedFormat);

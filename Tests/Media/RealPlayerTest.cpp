@@ -76,6 +76,15 @@ TEST_F(ARealPlayer, ShowsThePicturesOfWhereItIs) {
     ASSERT_TRUE(reaches(MediaState::Playing));
     ASSERT_TRUE(reachesPosition(3500));
     EXPECT_GT(screen.frames(), frames);
+    // The very end, too: it has its picture, and is soon over.
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(player->seek(player->duration()));
+    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; }));
+    const auto sought = Clock::now();
+    ASSERT_TRUE(player->play(1.0));
+    ASSERT_TRUE(reaches(MediaState::Finished));
+    EXPECT_LT(millisecondsSince(sought), 6000);
+    ASSERT_TRUE(plays(server.url("good/film.mp4")));
     EXPECT_FALSE(player->seek(12500)) << "behind the end";
     player->stop();
     EXPECT_EQ(screen.colour(), Colour::None);

@@ -292,6 +292,18 @@ TEST_F(AnAVControl, TellsOfMissingRights) {
     EXPECT_EQ(Log(), "2 c\u00e9 null http://r,1  null ");
 }
 
+TEST_F(AnAVControl, GivesItsPlayerBackWithItsPage) {
+    Eval("var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o) { "
+         "o.play(1); });");
+    page.StartLoad(page.main);
+    // All players are stopped when the load begins, but the page runs on until the next one is there.
+    Send(event_t::WithData(E_AVC_STATE, 0, 0, 1000));
+    Eval("av.play(1)");
+    (void)player.TakeCalls();
+    page.main.Navigate();
+    EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("ReleasePlayer")));
+}
+
 class ASasMessageOfRatings : public AnAVControl {
  protected:
     ASasMessageOfRatings() {

@@ -7,6 +7,7 @@
 
 #include "Host/Receiver/Media/MediaErrors.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
+#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
@@ -18,6 +19,9 @@ constexpr double slowest = 1.0 / 16;
 constexpr double fastestWithSound = 2.0;
 constexpr std::uint32_t stepMs = 200;
 constexpr std::uint32_t glanceMs = 500;
+// The tracks of a medium do not end together to the millisecond, and a demuxer that is sent behind the end of
+// one of them never shows the end of the medium.
+constexpr std::uint32_t nearestToEndMs = 100;
 
 bool isSpeed(double speed) {
     const double pace = std::abs(speed);
@@ -26,8 +30,8 @@ bool isSpeed(double speed) {
 
 // GStreamer reads from far more than a page may: devices, descriptors, other programs.
 bool isForPages(const std::string& url) {
-    const auto scheme = url.substr(0, std::min(url.find(':'), url.size()));
-    return scheme == url || scheme == "http" || scheme == "https" || scheme == "file";
+    const auto scheme = schemeOf(url);
+    return scheme.empty() || scheme == "http" || scheme == "https" || scheme == "file";
 }
 
 // A medium that ends this much before its end was cut off.
@@ -307,6 +311,11 @@ void GStreamerMediaPlayer::prerolled() {
         seekDone();
         return;
     }
+    // A page of text, such as a server's excuse, is no medium, though GStreamer shows it as a subtitle.
+    if (!m_progress.live && !m_streams.hasPictureOrSound()) {
+        fail(MediaError::Corrupt);
+        return;
+    }
     m_progress.prerolled = true;
     m_limit.stop();
     m_duration = m_pipeline->duration().value_or(0);
@@ -382,6 +391,8 @@ void GStreamerMediaPlayer::waitForData() {
 }
 
 void GStreamerMediaPlayer::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) {
+    if (m_duration != 0)
+        milliseconds = std::min(milliseconds, m_duration - std::min(m_duration, nearestToEndMs));
     if (!m_progress.seeking)
         m_progress.rateBefore = m_progress.rate;
     m_progress.rate = rate;

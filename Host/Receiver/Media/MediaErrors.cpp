@@ -1,6 +1,7 @@
 #include "Host/Receiver/Media/MediaErrors.h"
 
 #include "Host/Receiver/World/MediaPlayer.h"
+#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
@@ -87,7 +88,7 @@ bool refusesRanges(GstMessage* message) {
 }
 
 bool isRemote(const std::string& url) {
-    return url.find("://") != std::string::npos && !url.starts_with("file:");
+    return url.find("://") != std::string::npos && schemeOf(url) != "file";
 }
 
 }  // namespace Receiver

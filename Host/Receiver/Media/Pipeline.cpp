@@ -13,7 +13,9 @@ namespace {
 using MessageHandler = Pipeline::MessageHandler;
 
 // Subtitles are listed but not drawn: GStreamer's way of drawing them needs a font renderer in the picture.
-constexpr char playbinFlags[] = "video+audio+soft-volume+buffering";
+// Nor has playbin a volume of its own here: it never lets go of the element that it makes for it.
+constexpr char playbinFlags[] = "video+audio+buffering";
+constexpr char volumeName[] = "volume";
 
 GstElement* makeSoundSink(const std::string& description) {
     if (!description.empty())
@@ -23,6 +25,21 @@ GstElement* makeSoundSink(const std::string& description) {
     auto* sink = gst_element_factory_make("fakesink", nullptr);
     g_object_set(sink, "sync", TRUE, nullptr);
     return sink;
+}
+
+// Volume, and the pitch kept at other speeds.
+GstElement* makeSoundFilter() {
+    const GstObjectHandle<GstElementFactory> tempo(gst_element_factory_find("scaletempo"));
+    const auto volume = std::string("volume name=") + volumeName;
+    return gst_parse_bin_from_description((tempo == nullptr ? volume : volume + " ! scaletempo").c_str(), TRUE,
+                                          nullptr);
+}
+
+GstObjectHandle<GstElement> volumeOf(GstElement& playbin) {
+    GstElement* filter = nullptr;
+    g_object_get(&playbin, "audio-filter", &filter, nullptr);
+    const GstObjectHandle<GstElement> owned(filter);
+    return GstObjectHandle<GstElement>(gst_bin_get_by_name(GST_BIN(filter), volumeName));
 }
 
 // A source that is asked for a time first empties the pipeline and then says that it knows bytes only. What
@@ -80,13 +97,9 @@ GstElement* makePlaybin(const std::string& url, const std::shared_ptr<PictureGat
     gst_object_ref_sink(playbin);
     gst_util_set_object_arg(G_OBJECT(playbin), "flags", playbinFlags);
     g_object_set(playbin, "uri", url.c_str(), "video-sink", makeVideoSink(picture), "audio-sink",
-                 makeSoundSink(sound), nullptr);
+                 makeSoundSink(sound), "audio-filter", makeSoundFilter(), nullptr);
     g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), nullptr);
     g_signal_connect(playbin, "deep-element-added", G_CALLBACK(onElement), nullptr);
-    // Keeps the pitch at other speeds.
-    auto* tempo = gst_element_factory_make("scaletempo", nullptr);
-    if (tempo != nullptr)
-        g_object_set(playbin, "audio-filter", tempo, nullptr);
     return playbin;
 }
 
@@ -207,11 +220,15 @@ void Pipeline::selectStreams(std::vector<std::string> ids) {
 }
 
 void Pipeline::setVolume(double volume) {
-    post([volume](GstElement& element) { g_object_set(&element, "volume", volume, nullptr); });
+    post([volume](GstElement& element) {
+        g_object_set(volumeOf(element).get(), "volume", volume, nullptr);
+    });
 }
 
 void Pipeline::setMuted(bool muted) {
-    post([muted](GstElement& element) { g_object_set(&element, "mute", muted ? TRUE : FALSE, nullptr); });
+    post([muted](GstElement& element) {
+        g_object_set(volumeOf(element).get(), "mute", muted ? TRUE : FALSE, nullptr);
+    });
 }
 
 void Pipeline::setPictureShown(bool shown) {

@@ -120,6 +120,12 @@ std::vector<Component> StreamList::components() const {
     return components;
 }
 
+bool StreamList::hasPictureOrSound() const {
+    const auto all = components();
+    return std::any_of(all.begin(), all.end(),
+                       [](const Component& component) { return component.type != ComponentType::Subtitle; });
+}
+
 std::vector<std::string> StreamList::streamIds(const std::vector<Component>& components) const {
     std::vector<std::string> ids;
     for (const auto& component : components) {

@@ -15,6 +15,7 @@ class StreamList {
     void update(GstObjectHandle<GstStreamCollection> collection);
     // As the streams describe themselves now; some learn their format only when they are decoded.
     [[nodiscard]] std::vector<Component> components() const;
+    [[nodiscard]] bool hasPictureOrSound() const;
 
     // The streams behind these components.
     [[nodiscard]] std::vector<std::string> streamIds(const std::vector<Component>& components) const;

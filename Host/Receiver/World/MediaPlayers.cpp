@@ -47,6 +47,11 @@ void MediaSession::acquire(const MediaPlayerFactory& make) {
 }
 
 void MediaSession::setUrl(const std::string& url) {
+    m_queue.clear();
+    load(url);
+}
+
+void MediaSession::load(const std::string& url) {
     m_url = url;
     m_selection.reset();
     if (m_player != nullptr)
@@ -72,6 +77,16 @@ bool MediaSession::queue(const std::string& url) {
 void MediaSession::setWindow(const VideoWindow& window) {
     m_window = window;
     updatePlane();
+}
+
+void MediaSession::stop() {
+    m_queue.clear();
+    m_player->stop();
+}
+
+void MediaSession::refuse() {
+    stop();
+    mediaStateChanged(MediaState::Stopped, MediaError::InsufficientResources);
 }
 
 void MediaSession::setVolume(std::int32_t volume) {
@@ -125,7 +140,7 @@ void MediaSession::mediaStateChanged(MediaState state, std::int32_t error) {
         return;
     const auto next = m_queue.front();
     m_queue.pop_front();
-    setUrl(next);
+    load(next);
     (void)m_player->play(1.0);
 }
 
@@ -168,14 +183,36 @@ MediaPlayer* MediaPlayers::player(std::uint32_t pluginId) {
     return found == nullptr ? nullptr : found->player();
 }
 
-bool MediaPlayers::acquire(std::uint32_t pluginId) {
+bool MediaPlayers::hasDecoderFor(std::uint32_t pluginId) const {
     std::size_t atWork = 0;
     m_sessions.forEach([&](std::uint32_t other, const MediaSession& candidate) {
         atWork += other != pluginId && isAtWork(candidate) ? 1 : 0;
     });
-    if (atWork >= m_scenario.media.maximumPlayers)
+    return atWork < m_scenario.media.maximumPlayers;
+}
+
+bool MediaPlayers::acquire(std::uint32_t pluginId) {
+    if (!hasDecoderFor(pluginId))
         return false;
     session(pluginId).acquire(m_make);
+    return true;
+}
+
+bool MediaPlayers::play(std::uint32_t pluginId, double speed) {
+    auto* found = m_sessions.find(pluginId);
+    if (found == nullptr || found->player() == nullptr)
+        return false;
+    if (isAtWork(*found) || hasDecoderFor(pluginId))
+        return found->player()->play(speed);
+    found->refuse();
+    return false;
+}
+
+bool MediaPlayers::stop(std::uint32_t pluginId) {
+    auto* found = m_sessions.find(pluginId);
+    if (found == nullptr || found->player() == nullptr)
+        return false;
+    found->stop();
     return true;
 }
 
@@ -224,9 +261,7 @@ void MediaPlayers::release(std::uint32_t pluginId) {
         for (const auto id : ids)
             release(id);
     }
-    auto* playing = player(pluginId);
-    if (playing != nullptr)
-        playing->stop();
+    (void)stop(pluginId);
     m_plane.hide({PlaneKind::Broadband, pluginId});
     m_sessions.erase(pluginId);
 }

@@ -35,6 +35,7 @@ class MediaSession : private MediaListener {
     void acquire(const MediaPlayerFactory& make);
     [[nodiscard]] MediaPlayer* player() const { return m_player.get(); }
 
+    // What was queued behind the medium before goes with it.
     void setUrl(const std::string& url);
     [[nodiscard]] const std::string& url() const { return m_url; }
     void setAttribute(const std::string& name, const std::string& value);
@@ -46,6 +47,11 @@ class MediaSession : private MediaListener {
     void setWindow(const VideoWindow& window);
     [[nodiscard]] const VideoWindow& window() const { return m_window; }
     [[nodiscard]] const FrameStore& frames() const { return m_frames; }
+
+    // Both are for a session with a player. What is queued goes with what is stopped.
+    void stop();
+    // Stopped for want of a decoder.
+    void refuse();
 
     // 0 to 100.
     void setVolume(std::int32_t volume);
@@ -64,6 +70,7 @@ class MediaSession : private MediaListener {
     void mediaPositionChanged(std::uint32_t milliseconds) override;
     void mediaComponentsChanged() override { present(); }
 
+    void load(const std::string& url);
     void selectionChanged(std::int32_t type);
     // Has the player present what is selected.
     void present();
@@ -100,6 +107,10 @@ class MediaPlayers {
 
     // False when as many players are at work as the receiver has decoders for.
     [[nodiscard]] bool acquire(std::uint32_t pluginId);
+    // False without a player. One that has rested meanwhile may find the decoders taken: that is its error then.
+    [[nodiscard]] bool play(std::uint32_t pluginId, double speed);
+    // False without a player.
+    bool stop(std::uint32_t pluginId);
     [[nodiscard]] bool supports(const std::string& mimeType) const;
     // False, and nothing changed, for a type that is not supported.
     [[nodiscard]] bool setMimeType(std::uint32_t pluginId, const std::string& mimeType);
@@ -114,6 +125,8 @@ class MediaPlayers {
     [[nodiscard]] const BoundedStore<MediaSession>& sessions() const { return m_sessions; }
 
  private:
+    [[nodiscard]] bool hasDecoderFor(std::uint32_t pluginId) const;
+
     const Scenario& m_scenario;
     Timers& m_timers;
     ReceiverEvents& m_events;
