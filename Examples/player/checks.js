@@ -10,9 +10,7 @@ function makeChecks(media, open) {
   var NOT_FOUND = 5;
   var TWO_LANGUAGES = 'The ball in two languages';
 
-  function require(condition, problem) {
-    if (!condition) throw new Error(problem);
-  }
+  var require = verdict.require;
 
   // Resolves once it holds, to what it answered; `seen` tells what stood in the way when it never does.
   function until(holds, seen) {

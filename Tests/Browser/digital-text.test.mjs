@@ -32,7 +32,7 @@ describe("Digital text", () => {
 
   before(async () => {
     folder = mkdtempSync(join(tmpdir(), "hbbtv-digital-text-"));
-    for (const part of ["carousel", "television.css", "verdict.js"])
+    for (const part of ["carousel", "shared"])
       cpSync(join(examples, part), join(folder, part), { recursive: true });
     television = await Television.start();
     ({ browser, receiver } = television);
