@@ -3,60 +3,37 @@
 (function () {
   'use strict';
 
-  // Red, green, blue and navigation.
-  var KEYS = 0x1 | 0x2 | 0x8 | 0x10;
+  var KEYS = remote.RED + remote.GREEN + remote.BLUE + remote.NAVIGATION;
   var NOT_FOUND = 404;
   var PRESENTING = 2;
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_UP: 38, VK_DOWN: 40, VK_ENTER: 13, VK_RED: 403, VK_GREEN: 404, VK_BLUE: 406, VK_BACK: 461
-  };
+  var attempt = objects.attempt;
+  var byId = view.byId;
+  var setText = view.setText;
+  var setClass = view.setClass;
 
   var names = ['news', 'weather', 'programmes', 'about'];
   var chosen = 0;
   // An answer that comes when another page has been chosen is not shown.
   var reading = null;
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
-
-  function setClass(element, name, isOn) {
-    if (isOn) element.classList.add(name);
-    else element.classList.remove(name);
-  }
-
-  function attempt(read) {
-    try {
-      var value = read();
-      return value === undefined ? null : value;
-    } catch (error) {
-      return null;
-    }
-  }
-
-  function timeOf(date) {
-    return date.getHours() + ':' + ('0' + date.getMinutes()).slice(-2);
-  }
-
   // --- the picture ---
 
   // A page is { picture, headline, note, paragraphs, rows: [[name, value]] }; only the headline must be there.
   function show(page, isTrouble) {
     byId('picture').src = page.picture || 'images/text.svg';
-    byId('headline').textContent = page.headline;
-    byId('note').textContent = page.note || '';
-    setClass(byId('note'), 'trouble', Boolean(isTrouble));
+    setText('headline', page.headline);
+    setText('note', page.note || '');
+    setClass('note', 'trouble', Boolean(isTrouble));
     byId('paragraphs').textContent = '';
     (page.paragraphs || []).forEach(function (text) {
-      byId('paragraphs').appendChild(document.createElement('p')).textContent = text;
+      byId('paragraphs').appendChild(view.element('p', text));
     });
     byId('rows').textContent = '';
     (page.rows || []).forEach(function (row) {
-      var line = byId('rows').appendChild(document.createElement('div'));
-      line.appendChild(document.createElement('dt')).textContent = row[0];
-      line.appendChild(document.createElement('dd')).textContent = row[1];
+      var line = byId('rows').appendChild(view.element('div', ''));
+      line.appendChild(view.element('dt', row[0]));
+      line.appendChild(view.element('dd', row[1]));
     });
   }
 
@@ -65,8 +42,7 @@
     var programmes = attempt(function () { return byId('video').programmes; });
     var rows = [];
     for (var i = 0; programmes && i < programmes.length && rows.length < 4; i++) {
-      var start = new Date(programmes[i].startTime * 1000);
-      rows.push([timeOf(start), programmes[i].name]);
+      rows.push([view.clockTime(programmes[i].startTime * 1000), programmes[i].name]);
     }
     return {
       picture: 'images/guide.svg',
@@ -104,9 +80,8 @@
   // `shown` is called when the chosen page is there with its picture.
   function showChosen(shown) {
     var name = names[chosen];
-    byId('clock').textContent = timeOf(new Date());
     names.forEach(function (each, index) {
-      setClass(byId('section-' + each), 'focused', index === chosen);
+      setClass('section-' + each, 'focused', index === chosen);
     });
     function finish(page, isTrouble) {
       byId('picture').onload = byId('picture').onerror = shown || null;
@@ -128,12 +103,8 @@
   function toggleText() {
     var isOff = !document.body.classList.contains('text-off');
     setClass(document.body, 'text-off', isOff);
-    setClass(byId('invitation'), 'closed', !isOff);
-    setClass(byId('checks'), 'closed', true);
-  }
-
-  function toggleChecks() {
-    setClass(byId('checks'), 'closed', !byId('checks').classList.contains('closed'));
+    setClass('invitation', 'closed', !isOff);
+    view.close('checks');
   }
 
   var actions = {
@@ -144,29 +115,16 @@
     },
     VK_RED: toggleText,
     VK_GREEN: function () { showChosen(); },
-    VK_BLUE: toggleChecks,
-    VK_BACK: function () { setClass(byId('checks'), 'closed', true); }
+    VK_BLUE: function () { view.toggle('checks'); },
+    VK_BACK: function () { view.close('checks'); }
   };
 
-  function onKey(event) {
+  function actionOf(name) {
     var isOff = document.body.classList.contains('text-off');
-    Object.keys(actions).forEach(function (name) {
-      if (keyCodes[name] !== event.keyCode || (isOff && name !== 'VK_RED')) return;
-      event.preventDefault();
-      actions[name]();
-    });
+    return isOff && name !== 'VK_RED' ? null : actions[name];
   }
 
   // --- start ---
-
-  function startApplication() {
-    var app = byId('appmgr').getOwnerApplication(document);
-    app.show();
-    app.privateData.keyset.setValue(KEYS);
-    for (var name in keyCodes) {
-      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
-    }
-  }
 
   // Calls back once the channel is on the screen, or will not be.
   function startPicture(settled) {
@@ -184,13 +142,13 @@
   function arrived() {
     awaited--;
     if (awaited !== 0) return;
-    var result = verdict.check(checks);
-    if (result === 'fail') toggleChecks();
-    verdict.give(result);
+    verdict.give(verdict.check(checks));
   }
 
   window.addEventListener('load', function () {
-    attempt(startApplication);
+    remote.request(KEYS);
+    remote.listen(actionOf);
+    view.startClock();
     attempt(function () {
       startPicture(function () {
         if (names[chosen] === 'programmes') show(programmesPage());
@@ -199,13 +157,11 @@
     });
     attempt(function () {
       byId('video').addStreamEventListener('dvb://current/ticker', 'demo', function (event) {
-        byId('ticker').textContent = 'Live: ' + event.text;
+        setText('ticker', 'Live: ' + event.text);
       });
     });
-    document.addEventListener('keydown', onKey, false);
     // The address can name the page to begin with: index.html?weather
     chosen = Math.max(0, names.indexOf(location.search.slice(1)));
     showChosen(arrived);
-    setInterval(function () { byId('clock').textContent = timeOf(new Date()); }, 10000);
   }, false);
 }());

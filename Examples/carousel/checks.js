@@ -2,9 +2,7 @@
 var checks = (function () {
   'use strict';
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
+  var byId = view.byId;
 
   // Waits for the file, as older applications do: [status, text].
   function read(address) {
@@ -20,9 +18,9 @@ var checks = (function () {
       return location.host || 'current service';
     }],
     ['With it came its sheets', function (require) {
-      require(document.styleSheets.length === 2, document.styleSheets.length + ' did');
+      require(document.styleSheets.length === 3, document.styleSheets.length + ' did');
       require(getComputedStyle(byId('page')).position === 'absolute', 'its own is not in use');
-      require(getComputedStyle(byId('sections').firstElementChild).borderRadius === '12px', 'the shared is not');
+      require(getComputedStyle(byId('sections').firstElementChild).borderRadius === '12px', 'a shared one is not');
     }],
     ['And its pictures', function (require) {
       require(byId('picture').naturalWidth > 0, 'there is none');

@@ -9,37 +9,20 @@
     ['red', ''], ['green', ''], ['yellow', ''], ['blue', ''], ['navigation', 'nav'], ['vcr', 'play'],
     ['scroll', 'scroll'], ['info', 'info'], ['numeric', '123'], ['alpha', 'abc'], ['other', '...']
   ];
-  var USUAL_KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10;
+  var USUAL_KEYS = remote.COLOURS + remote.NAVIGATION;
   var ALL_KEYS = 0x7ff;
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_ENTER: 13, VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40,
-    VK_RED: 403, VK_GREEN: 404, VK_YELLOW: 405, VK_BLUE: 406, VK_BACK: 461
-  };
-  var keyNames = {};
+  var attempt = objects.attempt;
+  var byId = view.byId;
+  var setText = view.setText;
 
   var app = null;
   var wantsAllKeys = false;
   var focused = 0;
   var cards = ['application', 'keyset', 'maximum', 'memory', 'audio', 'subtitles', 'menus', 'country'];
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
-
   function hex(mask) {
     return '0x' + Number(mask).toString(16).toUpperCase();
-  }
-
-  // What `read` returns, or null where this browser cannot tell: outside a television nothing here exists.
-  function attempt(read) {
-    try {
-      var value = read();
-      return value === undefined ? null : value;
-    } catch (error) {
-      return null;
-    }
   }
 
   function keyset() {
@@ -56,7 +39,7 @@
     var card = byId('card-' + name);
     var missing = value === null || value === '';
     card.className = 'card' + (missing ? ' missing' : '') + (cards[focused] === name ? ' focused' : '');
-    card.querySelector('.value').textContent = missing ? 'not told' : String(value);
+    view.setValue('card-' + name, missing ? 'not told' : String(value));
   }
 
   function memoryText(kilobytes) {
@@ -67,28 +50,20 @@
   function showGroups(mask) {
     byId('groups').textContent = '';
     GROUPS.forEach(function (group, bit) {
-      var item = document.createElement('li');
-      item.textContent = group[1];
-      item.className = group[0] + (mask & (1 << bit) ? ' on' : '');
-      byId('groups').appendChild(item);
+      var className = group[0] + (mask & (1 << bit) ? ' on' : '');
+      byId('groups').appendChild(view.element('li', group[1], className));
     });
   }
 
   function showChannel() {
     var channel = attempt(function () { return app.privateData.currentChannel; });
-    byId('channel-name').textContent = attempt(function () { return channel.name; }) || 'No channel';
-    byId('channel-id').textContent = attempt(function () { return channel.ccid; }) || 'not related to a broadcast';
-  }
-
-  function showClock() {
-    var now = new Date();
-    byId('clock').textContent = now.getHours() + ':' + ('0' + now.getMinutes()).slice(-2);
+    setText('channel-name', channel && channel.name || 'No channel');
+    setText('channel-id', channel && channel.ccid || 'not related to a broadcast');
   }
 
   function showEverything() {
     var mask = attempt(function () { return keyset().value; });
     var maximum = attempt(function () { return keyset().maximumValue; });
-    showClock();
     showChannel();
     showGroups(mask || 0);
     showCard('application', app ? 'running' : null);
@@ -99,19 +74,10 @@
     showCard('subtitles', attempt(function () { return configuration().preferredSubtitleLanguage; }));
     showCard('menus', attempt(function () { return configuration().preferredUILanguage; }));
     showCard('country', attempt(function () { return configuration().countryId; }));
-    byId('green-label').textContent = wantsAllKeys ? 'Fewer keys' : 'More keys';
+    setText('green-label', wantsAllKeys ? 'Fewer keys' : 'More keys');
   }
 
   // --- the remote control ---
-
-  function readKeyCodes() {
-    attempt(function () {
-      for (var name in KeyEvent) {
-        if (name.indexOf('VK_') === 0) keyCodes[name] = KeyEvent[name];
-      }
-    });
-    Object.keys(keyCodes).forEach(function (name) { keyNames[keyCodes[name]] = name; });
-  }
 
   function requestKeys(mask) {
     return attempt(function () { return keyset().setValue(mask); });
@@ -120,9 +86,9 @@
   function toggleHidden() {
     var hidden = document.body.className !== 'hidden';
     document.body.className = hidden ? 'hidden' : '';
-    byId('red-label').textContent = hidden ? 'Show' : 'Hide';
+    setText('red-label', hidden ? 'Show' : 'Hide');
     // A hidden application keeps the red key only, which brings it back; the rest is the television's again.
-    requestKeys(hidden ? 0x1 : USUAL_KEYS);
+    requestKeys(hidden ? remote.RED : USUAL_KEYS);
     wantsAllKeys = false;
     showEverything();
   }
@@ -133,38 +99,29 @@
     showEverything();
   }
 
-  function toggleChecks() {
-    byId('checks').classList.toggle('closed');
-  }
-
   function moveFocus(by) {
     focused = (focused + by + cards.length) % cards.length;
     showEverything();
   }
 
-  function act(name) {
-    switch (name) {
-      case 'VK_RED': toggleHidden(); break;
-      case 'VK_GREEN': toggleKeys(); break;
-      case 'VK_YELLOW': showEverything(); break;
-      case 'VK_BLUE': toggleChecks(); break;
-      case 'VK_BACK': byId('checks').classList.add('closed'); break;
-      case 'VK_LEFT': moveFocus(-1); break;
-      case 'VK_RIGHT': moveFocus(1); break;
-      case 'VK_UP':
-      case 'VK_DOWN': moveFocus(cards.length / 2); break;
-      case 'VK_ENTER': showEverything(); break;
-      default: return false;
-    }
-    return true;
-  }
+  var actions = {
+    VK_RED: toggleHidden,
+    VK_GREEN: toggleKeys,
+    VK_YELLOW: showEverything,
+    VK_BLUE: function () { view.toggle('checks'); },
+    VK_BACK: function () { view.close('checks'); },
+    VK_LEFT: function () { moveFocus(-1); },
+    VK_RIGHT: function () { moveFocus(1); },
+    VK_UP: function () { moveFocus(-cards.length / 2); },
+    VK_DOWN: function () { moveFocus(cards.length / 2); },
+    VK_ENTER: showEverything
+  };
 
-  function onKey(event) {
-    var name = keyNames[event.keyCode] || 'unknown';
-    byId('key-name').textContent = name;
+  function onKey(name, code) {
+    setText('key-name', name || 'unknown');
     byId('key-name').className = name.slice(3).toLowerCase();
-    byId('key-detail').textContent = 'Key code ' + event.keyCode;
-    if (act(name)) event.preventDefault();
+    setText('key-detail', 'Key code ' + code);
+    return actions[name];
   }
 
   // --- the checks ---
@@ -227,12 +184,10 @@
   ];
 
   window.addEventListener('load', function () {
-    readKeyCodes();
     var result = verdict.check(checks);
-    if (result === 'fail') byId('checks').classList.remove('closed');
     showEverything();
-    document.addEventListener('keydown', onKey, false);
-    setInterval(showClock, 10000);
+    remote.listen(onKey);
+    view.startClock();
     verdict.give(result);
   }, false);
 }());

@@ -12,11 +12,11 @@ var checks = (function () {
   var seen = {};
 
   function manager() {
-    return document.getElementById('manager');
+    return view.byId('manager');
   }
 
   function names(results) {
-    return television.toArray(results).map(function (programme) { return programme.name; });
+    return objects.toArray(results).map(function (programme) { return programme.name; });
   }
 
   // Asks `search` with `begin` and calls `next` with its states up to the one that is wanted.
@@ -53,7 +53,7 @@ var checks = (function () {
     var search = manager().createSearch(BROADCAST);
     search.findProgrammesFromStream(channel, null, 4);
     until(search, FINISHED, function () { search.result.getResults(0, 10); }, function () {
-      seen.schedule = { ccid: channel.ccid, programmes: television.toArray(search.result) };
+      seen.schedule = { ccid: channel.ccid, programmes: objects.toArray(search.result) };
       until(search, IDLE, function () {
         search.result.getResults(2, 1);
         search.result.abort();
@@ -67,7 +67,7 @@ var checks = (function () {
   return {
     prepare: function (done) {
       var timer = setTimeout(done, LIMIT_MS);
-      television.attempt(function () {
+      objects.attempt(function () {
         var channel = television.channels()[television.currentIndex()].object;
         searchSchedule(channel, function () {
           searchTitles(seen.schedule.programmes[0].name, function () {

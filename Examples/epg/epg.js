@@ -4,8 +4,8 @@
 (function () {
   'use strict';
 
-  // Colour keys, navigation, paging, information, digits, letters, and others.
-  var KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10 | 0x40 | 0x80 | 0x100 | 0x200 | 0x400;
+  var KEYS = remote.COLOURS + remote.NAVIGATION + remote.PAGING + remote.INFO + remote.DIGITS +
+    remote.LETTERS + remote.OTHERS;
   var START_MS = 12000;
   var TROUBLES = { 1: 'No signal', 3: 'Locked', 4: 'Not subscribed', 5: 'Unknown channel' };
   var LABELS = {
@@ -13,14 +13,6 @@
     finder: { red: 'Delete', green: 'Guide', yellow: 'Search again', blue: 'Clear' }
   };
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_BACK_SPACE: 8, VK_ENTER: 13, VK_SPACE: 32, VK_PAGE_UP: 33, VK_PAGE_DOWN: 34, VK_LEFT: 37, VK_UP: 38,
-    VK_RIGHT: 39, VK_DOWN: 40, VK_RED: 403, VK_GREEN: 404, VK_YELLOW: 405, VK_BLUE: 406, VK_CHANNEL_UP: 427,
-    VK_CHANNEL_DOWN: 428, VK_INFO: 457, VK_BACK: 461
-  };
-
-  var byId = view.byId;
   // In place of a programme's details.
   var HINT = 'Choose letters with OK, or use the keys of the remote control. ' +
     'Right of them is what was found.';
@@ -32,8 +24,8 @@
   // --- the picture ---
 
   function timeText(programme) {
-    return view.dayName(programme.start) + ', ' + view.clockTime(programme.start) + ' \u2013 ' +
-      view.clockTime(programme.end) + ', ' + view.minutes(programme.end - programme.start);
+    return times.dayName(programme.start) + ', ' + view.clockTime(programme.start) + ' \u2013 ' +
+      view.clockTime(programme.end) + ', ' + times.minutes(programme.end - programme.start);
   }
 
   function showDetails() {
@@ -51,7 +43,6 @@
   }
 
   function show() {
-    view.setText('clock', view.clockTime(Date.now()));
     Object.keys(LABELS[current]).forEach(function (id) { view.setText(id, LABELS[current][id]); });
     view.setClass('guide', 'closed', current !== 'guide');
     view.setClass('finder', 'closed', current !== 'finder');
@@ -80,8 +71,8 @@
     var programme = grid.focused();
     var channel = programme && television.named(programme.ccid);
     if (!channel) return;
-    if (view.isRunning(programme)) television.tune(channel);
-    else notice = 'Begins in ' + view.minutes(programme.start - Date.now()) + '.';
+    if (times.isRunning(programme)) television.tune(channel);
+    else notice = 'Begins in ' + times.minutes(programme.start - Date.now()) + '.';
   }
 
   // A result is shown in the guide, among what comes before and after it.
@@ -99,9 +90,9 @@
   }
 
   var common = {
-    VK_INFO: function () { view.setClass('checks', 'closed', view.isOpen('checks')); },
+    VK_INFO: function () { view.toggle('checks'); },
     VK_BACK: function () {
-      if (view.isOpen('checks')) view.setClass('checks', 'closed', true);
+      if (view.isOpen('checks')) view.close('checks');
       else change('guide');
     }
   };
@@ -142,23 +133,22 @@
     }
   };
 
-  function actionOf(keyCode) {
-    var isDigit = keyCode >= 48 && keyCode <= 57;
-    var isLetter = keyCode >= 65 && keyCode <= 90;
+  function actionOf(name, code) {
+    var isDigit = code >= 48 && code <= 57;
+    var isLetter = code >= 65 && code <= 90;
     if (current === 'finder' && (isDigit || isLetter)) {
-      return function () { finder.type(String.fromCharCode(keyCode).toLowerCase()); };
+      return function () { finder.type(String.fromCharCode(code).toLowerCase()); };
     }
-    var name = Object.keys(keyCodes).filter(function (key) { return keyCodes[key] === keyCode; })[0];
-    return actions[current][name] || common[name] || null;
+    return actions[current][name] || common[name];
   }
 
-  function onKey(event) {
-    var action = actionOf(event.keyCode);
-    if (!action) return;
-    event.preventDefault();
-    notice = '';
-    action();
-    show();
+  function onKey(name, code) {
+    var action = actionOf(name, code);
+    return action && function () {
+      notice = '';
+      action();
+      show();
+    };
   }
 
   // --- start and verdict ---
@@ -174,21 +164,13 @@
     if (startTimer !== 0 && grid.isFilled()) giveVerdict();
   }
 
-  function startApplication() {
-    var app = byId('appmgr').getOwnerApplication(document);
-    app.show();
-    app.privateData.keyset.setValue(KEYS);
-    for (var name in keyCodes) {
-      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
-    }
-  }
-
   window.addEventListener('load', function () {
-    television.attempt(startApplication);
-    document.addEventListener('keydown', onKey, false);
+    remote.request(KEYS);
+    remote.listen(onKey);
+    view.startClock();
     startTimer = setTimeout(giveVerdict, START_MS);
-    searches.start(byId('manager'));
-    television.start(byId('manager'), byId('video'), {
+    searches.start(view.byId('manager'));
+    television.start(view.byId('manager'), view.byId('video'), {
       changed: function () {
         showTrouble('');
         show();

@@ -98,8 +98,8 @@ var finder = (function () {
   function showResult(programme, index) {
     var line = view.element('li', '', found.offset + index === chosen ? 'focused' : '');
     var channel = television.named(programme.ccid);
-    var when = view.isRunning(programme) ? 'Now'
-      : view.dayName(programme.start) + ' ' + view.clockTime(programme.start);
+    var when = times.isRunning(programme) ? 'Now'
+      : times.dayName(programme.start) + ' ' + view.clockTime(programme.start);
     line.appendChild(view.element('span', when, 'when'));
     line.appendChild(view.element('span', programme.name, 'name'));
     line.appendChild(view.element('span', channel ? channel.name : '', 'where'));

@@ -63,7 +63,7 @@ var grid = (function () {
     row.appendChild(name);
     var known = rowOf(index);
     known.programmes.forEach(function (programme) {
-      var kind = programme === focus ? 'focused' : view.isRunning(programme) ? 'running' : '';
+      var kind = programme === focus ? 'focused' : times.isRunning(programme) ? 'running' : '';
       row.appendChild(cell(programme.name, programme.start, programme.end, kind));
     });
     if (known.programmes.length === 0) {
@@ -74,7 +74,7 @@ var grid = (function () {
   }
 
   function showHours() {
-    view.setText('day', view.dayName(Math.max(time, from)));
+    view.setText('day', times.dayName(Math.max(time, from)));
     byId('hours').textContent = '';
     for (var at = from; at < from + SPAN; at += HALF_HOUR) {
       var label = view.element('span', view.clockTime(at), 'label');

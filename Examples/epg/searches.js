@@ -46,7 +46,7 @@ var searches = (function () {
 
       function begin() {
         entry.search = entry.search ||
-          television.attempt(function () { return manager.createSearch(BROADCAST); });
+          objects.attempt(function () { return manager.createSearch(BROADCAST); });
         return entry.search;
       }
 
@@ -69,7 +69,7 @@ var searches = (function () {
           function answer(isFound) {
             var results = isFound ? entry.search.result : null;
             if (results) {
-              done(television.toArray(results).map(copy), results.totalSize, results.offset);
+              done(objects.toArray(results).map(copy), results.totalSize, results.offset);
               return;
             }
             entry.search = null;

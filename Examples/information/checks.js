@@ -2,9 +2,7 @@
 var checks = (function () {
   'use strict';
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
+  var byId = view.byId;
 
   return [
     ['The television knows its languages and country', function (require) {

@@ -2,20 +2,16 @@
 (function () {
   'use strict';
 
-  // Colour keys and navigation.
-  var KEYS = 0x2 | 0x4 | 0x8 | 0x10;
-  var LANGUAGES = { deu: 'Deutsch', eng: 'English', fra: 'Fran\u00e7ais' };
+  var KEYS = remote.GREEN + remote.YELLOW + remote.BLUE + remote.NAVIGATION;
   // Asked for by name, whether the description mentions them or not.
   var ASKED = ['+DL', '+PVR', '+DRM', '+TRICKMODE', '+RTSP', '+WIDGETS'];
   var YOUNGEST = 4;
   var OLDEST = 18;
   var ROW_HEIGHT = 46;
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_GREEN: 404, VK_YELLOW: 405,
-    VK_BLUE: 406, VK_BACK: 461
-  };
+  var byId = view.byId;
+  var setText = view.setText;
+  var setClass = view.setClass;
 
   var names = ['capabilities', 'settings', 'gateway', 'parental'];
   var sections = {};
@@ -23,24 +19,6 @@
   var page = 0;
   // What CI Plus modules did since the page was opened, the latest.
   var changes = [];
-
-  function byId(id) {
-    return document.getElementById(id);
-  }
-
-  function setClass(id, name, isOn) {
-    if (isOn) byId(id).classList.add(name);
-    else byId(id).classList.remove(name);
-  }
-
-  function isOpen(id) {
-    return !byId(id).classList.contains('closed');
-  }
-
-  function clockTime() {
-    var now = new Date();
-    return now.getHours() + ':' + ('0' + now.getMinutes()).slice(-2);
-  }
 
   // --- the sections ---
 
@@ -51,7 +29,7 @@
   }
 
   function languages(codes) {
-    return codes.split(',').map(function (code) { return LANGUAGES[code] || code; }).join(', ') || 'not set';
+    return codes.split(',').map(objects.languageName).join(', ') || 'not set';
   }
 
   function settingsSection() {
@@ -135,13 +113,6 @@
     showEverything();
   }
 
-  function element(kind, text, className) {
-    var made = document.createElement(kind);
-    made.textContent = text;
-    if (className) made.className = className;
-    return made;
-  }
-
   function showSections() {
     names.forEach(function (name, index) {
       setClass('section-' + name, 'focused', index === chosen);
@@ -158,9 +129,9 @@
     page = Math.min(page, pages - 1);
     byId('rows').textContent = '';
     rows.slice(page * count, (page + 1) * count).forEach(function (row) {
-      var line = element('div', '', row[2]);
-      line.appendChild(element('dt', row[0]));
-      line.appendChild(element('dd', row[1]));
+      var line = view.element('div', '', row[2]);
+      line.appendChild(view.element('dt', row[0]));
+      line.appendChild(view.element('dd', row[1]));
       byId('rows').appendChild(line);
     });
     byId('pages').textContent = pages > 1 ? '\u25c0  ' + (page + 1) + ' / ' + pages + '  \u25b6' : '';
@@ -168,14 +139,13 @@
 
   function showEverything() {
     var section = sections[names[chosen]];
-    byId('clock').textContent = clockTime();
     showSections();
-    byId('headline').textContent = section.headline;
-    byId('note').textContent = section.note;
+    setText('headline', section.headline);
+    setText('note', section.note);
     setClass('note', 'trouble', Boolean(section.trouble));
     byId('chips').textContent = '';
     section.chips.forEach(function (chip) {
-      byId('chips').appendChild(element('li', chip[0], chip[1] ? 'on' : ''));
+      byId('chips').appendChild(view.element('li', chip[0], chip[1] ? 'on' : ''));
     });
     showRows(section.rows);
   }
@@ -194,9 +164,8 @@
   }
 
   function toggle(id) {
-    var other = id === 'checks' ? 'source' : 'checks';
-    setClass(other, 'closed', true);
-    setClass(id, 'closed', isOpen(id));
+    view.close(id === 'checks' ? 'source' : 'checks');
+    view.toggle(id);
   }
 
   var actions = {
@@ -208,47 +177,29 @@
     VK_YELLOW: readEverything,
     VK_BLUE: function () { toggle('checks'); },
     VK_BACK: function () {
-      setClass('source', 'closed', true);
-      setClass('checks', 'closed', true);
+      view.close('source');
+      view.close('checks');
     }
   };
-
-  function onKey(event) {
-    Object.keys(actions).forEach(function (name) {
-      if (keyCodes[name] !== event.keyCode) return;
-      event.preventDefault();
-      actions[name]();
-    });
-  }
 
   // --- start ---
 
   function onModule() {
     var told = receiver.gateway();
-    if (!told.trouble) changes.push(clockTime() + (told.discovered ? ' connected' : ' removed'));
+    var change = told.discovered ? ' connected' : ' removed';
+    if (!told.trouble) changes.push(view.clockTime(Date.now()) + change);
     changes = changes.slice(-4);
     readEverything();
   }
 
-  function startApplication() {
-    var app = byId('appmgr').getOwnerApplication(document);
-    app.show();
-    app.privateData.keyset.setValue(KEYS);
-    for (var name in keyCodes) {
-      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
-    }
-  }
-
   window.addEventListener('load', function () {
-    receiver.attempt(startApplication);
-    document.addEventListener('keydown', onKey, false);
+    remote.request(KEYS);
+    remote.listen(function (name) { return actions[name]; });
+    view.startClock();
     receiver.listen(onModule);
     // The address can name the section to begin with: index.html?parental
     chosen = Math.max(0, names.indexOf(location.search.slice(1)));
     readEverything();
-    setInterval(function () { byId('clock').textContent = clockTime(); }, 10000);
-    var result = verdict.check(checks);
-    if (result === 'fail') toggle('checks');
-    verdict.give(result);
+    verdict.give(verdict.check(checks));
   }, false);
 }());

@@ -3,15 +3,8 @@
 var receiver = (function () {
   'use strict';
 
-  function object(id) {
-    return document.getElementById(id);
-  }
-
-  function toArray(collection) {
-    var items = [];
-    for (var i = 0; collection && i < collection.length; i++) items.push(collection[i]);
-    return items;
-  }
+  var byId = view.byId;
+  var toArray = objects.toArray;
 
   // What `read` returns, or the reason why there is nothing.
   function attempt(read) {
@@ -43,11 +36,9 @@ var receiver = (function () {
   }
 
   return {
-    attempt: attempt,
-
     settings: function () {
       return attempt(function () {
-        var configuration = object('configuration').configuration;
+        var configuration = byId('configuration').configuration;
         return {
           country: configuration.countryId,
           audio: configuration.preferredAudioLanguage,
@@ -60,7 +51,7 @@ var receiver = (function () {
     // A text that is no XML gives a document that says so, in an element "parsererror".
     capabilities: function () {
       return attempt(function () {
-        var xml = object('capabilities').xmlCapabilities;
+        var xml = byId('capabilities').xmlCapabilities;
         var failure = xml.getElementsByTagName('parsererror')[0];
         if (failure) throw new Error('the description is no XML');
         return {
@@ -72,12 +63,12 @@ var receiver = (function () {
     },
 
     hasCapability: function (name) {
-      return object('capabilities').hasCapability(name);
+      return byId('capabilities').hasCapability(name);
     },
 
     gateway: function () {
       return attempt(function () {
-        var gateway = object('gateway');
+        var gateway = byId('gateway');
         return {
           supported: gateway.isCSPGCIPlusSupported,
           discovered: gateway.isCSPGCIPlusDiscovered,
@@ -88,7 +79,7 @@ var receiver = (function () {
 
     parental: function () {
       return attempt(function () {
-        return toArray(object('parental').parentalRatingSchemes).map(function (scheme) {
+        return toArray(byId('parental').parentalRatingSchemes).map(function (scheme) {
           var rating = scheme.threshold;
           var threshold = { name: rating.name, value: rating.value, region: rating.region };
           return { name: scheme.name, threshold: threshold };
@@ -98,7 +89,7 @@ var receiver = (function () {
 
     // Calls `changed` whenever a CI Plus module comes or goes.
     listen: function (changed) {
-      attempt(function () { object('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
+      attempt(function () { byId('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
     }
   };
 }());

@@ -24,22 +24,6 @@ var medium = (function () {
   // Where a seek is on its way to; the next step starts there.
   var target = null;
 
-  // What `read` returns, or null where the receiver cannot tell.
-  function attempt(read) {
-    try {
-      var value = read();
-      return value === undefined ? null : value;
-    } catch (problem) {
-      return null;
-    }
-  }
-
-  function toArray(collection) {
-    var items = [];
-    for (var i = 0; collection && i < collection.length; i++) items.push(collection[i]);
-    return items;
-  }
-
   function isRolling() {
     return video.playState === PLAYING || video.playState === PAUSED;
   }
@@ -58,8 +42,6 @@ var medium = (function () {
     BUFFERING: BUFFERING,
     FINISHED: FINISHED,
     ERROR: ERROR,
-
-    attempt: attempt,
 
     // `on` has one function an event: state(), position(), components(), fullScreen().
     start: function (element, on) {
@@ -110,13 +92,7 @@ var medium = (function () {
     seekBy: function (milliseconds) { this.seek(this.position() + milliseconds); },
 
     // The audio tracks, and which of them is heard (-1: none).
-    audio: function () {
-      var type = video.COMPONENT_TYPE_AUDIO;
-      var all = toArray(attempt(function () { return video.getComponents(type); }));
-      var active = toArray(attempt(function () { return video.getCurrentActiveComponents(type); }))[0];
-      var pids = all.map(function (component) { return component.pid; });
-      return { all: all, active: active ? pids.indexOf(active.pid) : -1 };
-    },
+    audio: function () { return objects.componentsOf(video, video.COMPONENT_TYPE_AUDIO); },
 
     nextAudio: function () {
       var found = this.audio();

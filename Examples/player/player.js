@@ -4,8 +4,7 @@
 (function () {
   'use strict';
 
-  // Colour keys, navigation, playback, information and digits.
-  var KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10 | 0x20 | 0x80 | 0x100;
+  var KEYS = remote.COLOURS + remote.NAVIGATION + remote.PLAYBACK + remote.INFO;
   var ROWS = 8;
   var POSITION_MS = 250;
   var BANNER_MS = 4000;
@@ -24,38 +23,16 @@
     7: ['Locked', 'Parental control keeps it closed.']
   };
   var STATES = ['Choose a medium', 'Playing', 'Paused', 'Connecting', 'Loading', 'The end', 'Cannot be played'];
-  var LANGUAGES = { deu: 'Deutsch', eng: 'English', fra: 'Fran\u00e7ais' };
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_ENTER: 13, VK_PAUSE: 19, VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_RED: 403, VK_GREEN: 404,
-    VK_YELLOW: 405, VK_BLUE: 406, VK_REWIND: 412, VK_STOP: 413, VK_PLAY: 415, VK_FAST_FWD: 417, VK_INFO: 457,
-    VK_BACK: 461, VK_PLAY_PAUSE: 463
-  };
+  var byId = view.byId;
+  var setText = view.setText;
+  var setClass = view.setClass;
 
   var media = [];
   var focused = 0;
   // At the end of a medium: 0 plays it again, 1 goes on to the next.
   var choice = 0;
   var bannerTimer = 0;
-
-  function byId(id) {
-    return document.getElementById(id);
-  }
-
-  function setText(id, text) {
-    if (byId(id).textContent !== text) byId(id).textContent = text;
-  }
-
-  function setClass(id, name, isOn) {
-    var list = (id ? byId(id) : document.body).classList;
-    if (isOn) list.add(name);
-    else list.remove(name);
-  }
-
-  function isOpen(id) {
-    return !byId(id).classList.contains('closed');
-  }
 
   function current() {
     return media.indexOf(medium.item());
@@ -74,14 +51,10 @@
   }
 
   function mediumRow(item, index) {
-    var row = document.createElement('li');
-    row.appendChild(document.createTextNode(item.title));
-    var kind = document.createElement('span');
-    kind.className = 'mark';
-    kind.textContent = item.kind;
-    row.appendChild(kind);
+    var row = view.element('li', item.title);
+    row.appendChild(view.element('span', item.kind, 'mark'));
     if (index === current()) row.classList.add(medium.error() === null ? 'current' : 'failed');
-    if (index === focused) row.classList.add('focused');
+    setClass(row, 'focused', index === focused);
     return row;
   }
 
@@ -108,13 +81,13 @@
     var audio = medium.audio();
     var active = audio.all[audio.active];
     if (!active) return audio.all.length > 0 ? 'off' : 'none';
-    var name = LANGUAGES[active.language] || active.language || 'Track ' + (audio.active + 1);
+    var name = objects.languageName(active.language) || 'Track ' + (audio.active + 1);
     return name + (active.audioChannels > 2 ? ' 5.1' : '');
   }
 
   function showCards() {
-    byId('card-audio').querySelector('.value').textContent = audioText();
-    byId('card-sound').querySelector('.value').textContent = medium.isMuted() ? 'off' : 'on';
+    view.setValue('card-audio', audioText());
+    view.setValue('card-sound', medium.isMuted() ? 'off' : 'on');
   }
 
   // Title and text of what stands in place of the picture; null while the picture is to be seen.
@@ -145,21 +118,15 @@
     setText('choice-next', next ? 'Next: ' + next.title : '');
     setClass('choice-next', 'closed', !hasEnded || !next);
     Array.prototype.forEach.call(byId('choices').children, function (button, index) {
-      button.className = button.className.replace(/ ?focused/, '') + (index === choice ? ' focused' : '');
+      setClass(button, 'focused', index === choice);
     });
     setClass('badge', 'closed', medium.state() !== medium.PAUSED);
-  }
-
-  function showClock() {
-    var now = new Date();
-    setText('clock', now.getHours() + ':' + twoDigits(now.getMinutes()));
   }
 
   function showEverything() {
     var item = medium.item();
     setText('state', medium.error() !== null ? STATES[medium.ERROR] : STATES[medium.state()]);
     setText('title', item ? item.title : 'Nothing chosen');
-    showClock();
     showList();
     showPosition();
     showCards();
@@ -169,9 +136,9 @@
   // In full screen the banner stands while nothing moves, else for a moment; beside the picture it always does.
   function showBannerForAMoment() {
     clearTimeout(bannerTimer);
-    setClass('', 'quiet', false);
+    setClass(document.body, 'quiet', false);
     bannerTimer = setTimeout(function () {
-      setClass('', 'quiet', medium.state() === medium.PLAYING);
+      setClass(document.body, 'quiet', medium.state() === medium.PLAYING);
     }, BANNER_MS);
   }
 
@@ -189,7 +156,7 @@
   }
 
   function onFullScreen() {
-    setClass('', 'full', medium.isFullScreen());
+    setClass(document.body, 'full', medium.isFullScreen());
     showBannerForAMoment();
   }
 
@@ -240,7 +207,7 @@
   }
 
   function goBack() {
-    if (isOpen('checks')) setClass('checks', 'closed', true);
+    if (view.isOpen('checks')) view.close('checks');
     else if (medium.isFullScreen()) medium.toggleFullScreen();
     else medium.stop();
   }
@@ -266,24 +233,14 @@
     VK_GREEN: function () { medium.nextAudio(); },
     VK_YELLOW: toggleMuted,
     VK_BLUE: function () { medium.toggleFullScreen(); },
-    VK_INFO: function () { setClass('checks', 'closed', isOpen('checks')); },
+    VK_INFO: function () { view.toggle('checks'); },
     VK_BACK: goBack
   };
-
-  function onKey(event) {
-    var action = null;
-    Object.keys(actions).forEach(function (name) {
-      if (keyCodes[name] === event.keyCode) action = actions[name];
-    });
-    if (!action) return;
-    event.preventDefault();
-    action();
-  }
 
   // --- start and verdict ---
 
   function runChecks() {
-    setClass('summary', 'closed', false);
+    view.open('summary');
     setText('summary', 'checking');
     verdict.checkInTurn(makeChecks(media, open)).then(function (result) {
       showEverything();
@@ -291,28 +248,20 @@
     });
   }
 
-  function startApplication() {
-    var app = byId('appmgr').getOwnerApplication(document);
-    app.show();
-    app.privateData.keyset.setValue(KEYS);
-    for (var name in keyCodes) {
-      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
-    }
-  }
-
   function readList(then) {
     var request = new XMLHttpRequest();
     request.open('GET', 'media.json');
     request.onloadend = function () {
-      media = medium.attempt(function () { return JSON.parse(request.responseText); }) || [];
+      media = objects.attempt(function () { return JSON.parse(request.responseText); }) || [];
       then();
     };
     request.send();
   }
 
   window.addEventListener('load', function () {
-    medium.attempt(startApplication);
-    document.addEventListener('keydown', onKey, false);
+    remote.request(KEYS);
+    remote.listen(function (name) { return actions[name]; });
+    view.startClock();
     medium.start(byId('video'), {
       state: onState,
       position: onPosition,
@@ -324,6 +273,5 @@
       if (location.search === '?check') runChecks();
     });
     setInterval(function () { if (medium.state() === medium.PLAYING) showPosition(); }, POSITION_MS);
-    setInterval(showClock, 10000);
   }, false);
 }());

@@ -2,9 +2,7 @@
 var checks = (function () {
   'use strict';
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
+  var byId = view.byId;
 
   function channelList() {
     return byId('video').getChannelConfig().channelList;

@@ -4,39 +4,15 @@ var television = (function () {
   'use strict';
 
   var PRESENTING = 2;
-  var NO_CHANNEL_NUMBER = 0xffffffff;
 
+  var attempt = objects.attempt;
   var video = null;
   var channels = [];
   // Where zapping starts from: the channel asked for last, whether it could be shown or not.
   var wanted = -1;
 
-  // What `read` returns, or null where the receiver cannot tell.
-  function attempt(read) {
-    try {
-      var value = read();
-      return value === undefined ? null : value;
-    } catch (error) {
-      return null;
-    }
-  }
-
-  function toArray(collection) {
-    var items = [];
-    for (var i = 0; collection && i < collection.length; i++) items.push(collection[i]);
-    return items;
-  }
-
-  // In the order of their numbers; those without one come last and are counted.
-  function readChannels() {
-    var list = attempt(function () { return video.getChannelConfig().channelList; });
-    channels = toArray(list).filter(function (channel) {
-      return !channel.hidden;
-    }).sort(function (a, b) { return a.majorChannel - b.majorChannel; });
-  }
-
   function numberOf(channel) {
-    return channel.majorChannel === NO_CHANNEL_NUMBER ? channels.indexOf(channel) + 1 : channel.majorChannel;
+    return objects.numberOf(channel, channels.indexOf(channel));
   }
 
   function indexOf(channel) {
@@ -60,7 +36,6 @@ var television = (function () {
   return {
     PRESENTING: PRESENTING,
 
-    attempt: attempt,
     numberOf: numberOf,
     currentChannel: currentChannel,
 
@@ -76,7 +51,7 @@ var television = (function () {
       video.onChannelChangeError = function (channel, error) { on.failed(error); };
       video.onSelectedComponentChanged = function () { on.components(); };
       video.onFullScreenChange = function () { on.fullScreen(); };
-      readChannels();
+      channels = objects.channelsOf(video);
       attempt(function () { video.bindToCurrentChannel(); });
     },
 
@@ -102,7 +77,8 @@ var television = (function () {
     // What is on now and next, as { name, start, end } with times in milliseconds; null where it is not told.
     nowAndNext: function () {
       var now = Date.now();
-      var programmes = toArray(attempt(function () { return video.programmes; })).map(function (programme) {
+      var told = objects.toArray(attempt(function () { return video.programmes; }));
+      var programmes = told.map(function (programme) {
         var start = programme.startTime * 1000;
         return { name: programme.name, start: start, end: start + programme.duration * 1000 };
       }).filter(function (programme) {
@@ -112,13 +88,7 @@ var television = (function () {
       return { now: programmes[0] || null, next: programmes[1] || null };
     },
 
-    // The components of a type, and which of them is on (-1: none).
-    components: function (type) {
-      var all = toArray(attempt(function () { return video.getComponents(type); }));
-      var active = toArray(attempt(function () { return video.getCurrentActiveComponents(type); }))[0];
-      var pids = all.map(function (component) { return component.pid; });
-      return { all: all, active: active ? pids.indexOf(active.pid) : -1 };
-    },
+    components: function (type) { return objects.componentsOf(video, type); },
 
     // Goes on to the next component of a type; where there may be none, none comes after the last.
     nextComponent: function (type, mayBeNone) {
@@ -131,7 +101,7 @@ var television = (function () {
     },
 
     listen: function (url, name, heard) {
-      video.addStreamEventListener(url, name, heard);
+      attempt(function () { video.addStreamEventListener(url, name, heard); });
     }
   };
 }());

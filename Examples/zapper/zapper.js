@@ -5,8 +5,7 @@
 
   var AUDIO = 1;
   var SUBTITLE = 2;
-  // Colour keys, navigation, information, digits, and the others, among which are those for channels.
-  var KEYS = 0x1 | 0x2 | 0x4 | 0x8 | 0x10 | 0x80 | 0x100 | 0x400;
+  var KEYS = remote.COLOURS + remote.NAVIGATION + remote.INFO + remote.DIGITS + remote.OTHERS;
   var ROWS = 8;
   var DIGITS_MS = 1500;
   var BANNER_MS = 5000;
@@ -18,14 +17,11 @@
     4: ['Encrypted', 'It is not part of your subscription.'],
     5: ['Unknown channel', 'The television does not know it.']
   };
-  var LANGUAGES = { deu: 'Deutsch', eng: 'English', fra: 'Fran\u00e7ais' };
   var STATES = ['No picture', 'Connecting', 'Watching', 'Stopped'];
 
-  // Key codes by name; the browser's own constants are read over them at start.
-  var keyCodes = {
-    VK_ENTER: 13, VK_LEFT: 37, VK_UP: 38, VK_RIGHT: 39, VK_DOWN: 40, VK_RED: 403, VK_GREEN: 404,
-    VK_YELLOW: 405, VK_BLUE: 406, VK_CHANNEL_UP: 427, VK_CHANNEL_DOWN: 428, VK_INFO: 457, VK_BACK: 461
-  };
+  var byId = view.byId;
+  var setText = view.setText;
+  var setClass = view.setClass;
 
   var digits = '';
   var digitsTimer = 0;
@@ -36,46 +32,15 @@
   var isTuning = false;
   var lastContent = '';
 
-  function byId(id) {
-    return document.getElementById(id);
-  }
-
-  function setText(id, text) {
-    if (byId(id).textContent !== text) byId(id).textContent = text;
-  }
-
-  function setClass(id, name, isOn) {
-    var list = (id ? byId(id) : document.body).classList;
-    if (isOn) list.add(name);
-    else list.remove(name);
-  }
-
-  function isOpen(id) {
-    return !byId(id).classList.contains('closed');
-  }
-
   // --- the picture ---
 
-  function clockTime(milliseconds) {
-    var time = new Date(milliseconds);
-    return time.getHours() + ':' + ('0' + time.getMinutes()).slice(-2);
-  }
-
   function channelRow(channel, index) {
-    var row = document.createElement('li');
-    var number = document.createElement('span');
-    number.className = 'number';
-    number.textContent = television.numberOf(channel);
-    row.appendChild(number);
-    row.appendChild(document.createTextNode(channel.name));
+    var isWanted = index === television.wantedIndex();
+    var row = view.element('li', '', isWanted ? trouble ? 'failed' : 'current' : '');
     var mark = channel.locked || channel.manualBlock ? 'locked' : channel.authorised ? '' : 'encrypted';
-    if (mark) {
-      var label = document.createElement('span');
-      label.className = 'mark';
-      label.textContent = mark;
-      row.appendChild(label);
-    }
-    if (index === television.wantedIndex()) row.className = trouble ? 'failed' : 'current';
+    row.appendChild(view.element('span', television.numberOf(channel), 'number'));
+    row.appendChild(document.createTextNode(channel.name));
+    if (mark) row.appendChild(view.element('span', mark, 'mark'));
     return row;
   }
 
@@ -100,9 +65,9 @@
     var now = on.now;
     setText('channel-number', channel ? String(television.numberOf(channel)) : '');
     setText('channel-name', channel ? channel.longName || channel.name : 'No channel');
-    setText('now-time', now ? clockTime(now.start) + ' \u2013 ' + clockTime(now.end) : '');
+    setText('now-time', now ? view.clockTime(now.start) + ' \u2013 ' + view.clockTime(now.end) : '');
     setText('now-name', now ? now.name : isShown() ? 'No programme information' : '');
-    setText('next', on.next ? clockTime(on.next.start) + '  ' + on.next.name : '');
+    setText('next', on.next ? view.clockTime(on.next.start) + '  ' + on.next.name : '');
     setClass('progress', 'closed', !now);
     byId('elapsed').style.width = now ? 100 * (Date.now() - now.start) / (now.end - now.start) + '%' : '0';
   }
@@ -113,7 +78,7 @@
     if (found.all.length === 0) return 'none';
     var active = found.all[found.active];
     if (!active) return 'off';
-    return (LANGUAGES[active.language] || active.language || 'unknown') + extra(active);
+    return (objects.languageName(active.language) || 'unknown') + extra(active);
   }
 
   function showComponents() {
@@ -123,8 +88,8 @@
     var subtitles = componentText(SUBTITLE, function (component) {
       return component.hearingImpaired ? ' HI' : '';
     });
-    byId('card-audio').querySelector('.value').textContent = audio;
-    byId('card-subtitles').querySelector('.value').textContent = subtitles;
+    view.setValue('card-audio', audio);
+    view.setValue('card-subtitles', subtitles);
   }
 
   function showTrouble() {
@@ -134,7 +99,6 @@
   }
 
   function showEverything() {
-    setText('clock', clockTime(Date.now()));
     setText('state', trouble ? trouble[0] : STATES[isTuning ? 1 : television.playState()] || 'No picture');
     showTrouble();
     showChannels();
@@ -145,8 +109,8 @@
   // In full screen the banner stands for a moment; beside the picture it always does.
   function showBannerForAMoment() {
     clearTimeout(bannerTimer);
-    setClass('', 'quiet', false);
-    bannerTimer = setTimeout(function () { setClass('', 'quiet', true); }, BANNER_MS);
+    setClass(document.body, 'quiet', false);
+    bannerTimer = setTimeout(function () { setClass(document.body, 'quiet', true); }, BANNER_MS);
   }
 
   // --- what the television tells ---
@@ -176,7 +140,7 @@
   }
 
   function onFullScreen() {
-    setClass('', 'full', television.isFullScreen());
+    setClass(document.body, 'full', television.isFullScreen());
     showBannerForAMoment();
   }
 
@@ -188,7 +152,7 @@
     setText('notice', 'News from the broadcast: press the red key');
     setText('message-text', event.text || event.name);
     setText('message-detail', event.name + ', ' + event.status + ', ' + event.data.length / 2 + ' bytes');
-    setClass('notice', 'closed', isOpen('message'));
+    setClass('notice', 'closed', view.isOpen('message'));
   }
 
   // --- the remote control ---
@@ -210,7 +174,7 @@
 
   function endDigits() {
     clearTimeout(digitsTimer);
-    setClass('digits', 'closed', true);
+    view.close('digits');
     if (digits !== '') zapToNumber(Number(digits));
     digits = '';
   }
@@ -219,21 +183,21 @@
     clearTimeout(digitsTimer);
     digits += digit;
     setText('digits', digits);
-    setClass('digits', 'closed', false);
+    view.open('digits');
     if (digits.length === 3) endDigits();
     else digitsTimer = setTimeout(endDigits, DIGITS_MS);
   }
 
   function toggleMessage() {
     if (byId('message-text').textContent === '') return;
-    setClass('message', 'closed', isOpen('message'));
-    setClass('notice', 'closed', true);
+    view.toggle('message');
+    view.close('notice');
   }
 
   function goBack() {
-    if (isOpen('message') || isOpen('checks')) {
-      setClass('message', 'closed', true);
-      setClass('checks', 'closed', true);
+    if (view.isOpen('message') || view.isOpen('checks')) {
+      view.close('message');
+      view.close('checks');
     } else if (television.isFullScreen()) {
       television.toggleFullScreen();
     }
@@ -252,21 +216,13 @@
     VK_GREEN: function () { television.nextComponent(AUDIO, false); },
     VK_YELLOW: function () { television.nextComponent(SUBTITLE, true); },
     VK_BLUE: function () { television.toggleFullScreen(); },
-    VK_INFO: function () { setClass('checks', 'closed', isOpen('checks')); },
+    VK_INFO: function () { view.toggle('checks'); },
     VK_BACK: goBack
   };
 
-  function onKey(event) {
-    var action = null;
-    Object.keys(actions).forEach(function (name) {
-      if (keyCodes[name] === event.keyCode) action = actions[name];
-    });
-    if (event.keyCode >= 48 && event.keyCode <= 57) {
-      action = function () { addDigit(String(event.keyCode - 48)); };
-    }
-    if (!action) return;
-    event.preventDefault();
-    action();
+  function actionOf(name, code) {
+    if (code >= 48 && code <= 57) return function () { addDigit(String(code - 48)); };
+    return actions[name];
   }
 
   // --- start and verdict ---
@@ -279,18 +235,10 @@
     verdict.give(verdict.check(checks));
   }
 
-  function startApplication() {
-    var app = byId('appmgr').getOwnerApplication(document);
-    app.show();
-    app.privateData.keyset.setValue(KEYS);
-    for (var name in keyCodes) {
-      if (KeyEvent[name] !== undefined) keyCodes[name] = KeyEvent[name];
-    }
-  }
-
   window.addEventListener('load', function () {
-    television.attempt(startApplication);
-    document.addEventListener('keydown', onKey, false);
+    remote.request(KEYS);
+    remote.listen(actionOf);
+    view.startClock();
     startTimer = setTimeout(finishStart, START_MS);
     television.start(byId('video'), {
       changed: onChanged,
@@ -300,7 +248,7 @@
       fullScreen: onFullScreen
     });
     television.follow();
-    television.attempt(function () { television.listen('dvb://current/zapper', 'demo', onStreamEvent); });
+    television.listen('dvb://current/zapper', 'demo', onStreamEvent);
     showEverything();
     setInterval(showEverything, 10000);
   }, false);

@@ -38,10 +38,8 @@ describe("A video/broadcast element", () => {
     await receiver.clearCalls();
   });
 
-  async function argumentsOf(method) {
-    return (await receiver.calls()).filter(([name]) => name === `IBroadcastPlayer.${method}`)
-      .map(([, [, ...rest]]) => rest);
-  }
+  const argumentsOf = async method =>
+    (await receiver.argumentsOf(`IBroadcastPlayer.${method}`)).map(([, ...rest]) => rest);
 
   async function isAt(...place) {
     let last;
@@ -179,8 +177,8 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     assert.deepEqual((await browser.run(() => window.events))[0],
       ["tick", "00010AFF", "\0\x01\n", "trigger"]);
     // The receiver counts its subscriptions: after the one that was given up comes the one that stands.
-    const job = (await receiver.calls()).filter(([name]) => name === "IDAEBrowserAPI.StreamEventUnsubscribe")
-      .map(([, [id]]) => id)[0] + 1;
+    const [[givenUp]] = await receiver.argumentsOf("IDAEBrowserAPI.StreamEventUnsubscribe");
+    const job = givenUp + 1;
     const emit = (status, name, id) => receiver.emit("StreamEvent",
       `(uint32 ${status}, int16 5, '${name}', [byte 0x41, 0x00, 0xe2, 0x82, 0xac], uint32 ${id})`);
     await emit(0, "unclaimed", job + 1000);

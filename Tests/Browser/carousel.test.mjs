@@ -57,8 +57,7 @@ describe("The object carousel", () => {
   const title = () => browser.driver.getTitle();
 
   // The files that were asked for, as [handle, address].
-  const requests = async () =>
-    (await receiver.calls()).filter(([method]) => method === fileRequest).map(([, args]) => args);
+  const requests = () => receiver.argumentsOf(fileRequest);
 
   // Waits until a file is asked for that does not come by itself, and answers its handle and address.
   function requestOf(name) {

@@ -1,33 +1,29 @@
-// The programme guide by the keys that a viewer presses: Examples/epg, its searches, and what it leaves behind.
+// The programme guide by the keys that a viewer presses: Examples/epg, its searches, and what it leaves
+// behind.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { after, before, beforeEach, describe, it } from "node:test";
+import { Application, documents } from "./Harness/application.mjs";
 import { defaultScenario } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
-// What a viewer sees of it.
-const look = () => {
-  const text = id => document.getElementById(id).textContent;
-  const isOpen = id => !document.getElementById(id).classList.contains("closed");
-  const texts = selector => Array.from(document.querySelectorAll(selector), element => element.textContent);
-  return {
-    view: isOpen("guide") ? "guide" : "finder",
-    name: text("detail-name"),
-    channel: text("detail-channel"),
-    age: isOpen("detail-age") ? text("detail-age") : null,
-    text: text("detail-text"),
-    day: text("day"),
-    rows: texts("#rows .channel").join("|"),
-    empty: texts("#rows .empty").join("|"),
-    current: texts("#rows .current").join("|"),
-    entry: text("entry"),
-    found: text("found"),
-    results: texts("#results .name").join("|"),
-    focused: texts("#results .focused .name").join("|"),
-    message: isOpen("message") ? text("message") : null
-  };
-};
+const see = ({ text, texts, isOpen }) => ({
+  view: isOpen("#guide") ? "guide" : "finder",
+  when: text("#detail-when"),
+  name: text("#detail-name"),
+  channel: text("#detail-channel"),
+  age: isOpen("#detail-age") ? text("#detail-age") : null,
+  text: text("#detail-text"),
+  day: text("#day"),
+  rows: texts("#rows .channel").join("|"),
+  empty: texts("#rows .empty").join("|"),
+  current: texts("#rows .current").join("|"),
+  entry: text("#entry"),
+  found: text("#found"),
+  results: texts("#results .name").join("|"),
+  focused: texts("#results .focused .name").join("|"),
+  message: isOpen("#message") ? text("#message") : null
+});
 
 const firstRows = "1Nordlicht 1|2Nordlicht 2|3Canal Rivage|4Kinderwelle|5Stadion Nordost";
 
@@ -39,67 +35,39 @@ function titlesWith(text) {
 }
 
 describe("The programme guide", () => {
-  let television, browser, receiver;
+  const guide = new Application("/examples/epg/", see);
+  const { load, look, open, press, sees } = guide;
+  let television, receiver;
 
   before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
+    television = await guide.start();
+    ({ receiver } = television);
   });
 
-  after(() => television?.close());
+  after(guide.close);
 
   beforeEach(async () => {
+    await receiver.resetMethods();
     await receiver.setWorld("/search", { duration_ms: 20, hours: 72 });
     await receiver.setWorld("/broadcast/current_channel", 1);
   });
 
-  // With its verdict given and a call log that begins now.
-  async function open(page = "index.html") {
-    await browser.open(television.server.url(`/examples/epg/${page}`));
-    const verdict = await browser.waitFor("the verdict is given",
-      () => document.getElementById("verdict").getAttribute("data-verdict"));
-    assert.equal(verdict, "pass", await browser.run(() => document.getElementById("verdict").textContent));
-    await receiver.clearCalls();
-  }
-
-  async function press(...keys) {
-    for (const key of keys)
-      await receiver.pressKey(`VK_${key}`);
-  }
-
   const type = text => press(...Array.from(text.toUpperCase(), letter => letter === " " ? "SPACE" : letter));
 
-  // Waits until the viewer sees all of this.
-  async function sees(expected) {
-    let seen;
-    await waitFor(`the viewer sees ${JSON.stringify(expected)}`, async () => {
-      seen = await browser.run(look);
-      return Object.keys(expected).every(name => seen[name] === expected[name]);
-    }).catch(error => assert.deepEqual(seen, { ...seen, ...expected }, error.message));
-  }
-
-  async function count(method) {
-    return (await receiver.calls()).filter(([name]) => name === method).length;
-  }
-
+  const count = async method => (await receiver.argumentsOf(method)).length;
   const searches = method => count(`IMetaDataSearch.${method}`);
 
-  for (const [page, contentType] of [
-    ["index.html", "text/html"],
-    ["index.hbbtv.xhtml", "application/vnd.hbbtv.xhtml+xml"]
-  ]) {
-    it(`shows channels, what is on and its details as ${contentType}`, async () => {
-      await open(page);
-      assert.equal(await browser.run(() => document.contentType), contentType);
+  for (const name of documents) {
+    it(`shows channels, what is on and its details, as ${name}`, async () => {
+      await open(name);
       await sees({ view: "guide", rows: firstRows, current: "1Nordlicht 1", name: "Evening News",
         channel: "1  Nordlicht 1 HD", age: null, text: "The day at home and abroad", day: "Today" });
-      assert.match(await browser.run(() => document.getElementById("detail-when").textContent),
-        /^\S+, \d+:\d\d – \d+:\d\d, 45 min$/);
+      assert.match((await look()).when, /^\S+, \d+:\d\d – \d+:\d\d, 45 min$/);
       await press("DOWN", "DOWN");
       await sees({ name: "Inspector Maren", channel: "3  Canal Rivage HD", age: "from 12" });
       await press("PAGE_DOWN");
       await sees({ name: "Plenary Session", channel: "8  Parlament Live" });
-      assert.match((await browser.run(look)).rows, /8Parlament Live$/);
+      assert.match((await look()).rows, /8Parlament Live$/);
     });
   }
 
@@ -129,7 +97,7 @@ describe("The programme guide", () => {
     await open();
     await press("DOWN", "RIGHT", "ENTER");
     await sees({ name: "A Winter in Lisbon" });
-    assert.match((await browser.run(look)).text, /^Begins in \d+ min\.$/);
+    assert.match((await look()).text, /^Begins in \d+ min\.$/);
     assert.equal(await count("IBroadcastPlayer.SetChannel"), 0);
     await press("LEFT", "ENTER");
     await sees({ name: "The Colour Blue", current: "2Nordlicht 2" });
@@ -150,13 +118,13 @@ describe("The programme guide", () => {
     for (let offset = 0; offset < expected.length; offset += 5) {
       const last = Math.min(offset + 5, expected.length);
       await sees({ found: `${offset + 1} – ${last} of ${expected.length}` });
-      found.push(...(await browser.run(look)).results.split("|"));
+      found.push(...(await look()).results.split("|"));
       await press("PAGE_DOWN");
     }
     assert.deepEqual(found.sort(), expected.sort());
     // Past the last result it stays where it is.
     await press("DOWN", "PAGE_DOWN");
-    const { focused, results } = await browser.run(look);
+    const { focused, results } = await look();
     assert.equal(focused, results.split("|").at(-1));
 
     await press("BLUE");
@@ -180,7 +148,7 @@ describe("The programme guide", () => {
     const expected = titlesWith("news");
     await sees({ entry: "news", found: `1 – ${expected.length} of ${expected.length}` });
     assert.equal(await searches("AbortSearch"), 3);
-    assert.deepEqual((await browser.run(look)).results.split("|").sort(), expected.sort());
+    assert.deepEqual((await look()).results.split("|").sort(), expected.sort());
     // Back in the guide nobody waits any more.
     await receiver.setWorld("/search/outcome", "never");
     await press("RED");
@@ -208,7 +176,7 @@ describe("The programme guide", () => {
     await receiver.setWorld("/search/outcome", "failed");
     await press("GREEN");
     await type("film");
-    await sees({ message: "The search failed. The yellow key tries again.", found: "" });
+    await sees({ entry: "film", message: "The search failed. The yellow key tries again.", found: "" });
     await press("GREEN", "RED");
     await sees({ view: "guide", empty: Array(5).fill("The television could not tell").join("|") });
     await receiver.setWorld("/search/outcome", "found");
@@ -227,9 +195,7 @@ describe("The programme guide", () => {
     await television.open("plain.html");
     await waitFor("earlier guides are gone", async () => (await receiver.getWorld("/state")).searches === 0);
     await receiver.clearCalls();
-    await browser.open(television.server.url("/examples/epg/index.html"));
-    await browser.waitFor("the verdict is given",
-      () => document.getElementById("verdict").getAttribute("data-verdict"));
+    await load();
     await receiver.setWorld("/search/duration_ms", 600000);
     await press("GREEN");
     await type("news");
@@ -247,17 +213,14 @@ describe("The programme guide", () => {
   it("survives a receiver that dies, and works with the next", async () => {
     await open();
     await receiver.stop("SIGKILL");
-    // A dead receiver presses no keys, and a new one grants none before it is asked.
-    const pressRed = () => browser.run(() =>
-      document.dispatchEvent(new KeyboardEvent("keydown", { keyCode: KeyEvent.VK_RED, cancelable: true })));
     const untold = Array(5).fill("The television could not tell").join("|");
-    await pressRed();
+    await guide.pressInPage("RED");
     await sees({ empty: untold });
     await receiver.start();
     await waitFor("the guide is filled again", async () => {
-      const { name, empty } = await browser.run(look);
+      const { name, empty } = await look();
       if (empty === untold)
-        await pressRed();
+        await guide.pressInPage("RED");
       return name === "Evening News";
     });
     await sees({ rows: firstRows, empty: "" });

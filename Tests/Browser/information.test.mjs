@@ -2,82 +2,50 @@
 // the television behind it changes.
 import assert from "node:assert/strict";
 import { after, before, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { Application, documents } from "./Harness/application.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
-// What a viewer sees of it.
-const look = () => {
-  const text = id => document.getElementById(id).textContent;
-  const texts = selector => Array.from(document.querySelectorAll(selector), element => element.textContent);
-  const isOpen = id => !document.getElementById(id).classList.contains("closed");
-  return {
-    section: document.querySelector("#sections .focused").id.replace("section-", ""),
-    summaries: texts("#sections .label").join(" | "),
-    headline: text("headline"),
-    note: text("note"),
-    chips: texts("#chips li.on").join(" "),
-    rows: texts("#rows div").length,
-    firstRow: texts("#rows div:first-child dt, #rows div:first-child dd").join(": "),
-    pages: text("pages").replace(/[^0-9/]/g, ""),
-    source: isOpen("source") ? text("source-text") : null,
-    checks: isOpen("checks")
-  };
-};
+const see = ({ text, texts, isOpen }) => ({
+  section: document.querySelector("#sections .focused").id.replace("section-", ""),
+  summaries: texts("#sections .label").join(" | "),
+  headline: text("#headline"),
+  note: text("#note"),
+  chips: texts("#chips li.on").join(" "),
+  rows: texts("#rows div").length,
+  firstRow: texts("#rows div:first-child dt, #rows div:first-child dd").join(": "),
+  pages: text("#pages").replace(/[^0-9/]/g, ""),
+  source: isOpen("#source") ? text("#source-text") : null,
+  checks: isOpen("#checks")
+});
 
 const trusted = ["http://127.0.0.1:*"];
 
 describe("The information page", () => {
-  let television, browser, receiver;
+  const page = new Application("/examples/information/", see);
+  const { load, look, open, press, sees } = page;
+  let receiver;
 
   before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
+    ({ receiver } = await page.start());
   });
 
-  after(() => television?.close());
+  after(page.close);
 
-  async function open(page = "index.html") {
-    await browser.open(television.server.url(`/examples/information/${page}`));
-    return browser.waitFor("the verdict is given",
-      () => document.getElementById("verdict").getAttribute("data-verdict"));
-  }
-
-  async function press(...keys) {
-    for (const key of keys)
-      await receiver.pressKey(key);
-  }
-
-  // Waits until the viewer sees all of this.
-  async function sees(expected) {
-    let seen;
-    await waitFor(`the viewer sees ${JSON.stringify(expected)}`, async () => {
-      seen = await browser.run(look);
-      return Object.keys(expected).every(name => seen[name] === expected[name]);
-    }).catch(error => assert.deepEqual(seen, { ...seen, ...expected }, error.message));
-  }
-
-  for (const [page, contentType] of [
-    ["index.html", "text/html"],
-    ["index.hbbtv.xhtml", "application/vnd.hbbtv.xhtml+xml"]
-  ]) {
-    it(`shows its sections and pages by the arrow keys as ${contentType}`, async () => {
-      assert.equal(await open(page), "pass",
-        await browser.run(() => document.getElementById("verdict").textContent));
-      assert.equal(await browser.run(() => document.contentType), contentType);
+  for (const name of documents) {
+    it(`shows its sections and pages by the arrow keys, as ${name}`, async () => {
+      await open(name);
       await sees({ section: "capabilities", headline: "OITF_HD_UIPROF", pages: "1/2",
         chips: "META_SI META_EIT TRICKMODE RTSP AVCAD DRM DVB_T DVB_T2",
         firstRow: "MP4_AVC_SD_25_HEAAC: video/mp4, http",
         summaries: "6 formats | Deutsch, English | no module | locked above 16" });
-      await press("VK_RIGHT", "VK_RIGHT");
+      await press("RIGHT", "RIGHT");
       await sees({ pages: "2/2", firstRow: "Has +DL: no" });
-      await press("VK_LEFT");
-      await sees({ pages: "1/2" });
-      await press("VK_DOWN");
+      await press("DOWN");
       await sees({ section: "settings", headline: "DEU", rows: 3, firstRow: "Audio: Deutsch, English",
         pages: "" });
-      await press("VK_DOWN", "VK_DOWN");
+      await press("DOWN", "DOWN");
       await sees({ section: "parental", headline: "Locked above 16", chips: "17 18" });
-      await press("VK_DOWN", "VK_UP", "VK_UP");
+      await press("UP");
       await sees({ section: "gateway", headline: "No module", rows: 3, chips: "" });
     });
   }
@@ -89,20 +57,20 @@ describe("The information page", () => {
       summaries: "6 formats | Deutsch, English | module connected | locked above 16" });
     await receiver.setWorld("/drm/sas_session_open", false);
     await sees({ headline: "No module" });
-    assert.match((await browser.run(look)).chips, /^\S+ connected \S+ removed$/);
+    assert.match((await look()).chips, /^\S+ connected \S+ removed$/);
 
     await receiver.setWorld("/drm/ciplus_types", "");
     await receiver.setWorld("/parental/lock_status", 255);
     await receiver.setWorld("/locale/audio_languages", "fra,xyz");
     await sees({ rows: 3 });
-    await press("VK_YELLOW");
+    await press("YELLOW");
     await sees({ rows: 1, summaries: "6 formats | Deutsch, English | no module | nothing locked" });
-    await press("VK_DOWN");
+    await press("DOWN");
     await sees({ headline: "Nothing locked", chips: "", firstRow: "Rating scheme: dvb-si" });
-    await press("VK_UP", "VK_UP");
+    await press("UP", "UP");
     await sees({ firstRow: "Audio: Français, xyz" });
     await receiver.setWorld("/drm/ciplus_types", "urn:a,,urn:b");
-    await press("VK_DOWN", "VK_YELLOW");
+    await press("DOWN", "YELLOW");
     await sees({ rows: 4 });
     await receiver.setWorld("/parental/lock_status", 16);
   });
@@ -110,7 +78,7 @@ describe("The information page", () => {
   it("is told about CI Plus only while it is trusted, but hears of modules all the time", async () => {
     await open("index.html?gateway");
     await receiver.setWorld("/applications/trusted_origins", []);
-    await press("VK_YELLOW");
+    await press("YELLOW");
     await sees({ headline: "Not for this page", note: "Application not trusted", rows: 0 });
     await receiver.clearCalls();
     await receiver.setWorld("/drm/sas_session_open", true);
@@ -118,7 +86,7 @@ describe("The information page", () => {
       (await receiver.callNames("IDAEBrowserAPI.IsTrusted")).length > 0);
     assert.deepEqual(await receiver.callNames("IDAEBrowserAPI.GetCIPlusDrmType"), []);
     await receiver.setWorld("/applications/trusted_origins", trusted);
-    await press("VK_YELLOW");
+    await press("YELLOW");
     await sees({ headline: "Module connected", note: "For content that a CI Plus module protects" });
     await receiver.setWorld("/drm/sas_session_open", false);
   });
@@ -133,28 +101,23 @@ describe("The information page", () => {
       ["", /^the description is no XML$/]
     ]) {
       await describe(text);
-      await press("VK_YELLOW");
+      await press("YELLOW");
       await sees({ headline: "No description", rows: 0 });
-      const seen = await browser.run(look);
-      assert.match(seen.note, note, JSON.stringify(text));
+      assert.match((await look()).note, note, JSON.stringify(text));
       await describe("<profilelist><ui_profile name='GOOD+ÄÖ'/></profilelist>");
-      await press("VK_YELLOW");
+      await press("YELLOW");
       await sees({ headline: "GOOD", chips: "ÄÖ" });
     }
-    await press("VK_GREEN");
+    await press("GREEN");
     await sees({ source: "<profilelist>\n<ui_profile name=\"GOOD+ÄÖ\"/>\n</profilelist>" });
-    await press("VK_BLUE");
+    await press("BLUE");
     await sees({ source: null, checks: true });
-    await press("VK_BACK");
-    await sees({ source: null, checks: false });
   });
 
   it("shows what it cannot know when the receiver dies", async () => {
-    await open();
+    await load();
     await receiver.stop("SIGKILL");
-    // A dead receiver presses no keys.
-    await browser.run(() => document.dispatchEvent(
-      new KeyboardEvent("keydown", { keyCode: KeyEvent.VK_YELLOW, cancelable: true })));
+    await page.pressInPage("YELLOW");
     await sees({ headline: "No description", summaries: "not told | not set | not told | nothing locked" });
     await receiver.start();
   });

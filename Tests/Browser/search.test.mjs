@@ -39,9 +39,7 @@ describe("A page that searches", () => {
   const hears = (...states) => browser.waitFor(`states ${states}`,
     wanted => window.heard.map(([, state]) => state).join() === wanted, states.join());
 
-  async function count(method) {
-    return (await receiver.calls()).filter(([name]) => name === `IMetaDataSearch.${method}`).length;
-  }
+  const count = async method => (await receiver.argumentsOf(`IMetaDataSearch.${method}`)).length;
 
   it("finds programmes through the element, by title and by channel", async () => {
     await browser.run(() => {

@@ -2,12 +2,12 @@
 (function () {
   'use strict';
 
-  var link = document.getElementById('back');
+  function goBack() {
+    location.href = document.getElementById('back').href;
+  }
+
   document.getElementById('address').textContent = decodeURI(location.href);
-  document.addEventListener('keydown', function (event) {
-    var isBack = [13, 461, window.KeyEvent && KeyEvent.VK_BACK].indexOf(event.keyCode) >= 0;
-    if (!isBack) return;
-    event.preventDefault();
-    location.href = link.href;
-  }, false);
+  remote.listen(function (name) {
+    return name === 'VK_ENTER' || name === 'VK_BACK' ? goBack : null;
+  });
 }());

@@ -68,6 +68,11 @@ export class Receiver {
     return (await this.calls()).map(([method]) => method).filter(method => methods.includes(method));
   }
 
+  // What one method was called with, each time.
+  async argumentsOf(method) {
+    return (await this.calls()).filter(([name]) => name === method).map(([, args]) => args);
+  }
+
   clearCalls() {
     return this.call("ClearCalls");
   }

@@ -1,10 +1,18 @@
-// How a page says whether all is well: one line a check in the element "verdict", how many passed in
-// "summary", and last of all, over a finished picture, the attribute data-verdict, "pass" or "fail".
+// How a page says whether all is well: how many checks passed in the page's element "summary", one line a check
+// in "verdict", and last of all, over a finished picture, its attribute data-verdict, "pass" or "fail". This
+// script adds "verdict" to the page's elements, in a panel "checks" that is closed at first.
 var verdict = (function () {
   'use strict';
 
-  function byId(id) {
-    return document.getElementById(id);
+  var lines = view.element('ol', '');
+
+  function addPanel() {
+    var panel = view.element('section', '', 'panel closed');
+    panel.id = 'checks';
+    lines.id = 'verdict';
+    panel.appendChild(view.element('h2', 'What was checked'));
+    panel.appendChild(lines);
+    document.body.appendChild(panel);
   }
 
   function require(condition, problem) {
@@ -13,34 +21,36 @@ var verdict = (function () {
 
   // The line of a check, as it passed with what it saw or failed with a problem.
   function note(check, isPassed, text) {
-    var line = document.createElement('li');
-    line.className = isPassed ? 'passed' : 'failed';
-    line.textContent = check[0] + (text ? ': ' + text : '');
-    byId('verdict').appendChild(line);
+    var words = check[0] + (text ? ': ' + text : '');
+    lines.appendChild(view.element('li', words, isPassed ? 'passed' : 'failed'));
     return isPassed;
   }
 
-  function words(problem) {
-    return problem.description || problem.message || problem;
+  function noteFailure(check, problem) {
+    return note(check, false, problem.description || problem.message || problem);
   }
 
   function conclude(checks, passed) {
     var result = passed === checks.length ? 'pass' : 'fail';
-    byId('summary').className = result;
-    byId('summary').textContent = passed + ' of ' + checks.length + ' checks passed';
+    view.byId('summary').className = result;
+    view.setText('summary', passed + ' of ' + checks.length + ' checks passed');
     return result;
   }
+
+  addPanel();
 
   // Each check is [what is checked, function (require)]: it returns what it saw, for its line, and fails by
   // throwing.
   return {
+    require: require,
+
     // Returns the verdict.
     check: function (checks) {
       return conclude(checks, checks.filter(function (check) {
         try {
           return note(check, true, check[1](require));
         } catch (error) {
-          return note(check, false, words(error));
+          return noteFailure(check, error);
         }
       }).length);
     },
@@ -52,14 +62,16 @@ var verdict = (function () {
           return Promise.resolve(require).then(check[1]).then(function (seen) {
             return note(check, true, seen);
           }, function (error) {
-            return note(check, false, words(error));
+            return noteFailure(check, error);
           }).then(function (isPassed) { return passed + (isPassed ? 1 : 0); });
         });
       }, Promise.resolve(0)).then(function (passed) { return conclude(checks, passed); });
     },
 
+    // A failure is shown at once.
     give: function (result) {
-      byId('verdict').setAttribute('data-verdict', result);
+      if (result === 'fail') view.open('checks');
+      lines.setAttribute('data-verdict', result);
     }
   };
 }());
