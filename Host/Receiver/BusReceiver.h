@@ -11,6 +11,7 @@
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
 #include "Host/Receiver/GLibTimers.h"
+#include "Host/Receiver/PlayingClients.h"
 #include "Host/Receiver/Services.h"
 #include "Host/Receiver/SignalEmitter.h"
 #include "Host/Receiver/World/World.h"
@@ -37,6 +38,7 @@ class BusReceiver {
     GLibTimers m_timers;
     DbusEvents m_events;
     World m_world;
+    PlayingClients m_playing;
     CallDispatcher m_dispatcher;
     SignalEmitter m_emitter;
     ControlDesk m_desk;

@@ -32,6 +32,10 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
                                   g_dbus_method_invocation_get_method_name(raw));
     const Host::GChars arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
     const auto call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
+    const auto listener = m_listeners.find(method);
+    if (listener != m_listeners.end())
+        listener->second(g_dbus_method_invocation_get_sender(raw),
+                         g_dbus_method_invocation_get_parameters(raw));
     // A watcher hears of the call after it was answered, which the caller is waiting for.
     const auto announce = [this, &call] {
         if (m_listener)

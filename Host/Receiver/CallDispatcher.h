@@ -26,6 +26,9 @@ class CallDispatcher {
     // Makes the methods of an interface known by their short names.
     void addInterface(const GDBusInterfaceInfo& interface);
     void onRecorded(std::function<void(const Call&)> listener) { m_listener = std::move(listener); }
+    // Hears of the calls of one method ("Interface.Method") before they are answered.
+    using Listener = std::function<void(const std::string& client, GVariant* arguments)>;
+    void onCall(const std::string& method, Listener listener) { m_listeners[method] = std::move(listener); }
 
     // Takes over the invocation; "answer" runs at most once, perhaps later.
     void receive(Host::GObjectHandle<GDBusMethodInvocation> invocation,
@@ -57,6 +60,7 @@ class CallDispatcher {
     Timers& m_timers;
     CallLog m_log;
     std::function<void(const Call&)> m_listener;
+    std::map<std::string, Listener> m_listeners;
     std::set<std::string> m_methods;
     std::map<std::string, Treatment> m_treatments;
     std::list<Waiting> m_waiting;

@@ -46,6 +46,26 @@ TEST_F(AReceiverWithARealPlayer, TellsPagesAboutTheMediumItself) {
     play(fileUrl("film.mp4"));
 }
 
+TEST_F(AReceiverWithARealPlayer, StopsWhatAPagePlayedWhoseProcessHasEnded) {
+    const Host::GChars address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    const Host::GObjectHandle<GDBusConnection> page(g_dbus_connection_new_for_address_sync(
+        address.get(),
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, nullptr));
+    ASSERT_TRUE(page);
+    const Host::GVariantHandle done(g_dbus_connection_call_sync(
+        page.get(), "org.vantrel.hbbtv.IAVEventHandler", "/org/vantrel/hbbtv",
+        "org.vantrel.hbbtv.IAVEventHandler", "SetLocation", g_variant_new("(us)", 7, "http://tv.example/"),
+        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    ASSERT_TRUE(done);
+    play(fileUrl("film.mp4"));
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+    ASSERT_TRUE(g_dbus_connection_close_sync(page.get(), nullptr, nullptr));
+    EXPECT_TRUE(hearsOf("PluginEventData(200, 7, 0, 1000)"));
+    EXPECT_EQ(call("IAVEventHandler.IsAVPlayerAlive", "(uint32 7,)").text(), "(false,)");
+}
+
 TEST_F(AReceiverWithARealPlayer, SimulatesWhatItIsToldToSimulate) {
     EXPECT_EQ(control("SetWorld", "('/media/player', '\"simulated\"')").error, "");
     play(fileUrl("film.mp4"));

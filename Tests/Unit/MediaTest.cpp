@@ -293,8 +293,9 @@ TEST_F(AnAVControl, TellsOfMissingRights) {
 }
 
 TEST_F(AnAVControl, GivesItsPlayerBackWithItsPage) {
-    Eval("var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o) { "
-         "o.play(1); });");
+    Eval(
+        "var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o) { "
+        "o.play(1); });");
     page.StartLoad(page.main);
     // All players are stopped when the load begins, but the page runs on until the next one is there.
     Send(event_t::WithData(E_AVC_STATE, 0, 0, 1000));

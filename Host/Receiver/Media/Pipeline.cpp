@@ -31,8 +31,8 @@ GstElement* makeSoundSink(const std::string& description) {
 GstElement* makeSoundFilter() {
     const GstObjectHandle<GstElementFactory> tempo(gst_element_factory_find("scaletempo"));
     const auto volume = std::string("volume name=") + volumeName;
-    return gst_parse_bin_from_description((tempo == nullptr ? volume : volume + " ! scaletempo").c_str(), TRUE,
-                                          nullptr);
+    return gst_parse_bin_from_description((tempo == nullptr ? volume : volume + " ! scaletempo").c_str(),
+                                          TRUE, nullptr);
 }
 
 GstObjectHandle<GstElement> volumeOf(GstElement& playbin) {
@@ -220,9 +220,7 @@ void Pipeline::selectStreams(std::vector<std::string> ids) {
 }
 
 void Pipeline::setVolume(double volume) {
-    post([volume](GstElement& element) {
-        g_object_set(volumeOf(element).get(), "volume", volume, nullptr);
-    });
+    post([volume](GstElement& element) { g_object_set(volumeOf(element).get(), "volume", volume, nullptr); });
 }
 
 void Pipeline::setMuted(bool muted) {

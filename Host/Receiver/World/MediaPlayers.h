@@ -107,7 +107,8 @@ class MediaPlayers {
 
     // False when as many players are at work as the receiver has decoders for.
     [[nodiscard]] bool acquire(std::uint32_t pluginId);
-    // False without a player. One that has rested meanwhile may find the decoders taken: that is its error then.
+    // False without a player. One that has rested meanwhile may find the decoders taken: that is its error
+    // then.
     [[nodiscard]] bool play(std::uint32_t pluginId, double speed);
     // False without a player.
     bool stop(std::uint32_t pluginId);
