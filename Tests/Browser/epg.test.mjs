@@ -173,9 +173,11 @@ describe("The programme guide", () => {
 
   it("says that a search failed, and finds again when the television does", async () => {
     await open();
-    await receiver.setWorld("/search/outcome", "failed");
     await press("GREEN");
     await type("film");
+    await sees({ entry: "film", message: "No programme has this in its title." });
+    await receiver.setWorld("/search/outcome", "failed");
+    await press("YELLOW");
     await sees({ entry: "film", message: "The search failed. The yellow key tries again.", found: "" });
     await press("GREEN", "RED");
     await sees({ view: "guide", empty: Array(5).fill("The television could not tell").join("|") });

@@ -59,7 +59,8 @@ std::string fileUrl(const std::string& name) {
 }
 
 bool makeMedia() {
-    const auto command = std::string(HBBTV_MAKE_MEDIA) + " " + HBBTV_TEST_MEDIA;
+    // Quoted: the folder may lie anywhere.
+    const auto command = std::string("'") + HBBTV_MAKE_MEDIA + "' '" + HBBTV_TEST_MEDIA + "'";
     return std::system(command.c_str()) == 0;
 }
 

@@ -8,6 +8,7 @@ import { createContext, runInContext } from 'node:vm';
 export function readWindow(path) {
   // No HbbTV token in the user agent, so that the script leaves the document alone.
   const window = { removeEventListener() {} };
+  window.top = window;
   const context = createContext({
     window, navigator: { userAgent: '' }, console: { log() {} }, MutationSummary: {},
   });
