@@ -158,7 +158,11 @@
                 return;
             }
             isFirst = false;
-            if (!outside && ratio !== threshold) {
+            const { left, top } = placeOf(hole);
+            if (left !== place.left || top !== place.top) {
+                // It has moved since, and the new place must not be taken for the old one.
+                schedule();
+            } else if (!outside && ratio !== threshold) {
                 watchPlace(hole, place, Math.min(1, ratio) || 1e-7);
             }
         }, {
