@@ -855,6 +855,7 @@ function _hbbtv_vantrel_main() {
     return;
   _hbbtv_vantrel_installTouches();
   _hbbtv_vantrel_observe(queries);
+  _hbbtv_vantrel_finalizeWithFrame();
 }
 
 // A frame that its page removes or fills anew has nothing left to hear or see. Of the page itself the players are
@@ -866,5 +867,4 @@ function _hbbtv_vantrel_finalizeWithFrame() {
 
 window.onload = () => _hbbtv_vantrel_log("Started");
 _hbbtv_vantrel_main();
-_hbbtv_vantrel_finalizeWithFrame();
 window.oipfObjectFactory = _hbbtv_vantrel_createObjectFactory();

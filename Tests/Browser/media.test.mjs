@@ -299,7 +299,7 @@ describe("An A/V control element", () => {
   it("that plays again while its page goes, or goes with its frame, leaves nothing playing", async () => {
     const silent = () => waitFor("it is silent", async () =>
       Object.values(await receiver.getWorld("/state/media_players")).every(({ state }) => state === stopped));
-    const again = film => {
+    const again = () => {
       film.onPlayStateChange = state => state === 0 && film.play(1);
       addEventListener("unload", () => film.play(1));
       film.play(1);
@@ -307,7 +307,7 @@ describe("An A/V control element", () => {
     server.intercept("/pages/plain.html", (request, response, serve) => setTimeout(serve, 200));
     try {
       await television.show("again.html", page(element(film)));
-      await browser.run(again, await browser.run(() => film));
+      await browser.run(again);
       await inState(playing);
       await television.open("plain.html");
       assert.ok((await argumentsOf("GetPlayer")).length > 1, "it has played again");
@@ -315,10 +315,10 @@ describe("An A/V control element", () => {
     } finally {
       server.intercept("/pages/plain.html", null);
     }
-    for (const leave of [frame => frame.remove(), frame => { frame.src = "plain.html"; }]) {
+    for (const leave of [frame => frame.remove(), frame => { frame.src = "/pages/plain.html"; }]) {
       server.write("inner.html", page(element(film)));
       await television.show("outer.html", page('<iframe src="inner.html"></iframe>'));
-      await browser.waitFor("the frame is there", () => frames[0].film?.play);
+      await browser.waitFor("the frame is there", () => typeof frames[0].film?.play === "function");
       await browser.run(() => frames[0].film.play(1));
       await browser.waitFor("it plays", state => frames[0].film.playState === state, playing);
       await browser.run(leave, await browser.run(() => document.querySelector("iframe")));
