@@ -315,13 +315,17 @@ describe("An A/V control element", () => {
     } finally {
       server.intercept("/pages/plain.html", null);
     }
-    for (const leave of [frame => frame.remove(), frame => { frame.src = "/pages/plain.html"; }]) {
+    const leaves = [
+      () => document.querySelector("iframe").remove(),
+      () => { document.querySelector("iframe").src = "/pages/plain.html"; }
+    ];
+    for (const leave of leaves) {
       server.write("inner.html", page(element(film)));
       await television.show("outer.html", page('<iframe src="inner.html"></iframe>'));
       await browser.waitFor("the frame is there", () => typeof frames[0].film?.play === "function");
       await browser.run(() => frames[0].film.play(1));
       await browser.waitFor("it plays", state => frames[0].film.playState === state, playing);
-      await browser.run(leave, await browser.run(() => document.querySelector("iframe")));
+      await browser.run(leave);
       await silent();
     }
   });
