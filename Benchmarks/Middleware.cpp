@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <numeric>
 
+#include <benchmark/benchmark.h>
+
 #include <gio/gio.h>
 
 #include "Benchmarks/SearchMiddleware.h"
@@ -150,6 +152,27 @@ Middleware::~Middleware() {
         kill(m_process, SIGTERM);
         waitpid(m_process, nullptr, 0);
     }
+}
+
+bool AskForChannel(IJSChannelCache* cache, uint32_t id) {
+    GCharPtr name, longName, description, ccid, ipBroadcastId;
+    guint idType = 0, nid = 0, onid = 0, tsid = 0, sid = 0, maxBitRate = 0, majorChannel = 0;
+    gboolean radio = FALSE, authorised = FALSE, hidden = FALSE, locked = FALSE, manualBlock = FALSE,
+             known = FALSE;
+    return ijschannel_cache_call_get_channel_info_sync(
+               cache, id, OutPointer(name), OutPointer(longName), OutPointer(description), &idType, &nid,
+               &onid, &tsid, &sid, &radio, OutPointer(ccid), &authorised, &hidden, &locked, &manualBlock,
+               &maxBitRate, OutPointer(ipBroadcastId), &majorChannel, &known, nullptr, nullptr) &&
+           known;
+}
+
+int RunAgainstMiddleware(int argc, char** argv) {
+    const Middleware middleware;
+    if (!middleware.Serves())
+        return 1;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
 }
 
 }  // namespace Benchmarks

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "gen/dbus/channelcache-generated.h"
+
 namespace Benchmarks {
 
 inline constexpr char kApiName[] = "org.vantrel.hbbtv.IDAEBrowserAPI";
@@ -54,5 +56,11 @@ class Middleware {
     pid_t m_process = -1;
     bool m_serves = false;
 };
+
+// The bare generated call for all that the cache knows of a channel. False when it does not know it.
+[[nodiscard]] bool AskForChannel(IJSChannelCache* cache, uint32_t id);
+
+// The main function of a program whose benchmarks call the middleware.
+[[nodiscard]] int RunAgainstMiddleware(int argc, char** argv);
 
 }  // namespace Benchmarks

@@ -41,10 +41,5 @@ BENCHMARK(BareCall)->UseRealTime();
 }  // namespace
 
 int main(int argc, char** argv) {
-    const Benchmarks::Middleware middleware;
-    if (!middleware.Serves())
-        return 1;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return Benchmarks::RunAgainstMiddleware(argc, argv);
 }

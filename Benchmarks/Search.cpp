@@ -112,18 +112,6 @@ class Page {
     JSObjectRef m_hasRead = nullptr;
 };
 
-[[nodiscard]] bool AskForChannel(IJSChannelCache* cache, guint id) {
-    GCharPtr name, longName, description, ccid, ipBroadcastId;
-    guint idType = 0, nid = 0, onid = 0, tsid = 0, sid = 0, maxBitRate = 0, majorChannel = 0;
-    gboolean radio = FALSE, authorised = FALSE, hidden = FALSE, locked = FALSE, manualBlock = FALSE,
-             known = FALSE;
-    return ijschannel_cache_call_get_channel_info_sync(
-               cache, id, OutPointer(name), OutPointer(longName), OutPointer(description), &idType, &nid,
-               &onid, &tsid, &sid, &radio, OutPointer(ccid), &authorised, &hidden, &locked, &manualBlock,
-               &maxBitRate, OutPointer(ipBroadcastId), &majorChannel, &known, nullptr, nullptr) &&
-           known;
-}
-
 // The id of the results, complete; 0 when something failed.
 [[nodiscard]] guint CallForResults(IMetaDataSearch* proxy) {
     guint search = 0, query = 0, results = 0, offset = 0, count = 0, size = 0;
@@ -160,7 +148,7 @@ class Proxies {
                 !imeta_data_search_call_pc_get_sync(
                     m_search.get(), programme, &channel, &event, OutPointer(name), OutPointer(description),
                     OutPointer(crid), &begin, &duration, &rating, &known, nullptr, nullptr) ||
-                !known || (channels.insert(channel).second && !AskForChannel(m_channels.get(), channel)))
+                !known || (channels.insert(channel).second && !Benchmarks::AskForChannel(m_channels.get(), channel)))
                 return false;
         }
         return channels.size() == kWindow;
@@ -187,6 +175,7 @@ double Milliseconds(Clock::duration time) {
 // counters are milliseconds for a search, medians of the repetition; the benchmark's own time is that of
 // both.
 void Search(benchmark::State& state) {
+    g_main_context_set_poll_func(nullptr, &PollAndMeasure);
     Page page;
     const Proxies proxies;
     std::vector<double> inPage, withSleep, bare;
@@ -222,11 +211,5 @@ BENCHMARK(Search)->UseManualTime();
 }  // namespace
 
 int main(int argc, char** argv) {
-    const Benchmarks::Middleware middleware;
-    if (!middleware.Serves())
-        return 1;
-    g_main_context_set_poll_func(nullptr, &PollAndMeasure);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return Benchmarks::RunAgainstMiddleware(argc, argv);
 }

@@ -76,18 +76,6 @@ void ReadChannelList(benchmark::State& state) {
     }
 }
 
-[[nodiscard]] bool GetInfo(IJSChannelCache* cache, guint id) {
-    GCharPtr name, longName, description, ccid, ipBroadcastId;
-    guint idType = 0, nid = 0, onid = 0, tsid = 0, sid = 0, maxBitRate = 0, majorChannel = 0;
-    gboolean radio = FALSE, authorised = FALSE, hidden = FALSE, locked = FALSE, manualBlock = FALSE,
-             known = FALSE;
-    return ijschannel_cache_call_get_channel_info_sync(
-               cache, id, OutPointer(name), OutPointer(longName), OutPointer(description), &idType, &nid,
-               &onid, &tsid, &sid, &radio, OutPointer(ccid), &authorised, &hidden, &locked, &manualBlock,
-               &maxBitRate, OutPointer(ipBroadcastId), &majorChannel, &known, nullptr, nullptr) &&
-           known;
-}
-
 void CallForChannelList(benchmark::State& state) {
     const GObjectPtr<IDAEBrowserAPI> api = NewApi();
     const GObjectPtr<IJSChannelCache> cache = NewCache();
@@ -103,7 +91,7 @@ void CallForChannelList(benchmark::State& state) {
         for (gsize i = 0; i < count; ++i) {
             gboolean retained = FALSE;
             if (!ijschannel_cache_call_retain_sync(cache.get(), ids[i], &retained, nullptr, nullptr) ||
-                !retained || !GetInfo(cache.get(), ids[i]))
+                !retained || !Benchmarks::AskForChannel(cache.get(), ids[i]))
                 state.SkipWithError("a bare call got no channel");
         }
     }
@@ -210,10 +198,5 @@ BENCHMARK(StreamEventBare)->UseRealTime();
 }  // namespace
 
 int main(int argc, char** argv) {
-    const Benchmarks::Middleware middleware;
-    if (!middleware.Serves())
-        return 1;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return Benchmarks::RunAgainstMiddleware(argc, argv);
 }
