@@ -25,6 +25,9 @@ class IAVEventHandlerCommon {
     virtual bool Seek(uint32_t pluginId, long position) = 0;  // milliseconds
     virtual bool Queue(uint32_t pluginId, const std::string& url) = 0;
     virtual void ReleasePlayer(uint32_t pluginId) = 0;
+    // The same, and nobody waits for them: for an object that is collected.
+    virtual void SendStop(uint32_t pluginId) = 0;
+    virtual void SendReleasePlayer(uint32_t pluginId) = 0;
     [[nodiscard]] virtual bool CheckMimeType(const std::string& mimetype) = 0;
     virtual bool SetMimeType(uint32_t pluginId, const std::string& mimetype) = 0;
     virtual bool ChangeMimeType(uint32_t pluginId, const std::string& mimetype) = 0;

@@ -47,6 +47,9 @@ class IBroadcastPlayerCommon {
     virtual void SetNullChannel(uint32_t pluginId, bool setBroadcastIndependentApp) = 0;
     virtual void Release(uint32_t pluginId) = 0;
     virtual void Stop(uint32_t pluginId) = 0;
+    // The same, and nobody waits for them: for an object that is collected.
+    virtual void SendRelease(uint32_t pluginId) = 0;
+    virtual void SendStop(uint32_t pluginId) = 0;
     [[nodiscard]] virtual bool IsPresenting(uint32_t pluginId) = 0;
     virtual void GetPlayState(uint32_t pluginId, int& state) = 0;
     [[nodiscard]] virtual bool GetChannel(uint32_t pluginId, uint32_t& id) = 0;

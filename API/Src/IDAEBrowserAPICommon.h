@@ -76,6 +76,8 @@ class IDAEBrowserAPICommon {
     // A subscription of 0 means that it was refused.
     [[nodiscard]] virtual TDSMCCJobId StreamEventSubscribe(const char* url, const char* name) = 0;
     virtual bool StreamEventUnsubscribe(TDSMCCJobId id) = 0;
+    // The same, and nobody waits for it: for an object that is collected.
+    virtual void SendStreamEventUnsubscribe(TDSMCCJobId id) = 0;
 
     // Subscribers are not owned; each unsubscribes before it is destroyed. Both may be called while an event
     // is being delivered: who is removed then is not called any more, who is added hears the next event.

@@ -14,4 +14,6 @@ class IMetadataSearchManagerCommon {
     virtual void AbortSearch(uint32_t id) = 0;
     // Stops, and drops what was found.
     virtual void CancelSearch(uint32_t id) = 0;
+    // The same, and nobody waits for it: for an object that is collected, or whose page is left.
+    virtual void SendCancelSearch(uint32_t id) = 0;
 };

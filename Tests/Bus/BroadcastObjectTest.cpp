@@ -23,7 +23,7 @@ class ALivingRoom : public ReceiverTest::RunningReceiver {
         // now.
         Eval("var log = []; var tv = PrivateObjectFactory.createVideoBroadcastObject();");
         ASSERT_TRUE(WaitFor([this] {
-            IJSChannelCacheWK::GetInstance()->Release(0);
+            IJSChannelCacheWK::GetInstance()->Retain(0);
             Eval("tv.stop(); tv.setFullScreen(false)");
             return Calls().size() == 3;
         }));

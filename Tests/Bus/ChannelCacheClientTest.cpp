@@ -75,7 +75,7 @@ TEST_F(AChannelCacheClient, RetainsAndReleases) {
     m_service.Reply("Retain", "(true,)");
     EXPECT_TRUE(m_client.Retain(0xFFFFFFFFU));
     m_client.Release(0xFFFFFFFFU);
-    EXPECT_THAT(m_service.TakeCalls(), ElementsAre("Retain (4294967295,)", "Release (4294967295,)"));
+    EXPECT_THAT(m_service.TakeCalls(2), ElementsAre("Retain (4294967295,)", "Release (4294967295,)"));
 }
 
 }  // namespace

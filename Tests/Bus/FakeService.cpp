@@ -1,5 +1,6 @@
 #include "Tests/Bus/FakeService.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -93,7 +94,28 @@ void FakeService::Start() {
     Check(error, "owning the name");
 }
 
+void FakeService::Hang() {
+    m_hung.lock();
+    GSource* const block = g_idle_source_new();
+    g_source_set_priority(block, G_PRIORITY_HIGH);
+    g_source_set_callback(
+        block,
+        [](gpointer hold) -> gboolean {
+            const std::lock_guard until(*static_cast<std::mutex*>(hold));
+            return G_SOURCE_REMOVE;
+        },
+        &m_hold, nullptr);
+    g_source_attach(block, g_main_loop_get_context(m_loop.get()));
+    g_source_unref(block);
+}
+
+void FakeService::GoOn() {
+    m_hung.unlock();
+}
+
 void FakeService::Stop() {
+    if (m_hung)
+        GoOn();
     g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
     g_main_context_invoke(
         g_main_loop_get_context(m_loop.get()),
@@ -137,8 +159,9 @@ void FakeService::Emit(const std::string& signal, const std::string& values) {
     Check(error, "emitting");
 }
 
-std::vector<std::string> FakeService::TakeCalls() {
-    const std::lock_guard guard(m_mutex);
+std::vector<std::string> FakeService::TakeCalls(size_t atLeast) {
+    std::unique_lock guard(m_mutex);
+    m_called.wait_for(guard, std::chrono::seconds(10), [&] { return m_calls.size() >= atLeast; });
     return std::exchange(m_calls, {});
 }
 
@@ -152,6 +175,7 @@ void FakeService::OnCall(GDBusConnection* /*connection*/, const gchar* /*sender*
         const GCharPtr text(g_variant_print(parameters, FALSE));
         self->m_calls.push_back(std::string(method) + " " + text.get());
         delay = self->m_answers[method].delay;
+        self->m_called.notify_all();
     }
     if (delay == 0)
         return self->AnswerCall(invocation);

@@ -4,6 +4,7 @@
 // It runs on a thread and a connection of its own, because the clients block the main thread.
 #pragma once
 
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -25,6 +26,10 @@ class FakeService {
     void Stop();
     void Start();
 
+    // Owns its name and answers nothing, as a process that is stopped; goes on with all that was asked meanwhile.
+    void Hang();
+    void GoOn();
+
     // What a method answers from now on. Values are written as GVariant text: "(uint32 7, true)". A method
     // that nothing was said about answers zeros.
     void Reply(const std::string& method, const std::string& values);
@@ -36,8 +41,8 @@ class FakeService {
     // For signals that the interface lacks the type must be in the text.
     void Emit(const std::string& signal, const std::string& values);
 
-    // The calls since the last time, as "Show (7,)".
-    [[nodiscard]] std::vector<std::string> TakeCalls();
+    // The calls since the last time, as "Show (7,)"; those that nobody waited for may have to be waited for here.
+    [[nodiscard]] std::vector<std::string> TakeCalls(size_t atLeast = 0);
 
  private:
     struct Answer {
@@ -60,7 +65,10 @@ class FakeService {
 
     std::mutex m_mutex;
     std::map<std::string, Answer> m_answers;
+    std::condition_variable m_called;
     std::vector<std::string> m_calls;
+    std::mutex m_hold;
+    std::unique_lock<std::mutex> m_hung{m_hold, std::defer_lock};
 
     GObjectPtr<GDBusConnection> m_connection;
     std::shared_ptr<GMainLoop> m_loop;

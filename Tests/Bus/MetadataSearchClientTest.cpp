@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
+#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
 #include "Tests/Bus/LogCapture.h"
 
@@ -214,13 +215,13 @@ TEST_F(AMetadataSearchClient, SendsReadsAndFailsEachOperationAsTheWireSays) {
         m_service.Reply(method, operation.answer);
         LogCapture::Clear();
         EXPECT_EQ(operation.call(), operation.given);
-        EXPECT_THAT(m_service.TakeCalls(), ElementsAre(operation.wire));
+        EXPECT_THAT(m_service.TakeCalls(1), ElementsAre(operation.wire));
         EXPECT_EQ(LogCapture::Count(operation.signature), 1) << "the trace line";
         EXPECT_EQ(LogCapture::Errors(), 0);
 
         m_service.Fail(method, "not today");
         EXPECT_EQ(operation.call(), operation.failed);
-        EXPECT_EQ(LogCapture::Errors(), 1);
+        EXPECT_TRUE(WaitFor([] { return LogCapture::Errors() == 1; }));
         EXPECT_EQ(
             LogCapture::Count(operation.signature +
                               " failed \"GDBus.Error:org.freedesktop.DBus.Error.Failed: not today\" with "

@@ -54,7 +54,7 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
         // now.
         ASSERT_TRUE(WaitFor([] {
             uint32_t id = 0;
-            IJSChannelCacheWK::GetInstance()->Release(0);
+            IJSChannelCacheWK::GetInstance()->Retain(0);
             return CDAEBrowserAPIWK::GetInstance()->CurrentChannel(id) &&
                    IQueryCacheWK::GetInstance()->Add(TConstraints()) != 0;
         }));
@@ -124,7 +124,10 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
     void SearchesTake(const std::string& milliseconds) {
         ASSERT_TRUE(control("SetWorld", "('/search/duration_ms', '" + milliseconds + "')").value);
     }
+    // When a later call has been answered, all that was sent before has arrived.
+    static void LetEverythingArrive() { (void)CDAEBrowserAPIWK::GetInstance()->IsTrusted(); }
     [[nodiscard]] bool ReleasedEverything() {
+        LetEverythingArrive();
         for (const char* cache : {"Mds", "Qc", "Sr"}) {
             if (Count(std::string(cache) + "Retain") != Count(std::string(cache) + "Release"))
                 return false;
@@ -401,6 +404,7 @@ TEST_F(APageThatSearches, KeepsObjectsOfAFrameThatIsLeftFromDoingAnything) {
     JSObjectRef global = JSContextGetGlobalObject(frame.context);
     page.main.SetGlobal("theirs", global);
     frame.Navigate();
+    LetEverythingArrive();
     ForgetCalls();
     EXPECT_EQ(Eval("[theirs.q.not(), theirs.s.result.getResults(0, 1), theirs.s.result.abort(), "
                    "theirs.s.addChannelConstraint(null), theirs.s.result.length, theirs.s.result[0]].join()"),

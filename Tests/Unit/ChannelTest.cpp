@@ -66,7 +66,7 @@ TEST_F(AChannel, IsRetainedByEveryCopyAndReleasedByEveryEnd) {
         assigned = *found;
         EXPECT_EQ(assigned.Implementation().CacheId(), 9U);
     }
-    const auto calls = cache.TakeCalls();
+    const auto calls = cache.TakeCalls(9);
     EXPECT_EQ(Count(calls, "Retain (9,)"), 4U);
     EXPECT_EQ(Count(calls, "Release (9,)"), 4U);
     EXPECT_EQ(Count(calls, "GetChannelInfo (9,)"), 1U) << "a copy asks for nothing";

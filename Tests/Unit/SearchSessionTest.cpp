@@ -86,7 +86,7 @@ TEST_F(ASearchSession, StopsAtOnceWhenTheEngineTakesItsObjectsAway) {
     const std::weak_ptr<SearchSession> observed = session;
     session.reset();
     EXPECT_TRUE(observed.expired());
-    EXPECT_EQ(service.TakeCalls().back(), "MdsRelease (5,)");
+    EXPECT_EQ(service.TakeCalls(8).back(), "MdsRelease (5,)");
     EXPECT_EQ(Asked(), 0U);
 }
 

@@ -31,7 +31,7 @@ class TelevisionPage : public testing::Test {
         std::string call;
         EXPECT_TRUE(WaitFor([&] {
             const bool answers = CDAEBrowserAPIWK::GetInstance()->IsBroadcastRelated();
-            IJSChannelCacheWK::GetInstance()->Release(0);
+            IJSChannelCacheWK::GetInstance()->Retain(0);
             Eval("tv.stop()");
             const auto calls = player.TakeCalls();
             call = calls.empty() ? "" : calls.front();

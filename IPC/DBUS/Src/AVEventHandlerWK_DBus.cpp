@@ -82,6 +82,14 @@ void CAVEventHandlerWK::ReleasePlayer(uint32_t pluginId) {
     m_service->Call(__func__, iavevent_handler_call_release_player_sync, pluginId);
 }
 
+void CAVEventHandlerWK::SendStop(uint32_t pluginId) {
+    m_service->Send("Stop", iavevent_handler_call_stop, pluginId);
+}
+
+void CAVEventHandlerWK::SendReleasePlayer(uint32_t pluginId) {
+    m_service->Send("ReleasePlayer", iavevent_handler_call_release_player, pluginId);
+}
+
 bool CAVEventHandlerWK::CheckMimeType(const std::string& mimetype) {
     return m_service->Call<bool>({__func__, " (" + mimetype + ")"},
                                  iavevent_handler_call_check_mime_type_sync, mimetype, kResult);

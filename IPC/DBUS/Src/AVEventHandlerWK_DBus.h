@@ -27,6 +27,8 @@ class CAVEventHandlerWK final : public IAVEventHandlerCommon {
     bool Seek(uint32_t pluginId, long position) override;
     bool Queue(uint32_t pluginId, const std::string& url) override;
     void ReleasePlayer(uint32_t pluginId) override;
+    void SendStop(uint32_t pluginId) override;
+    void SendReleasePlayer(uint32_t pluginId) override;
     [[nodiscard]] bool CheckMimeType(const std::string& mimetype) override;
     bool SetMimeType(uint32_t pluginId, const std::string& mimetype) override;
     bool ChangeMimeType(uint32_t pluginId, const std::string& mimetype) override;

@@ -77,6 +77,14 @@ void CBroadcastPlayerWK::Stop(uint32_t pluginId) {
     m_service->Call(__func__, ibroadcast_player_call_stop_sync, pluginId);
 }
 
+void CBroadcastPlayerWK::SendRelease(uint32_t pluginId) {
+    m_service->Send("Release", ibroadcast_player_call_release, pluginId);
+}
+
+void CBroadcastPlayerWK::SendStop(uint32_t pluginId) {
+    m_service->Send("Stop", ibroadcast_player_call_stop, pluginId);
+}
+
 bool CBroadcastPlayerWK::IsPresenting(uint32_t pluginId) {
     return m_service->Call<bool>(__func__, ibroadcast_player_call_is_presenting_sync, pluginId, kResult);
 }

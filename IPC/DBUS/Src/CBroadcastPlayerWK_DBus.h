@@ -27,6 +27,8 @@ class CBroadcastPlayerWK final : public IBroadcastPlayerCommon {
     void SetNullChannel(uint32_t pluginId, bool setBroadcastIndependentApp) override;
     void Release(uint32_t pluginId) override;
     void Stop(uint32_t pluginId) override;
+    void SendRelease(uint32_t pluginId) override;
+    void SendStop(uint32_t pluginId) override;
     [[nodiscard]] bool IsPresenting(uint32_t pluginId) override;
     void GetPlayState(uint32_t pluginId, int& state) override;
     [[nodiscard]] bool GetChannel(uint32_t pluginId, uint32_t& id) override;

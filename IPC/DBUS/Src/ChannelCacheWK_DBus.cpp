@@ -34,7 +34,7 @@ bool CJSChannelCacheWK::Retain(uint32_t id) {
 }
 
 void CJSChannelCacheWK::Release(uint32_t id) {
-    m_service->Call(__func__, ijschannel_cache_call_release_sync, id);
+    m_service->Send(__func__, ijschannel_cache_call_release, id);
 }
 
 bool CJSChannelCacheWK::GetChannelInfo(uint32_t id, std::string* name, std::string* longName,

@@ -239,6 +239,10 @@ bool CDAEBrowserAPIWK::StreamEventUnsubscribe(TDSMCCJobId id) {
     return m_service->Call<bool>(__func__, idaebrowser_api_call_stream_event_unsubscribe_sync, id, kResult);
 }
 
+void CDAEBrowserAPIWK::SendStreamEventUnsubscribe(TDSMCCJobId id) {
+    m_service->Send("StreamEventUnsubscribe", idaebrowser_api_call_stream_event_unsubscribe, id);
+}
+
 void CDAEBrowserAPIWK::SubscribeEvents(IPluginController* controller) {
     m_subscribers.Add(controller);
 }

@@ -77,6 +77,7 @@ class CDAEBrowserAPIWK final : public IDAEBrowserAPICommon {
     [[nodiscard]] bool GetTime(unsigned long& utc, int& offset) const override;
     [[nodiscard]] TDSMCCJobId StreamEventSubscribe(const char* url, const char* name) override;
     bool StreamEventUnsubscribe(TDSMCCJobId id) override;
+    void SendStreamEventUnsubscribe(TDSMCCJobId id) override;
 
     void SubscribeEvents(IPluginController* controller) override;
     void UnsubscribeEvents(IPluginController* controller) override;

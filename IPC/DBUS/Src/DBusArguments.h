@@ -4,6 +4,7 @@
 // operation's result, ResultWith() makes the result of it.
 #pragma once
 
+#include <cstring>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -64,14 +65,15 @@ class Storage {
     Wire value{};
 };
 
-// One argument of ours at one parameter of the generated function: Pass() is what is passed, Commit() takes
-// over what was returned. Commit() is called after success only.
+// One argument of ours at one parameter of the generated function: Pass() is what is passed, Size() its bytes,
+// Commit() takes over what was returned. Commit() is called after success only.
 template <typename Parameter, typename Argument>
 class Slot {
     static_assert(std::is_arithmetic_v<Parameter>, "an output needs Out, OutWith, kResult or ResultWith");
 
  public:
     explicit Slot(const Argument& argument) : m_value(static_cast<Parameter>(argument)) {}
+    [[nodiscard]] size_t Size() const { return sizeof m_value; }
     Parameter Pass() { return m_value; }
     template <typename R>
     void Commit(R& /*result*/) {}
@@ -84,6 +86,7 @@ template <typename Argument>
 class Slot<const gchar*, Argument> {
  public:
     explicit Slot(const Argument& argument) : m_text(argument) {}
+    [[nodiscard]] size_t Size() const { return std::strlen(m_text.c_str()); }
     const gchar* Pass() { return m_text.c_str(); }
     template <typename R>
     void Commit(R& /*result*/) {}
@@ -97,6 +100,7 @@ template <>
 class Slot<GVariant*, GVariantPtr> {
  public:
     explicit Slot(const GVariantPtr& argument) : m_variant(argument.get()) {}
+    [[nodiscard]] size_t Size() const { return g_variant_get_size(m_variant); }
     GVariant* Pass() { return m_variant; }
     template <typename R>
     void Commit(R& /*result*/) {}
@@ -109,6 +113,7 @@ template <typename Wire, typename T>
 class Slot<Wire*, Out<T>> {
  public:
     explicit Slot(const Out<T>& out) : m_target(out.target) {}
+    [[nodiscard]] size_t Size() const { return 0; }
     Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& /*result*/) {
@@ -125,6 +130,7 @@ template <typename Wire, typename Function>
 class Slot<Wire*, OutWith<Function>> {
  public:
     explicit Slot(const OutWith<Function>& out) : m_function(out.function) {}
+    [[nodiscard]] size_t Size() const { return 0; }
     Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& /*result*/) {
@@ -140,6 +146,7 @@ template <typename Wire>
 class Slot<Wire*, Result> {
  public:
     explicit Slot(const Result& /*argument*/) {}
+    [[nodiscard]] size_t Size() const { return 0; }
     Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& result) {
@@ -154,6 +161,7 @@ template <typename Wire, typename Function>
 class Slot<Wire*, ResultWith<Function>> {
  public:
     explicit Slot(const ResultWith<Function>& out) : m_function(out.function) {}
+    [[nodiscard]] size_t Size() const { return 0; }
     Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& result) {

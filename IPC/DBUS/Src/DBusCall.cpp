@@ -1,9 +1,13 @@
 #include "IPC/DBUS/Src/DBusCall.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cstdarg>
+#include <memory>
 
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/DBusUtils.h"
+#include "IPC/DBUS/Src/Patience.h"
 
 // Records name the client's own file, line and operation, not this template.
 #define LOG_AT_SITE(site, priority, colour, reset, format, ...)                              \
@@ -12,6 +16,15 @@
 #define LOG_DEBUG_AT(site, format, ...) LOG_AT_SITE(site, kPlatformLogDebug, "", "", format, __VA_ARGS__)
 #define LOG_ERROR_AT(site, format, ...) \
     LOG_AT_SITE(site, kPlatformLogError, "\033[31m", "\033[0m", format, __VA_ARGS__)
+
+namespace {
+
+constexpr size_t kLongestArgument = 1024 * 1024;
+constexpr int kMostAnswersDue = 64;
+
+std::atomic<int> s_answersDue = 0;
+
+}  // namespace
 
 std::string TraceText(const char* format, ...) {
     va_list arguments;
@@ -52,16 +65,56 @@ void LogCall(const ServiceDescription& service, const CallSite& site) {
     if (service.failureClient == nullptr)
         LOG_DEBUG_AT(site, "%s", site.where.function_name());
     else
-        LOG_DEBUG_AT(site, "%s::%s%s", service.client, site.operation, site.trace.c_str());
+        LOG_DEBUG_AT(site, "%s::%s%.4000s", service.client, site.operation, site.trace.c_str());
 }
 
-void LogCallFailure(const ServiceDescription& service, const CallSite& site, const char* message, int code) {
+void LogCallFailure(const ServiceDescription& service, const CallSite& site, const GError& error) {
     if (service.failureClient == nullptr) {
-        LOG_ERROR_AT(site, "%s failed \"%s\" with error code %d", site.where.function_name(), message, code);
+        LOG_ERROR_AT(site, "%s failed \"%s\" with error code %d", site.where.function_name(), error.message,
+                     error.code);
         return;
     }
     const char* client = site.failureClient != nullptr ? site.failureClient : service.failureClient;
-    LOG_ERROR_AT(site, "%s::%s failed \"%s\" with error code %d", client, site.operation, message, code);
+    LOG_ERROR_AT(site, "%s::%s failed \"%s\" with error code %d", client, site.operation, error.message,
+                 error.code);
+}
+
+void SetAbsent(GErrorPtr& error) {
+    error.reset(g_error_new_literal(G_IO_ERROR, G_IO_ERROR_NOT_CONNECTED, "no proxy for the service"));
+}
+
+bool IsAbsent(const GError& error) {
+    return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_NOT_CONNECTED) != FALSE;
+}
+
+bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error) {
+    const auto* const tooLong =
+        std::ranges::find_if(sizes, [](size_t size) { return size > kLongestArgument; });
+    if (tooLong == sizes.end())
+        return true;
+    error.reset(g_error_new(G_IO_ERROR, G_IO_ERROR_MESSAGE_TOO_LARGE,
+                            "an argument of %zu bytes is not sent, the most is %zu", *tooLong,
+                            kLongestArgument));
+    return false;
+}
+
+Sent* NewSent(const ServiceDescription& service, const CallSite& site) {
+    if (++s_answersDue > kMostAnswersDue) {
+        --s_answersDue;
+        return nullptr;
+    }
+    return new Sent{service, site};
+}
+
+void OnAnswer(GObject* proxy, GAsyncResult* result, gpointer sent) {
+    const std::unique_ptr<Sent> call(static_cast<Sent*>(sent));
+    --s_answersDue;
+    GErrorPtr error;
+    const GVariantPtr answer(g_dbus_proxy_call_finish(G_DBUS_PROXY(proxy), result, OutPointer(error)));
+    if (error)
+        LogCallFailure(call->service, call->site, *error);
+    if (DBusLink::IsAnswer(error.get()))
+        Patience::Instance().Answered();
 }
 
 GObjectPtr<GDBusConnection> Connect() {

@@ -1,11 +1,17 @@
 // The one road of every remote call. A client's operation is one expression:
 //
 //   return m_service->Call<bool>(__func__, idaebrowser_api_call_current_channel_sync, Out(id), kResult);
+//   m_service->Send(__func__, ijschannel_cache_call_release, id);
 //
 // The arguments after the generated function stand in the order of the wire. Outputs are read only after
-// success; a failure is logged and gives the result's default value (false, 0, empty, null).
+// success; a failure is logged and gives the result's default value (false, 0, empty, null). What is sent is
+// the same message in its turn, but nobody waits: the collector's finalisers, and pages that are left, must
+// not.
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
 #include <source_location>
 #include <string>
 #include <tuple>
@@ -13,6 +19,7 @@
 #include <utility>
 
 #include "IPC/DBUS/Src/DBusArguments.h"
+#include "IPC/DBUS/Src/DBusLink.h"
 #include "IPC/DBUS/Src/GLibHandles.h"
 
 inline constexpr char kObjectPath[] = "/org/vantrel/hbbtv";
@@ -33,8 +40,8 @@ struct CallSite {
 
 // One client's service.
 struct ServiceDescription {
-    const char* interface;        // the bus name too
-    const char* client;           // the class that the trace lines name
+    const char* interface;  // the bus name too
+    const char* client;     // the class that the trace lines name
     // The class that the failure lines name. Null: they, and the trace lines, name the operation by its whole
     // signature.
     const char* failureClient;
@@ -52,104 +59,153 @@ void LogCreationFailure(const char* what, const char* message, const CallSite& s
 void LogConnecting(const ServiceDescription& service, const CallSite& site);
 void LogDone(const ServiceDescription& service, const CallSite& site, const void* proxy);
 void LogCall(const ServiceDescription& service, const CallSite& site);
-void LogCallFailure(const ServiceDescription& service, const CallSite& site, const char* message, int code);
+void LogCallFailure(const ServiceDescription& service, const CallSite& site, const GError& error);
 [[nodiscard]] GObjectPtr<GDBusConnection> Connect();
 
+// Without a way to the service.
+void SetAbsent(GErrorPtr& error);
+[[nodiscard]] bool IsAbsent(const GError& error);
+// A page can make a text of any length; the bus ends the connection of a process that sends one of 128 MiB.
+// False, and an error, for an argument of more than 1 MiB.
+[[nodiscard]] bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error);
+
+// A call that nobody waits for, until its answer comes. That may be after the client has ended.
+struct Sent {
+    const ServiceDescription& service;
+    CallSite site;
+};
+// Null when too many answers are due: a bus refuses more than 128 in its strictest configuration. What is
+// sent then gets no answer, but arrives.
+[[nodiscard]] Sent* NewSent(const ServiceDescription& service, const CallSite& site);
+void OnAnswer(GObject* proxy, GAsyncResult* result, gpointer sent);
+
+// A generated proxy is a GDBusProxy that implements the interface.
+template <typename Proxy>
+Proxy* As(const GObjectPtr<GDBusProxy>& proxy) {
+    return reinterpret_cast<Proxy*>(proxy.get());
+}
+
 template <typename R, typename Proxy, typename... Parameters, typename... Arguments, size_t... I>
-R Invoke(std::index_sequence<I...> /*indices*/, Proxy* proxy, GErrorPtr& error,
+R Invoke(std::index_sequence<I...> /*indices*/, DBusLink& link, GErrorPtr& error,
          gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
     using Types = std::tuple<Parameters...>;
     [[maybe_unused]] std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
     R result{};
-    if (function(proxy, std::get<I>(slots).Pass()..., nullptr, OutPointer(error)))
-        (std::get<I>(slots).Commit(result), ...);
-    return result;
+    if (!IsSendable({std::get<I>(slots).Size()...}, error))
+        return result;
+    for (bool isRepeated = false;; isRepeated = true) {
+        const GObjectPtr<GDBusProxy> proxy = link.Reach(true);
+        if (!proxy) {
+            SetAbsent(error);
+            return result;
+        }
+        if (function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, OutPointer(error)))
+            (std::get<I>(slots).Commit(result), ...);
+        if (!link.Learn(error.get()) || isRepeated)
+            return result;
+    }
+}
+
+template <typename Proxy, typename... Parameters, typename... Arguments, size_t... I>
+void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& service, const CallSite& site,
+          DBusLink& link, GErrorPtr& error, void (*function)(Proxy*, Parameters...),
+          const Arguments&... arguments) {
+    using Types = std::tuple<Parameters...>;
+    std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
+    if (!IsSendable({std::get<I>(slots).Size()...}, error))
+        return;
+    const GObjectPtr<GDBusProxy> proxy = link.Reach(false);
+    if (!proxy)
+        return SetAbsent(error);
+    Sent* const sent = NewSent(service, site);
+    function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, sent != nullptr ? OnAnswer : nullptr,
+             sent);
 }
 
 }  // namespace dbus_call
 
 // The bare call, for a client with a log of its own. The error is set when it failed.
 template <typename R, typename Proxy, typename... Parameters, typename... Arguments>
-R CallSync(Proxy* proxy, GErrorPtr& error, gboolean (*function)(Proxy*, Parameters...),
+R CallSync(DBusLink& link, GErrorPtr& error, gboolean (*function)(Proxy*, Parameters...),
            const Arguments&... arguments) {
     static_assert(sizeof...(Parameters) == sizeof...(Arguments) + 2, "one argument for each of the wire's");
-    return dbus_call::Invoke<R>(std::index_sequence_for<Arguments...>(), proxy, error, function,
-                                arguments...);
+    return dbus_call::Invoke<R>(std::index_sequence_for<Arguments...>(), link, error, function, arguments...);
 }
 
 template <typename Proxy>
-using ProxyMaker = Proxy* (*)(GDBusConnection*, GDBusProxyFlags, const gchar*, const gchar*, GCancellable*,
-                              GError**);
+using GeneratedMaker = Proxy* (*)(GDBusConnection*, GDBusProxyFlags, const gchar*, const gchar*,
+                                  GCancellable*, GError**);
 
-// A proxy for a service that may come, go and come back: it stands for the name. Null only when it could not
-// be made, which is logged.
+// What a link makes its proxies with.
 template <typename Proxy>
-GObjectPtr<Proxy> NewProxy(GDBusConnection* connection, const char* interface, ProxyMaker<Proxy> make,
-                           const char* failure, const CallSite& site) {
-    GErrorPtr error;
-    GObjectPtr<Proxy> proxy(
-        make(connection, G_DBUS_PROXY_FLAGS_NONE, interface, kObjectPath, nullptr, OutPointer(error)));
-    if (error)
-        dbus_call::LogCreationFailure(failure, error->message, site);
-    return proxy;
+DBusLink::ProxyMaker MakerOf(const char* interface, GeneratedMaker<Proxy> make) {
+    return [=](GDBusConnection* connection, GDBusProxyFlags flags, GError** error) {
+        return reinterpret_cast<GDBusProxy*>(make(connection, flags, interface, kObjectPath, nullptr, error));
+    };
 }
 
-using SignalFunction = void (*)(GDBusProxy* proxy, gchar* sender, gchar* signal, GVariant* parameters,
-                                gpointer data);
-
-// One client's proxy and its way of calling. Without a bus or a proxy every call gives its failure value.
+// One client's service and its way of calling. Without a bus or a proxy every call gives its failure value.
 template <typename Proxy>
 class DBusService {
  public:
     // The description is kept by reference. Signals arrive in the main context that is the thread's default
     // now.
-    DBusService(const ServiceDescription& service, ProxyMaker<Proxy> make, SignalFunction onSignal,
+    DBusService(const ServiceDescription& service, GeneratedMaker<Proxy> make, SignalFunction onSignal,
                 gpointer data, const CallSite& site)
-        : m_service(service) {
+        : m_service(service), m_link(service.interface, MakerOf(service.interface, make), onSignal, data) {
         dbus_call::LogStart(service, site);
         if (const GObjectPtr<GDBusConnection> connection = dbus_call::Connect()) {
             dbus_call::LogCreation(service, site);
-            m_proxy = NewProxy(connection.get(), service.interface, make, service.creationFailure, site);
+            GErrorPtr error;
+            m_link.Attach(connection.get(), error);
+            if (error)
+                dbus_call::LogCreationFailure(service.creationFailure, error->message, site);
+            else
+                dbus_call::LogConnecting(service, site);
         }
-        if (m_proxy && onSignal != nullptr) {
-            dbus_call::LogConnecting(service, site);
-            m_handler = g_signal_connect(m_proxy.get(), "g-signal", G_CALLBACK(onSignal), data);
-        }
-        dbus_call::LogDone(service, site, m_proxy.get());
+        dbus_call::LogDone(service, site, m_link.Proxy());
     }
     // Made by std::make_unique, a bare __func__ would become a place in the standard library.
-    DBusService(const ServiceDescription&, ProxyMaker<Proxy>, SignalFunction, gpointer, const char*) = delete;
-
-    ~DBusService() {
-        // A delivery that is under way may keep the proxy beyond us.
-        if (m_handler != 0)
-            g_signal_handler_disconnect(m_proxy.get(), m_handler);
-    }
-    DBusService(const DBusService&) = delete;
-    DBusService& operator=(const DBusService&) = delete;
+    DBusService(const ServiceDescription&, GeneratedMaker<Proxy>, SignalFunction, gpointer,
+                const char*) = delete;
 
     template <typename R = void, typename... Parameters, typename... Arguments>
     R Call(const CallSite& site, gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
         dbus_call::LogCall(m_service, site);
-        if (!m_proxy) {
-            if (!std::exchange(m_saidAbsent, true))
-                dbus_call::LogCallFailure(m_service, site, "no proxy for the service",
-                                          G_IO_ERROR_NOT_CONNECTED);
-            return R();
-        }
         struct Nothing {};
         GErrorPtr error;
-        auto result = CallSync<std::conditional_t<std::is_void_v<R>, Nothing, R>>(m_proxy.get(), error,
-                                                                                  function, arguments...);
-        if (error)
-            dbus_call::LogCallFailure(m_service, site, error->message, error->code);
+        auto result = CallSync<std::conditional_t<std::is_void_v<R>, Nothing, R>>(m_link, error, function,
+                                                                                  arguments...);
+        Report(site, error);
         if constexpr (!std::is_void_v<R>)
             return result;
     }
 
+    // With the generated function that does not wait. The outputs are of no interest.
+    template <typename... Parameters, typename... Arguments>
+    void Send(const CallSite& site, void (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
+        static_assert(sizeof...(Parameters) == sizeof...(Arguments) + 3,
+                      "one argument for each of the wire's");
+        dbus_call::LogCall(m_service, site);
+        GErrorPtr error;
+        dbus_call::Post(std::index_sequence_for<Arguments...>(), m_service, site, m_link, error, function,
+                        arguments...);
+        Report(site, error);
+    }
+
+    [[nodiscard]] uint64_t Life() const { return m_link.Life(); }
+    void OnEnd(std::function<void()> action) { m_link.OnEnd(std::move(action)); }
+
  private:
+    void Report(const CallSite& site, const GErrorPtr& error) {
+        // That there is no way to the service is said once.
+        const bool isAbsent = error && dbus_call::IsAbsent(*error);
+        if (error && !(isAbsent && m_saidAbsent))
+            dbus_call::LogCallFailure(m_service, site, *error);
+        m_saidAbsent = isAbsent;
+    }
+
     const ServiceDescription& m_service;
-    GObjectPtr<Proxy> m_proxy;
-    gulong m_handler = 0;
+    DBusLink m_link;
     bool m_saidAbsent = false;
 };

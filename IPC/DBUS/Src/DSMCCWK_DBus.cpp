@@ -11,8 +11,10 @@
 
 namespace {
 
+constexpr char kService[] = "org.vantrel.hbbtv.DSMCC";
+
 // Both last until the process ends: the loader that the callback belongs to may ask at any time.
-DSMCC* s_proxy = nullptr;
+DBusLink* s_link = nullptr;
 // Requests may come from another thread than the one that delivers the responses.
 std::atomic<DsmccFileCallback> dsmCallback = nullptr;
 
@@ -37,33 +39,34 @@ void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant
 
 void InitDSMCCDBus() {
     HBBTV_LOG_DEBUG("%s - DBUS IPC Version, thread", __func__);
-    const GObjectPtr<GDBusConnection> connection = s_proxy == nullptr ? GetDBus() : nullptr;
-    if (connection) {
-        HBBTV_LOG_DEBUG("%s unittest_proxy_new_sync()", __func__);
-        s_proxy = NewProxy(connection.get(), "org.vantrel.hbbtv.DSMCC", dsmcc_proxy_new_sync,
-                           "dsmcc_proxy_new_sync", __func__)
-                      .release();
-        if (s_proxy != nullptr)
-            g_signal_connect(s_proxy, "g-signal", G_CALLBACK(on_signal), nullptr);
+    if (s_link == nullptr) {
+        s_link = new DBusLink(kService, MakerOf(kService, dsmcc_proxy_new_sync), on_signal, nullptr);
+        if (const GObjectPtr<GDBusConnection> connection = GetDBus()) {
+            HBBTV_LOG_DEBUG("%s unittest_proxy_new_sync()", __func__);
+            GErrorPtr error;
+            s_link->Attach(connection.get(), error);
+            if (error)
+                HBBTV_LOG_ERROR("dsmcc_proxy_new_sync failed %s", error->message);
+        }
     }
     HBBTV_LOG_DEBUG("%s Done.", __func__);
 }
 
 bool s_soupDsmccFileRequest(uint32_t handle, const char* url, DsmccFileCallback callback) {
     const WireString text(url);
-    HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %s", text.c_str());
+    HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %.4000s", text.c_str());
     bool accepted = false;
-    if (s_proxy != nullptr) {
+    if (s_link != nullptr) {
         DsmccFileCallback none = nullptr;
         dsmCallback.compare_exchange_strong(none, callback);
         GErrorPtr error;
         accepted =
-            CallSync<bool>(s_proxy, error, dsmcc_call_file_request_sync, handle, text.c_str(), kResult);
+            CallSync<bool>(*s_link, error, dsmcc_call_file_request_sync, handle, text.c_str(), kResult);
         if (error)
             HBBTV_LOG_ERROR("dsmcc_call_file_request_sync failed %s", error->message);
     }
     if (!accepted) {
-        HBBTV_LOG_ERROR("s_soupDsmccFileRequest %s FAILED", text.c_str());
+        HBBTV_LOG_ERROR("s_soupDsmccFileRequest %.4000s FAILED", text.c_str());
         return false;
     }
     HBBTV_LOG_DEBUG("s_soupDsmccFileRequest %s OK", text.c_str());

@@ -86,12 +86,16 @@ void CMetadataSearchManagerWK::CancelSearch(uint32_t id) {
     m_service->Call(__func__, imeta_data_search_call_cancel_search_sync, id);
 }
 
+void CMetadataSearchManagerWK::SendCancelSearch(uint32_t id) {
+    m_service->Send(__func__, imeta_data_search_call_cancel_search, id);
+}
+
 bool CMetadataSearchCacheWK::Retain(uint32_t id) {
     return m_service->Call<bool>(__func__, imeta_data_search_call_mds_retain_sync, id, kResult);
 }
 
 void CMetadataSearchCacheWK::Release(uint32_t id) {
-    m_service->Call(__func__, imeta_data_search_call_mds_release_sync, id);
+    m_service->Send(__func__, imeta_data_search_call_mds_release, id);
 }
 
 uint32_t CMetadataSearchCacheWK::Add(int target) {
@@ -167,7 +171,7 @@ bool CQueryCacheWK::Retain(uint32_t id) {
 }
 
 void CQueryCacheWK::Release(uint32_t id) {
-    m_service->Call(__func__, imeta_data_search_call_qc_release_sync, id);
+    m_service->Send(__func__, imeta_data_search_call_qc_release, id);
 }
 
 uint32_t CQueryCacheWK::Add(EQueryType type) {
@@ -215,7 +219,7 @@ bool CSearchResultsCacheWK::Retain(uint32_t id) {
 }
 
 void CSearchResultsCacheWK::Release(uint32_t id) {
-    m_service->Call(__func__, imeta_data_search_call_sr_release_sync, id);
+    m_service->Send(__func__, imeta_data_search_call_sr_release, id);
 }
 
 uint32_t CSearchResultsCacheWK::Add(uint32_t mdsId) {
@@ -248,7 +252,7 @@ bool CProgrammeCacheWK::Retain(uint32_t id) {
 }
 
 void CProgrammeCacheWK::Release(uint32_t id) {
-    m_service->Call(__func__, imeta_data_search_call_pc_release_sync, id);
+    m_service->Send(__func__, imeta_data_search_call_pc_release, id);
 }
 
 bool CProgrammeCacheWK::Get(uint32_t id, uint32_t* channelId, uint32_t* eventId, std::string* name,

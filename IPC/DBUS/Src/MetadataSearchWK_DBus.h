@@ -25,6 +25,7 @@ class CMetadataSearchManagerWK final : public IMetadataSearchManagerCommon {
     void StartSearch(uint32_t id) override;
     void AbortSearch(uint32_t id) override;
     void CancelSearch(uint32_t id) override;
+    void SendCancelSearch(uint32_t id) override;
 
  private:
     MetadataSearchService m_service = InitMDSWKDBus();
