@@ -61,8 +61,21 @@ void HostPage::onFrameGone(gpointer self, GObject* whereTheFrameWas) {
     const auto found = page.m_frames.find(reinterpret_cast<WebKitFrame*>(whereTheFrameWas));
     if (found == page.m_frames.end())
         return;
-    found->second->detach();
+    const WKRetained<HostFrame> frame = std::move(found->second);
     page.m_frames.erase(found);
+    frame->detach();
+    page.didRemoveFrame(*frame);
+}
+
+// WebKitGTK has no signal for it, but gives up its object for the frame as soon as the frame is out of its page.
+void HostPage::didRemoveFrame(HostFrame& frame) {
+    if (!m_loaderClient.didRemoveFrameFromHierarchy)
+        return;
+    WKTypeRef userData = nullptr;
+    m_loaderClient.didRemoveFrameFromHierarchy(toRef<WKBundlePageRef>(this), toRef<WKBundleFrameRef>(&frame),
+                                               &userData, m_loaderClient.base.clientInfo);
+    if (userData)
+        fromRef<WKObject>(userData)->release();
 }
 
 void HostPage::didClearWindowObject(HostFrame& frame, WKBundleScriptWorldRef world) {

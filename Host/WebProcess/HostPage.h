@@ -38,6 +38,7 @@ class HostPage final : public WKObject {
     static void onUriChanged(WebKitWebPage* page, GParamSpec* property, gpointer self);
 
     void didStartProvisionalLoad();
+    void didRemoveFrame(HostFrame& frame);
 
     WebKitWebPage* m_page;  // Not owned: its end is reported through detach().
     std::uint64_t m_id;

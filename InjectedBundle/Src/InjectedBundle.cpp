@@ -75,6 +75,11 @@ void BundlePageDidClearWindowObjectForFrame(WKBundlePageRef page, WKBundleFrameR
     jiRegister(context);
 }
 
+void BundlePageDidRemoveFrameFromHierarchy(WKBundlePageRef, WKBundleFrameRef frame, WKTypeRef*, const void*) {
+    HBBTV_LOG_ENTRY();
+    Handlers().FrameRemoved(frame);
+}
+
 void didCreatePage(WKBundleRef, WKBundlePageRef page, const void*) {
     HBBTV_LOG_ENTRY();
     WKBundlePageUIClientV2 uiClient{};
@@ -87,6 +92,7 @@ void didCreatePage(WKBundleRef, WKBundlePageRef page, const void*) {
     WKBundlePageLoaderClientV6 loaderClient{};
     loaderClient.base.version = 6;
     loaderClient.didStartProvisionalLoadForFrame = BundlePageDidStartProvisionalLoadForFrameCallback;
+    loaderClient.didRemoveFrameFromHierarchy = BundlePageDidRemoveFrameFromHierarchy;
     loaderClient.didClearWindowObjectForFrame = BundlePageDidClearWindowObjectForFrame;
     WKBundlePageSetPageLoaderClient(page, &loaderClient.base);
 }

@@ -2,23 +2,32 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/gen/js/jiEvent.h"
 #include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "JavaScript/Src/CEventImpl.h"
+#include "Platform/Inc/JSCPrivate.h"
 
 namespace OipfJavaScript {
 
 namespace {
 
 // The dispatchers that hold handlers, in all pages of the process.
-std::set<JSEventDispatcher*>& Pinned() {
-    static auto* const pinned = new std::set<JSEventDispatcher*>();
-    return *pinned;
+std::set<JSEventDispatcher*>& Holders() {
+    static auto* const holders = new std::set<JSEventDispatcher*>();
+    return *holders;
 }
 
-std::string Join(const std::vector<const char*>& names) {
+// The frame whose script made a function. The engine calls setters in the caller's frame and methods in the object's,
+// and neither need be the function's; where the engine cannot tell, the caller's has to do.
+JSGlobalContextRef FrameOf(JSGlobalContextRef caller, JSObjectRef function) {
+    return JSObjectGetGlobalContext != nullptr ? JSObjectGetGlobalContext(function) : caller;
+}
+
+std::string Join(std::span<const char* const> names) {
     std::string joined;
     for (const char* name : names) {
         if (!joined.empty())
@@ -28,72 +37,81 @@ std::string Join(const std::vector<const char*>& names) {
     return joined;
 }
 
-// Defines a read-only property anew. One that exists would silently keep the value of the event before.
-bool SetReadOnly(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value, bool anew) {
+bool Inherits(JSContextRef context, JSObjectRef object, JSStringRef name) {
+    const JSValueRef prototype = JSObjectGetPrototype(context, object);
+    return JSValueIsObject(context, prototype) &&
+           JSObjectHasProperty(context, JSValueToObject(context, prototype, nullptr), name);
+}
+
+// Defines a read-only property that the object has not. What a page put under its name on a prototype would take the
+// value instead, and run: then the object is without a prototype for as long as it takes.
+bool SetReadOnly(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value, bool inherits) {
+    const JSValueRef prototype = inherits ? JSObjectGetPrototype(context, object) : nullptr;
+    if (inherits)
+        JSObjectSetPrototype(context, object, JSValueMakeNull(context));
     JSValueRef exception = nullptr;
-    if (anew)
-        JSObjectDeleteProperty(context, object, name, &exception);
-    if (exception == nullptr)
-        JSObjectSetProperty(context, object, name, value, kJSPropertyAttributeReadOnly, &exception);
+    JSObjectSetProperty(context, object, name, value, kJSPropertyAttributeReadOnly, &exception);
+    if (inherits)
+        JSObjectSetPrototype(context, object, prototype);
     return exception == nullptr;
+}
+
+// The same for a property that may be there, which would silently keep the value of the event before.
+bool SetReadOnlyAnew(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value) {
+    JSValueRef exception = nullptr;
+    JSObjectDeleteProperty(context, object, name, &exception);
+    return exception == nullptr && SetReadOnly(context, object, name, value, Inherits(context, object, name));
 }
 
 }  // namespace
 
 JSEventDispatcher::JSEventDispatcher(JSContextRef context, JSObjectRef thisObject, const std::string& name)
-    : m_context(JSContextGetGlobalContext(context)), m_thisObject(thisObject), m_name(name) {}
+    : m_caller(JSContextGetGlobalContext(context)), m_thisObject(thisObject), m_name(name) {}
 
 JSEventDispatcher::~JSEventDispatcher() {
     HBBTV_LOG_INFO("~JSEventDispatcher %lu", static_cast<unsigned long>(m_dom2.size()));
-    // A pinned object is finalised only when the whole engine goes away: its values went with it.
-    Pinned().erase(this);
-    m_pin.Abandon();
-    for (auto& [name, handler] : m_dom1)
-        handler.value.Abandon();
-    for (auto& [name, handler] : m_dom2)
-        handler.value.Abandon();
+    // An object with handlers is finalised only when the whole engine goes away: its values went with it.
+    Holders().erase(this);
+    const auto abandon = [](const auto& entry) {
+        entry.second->value.Abandon();
+        entry.second->pin.Abandon();
+    };
+    std::ranges::for_each(m_dom1, abandon);
+    std::ranges::for_each(m_dom2, abandon);
 }
 
-void JSEventDispatcher::Pin() {
-    if (m_pin)
-        return;
-    m_pin = ProtectedValue(m_context, m_thisObject);
-    Pinned().insert(this);
+JSEventDispatcher::Handler JSEventDispatcher::MakeHandler(JSValueRef value) {
+    Holders().insert(this);
+    const JSGlobalContextRef frame = FrameOf(m_caller, const_cast<JSObjectRef>(value));
+    return std::make_shared<HandlerFunction>(ProtectedValue(frame, value), ProtectedValue(frame, m_thisObject));
 }
 
-void JSEventDispatcher::UnpinIfIdle() {
-    if (HasHandlers())
-        return;
-    Pinned().erase(this);
-    m_pin.Release();
-}
-
-void JSEventDispatcher::Drop() {
-    m_dom1.clear();
-    m_dom2.clear();
-    UnpinIfIdle();
+void JSEventDispatcher::ForgetIfIdle() {
+    if (m_dom1.empty() && m_dom2.empty())
+        Holders().erase(this);
 }
 
 void JSEventDispatcher::DropHandlers(const std::function<bool(JSGlobalContextRef)>& belongs) {
-    std::vector<JSEventDispatcher*> leaving;
-    for (JSEventDispatcher* dispatcher : Pinned()) {
-        if (belongs(dispatcher->m_context))
-            leaving.push_back(dispatcher);
+    const auto drop = [&](const auto& entry) {
+        entry.second->isDropped = belongs(entry.second->Frame());
+        return entry.second->isDropped;
+    };
+    const std::set<JSEventDispatcher*> holders = Holders();
+    for (JSEventDispatcher* dispatcher : holders) {
+        std::erase_if(dispatcher->m_dom1, drop);
+        std::erase_if(dispatcher->m_dom2, drop);
+        dispatcher->ForgetIfIdle();
     }
-    for (JSEventDispatcher* dispatcher : leaving)
-        dispatcher->Drop();
 }
 
-JSObjectRef JSEventDispatcher::ToFunction(const char* eventName, JSValueRef value) const {
-    if (value == nullptr || !JSValueIsObject(m_context, value))
-        return nullptr;
-    JSValueRef exception = nullptr;
-    JSObjectRef object = JSValueToObject(m_context, value, &exception);
-    if (object == nullptr || exception != nullptr || !JSObjectIsFunction(m_context, object)) {
-        HBBTV_LOG_DEBUG("%s(%s) - value is not a function", m_name.c_str(), eventName);
-        return nullptr;
-    }
-    return object;
+bool JSEventDispatcher::IsFunction(const char* eventName, JSValueRef value) const {
+    // What is an object is its own conversion to one.
+    if (value == nullptr || !JSValueIsObject(m_caller, value))
+        return false;
+    if (JSObjectIsFunction(m_caller, const_cast<JSObjectRef>(value)))
+        return true;
+    HBBTV_LOG_DEBUG("%s(%s) - value is not a function", m_name.c_str(), eventName);
+    return false;
 }
 
 bool JSEventDispatcher::JSAddEventListenerDOM1(const char* eventName, JSValueRef value) {
@@ -101,20 +119,18 @@ bool JSEventDispatcher::JSAddEventListenerDOM1(const char* eventName, JSValueRef
         HBBTV_LOG_ERROR("%s - event name is NULL", m_name.c_str());
         return false;
     }
-    JSObjectRef function = ToFunction(eventName, value);
-    if (function == nullptr) {
+    if (!IsFunction(eventName, value)) {
         m_dom1.erase(eventName);
-        UnpinIfIdle();
+        ForgetIfIdle();
         return false;
     }
-    m_dom1.insert_or_assign(eventName, HandlerFunction{ProtectedValue(m_context, value), function});
-    Pin();
+    m_dom1.insert_or_assign(eventName, MakeHandler(value));
     return true;
 }
 
 JSValueRef JSEventDispatcher::JSGetCallbackFunction(const char* eventName) const {
     const auto found = eventName != nullptr ? m_dom1.find(std::string_view(eventName)) : m_dom1.end();
-    return found != m_dom1.end() ? found->second.value.Get() : JSValueMakeNull(m_context);
+    return found != m_dom1.end() ? found->second->value.Get() : JSValueMakeNull(m_caller);
 }
 
 bool JSEventDispatcher::JSAddEventListenerDOM2(const char* eventName, JSValueRef value) {
@@ -122,20 +138,16 @@ bool JSEventDispatcher::JSAddEventListenerDOM2(const char* eventName, JSValueRef
         HBBTV_LOG_ERROR("%s - event name is NULL", m_name.c_str());
         return false;
     }
-    JSObjectRef function = ToFunction(eventName, value);
-    if (function == nullptr) {
+    if (!IsFunction(eventName, value)) {
         HBBTV_LOG_ERROR("%s(%s) - listener is not a function", m_name.c_str(), eventName);
         return false;
     }
     const auto [first, last] = m_dom2.equal_range(std::string_view(eventName));
-    const bool known =
-        std::any_of(first, last, [function](const auto& entry) { return entry.second.function == function; });
-    if (known) {
+    if (std::any_of(first, last, [value](const auto& entry) { return entry.second->value.Get() == value; })) {
         HBBTV_LOG_INFO("%s(%s) - listener is already registered", m_name.c_str(), eventName);
         return true;
     }
-    m_dom2.emplace(eventName, HandlerFunction{ProtectedValue(m_context, value), function});
-    Pin();
+    m_dom2.emplace(eventName, MakeHandler(value));
     HBBTV_LOG_INFO("%s(%s) - %lu listeners", m_name.c_str(), eventName, static_cast<unsigned long>(m_dom2.size()));
     return true;
 }
@@ -146,10 +158,10 @@ bool JSEventDispatcher::JSRemoveEventListener(const char* eventName, JSValueRef 
         return false;
     }
     const size_t removed =
-        std::erase_if(m_dom2, [value](const auto& entry) { return entry.second.value.Get() == value; });
+        std::erase_if(m_dom2, [value](const auto& entry) { return entry.second->value.Get() == value; });
     HBBTV_LOG_INFO("%s(%s) - %lu listeners removed, %lu remain", m_name.c_str(), eventName,
                    static_cast<unsigned long>(removed), static_cast<unsigned long>(m_dom2.size()));
-    UnpinIfIdle();
+    ForgetIfIdle();
     return true;
 }
 
@@ -162,12 +174,19 @@ bool JSEventDispatcher::JSRemoveAllEventListeners(const char* eventName) {
     const size_t removed = m_dom2.erase(eventName);
     HBBTV_LOG_INFO("%s(%s) - %lu listeners removed, %lu remain", m_name.c_str(), eventName,
                    static_cast<unsigned long>(removed), static_cast<unsigned long>(m_dom2.size()));
-    UnpinIfIdle();
+    ForgetIfIdle();
     return true;
 }
 
-bool JSEventDispatcher::JSDispatchEvent(const char* eventName, const std::vector<const char*>& paramNames,
-                                        const std::vector<JSValueRef>& paramValues) {
+JSContextRef JSEventDispatcher::ContextFor(const std::string& eventName) const {
+    if (const auto found = m_dom1.find(eventName); found != m_dom1.end())
+        return found->second->Frame();
+    const auto found = m_dom2.find(eventName);
+    return found != m_dom2.end() ? found->second->Frame() : nullptr;
+}
+
+bool JSEventDispatcher::JSDispatchEvent(const char* eventName, std::span<const char* const> paramNames,
+                                        std::span<const JSValueRef> paramValues) {
     HBBTV_LOG_INFO("%s(%s) - (%s) %lu values", m_name.c_str(), eventName != nullptr ? eventName : "(null)",
                    Join(paramNames).c_str(), static_cast<unsigned long>(paramValues.size()));
     if (eventName == nullptr) {
@@ -179,34 +198,34 @@ bool JSEventDispatcher::JSDispatchEvent(const char* eventName, const std::vector
         return false;
     }
 
-    const auto handlerEntry = m_dom1.find(std::string_view(eventName));
+    const auto handler = m_dom1.find(std::string_view(eventName));
     const auto [first, last] = m_dom2.equal_range(std::string_view(eventName));
-    if (handlerEntry == m_dom1.end() && first == last) {
+    if (handler == m_dom1.end() && first == last) {
         HBBTV_LOG_INFO("%s(%s) - No matching DOM1 CBs or DOM2 listeners registered.", m_name.c_str(), eventName);
         return true;
     }
-    JSObjectRef handler = handlerEntry != m_dom1.end() ? handlerEntry->second.function : nullptr;
-    std::vector<JSObjectRef> listeners;
+    std::vector<Handler> listeners;
     for (auto at = first; at != last; ++at)
-        listeners.push_back(at->second.function);
-    return CallListeners(eventName, listeners, paramNames, paramValues, handler);
+        listeners.push_back(at->second);
+    return CallHandlers(eventName, handler != m_dom1.end() ? handler->second : nullptr, std::move(listeners), paramNames,
+                        paramValues);
 }
 
-bool JSEventDispatcher::CallListeners(const char* eventName, const std::vector<JSObjectRef>& listeners,
-                                      const std::vector<const char*>& paramNames,
-                                      const std::vector<JSValueRef>& paramValues, JSObjectRef handler) {
-    // Everything that is used from here on is a copy: a handler may add and remove handlers, and drop this object.
-    const JSGlobalContextRef context = m_context;
+bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handlerEntry, std::vector<Handler> listeners,
+                                     std::span<const char* const> paramNames,
+                                     std::span<const JSValueRef> paramValues) {
+    // Everything that is used from here on is a copy: a handler may add and remove handlers, and drop this object. The
+    // shared handlers keep their functions, their frames and the event target.
+    const Handler handler = handlerEntry;
     const JSObjectRef target = m_thisObject;
     const std::string name = m_name;
+    const JSGlobalContextRef context = (handler ? handler : listeners.front())->Frame();
 
-    // One array keeps alive what the calls need: protecting each value by itself costs more than making an event.
-    std::vector<JSValueRef> values(listeners.begin(), listeners.end());
-    values.insert(values.end(), paramValues.begin(), paramValues.end());
-    values.push_back(target);
-    if (handler != nullptr)
-        values.push_back(handler);
-    JSObjectRef kept = JSObjectMakeArray(context, values.size(), values.data(), nullptr);
+    // One array keeps what is made for the calls: protecting each value by itself costs more than making an event. The
+    // events get places that are there from the start, because a put behind the end is the page's to intercept.
+    std::vector<JSValueRef> places(paramValues.begin(), paramValues.end());
+    places.resize(paramValues.size() + listeners.size(), JSValueMakeUndefined(context));
+    JSObjectRef kept = JSObjectMakeArray(context, places.size(), places.data(), nullptr);
     if (kept == nullptr) {
         HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
         return false;
@@ -214,60 +233,72 @@ bool JSEventDispatcher::CallListeners(const char* eventName, const std::vector<J
     const ProtectedValue alive(context, kept);
 
     struct Pending {
-        JSObjectRef listener;
+        Handler listener;
         JSObjectRef event;
     };
     std::vector<Pending> pending;
     pending.reserve(listeners.size());
     static const JSStringHandle s_event("event");
-    for (const JSObjectRef listener : listeners) {
-        JSObjectRef event = CEventImpl::MakeEvent(context, eventName, target);
+    for (Handler& listener : listeners) {
+        JSObjectRef event = CEventImpl::MakeEvent(listener->Frame(), eventName, target);
         if (event == nullptr) {
             HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
             return false;
         }
-        JSObjectSetPropertyAtIndex(context, kept, static_cast<unsigned>(values.size() + pending.size()), event,
+        JSObjectSetPropertyAtIndex(context, kept, static_cast<unsigned>(paramValues.size() + pending.size()), event,
                                    nullptr);
-        pending.push_back({listener, event});
+        pending.push_back({std::move(listener), event});
     }
     // All of them are set before the first call, so that what a listener finds on the firing object is what the last
     // of these settings left there; only that one is made.
-    if (!pending.empty() && !SetReadOnly(context, target, s_event.Get(), pending.back().event, true)) {
+    if (!pending.empty() && !SetReadOnlyAnew(context, target, s_event.Get(), pending.back().event)) {
         HBBTV_LOG_ERROR("%s(%s) - Fail to set event object on this object!", name.c_str(), eventName);
         return false;
     }
     for (size_t i = 0; i < paramNames.size() && !pending.empty(); ++i) {
         const JSStringHandle property(paramNames[i]);
+        JSGlobalContextRef frame = nullptr;
+        bool inherits = false;
         for (const Pending& each : pending) {
-            if (!SetReadOnly(context, each.event, property.Get(), paramValues[i], false)) {
+            // The events of one frame have one prototype.
+            if (each.listener->Frame() != frame) {
+                frame = each.listener->Frame();
+                inherits = Inherits(frame, each.event, property.Get());
+            }
+            if (!SetReadOnly(frame, each.event, property.Get(), paramValues[i], inherits)) {
                 HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s.", name.c_str(), eventName, paramNames[i]);
                 return false;
             }
         }
-        if (!SetReadOnly(context, target, property.Get(), paramValues[i], true)) {
+        if (!SetReadOnlyAnew(context, target, property.Get(), paramValues[i])) {
             HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s on this object.", name.c_str(), eventName,
                             paramNames[i]);
             return false;
         }
     }
 
+    const std::string place = name + "(" + eventName + ")";
     bool everyListenerReturned = true;
-    if (handler != nullptr) {
+    if (handler) {
         JSValueRef exception = nullptr;
-        JSObjectCallAsFunction(context, handler, target, paramValues.size(), paramValues.data(), &exception);
+        JSObjectCallAsFunction(handler->Frame(), handler->Function(), target, paramValues.size(), paramValues.data(),
+                               &exception);
         if (exception != nullptr) {
             HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 1 call-back function.", name.c_str(), eventName);
+            FrameBuiltIns::ReportException(handler->Frame(), place, exception);
         }
     }
-    std::sort(pending.begin(), pending.end(),
-              [](const Pending& a, const Pending& b) { return std::less<>()(a.listener, b.listener); });
-    for (const Pending& each : pending) {
+    std::ranges::sort(pending, std::less<>(), [](const Pending& each) { return each.listener->Function(); });
+    for (const auto& [listener, event] : pending) {
+        if (listener->isDropped)
+            continue;
         JSValueRef exception = nullptr;
-        const JSValueRef event = each.event;
-        JSObjectCallAsFunction(context, each.listener, target, 1, &event, &exception);
+        const JSValueRef argument = event;
+        JSObjectCallAsFunction(listener->Frame(), listener->Function(), target, 1, &argument, &exception);
         if (exception != nullptr) {
             HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(), eventName,
-                            static_cast<void*>(each.listener));
+                            static_cast<void*>(listener->Function()));
+            FrameBuiltIns::ReportException(listener->Frame(), place, exception);
             everyListenerReturned = false;
         }
     }

@@ -1,8 +1,8 @@
 // Handlers and listeners of one event-firing object, and their calls.
 //
-// Lifetime: from its first stored handler to the last removal the object is pinned (protected), because finalisers
-// run lazily: an unpinned object can be dead and still hear the middleware. An object without handlers touches no
-// JavaScript. Handlers are dropped when their page is replaced, so that a handler, its page and the native object
+// Lifetime: every stored handler pins the object (protects it), because finalisers run lazily: an unpinned object can
+// be dead and still hear the middleware. An object without handlers touches no JavaScript. A handler belongs to the
+// frame whose script made it, and is dropped when that frame goes, so that a handler, its page and the native object
 // do not keep each other alive for ever.
 #pragma once
 
@@ -10,6 +10,8 @@
 
 #include <functional>
 #include <map>
+#include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,9 @@ class JSEventDispatcher {
     // Runs in finalisers: calls nothing of the engine.
     virtual ~JSEventDispatcher();
 
+    // Who calls next: each of the operations below is called on behalf of a script.
+    void SetCaller(JSContextRef context) { m_caller = JSContextGetGlobalContext(context); }
+
     // Sets the one handler of an event; a value that is no function clears it, and the result is false.
     bool JSAddEventListenerDOM1(const char* eventName, JSValueRef value);
     // The handler as the page gave it, or null.
@@ -34,45 +39,43 @@ class JSEventDispatcher {
     // Removes the function from every event of the object: the name takes no part in the comparison.
     bool JSRemoveEventListener(const char* eventName, JSValueRef value);
     bool JSRemoveAllEventListeners(const char* eventName);
-    // Calls the handler with the values by position, then each listener with an Event that carries them by name.
-    bool JSDispatchEvent(const char* eventName, const std::vector<const char*>& paramNames,
-                         const std::vector<JSValueRef>& paramValues);
+    // Calls the handler with the values by position, then each listener with an Event that carries them by name. The
+    // values are the caller's to keep, where the collector sees them: on the stack.
+    bool JSDispatchEvent(const char* eventName, std::span<const char* const> paramNames,
+                         std::span<const JSValueRef> paramValues);
 
-    [[nodiscard]] JSContextRef Context() const { return m_context; }
-    [[nodiscard]] bool HasHandlers() const { return !m_dom1.empty() || !m_dom2.empty(); }
-    [[nodiscard]] bool HasHandlersFor(const std::string& eventName) const {
-        return m_dom1.contains(eventName) || m_dom2.contains(eventName);
-    }
+    // The frame of one of the event's handlers; null when there is none.
+    [[nodiscard]] JSContextRef ContextFor(const std::string& eventName) const;
 
-    // While nothing is stored, the context of the earlier caller may be gone: take this caller's.
-    void Revisit(JSContextRef context) {
-        if (!HasHandlers())
-            m_context = JSContextGetGlobalContext(context);
-    }
-
-    // Drops the handlers of every pinned object whose global object the predicate names.
+    // Drops the handlers of the frames that the predicate names. They are not called any more, not even by a
+    // dispatch that is under way.
     static void DropHandlers(const std::function<bool(JSGlobalContextRef)>& belongs);
 
    private:
     struct HandlerFunction {
-        ProtectedValue value;
-        JSObjectRef function;
+        ProtectedValue value;  // in the frame that made it
+        ProtectedValue pin;    // of the object that it was given to
+        bool isDropped = false;
+
+        [[nodiscard]] JSGlobalContextRef Frame() const { return value.Context(); }
+        // What was stored is a function: the cast changes nothing but the type.
+        [[nodiscard]] JSObjectRef Function() const { return const_cast<JSObjectRef>(value.Get()); }
     };
+    // A dispatch shares it, so that what it calls next outlives what was called before.
+    using Handler = std::shared_ptr<HandlerFunction>;
 
-    [[nodiscard]] JSObjectRef ToFunction(const char* eventName, JSValueRef value) const;
-    bool CallListeners(const char* eventName, const std::vector<JSObjectRef>& listeners,
-                       const std::vector<const char*>& paramNames, const std::vector<JSValueRef>& paramValues,
-                       JSObjectRef handler);
-    void Pin();
-    void UnpinIfIdle();
-    void Drop();
+    [[nodiscard]] bool IsFunction(const char* eventName, JSValueRef value) const;
+    [[nodiscard]] Handler MakeHandler(JSValueRef value);
+    bool CallHandlers(const char* eventName, const Handler& handler, std::vector<Handler> listeners,
+                      std::span<const char* const> paramNames, std::span<const JSValueRef> paramValues);
+    [[nodiscard]] bool HasHandlers() const { return !m_dom1.empty() || !m_dom2.empty(); }
+    void ForgetIfIdle();
 
-    JSGlobalContextRef m_context;
+    JSGlobalContextRef m_caller;
     JSObjectRef m_thisObject;
     std::string m_name;
-    ProtectedValue m_pin;
-    std::map<std::string, HandlerFunction, std::less<>> m_dom1;
-    std::multimap<std::string, HandlerFunction, std::less<>> m_dom2;
+    std::map<std::string, Handler, std::less<>> m_dom1;
+    std::multimap<std::string, Handler, std::less<>> m_dom2;
 };
 
 }  // namespace OipfJavaScript

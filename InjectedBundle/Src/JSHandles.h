@@ -91,6 +91,7 @@ class ProtectedValue {
     }
 
     [[nodiscard]] JSValueRef Get() const { return m_value; }
+    [[nodiscard]] JSGlobalContextRef Context() const { return m_context; }
     explicit operator bool() const { return m_context != nullptr; }
 
    private:

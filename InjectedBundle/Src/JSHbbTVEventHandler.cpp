@@ -1,7 +1,8 @@
 #include "InjectedBundle/Src/JSHbbTVEventHandler.h"
 
+#include <array>
 #include <cstdarg>
-#include <vector>
+#include <span>
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/JSEventDispatcher.h"
@@ -15,8 +16,7 @@ JSHbbTVEventHandler::~JSHbbTVEventHandler() = default;
 void JSHbbTVEventHandler::m_CreateJSED(JSContextRef context, JSObjectRef thisObject) {
     if (!m_dispatcher)
         m_dispatcher = std::make_unique<JSEventDispatcher>(context, thisObject, m_name);
-    else
-        m_dispatcher->Revisit(context);
+    m_dispatcher->SetCaller(context);
 }
 
 bool JSHbbTVEventHandler::t_AddCallbackFunction(JSContextRef context, JSObjectRef thisObject, const char* eventName,
@@ -54,26 +54,28 @@ bool JSHbbTVEventHandler::DispatchEvent(const char* eventName, ...) {
         HBBTV_LOG_INFO("%s No event registered, nothing to call", m_name.c_str());
         return true;
     }
-    std::vector<const char*> names;
-    std::vector<JSValueRef> values;
+    // On the stack, where the collector finds the values.
+    std::array<const char*, kMostArguments> names;
+    std::array<JSValueRef, kMostArguments> values;
+    size_t count = 0;
     va_list arguments;
     va_start(arguments, eventName);
-    for (;;) {
+    while (count < kMostArguments) {
         const char* name = va_arg(arguments, const char*);
         if (name == nullptr)
             break;
         const JSValueRef value = va_arg(arguments, JSValueRef);
         if (value == nullptr)
             break;
-        names.push_back(name);
-        values.push_back(value);
+        names[count] = name;
+        values[count++] = value;
     }
     va_end(arguments);
-    return m_dispatcher->JSDispatchEvent(eventName, names, values);
+    return m_dispatcher->JSDispatchEvent(eventName, std::span(names).first(count), std::span(values).first(count));
 }
 
 JSContextRef JSHbbTVEventHandler::ContextFor(const char* eventName) const {
-    return m_dispatcher && m_dispatcher->HasHandlersFor(eventName) ? m_dispatcher->Context() : nullptr;
+    return m_dispatcher ? m_dispatcher->ContextFor(eventName) : nullptr;
 }
 
 }  // namespace OipfJavaScript

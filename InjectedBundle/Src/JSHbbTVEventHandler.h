@@ -3,6 +3,7 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -27,7 +28,8 @@ class JSHbbTVEventHandler {
                                bool useCapture);
     bool t_RemoveAllEventListeners(JSContextRef context, JSObjectRef thisObject, const char* eventName);
 
-    // Fires an event. The arguments are pairs of a name (const char*) and a value (JSValueRef), ended by a null pair.
+    // Fires an event. The arguments are pairs of a name (const char*) and a value (JSValueRef), ended by a null pair;
+    // what goes beyond kMostArguments is left out.
     bool DispatchEvent(const char* eventName, ...);
 
     // The context to make event arguments in, while the page has a handler for the event; otherwise null: an object
@@ -35,6 +37,8 @@ class JSHbbTVEventHandler {
     [[nodiscard]] JSContextRef ContextFor(const char* eventName) const;
 
    private:
+    static constexpr size_t kMostArguments = 8;
+
     void m_CreateJSED(JSContextRef context, JSObjectRef thisObject);
 
     std::string m_name;

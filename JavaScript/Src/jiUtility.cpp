@@ -8,6 +8,7 @@
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/gen/js/jiException.h"
 #include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/JSConversions.h"
 #include "InjectedBundle/Src/JSHandles.h"
 #include "JavaScript/Src/CExceptionImpl.h"
@@ -25,22 +26,6 @@ std::string Evaluate(JSContextRef context, const char* script) {
         JSEvaluateScript(context, JSStringHandle(script).Get(), nullptr, nullptr, 1, &exception);
     std::string text;
     if (exception != nullptr || result == nullptr || !ToUtf8(context, result, text, nullptr))
-        return {};
-    return text;
-}
-
-// The engine's own way of completing a path, which knows a `base` element and dots; empty when it knows none.
-std::string CompletedByDocument(JSContextRef context, const std::string& path) {
-    const JSStringHandle script("(function(path) { return new URL(path, document.baseURI).href; })");
-    JSValueRef exception = nullptr;
-    const JSValueRef complete = JSEvaluateScript(context, script.Get(), nullptr, nullptr, 1, &exception);
-    if (exception != nullptr || complete == nullptr)
-        return {};
-    JSObjectRef function = JSValueToObject(context, complete, nullptr);
-    const JSValueRef argument = MakeString(context, path);
-    const JSValueRef url = JSObjectCallAsFunction(context, function, nullptr, 1, &argument, &exception);
-    std::string text;
-    if (exception != nullptr || url == nullptr || !ToUtf8(context, url, text, nullptr))
         return {};
     return text;
 }
@@ -103,7 +88,7 @@ void jiUtility::MakeAbsolutePath(JSContextRef context, std::string& path) {
         HBBTV_LOG_INFO("the path \"%s\" is already absolute path", path.c_str());
         return;
     }
-    if (std::string url = CompletedByDocument(context, path); !url.empty()) {
+    if (std::string url = FrameBuiltIns::CompleteUrl(context, path); !url.empty()) {
         path = std::move(url);
         HBBTV_LOG_INFO("absolute path is : %s", path.c_str());
         return;

@@ -80,6 +80,42 @@ describe("Navigation", () => {
     await browser.waitFor("the handler is called", () => window.heard);
   });
 
+  const leaves = {
+    "of a frame": () => { frames.child.location.href = "/pages/plain.html"; },
+    "by the removal of a frame": () => document.querySelector("iframe").remove()
+  };
+  for (const [how, leave] of Object.entries(leaves)) {
+    it(`${how} takes its own handlers along, and no others`, async () => {
+      await television.open("frames.html");
+      await browser.run(() => {
+        window.heard = [];
+        const manager = document.createElement("object");
+        manager.type = "application/oipfApplicationManager";
+        const theirs = frames.child.PrivateObjectFactory.createApplicationManagerObject();
+        const managers = window.managers = [document.body.appendChild(manager), theirs];
+        managers[1].onLowMemory = () => window.heard.push("of the page");
+        const script = frames.child.document.createElement("script");
+        script.text = `parent.managers.forEach(each => {
+          each.addEventListener("LowMemory", () => { parent.heard.push("of the frame"); throw Error("mine"); });
+        })`;
+        frames.child.document.body.appendChild(script);
+        managers[0].onLowMemory = () => window.heard.push("of the page");
+      });
+      const hear = async () => {
+        await receiver.emit("PluginEvent", "(400, uint32 0)");
+        await browser.waitFor("the page hears", () => window.heard.filter(who => who === "of the page").length === 2);
+        return browser.run(() => window.heard.splice(0).filter(who => who === "of the frame").length);
+      };
+      assert.equal(await hear(), 2);
+      assert.deepEqual(await browser.run(() => [failures, frames.child.failures]),
+        [[], ["Error: mine", "Error: mine"]]);
+      assert.ok(television.workplace.lines.some(line => /- Error: mine \(.+application.html:\d+\)/.test(line)));
+      await browser.run(leave);
+      await browser.waitFor("it has left", () => !frames.child?.found);
+      assert.equal(await hear(), 0);
+    });
+  }
+
   it("a hundred times leaves no native object alive", async () => {
     await television.open("plain.html");
     const baseline = await aliveAfterNavigation();

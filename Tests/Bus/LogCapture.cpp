@@ -46,7 +46,7 @@ int LogCapture::Errors() {
     return static_cast<int>(std::ranges::count(records, int{kPlatformLogError}, &Record::priority));
 }
 
-extern "C" int __dlog_print(int /*logId*/, int priority, const char* /*tag*/, const char* format,
+extern "C" int __dlog_print(int /*logId*/, int priority, const char* tag, const char* format,
                             ...) {  // NOLINT
     char buffer[4096];
     va_list arguments;
@@ -55,6 +55,6 @@ extern "C" int __dlog_print(int /*logId*/, int priority, const char* /*tag*/, co
     va_end(arguments);
 
     const std::lock_guard guard(s_mutex);
-    s_records.push_back({priority, TextOf(buffer)});
+    s_records.push_back({priority, TextOf(buffer), tag, buffer});
     return length;
 }

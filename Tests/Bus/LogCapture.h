@@ -12,6 +12,8 @@ class LogCapture {
     struct Record {
         int priority;
         std::string text;  // without the file, function and line, and without colours
+        std::string tag;
+        std::string whole;
     };
 
     static void Clear();

@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iterator>
 #include <string>
 
+#include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/InjectedBundle.h"
 #include "Tests/Bus/LogCapture.h"
 #include "Tests/Unit/FakeBrowser.h"
@@ -37,6 +39,34 @@ TEST(ABundle, IntroducesItselfAndItsScript) {
     const size_t bootstrap = script.source.find("_hbbtv_vantrel_plugins");
     EXPECT_TRUE(library < members && members < bootstrap && bootstrap != std::string::npos);
     EXPECT_EQ(browser.liveStrings, 0) << "every string it made was given back";
+}
+
+TEST(ABundle, LogsAsThePlatformExpects) {
+    LogCapture::Clear();
+    const int line = __LINE__ + 1;
+    HBBTV_LOG_DEBUG("debug %d", 1);
+    HBBTV_LOG_INFO("info");
+    HBBTV_LOG_WARNING("warning");
+    HBBTV_LOG_ERROR("error %s", "2");
+    HBBTV_LOG_ENTRY();
+    HBBTV_LOG_OBJECT(ERROR, "object");
+    const std::pair<int, std::string> expected[] = {{2, "debug 1"},
+                                                    {4, "\033[32minfo\033[0m"},
+                                                    {8, "\033[33mwarning\033[0m"},
+                                                    {16, "\033[31merror 2\033[0m"},
+                                                    {4, "\033[32mTestBody()\033[0m"},
+                                                    {16, "\033[31m[BundleTest.cpp:%d] TestBody object\033[0m"}};
+    const auto records = LogCapture::Records();
+    ASSERT_EQ(records.size(), std::size(expected));
+    for (size_t i = 0; i < records.size(); ++i) {
+        const std::string number = std::to_string(line + static_cast<int>(i));
+        std::string text = "BundleTest.cpp: TestBody(" + number + ") > " + expected[i].second;
+        if (const size_t at = text.find("%d"); at != std::string::npos)
+            text.replace(at, 2, number);
+        EXPECT_EQ(records[i].whole, text);
+        EXPECT_EQ(records[i].priority, expected[i].first);
+        EXPECT_EQ(records[i].tag, "HBBTV");
+    }
 }
 
 TEST(ABundle, ReadsTheViewFromTheFrontOfTheReply) {

@@ -7,7 +7,7 @@
 #include "API/Src/IPluginController.h"
 #include "InjectedBundle/Src/BindingObject.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "Platform/Inc/JSCPrivate.h"
+#include "Tests/Bus/LogCapture.h"
 #include "Tests/Unit/FakeBrowser.h"
 
 namespace OipfJavaScript {
@@ -91,12 +91,46 @@ TEST_F(AnEventTarget, TakesTwoOrThreeArgumentsForAListener) {
     LowMemory();
 }
 
-TEST_F(AnEventTarget, OutlivesWhatItsListenersThrow) {
-    Eval(R"(
-        manager.onLowMemory = function() { log.push(1); throw 1; };
-        for (var i = 0; i < 3; i++) manager.addEventListener('LowMemory', function() { log.push(2); throw 2; });)");
+TEST_F(AnEventTarget, TellsTheLogAndTheWindowOfTheListenerWhatItsListenersThrow) {
+    FakeFrame& child = page.AddFrame();
+    child.Share("manager", page.main);
+    child.Share("log", page.main);
+    Eval(R"(reportError = null;
+        manager.onLowMemory = function() { log.push(1); throw new TypeError('mine'); };
+        manager.addEventListener('LowMemory', function() { log.push(2); throw {toString() { throw 3; }}; });
+        )");
+    child.Eval("manager.addEventListener('LowMemory', function() { log.push(3); throw 'of the child'; });");
+    LogCapture::Clear();
     LowMemory();
-    EXPECT_EQ(Log(), "1,2,2,2");
+    EXPECT_EQ(Eval("log.splice(0).sort().join()"), "1,2,3");
+    EXPECT_EQ(Eval("reported.length + ' ' + reported[0]"), "2 TypeError: mine") << "to the one it had at the start";
+    EXPECT_EQ(child.Eval("reported.join()"), "of the child");
+    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - failed to call DOM level 1 call-back function."), 1);
+    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - TypeError: mine (http://tv/page.js:2)"), 1);
+    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - of the child"), 1);
+    EXPECT_EQ(LogCapture::Errors(), 6);
+}
+
+TEST_F(AnEventTarget, IsDeafToWhatThePageDidToItsBuiltIns) {
+    Eval(R"(var right = 0, events = new Set();
+        const mine = {get() { return 'mine'; }, set() { throw 'mine'; }, configurable: true};
+        for (let i = 0; i < 300; ++i) Object.defineProperty(Array.prototype, i, mine);
+        Object.defineProperty(Object.prototype, 'app', mine);
+        Object.defineProperty(Object.getPrototypeOf(manager), 'event', mine);
+        manager.onApplicationLoadError = function() {
+            collect();
+            for (let i = 0; i < 2000; ++i) manager.getOwnerApplication();
+        };
+        for (let i = 0; i < 200; ++i) {
+            manager.addEventListener('ApplicationLoadError', e => {
+                right += e.type === 'ApplicationLoadError' && e.target === manager && !events.has(e) &&
+                         typeof e.app.show === 'function' && manager.app === e.app;
+                events.add(e);
+            });
+        })");
+    for (int i = 0; i < 2; ++i)
+        LoadError();
+    EXPECT_EQ(Eval("right + ' ' + events.has(manager.event)"), "400 true");
 }
 
 TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
@@ -116,14 +150,6 @@ TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
 }
 
 TEST_F(AnEventTarget, SurvivesAHandlerThatDropsAndMakesObjectsWhileItIsCalled) {
-    page.main.SetGlobal("collect", JSObjectMakeFunctionWithCallback(
-                                       page.main.context, nullptr,
-                                       [](JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
-                                          JSValueRef*) -> JSValueRef {
-                                           JSGarbageCollect(context);
-                                           JSSynchronousGarbageCollectForDebugging(context);
-                                           return JSValueMakeUndefined(context);
-                                       }));
     Eval(R"(
         function make() {
             var another = PrivateObjectFactory.createApplicationManagerObject();
@@ -165,26 +191,52 @@ TEST_F(AnEventTarget, IsKeptByAnEventThatAPageKeeps) {
     EXPECT_EQ(Eval("typeof kept.target.getOwnerApplication"), "function");
 }
 
-TEST_F(AnEventTarget, LosesItsHandlersWithItsPage) {
-    FakeFrame& child = page.AddFrame();
-    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-               "{ log.push('child'); }");
-    Eval("manager.onLowMemory = function() { log.push('main'); }");
-    child.Navigate();
-    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-               "{ log.push('child again'); }");
-    LowMemory();
-    EXPECT_EQ(Log(), "main") << "a child's navigation ends its own handlers only";
-    EXPECT_EQ(child.Eval("log.join()"), "child again");
+TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
+    static FakeFrame* s_leaving;
+    for (const auto go : {&FakeFrame::Navigate, &FakeFrame::Remove}) {
+        FakeFrame& child = page.AddFrame();
+        s_leaving = &child;
+        // Each frame has handlers on the other's object, whoever touched it first.
+        child.Eval("var theirs = PrivateObjectFactory.createApplicationManagerObject()");
+        child.Share("manager", page.main);
+        child.Share("log", page.main);
+        page.main.Share("theirs", child);
+        Eval("theirs.onLowMemory = () => log.push('main on theirs');");
+        child.Eval(R"([manager, theirs].forEach((each, i) => {
+            each.addEventListener('LowMemory', () => log.push('child on ' + i));
+            each.onApplicationLoadError = () => log.push('child');
+        });)");
+        Eval("manager.onLowMemory = () => log.push('main');");
+        LowMemory();
+        LoadError();
+        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "child,child,child on 0,child on 1,main,main on theirs");
+        page.main.SetGlobal("go", JSObjectMakeFunctionWithCallback(
+                                      page.main.context, nullptr,
+                                      [](JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
+                                         JSValueRef*) -> JSValueRef {
+                                          s_leaving->Remove();
+                                          return JSValueMakeUndefined(context);
+                                      }));
+        if (go == &FakeFrame::Remove)
+            Eval("var before = manager.onLowMemory; manager.onLowMemory = () => { go(); before(); }");
+        else
+            child.Navigate();
+        LowMemory();
+        LoadError();
+        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "main,main on theirs") << "even in the dispatch that removes it";
+        Eval("theirs.onLowMemory = null; delete theirs;");
+    }
 
     FakePage other;
     other.main.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
                     "{ log.push('other'); }");
+    FakeFrame& child = page.AddFrame();
+    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+               "{ log.push('child'); }");
     page.main.Navigate();
-    page.main.Eval("var log = []");
     LowMemory();
     EXPECT_EQ(other.main.Eval("log.join()"), "other") << "another page keeps its own";
-    EXPECT_EQ(child.Eval("log.join()"), "child again") << "the frames go with their page";
+    EXPECT_EQ(child.Eval("log.join()"), "") << "the frames go with their page";
 }
 
 TEST_F(AnEventTarget, LeavesNothingBehindAfterAHundredPages) {

@@ -37,6 +37,12 @@ WKStringRef NewString(const std::string& text) {
     return reinterpret_cast<WKStringRef>(new std::string(text));
 }
 
+// The global function "collect" of every frame.
+JSValueRef Collect(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[], JSValueRef*) {
+    JSSynchronousGarbageCollectForDebugging(context);
+    return JSValueMakeUndefined(context);
+}
+
 template <typename Client>
 const Client* ClientOf(const void* base) {
     return static_cast<const Client*>(base);
@@ -62,13 +68,22 @@ FakeFrame::~FakeFrame() { JSGlobalContextRelease(context); }
 void FakeFrame::Navigate() {
     JSGlobalContextRelease(context);
     context = JSGlobalContextCreateInGroup(Engine(), nullptr);
+    SetGlobal("collect", JSObjectMakeFunctionWithCallback(context, nullptr, &Collect));
+    Eval("var reported = []; function reportError(error) { reported.push(error); }");
     ClientOf<WKBundlePageLoaderClientV6>(page.loaderClient)
         ->didClearWindowObjectForFrame(RefOf(page), RefOf(*this), nullptr, nullptr);
 }
 
+void FakeFrame::Remove() {
+    const auto removed = ClientOf<WKBundlePageLoaderClientV6>(page.loaderClient)->didRemoveFrameFromHierarchy;
+    if (removed != nullptr)
+        removed(RefOf(page), RefOf(*this), nullptr, nullptr);
+}
+
 std::string FakeFrame::Eval(const std::string& script) {
     JSValueRef exception = nullptr;
-    JSValueRef result = JSEvaluateScript(context, JSStringHandle(script.c_str()).Get(), nullptr, nullptr, 1, &exception);
+    JSValueRef result = JSEvaluateScript(context, JSStringHandle(script.c_str()).Get(), nullptr,
+                                         JSStringHandle("http://tv/page.js").Get(), 1, &exception);
     std::string text;
     if (!ToUtf8(context, exception != nullptr ? exception : result, text, nullptr))
         text = "(no text)";
@@ -89,6 +104,10 @@ void FakeFrame::CollectGarbage() {
 void FakeFrame::SetGlobal(const char* name, JSValueRef value) {
     JSObjectSetProperty(context, JSContextGetGlobalObject(context), JSStringHandle(name).Get(), value,
                         kJSPropertyAttributeNone, nullptr);
+}
+
+void FakeFrame::Share(const char* name, FakeFrame& from) {
+    SetGlobal(name, JSEvaluateScript(from.context, JSStringHandle(name).Get(), nullptr, nullptr, 1, nullptr));
 }
 
 FakePage::FakePage() : main(*this, true) {

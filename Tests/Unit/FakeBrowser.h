@@ -21,6 +21,8 @@ class FakeFrame {
 
     // Replaces the document: a new global object, announced to the bundle as a browser does.
     void Navigate();
+    // Takes the frame out of its page; its scripts stay callable, as in a browser.
+    void Remove();
 
     // The script's result as text; "throws: ..." when it throws.
     std::string Eval(const std::string& script);
@@ -28,6 +30,8 @@ class FakeFrame {
     std::string Value(const std::string& expression);
     void CollectGarbage();
     void SetGlobal(const char* name, JSValueRef value);
+    // Gives the frame what another frame of the page has under this name.
+    void Share(const char* name, FakeFrame& from);
 
     FakePage& page;
     const bool isMain;

@@ -13,7 +13,6 @@
 #include "API/Src/IPluginController.h"
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "Platform/Inc/JSCPrivate.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
 #include "Tests/Bus/LogCapture.h"
@@ -23,8 +22,6 @@ class TelevisionPage : public testing::Test {
  protected:
     TelevisionPage() {
         api.Reply("IsBroadcastRelated", "(true,)");
-        page.main.SetGlobal("collect",
-                            JSObjectMakeFunctionWithCallback(page.main.context, nullptr, &Collect));
         Eval("var log = []; var tv = PrivateObjectFactory.createVideoBroadcastObject();");
         // The clients outlive the services of the test before; they learn in the main loop who has the names
         // now.
@@ -67,11 +64,4 @@ class TelevisionPage : public testing::Test {
     FakeService cache{"IJSChannelCache"};
     FakePage page;
     uint32_t id = 0;
-
- private:
-    static JSValueRef Collect(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
-                              JSValueRef*) {
-        JSSynchronousGarbageCollectForDebugging(context);
-        return JSValueMakeUndefined(context);
-    }
 };
