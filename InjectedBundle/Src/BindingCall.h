@@ -234,8 +234,10 @@ void SetCustomAttribute(const BindingAttribute& attribute, JSContextRef context,
                         JSValueRef value, JSValueRef* exception) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
     implementation.ResetStatus();
-    (implementation.*Member)(context, value);
-    (void)Call::Throws(attribute.name, context, implementation, exception);
+    // What the conversion throws is the page's own.
+    (implementation.*Member)(context, value, exception);
+    if (*exception == nullptr)
+        (void)Call::Throws(attribute.name, context, implementation, exception);
 }
 
 // An attribute whose class is not part of this build.

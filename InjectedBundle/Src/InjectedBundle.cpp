@@ -19,6 +19,7 @@
 #include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
+#include "JavaScript/Src/PlayerHold.h"
 #include "JavaScript/Src/jiDebug.h"
 #include "Platform/Inc/WKBundle.h"
 
@@ -61,6 +62,7 @@ void BundlePageDidStartProvisionalLoadForFrameCallback(WKBundlePageRef, WKBundle
     HBBTV_LOG_INFO("%s() - Ensure AV/VBO and API are released/unsubscribed.", __func__);
     CAVEventHandlerWK::GetInstance()->ReleasePlayer(0);
     CBroadcastPlayerWK::GetInstance()->Release(0);
+    PlayerHold::EndAll();
     CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(nullptr);
 }
 

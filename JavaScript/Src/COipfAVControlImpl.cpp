@@ -27,11 +27,11 @@ float ToFloat(double number) {
     return static_cast<float>(std::clamp(number, -kMost, kMost));
 }
 
-// A page may write anything; what is no text reads as its text, as it does for other elements.
-std::string TextOf(JSContextRef context, JSValueRef value) {
-    if (JSValueIsNull(context, value) || JSValueIsUndefined(context, value))
-        return {};
-    return jiUtility::JSValueToString(context, value, nullptr);
+// A page may write anything; what is no text reads as its text, as it does for other elements. False when it has none,
+// which is the page's own exception.
+bool TextOf(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception) {
+    return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) ||
+           ToUtf8(context, value, text, exception);
 }
 
 // No medium stays none.
@@ -44,7 +44,14 @@ std::string Absolute(JSContextRef context, std::string url) {
 }  // namespace
 
 COipfAVControlImpl::COipfAVControlImpl(JSContextRef context)
-    : PlayerObject(CAVEventHandlerWK::GetInstance(), ++s_idGen), PageBound(context) {}
+    : PlayerObject(context, CAVEventHandlerWK::GetInstance(), ++s_idGen) {}
+
+COipfAVControlImpl::~COipfAVControlImpl() {
+    if (!m_hold)
+        return;
+    m_player->Stop(m_playerId);
+    m_player->ReleasePlayer(m_playerId);
+}
 
 bool COipfAVControlImpl::MayResize(const char* dimension) {
     if (!m_fullScreen)
@@ -74,9 +81,9 @@ std::string COipfAVControlImpl::GetType() const {
     return type;
 }
 
-void COipfAVControlImpl::setCustomType(JSContextRef context, JSValueRef value) {
-    const std::string type = TextOf(context, value);
-    if (!m_player->CheckMimeType(type) || type == m_type)
+void COipfAVControlImpl::setCustomType(JSContextRef context, JSValueRef value, JSValueRef* exception) {
+    std::string type;
+    if (!TextOf(context, value, type, exception) || !m_player->CheckMimeType(type) || type == m_type)
         return;
     m_type = type;
     m_player->ChangeMimeType(m_playerId, m_type);
@@ -89,8 +96,11 @@ void COipfAVControlImpl::SetMimeType(const std::string& type) {
         HBBTV_LOG_OBJECT(WARNING, "%s not allowed to run", type.c_str());
 }
 
-void COipfAVControlImpl::setCustomData(JSContextRef context, JSValueRef value) {
-    m_data = Absolute(context, TextOf(context, value));
+void COipfAVControlImpl::setCustomData(JSContextRef context, JSValueRef value, JSValueRef* exception) {
+    std::string data;
+    if (!TextOf(context, value, data, exception))
+        return;
+    m_data = Absolute(context, data);
     m_player->SetData(m_playerId, m_data);
 }
 
@@ -135,8 +145,10 @@ int32_t COipfAVControlImpl::GetCurrentTrackIndex() const {
 }
 
 bool COipfAVControlImpl::AcquirePlayer() {
-    if (m_player->GetPlayer(m_playerId))
+    if (m_player->GetPlayer(m_playerId)) {
+        m_hold.Begin();
         return true;
+    }
     HBBTV_LOG_OBJECT(ERROR, "Failed to get player!!");
     OnEvent(event_t::WithData(E_AVC_STATE, m_playerId, kStopped, kNoResources));
     // What handlers called on this object has left its own errors in the block.
@@ -150,7 +162,7 @@ void COipfAVControlImpl::SendAttributes() {
 }
 
 void COipfAVControlImpl::Start(float speed) {
-    m_mayBeHeard = true;
+    m_hold.Begin();
     m_player->Play(m_playerId, speed);
 }
 
@@ -211,13 +223,12 @@ bool COipfAVControlImpl::Release() {
     HBBTV_LOG_ENTRY();
     m_player->Stop(m_playerId);
     m_player->ReleasePlayer(m_playerId);
-    m_mayBeHeard = false;
+    m_hold.End();
     return true;
 }
 
-void COipfAVControlImpl::OnPageLeft() {
-    if (m_mayBeHeard)
-        m_player->ReleasePlayer(m_playerId);
+void COipfAVControlImpl::ReleaseHeldPlayer() {
+    m_player->ReleasePlayer(m_playerId);
 }
 
 void COipfAVControlImpl::OnEvent(event_t event) {
@@ -252,7 +263,6 @@ void COipfAVControlImpl::OnEvent(event_t event) {
 void COipfAVControlImpl::OnState(const event_t& event) {
     m_playState = event.Signed(0);
     m_error = event.Signed(1);
-    m_mayBeHeard = m_playState != kStopped && m_playState != kFinished && m_playState != kError;
     HBBTV_LOG_OBJECT(INFO, "(state:%d, error:%d)", m_playState, m_error);
     if (JSContextRef context = ContextFor("PlayStateChange")) {
         DispatchEvent("PlayStateChange", "state", JSValueMakeNumber(context, m_playState), "error",

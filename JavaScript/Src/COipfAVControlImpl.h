@@ -7,7 +7,6 @@
 #include <string>
 
 #include "API/Src/AVEventHandlerCommon.h"
-#include "InjectedBundle/Src/PageBound.h"
 #include "InjectedBundle/gen/js/COipfAVControlBase.h"
 #include "JavaScript/Src/PlayerObject.h"
 
@@ -16,17 +15,18 @@ class SASMessage;
 namespace OipfJavaScript {
 
 class COipfAVControlImpl final
-    : public PlayerObject<jiOipfAVControl, COipfAVControlBase, IAVEventHandlerCommon>,
-      private PageBound {
+    : public PlayerObject<jiOipfAVControl, COipfAVControlBase, IAVEventHandlerCommon> {
  public:
     explicit COipfAVControlImpl(JSContextRef context);
+    // Gives its player back: nobody can stop any more what it plays.
+    ~COipfAVControlImpl() override;
 
     void SetWidth(uint32_t width);
     void SetHeight(uint32_t height);
     [[nodiscard]] std::string GetType() const;
-    void setCustomType(JSContextRef context, JSValueRef value);
+    void setCustomType(JSContextRef context, JSValueRef value, JSValueRef* exception);
     [[nodiscard]] const std::string& GetData() const { return m_data; }
-    void setCustomData(JSContextRef context, JSValueRef value);
+    void setCustomData(JSContextRef context, JSValueRef value, JSValueRef* exception);
     [[nodiscard]] int64_t GetPlayPosition() const;
     [[nodiscard]] int64_t GetPlayTime() const;
     [[nodiscard]] int32_t GetPlayState() const { return m_playState; }
@@ -65,8 +65,7 @@ class COipfAVControlImpl final
     [[nodiscard]] bool AcquirePlayer();
     void SendAttributes();
     void Start(float speed);
-    // A navigation has all players released when it begins, but the page runs on until the next one is there.
-    void OnPageLeft() override;
+    void ReleaseHeldPlayer() override;
 
     void OnState(const event_t& event);
     void OnSpeed(const event_t& event);
@@ -79,8 +78,6 @@ class COipfAVControlImpl final
     std::string m_type;
     std::string m_data;
     AttributeMap m_attributes;
-    // Play has been called, and no state reported since then in which nothing is played.
-    bool m_mayBeHeard = false;
     int32_t m_playState = kStopped;
     int32_t m_error = 0;
     // As last reported: what counts while the player does not answer.

@@ -46,8 +46,8 @@ bool Read(const CallArguments& call, StreamEventArguments& arguments) {
 
 }  // namespace
 
-COipfVideoBroadcastImpl::COipfVideoBroadcastImpl()
-    : PlayerObject(CBroadcastPlayerWK::GetInstance(), ++s_instance_id),
+COipfVideoBroadcastImpl::COipfVideoBroadcastImpl(JSContextRef context)
+    : PlayerObject(context, CBroadcastPlayerWK::GetInstance(), ++s_instance_id),
       m_streamEvents(std::make_unique<CStreamEventHandler>()) {}
 
 bool COipfVideoBroadcastImpl::IsBroadcastRelated() const {
@@ -100,8 +100,10 @@ void COipfVideoBroadcastImpl::BindToCurrentChannel() {
     HBBTV_LOG_ENTRY();
     if (!IsBroadcastRelated())
         return Fail("bindToCurrentChannel not available to broadcast independent applications");
-    if (m_player != nullptr)
-        m_player->BindToCurrentChannel(m_playerId);
+    if (m_player == nullptr)
+        return;
+    m_hold.Begin();
+    m_player->BindToCurrentChannel(m_playerId);
 }
 
 JSValueRef COipfVideoBroadcastImpl::customCreateChannelObject(const CallArguments& call) {
@@ -151,6 +153,7 @@ JSValueRef COipfVideoBroadcastImpl::customSetChannel(const CallArguments& call) 
     }
     const CChannelImpl& channel = binding->Implementation();
     uint32_t cacheId = channel.CacheId();
+    m_hold.Begin();
     if (m_player != nullptr &&
         !m_player->SetChannel(m_playerId, static_cast<EOipfChIdType>(channel.GetIdType()),
                               BytesToUtf8(channel.Dsd()), static_cast<int>(channel.GetOnid()),
@@ -163,6 +166,7 @@ JSValueRef COipfVideoBroadcastImpl::customSetChannel(const CallArguments& call) 
 void COipfVideoBroadcastImpl::PrevChannel() {
     HBBTV_LOG_ENTRY();
     std::string ignored;
+    m_hold.Begin();
     if (m_player != nullptr)
         m_player->NextOrPrevChannel(m_playerId, false, ignored);
 }
@@ -170,6 +174,7 @@ void COipfVideoBroadcastImpl::PrevChannel() {
 void COipfVideoBroadcastImpl::NextChannel() {
     HBBTV_LOG_ENTRY();
     std::string ignored;
+    m_hold.Begin();
     if (m_player != nullptr)
         m_player->NextOrPrevChannel(m_playerId, true, ignored);
 }
@@ -186,6 +191,17 @@ void COipfVideoBroadcastImpl::Release() {
     HBBTV_LOG_ENTRY();
     if (m_player != nullptr)
         m_player->Release(m_playerId);
+    m_hold.End();
+}
+
+void COipfVideoBroadcastImpl::ReleaseHeldPlayer() {
+    if (m_player != nullptr)
+        m_player->Release(m_playerId);
+}
+
+void COipfVideoBroadcastImpl::OnPageLeft() {
+    PlayerObject::OnPageLeft();
+    m_streamEvents = std::make_unique<CStreamEventHandler>();
 }
 
 void COipfVideoBroadcastImpl::Stop() {

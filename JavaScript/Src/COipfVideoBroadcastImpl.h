@@ -21,7 +21,7 @@ class COipfVideoBroadcastImpl final
     : public PlayerObject<jiOipfVideoBroadcast, COipfVideoBroadcastBase, IBroadcastPlayerCommon> {
  public:
     // Its end neither stops nor releases the player: what is presented goes on.
-    COipfVideoBroadcastImpl();
+    explicit COipfVideoBroadcastImpl(JSContextRef context);
 
     void SetWidth(uint32_t width) { m_window.width = width; }
     void SetHeight(uint32_t height) { m_window.height = height; }
@@ -50,6 +50,9 @@ class COipfVideoBroadcastImpl final
     // Whether the application belongs to a broadcast; for those that do not, most of this object is out of
     // bounds.
     [[nodiscard]] bool IsBroadcastRelated() const;
+    void ReleaseHeldPlayer() override;
+    // Its triggers are heard by nobody any more.
+    void OnPageLeft() override;
 
     void OnChannelChange(const event_t& event);
     void OnStateChange(const event_t& event);

@@ -35,9 +35,9 @@ bool HasOptionalObjects() {
 
 }  // namespace
 
-std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject() {
+std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject(JSContextRef context) {
     HBBTV_LOG_ENTRY();
-    return MakeBinding<jiOipfVideoBroadcast>();
+    return MakeBinding<jiOipfVideoBroadcast>(context);
 }
 
 std::unique_ptr<jiOipfAVControl> CPrivateObjectFactoryImpl::CreateVideoMpegObject(JSContextRef context) {

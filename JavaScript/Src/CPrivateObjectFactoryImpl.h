@@ -22,7 +22,7 @@ class jiOipfVideoBroadcast;
 
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
    public:
-    [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject();
+    [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject(JSContextRef context);
     [[nodiscard]] std::unique_ptr<jiOipfAVControl> CreateVideoMpegObject(JSContextRef context);
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();
     [[nodiscard]] std::unique_ptr<jiOipfCapabilities> CreateCapabilitiesObject();

@@ -1,5 +1,6 @@
 // What the two objects that show video have in common: their place on the screen, full-screen mode, the
-// components of what is played, and the receiver's events, which they hear as long as they live.
+// components of what is played, the receiver's events, which they hear as long as they live, and the player that they
+// hold until their page is left.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -12,10 +13,12 @@
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/Src/PageBound.h"
 #include "InjectedBundle/gen/js/jiAVComponent.h"
 #include "JavaScript/Src/AttributeMap.h"
 #include "JavaScript/Src/CAVComponentCollectionImpl.h"
 #include "JavaScript/Src/CAVComponentImpl.h"
+#include "JavaScript/Src/PlayerHold.h"
 
 namespace OipfJavaScript {
 
@@ -26,7 +29,7 @@ namespace OipfJavaScript {
 // follows a dispatch in an OnEvent touches no JavaScript unless ContextFor() says that a handler is left,
 // which keeps the object.
 template <class Binding, class Base, class Player>
-class PlayerObject : public Base, public IPluginController {
+class PlayerObject : public Base, public IPluginController, private PageBound {
  public:
     [[nodiscard]] uint32_t GetWidth() const { return m_window.width; }
     [[nodiscard]] uint32_t GetHeight() const { return m_window.height; }
@@ -89,13 +92,22 @@ class PlayerObject : public Base, public IPluginController {
     };
 
     // A null player is never asked for anything.
-    PlayerObject(Player* player, uint32_t playerId)
-        : Base(Binding::ID), m_player(player), m_playerId(playerId) {
+    PlayerObject(JSContextRef context, Player* player, uint32_t playerId)
+        : Base(Binding::ID), PageBound(context), m_player(player), m_playerId(playerId) {
         CDAEBrowserAPIWK::GetInstance()->SubscribeEvents(this);
     }
     ~PlayerObject() override { CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(this); }
 
     virtual void SetAttributes(const AttributeMap& attributes) = 0;
+    virtual void ReleaseHeldPlayer() = 0;
+
+    // A navigation has all players released when it begins, but the page runs on until the next one is there, and may
+    // begin anew; of a frame that is taken out of its page nothing was released.
+    void OnPageLeft() override {
+        if (m_hold)
+            ReleaseHeldPlayer();
+        m_hold.End();
+    }
 
     void UpdateLayout() {
         if (m_player == nullptr)
@@ -135,6 +147,7 @@ class PlayerObject : public Base, public IPluginController {
     bool m_fullScreen = false;
     Player* const m_player;
     const uint32_t m_playerId;
+    PlayerHold m_hold;
 
  private:
     // Any component of a type.

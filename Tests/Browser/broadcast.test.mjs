@@ -240,6 +240,42 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     assert.deepEqual(await browser.run(() => window.failures), []);
   });
 
+  it("that is bound again while its page goes, or goes with its frame, keeps no player", async () => {
+    const isFree = () => waitFor("no player is held", async () =>
+      Object.values(await receiver.getWorld("/state/broadcast_players")).every(({ state }) => state === unrealized));
+    const { server } = television;
+    server.intercept("/pages/plain.html", (request, response, serve) => setTimeout(serve, 200));
+    try {
+      await television.show("again.html", page(placed));
+      await present();
+      await browser.run(() => {
+        video.onPlayStateChange = state => state === 0 && video.bindToCurrentChannel();
+        addEventListener("unload", () => video.bindToCurrentChannel());
+      });
+      await receiver.clearCalls();
+      await television.open("plain.html");
+      assert.ok((await argumentsOf("BindToCurrentChannel")).length >= 2, "it was bound again");
+      await isFree();
+    } finally {
+      server.intercept("/pages/plain.html", null);
+    }
+    const leaves = [
+      () => document.querySelector("iframe").remove(),
+      () => { document.querySelector("iframe").src = "/pages/plain.html"; }
+    ];
+    for (const leave of leaves) {
+      await television.show("outer.html", '<iframe src="/pages/application.html"></iframe>');
+      await browser.run(() => frames[0].eval(
+        "window.tv = PrivateObjectFactory.createVideoBroadcastObject(); tv.onPlayStateChange = () => {}; "
+        + "tv.bindToCurrentChannel(); tv.addStreamEventListener('dvb://other/1', 'tick', () => {})"));
+      await browser.waitFor("it presents", state => frames[0].tv.playState === state, presenting);
+      await browser.run(leave);
+      await isFree();
+      await waitFor("its subscription has ended", async () =>
+        (await receiver.getWorld("/state")).stream_event_subscriptions === 0);
+    }
+  });
+
   it("is refused what is not a channel, and hears of channels that nobody knows", async () => {
     await television.show("refusals.html", page(placed));
     const seen = await browser.run(() => [

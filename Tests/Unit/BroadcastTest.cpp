@@ -59,7 +59,8 @@ TEST_F(ABroadcastObject, EntersAndLeavesFullScreenOnce) {
     EXPECT_EQ(Value("tv.setFullScreen(true)"), "undefined") << "what a handler fails at is its own affair";
     EXPECT_EQ(Value("tv.setFullScreen(true)"), "undefined");
     EXPECT_EQ(Log(), "handler,0,true,FullScreenChange");
-    EXPECT_EQ(Count(player.TakeCalls(), Mine("UpdateLayout", "1, 2, 3, 4, true")), 1U);
+    EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("UpdateLayout", "1, 2, 3, 4, true"),
+                                                "GetChannel (" + std::to_string(id) + ",)"));
     EXPECT_EQ(Thrown("tv.setFullScreen(1)"), kBadArguments);
 }
 
@@ -89,6 +90,31 @@ TEST_F(ABroadcastObject, AsksThePlayerUnderItsOwnIdentifier) {
                             "NextOrPrevChannel (" + mine + ", false)", "Release (" + mine + ",)"));
     EXPECT_EQ(Value("tv.currentChannel"), "null") << "the player knows of none";
     EXPECT_EQ(Value("tv.programmes"), "null");
+}
+
+TEST_F(ABroadcastObject, GivesItsPlayerBackWithItsPageOrFrame) {
+    Eval("var other = PrivateObjectFactory.createVideoBroadcastObject(); other.bindToCurrentChannel(); "
+         "tv.onPlayStateChange = function() { tv.bindToCurrentChannel(); }; tv.bindToCurrentChannel()");
+    page.StartLoad(page.main);
+    // All players are released when the load begins, but the page runs on until the next one is there.
+    Fire(E_VBO_STATE_CHANGE, 0, 0, 1000);
+    (void)player.TakeCalls();
+    page.main.Navigate();
+    EXPECT_THAT(player.TakeCalls(), ElementsAre("Release (" + std::to_string(id) + ",)"));
+    uint32_t next = id + 2;
+    for (const char* call : {"bindToCurrentChannel()", "nextChannel()", "prevChannel()",
+                             "setChannel(tv.createChannelObject(12, 1, 2, 3))"}) {
+        FakeFrame& child = page.AddFrame();
+        child.Eval("var tv = PrivateObjectFactory.createVideoBroadcastObject(); tv." + std::string(call));
+        (void)player.TakeCalls();
+        child.Remove();
+        EXPECT_THAT(player.TakeCalls(), ElementsAre("Release (" + std::to_string(next++) + ",)")) << call;
+    }
+    FakeFrame& idle = page.AddFrame();
+    idle.Eval("var tv = PrivateObjectFactory.createVideoBroadcastObject(); tv.nextChannel(); tv.release()");
+    (void)player.TakeCalls();
+    idle.Remove();
+    EXPECT_THAT(player.TakeCalls(), IsEmpty());
 }
 
 TEST_F(ABroadcastObject, MakesChannelsFromWhatAPageKnows) {

@@ -183,9 +183,11 @@ TEST_F(AnAVControl, ReadsAsTextWhateverAPageWritesToDataAndType) {
     Eval("av.data = ''; av.data = null; av.data = {toString: function() { return 'a.mp4'; }};");
     EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("SetData", "''"), Mine("SetData", "''"),
                                                 Mine("SetData", "'http://tv.example/app/a.mp4'")));
-    EXPECT_EQ(Eval("av.data = {toString: function() { throw 1; }}; av.type = Object.create(null); 'fine'"),
-              "fine");
-    EXPECT_EQ(Value("av.data"), "string ");
+    EXPECT_EQ(Eval("av.data = {toString: function() { throw 'mine'; }}"), "throws: mine");
+    EXPECT_EQ(Eval("av.type = {toString: function() { throw 'mine'; }}"), "throws: mine");
+    EXPECT_EQ(Eval("av.data = Symbol()").substr(0, 18), "throws: TypeError:");
+    EXPECT_EQ(Value("av.data"), "string http://tv.example/app/a.mp4");
+    EXPECT_THAT(player.TakeCalls(), IsEmpty());
 }
 
 TEST_F(AnAVControl, HasASizeThatIsNotThePagesInFullScreen) {
@@ -292,17 +294,32 @@ TEST_F(AnAVControl, TellsOfMissingRights) {
     EXPECT_EQ(Log(), "2 c\u00e9 null http://r,1  null ");
 }
 
-TEST_F(AnAVControl, GivesItsPlayerBackWithItsPage) {
+TEST_F(AnAVControl, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
     Eval(
         "var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o) { "
         "o.play(1); });");
     page.StartLoad(page.main);
     // All players are stopped when the load begins, but the page runs on until the next one is there.
-    Send(event_t::WithData(E_AVC_STATE, 0, 0, 1000));
     Eval("av.play(1)");
     (void)player.TakeCalls();
     page.main.Navigate();
     EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("ReleasePlayer")));
+
+    FakeFrame& child = page.AddFrame();
+    child.Eval("var av = PrivateObjectFactory.createVideoMpegObject(); av.play(1); av.release(); av.queue('http://x/a')");
+    ChangeState(5);
+    (void)player.TakeCalls();
+    child.Remove();
+    EXPECT_THAT(player.TakeCalls(), ElementsAre("ReleasePlayer (" + std::to_string(id + 2) + ",)"));
+
+    Eval("(function() { for (var i = 0; i < 20; i++) { var each = PrivateObjectFactory.createVideoMpegObject(); "
+         "each.play(1); if (i % 2) each.release(); } })()");
+    (void)player.TakeCalls();
+    page.main.CollectGarbage();
+    const std::vector<std::string> calls = player.TakeCalls();
+    EXPECT_THAT(calls.size(), testing::AllOf(testing::Ge(14U), testing::Le(20U))) << "but for false references";
+    for (size_t i = 0; i + 1 < calls.size(); i += 2)
+        EXPECT_EQ(calls[i + 1], "ReleasePlayer" + calls[i].substr(4)) << "after " << calls[i];
 }
 
 class ASasMessageOfRatings : public AnAVControl {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "InjectedBundle/Src/BindingObject.h"
 #include "JavaScript/Src/StreamEventHandler.h"
 #include "Tests/Unit/TelevisionPage.h"
 
@@ -85,7 +86,9 @@ TEST_F(AStreamEvent, IsNotHeardByAListenerThatWasRemoved) {
     (void)api.TakeCalls();
     Send(41);
     EXPECT_NE(Log(), "");
-    Eval("tv.removeStreamEventListener('dvb://x', 'tick', f)");
+    Eval("tv.addEventListener('PlayStateChange', f); tv.removeStreamEventListener('dvb://x', 'tick', f)");
+    Fire(E_VBO_STATE_CHANGE, id, 1, 1000);
+    EXPECT_EQ(Log(), "") << "it goes from the object's other events too";
     EXPECT_EQ(Unsubscribed(41), 1U);
     Send(41);
     Send(41);
@@ -124,25 +127,35 @@ TEST_F(AStreamEvent, SurvivesListenersThatDropTheirObject) {
     EXPECT_EQ(Log(), "stays,stays,stays,stays,stays") << "the other listener keeps its object";
 }
 
-TEST_F(AStreamEvent, EndsWithItsObject) {
+TEST_F(AStreamEvent, EndsWithItsPageOrFrameAndHoldsItsObjectUntilThen) {
     api.Reply("StreamEventUnsubscribe", "(true,)");
     api.Reply("StreamEventSubscribe", "(77,)");
-    Eval(R"((function() {
+    const char* const subscribe = R"((function() {
         for (var i = 0; i < 20; i++) {
             var each = PrivateObjectFactory.createVideoBroadcastObject();
-            each.addStreamEventListener('dvb://x', 'tick', f);
-            each.addStreamEventListener('dvb://x', 'tock', f);
-            each.removeStreamEventListener('dvb://x', 'tock', f);
+            each.addStreamEventListener('dvb://x', 'tick', () => 0);
+            each.addStreamEventListener('dvb://x', 'tock', log.push);
+            each.removeStreamEventListener('dvb://x', 'tock', log.push);
         }
-    })())");
-    EXPECT_EQ(Unsubscribed(77), 20U);
-    // The listeners go with the page; then nothing keeps the objects.
-    page.main.Navigate();
+    })())";
     page.main.CollectGarbage();
-    const size_t ended = Unsubscribed(77);
-    Send(77);
-    EXPECT_GE(ended, 15U) << "but for what the collector takes for references";
-    EXPECT_LE(ended, 20U) << "what was removed is not unsubscribed again";
+    const size_t before = OipfJavaScript::BindingObject::AliveCount();
+    Eval(subscribe);
+    EXPECT_EQ(Unsubscribed(77), 20U);
+    page.main.CollectGarbage();
+    EXPECT_GE(OipfJavaScript::BindingObject::AliveCount(), before + 20) << "a trigger may come";
+    FakeFrame& child = page.AddFrame();
+    child.Eval("var log = []; " + std::string(subscribe));
+    EXPECT_EQ(Unsubscribed(77), 20U);
+    child.Remove();
+    EXPECT_EQ(Unsubscribed(77), 20U) << "what was removed is not unsubscribed again";
+    page.main.Navigate();
+    EXPECT_EQ(Unsubscribed(77), 20U);
+    Eval("var log = []; (function() { for (var i = 0; i < 20; i++) { var each = "
+         "PrivateObjectFactory.createVideoBroadcastObject(); each.addStreamEventListener('dvb://x', 'tick', log.push); "
+         "each.removeStreamEventListener('dvb://x', 'tick', log.push); } })()");
+    page.main.CollectGarbage();
+    EXPECT_LT(OipfJavaScript::BindingObject::AliveCount(), before + 10) << "nothing is left that would be called";
 }
 
 }  // namespace
