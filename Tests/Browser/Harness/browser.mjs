@@ -2,7 +2,7 @@
 import { createServer } from "node:net";
 import { Executor, HttpClient } from "selenium-webdriver/http/index.js";
 import webdriver from "selenium-webdriver";
-import { inTime, waitFor } from "./wait.mjs";
+import { inTime, slowness, waitFor } from "./wait.mjs";
 
 async function freePort() {
   const probe = createServer();
@@ -31,7 +31,8 @@ export class Browser {
     const driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
     // The driver program waits for ever for a browser that ended while it started.
     await inTime("the browser starts", driver.getSession());
-    await driver.manage().setTimeouts({ script: 20000, pageLoad: 20000, implicit: 0 });
+    const limit = 20000 * slowness;
+    await driver.manage().setTimeouts({ script: limit, pageLoad: limit, implicit: 0 });
     return new Browser(workplace, program, driver);
   }
 

@@ -1,10 +1,13 @@
 // Waiting for a fact instead of for a while.
 import { setTimeout as pause } from "node:timers/promises";
 
+// How many times longer than usual everything may take: in programs that are built with a sanitizer.
+export const slowness = process.env.HBBTV_SANITIZER ? 5 : 1;
+
 // Resolves with the first truthy answer of the predicate; rejects, naming what was waited for and what the
 // predicate answered last, when none comes in time.
 export async function waitFor(what, predicate, timeoutMs = 10000) {
-  const deadline = Date.now() + timeoutMs;
+  const deadline = Date.now() + timeoutMs * slowness;
   for (;;) {
     const answer = await predicate();
     if (answer)
@@ -19,7 +22,7 @@ export async function waitFor(what, predicate, timeoutMs = 10000) {
 export async function inTime(what, promise, timeoutMs = 60000) {
   let timer;
   const late = new Promise((_, reject) => {
-    timer = setTimeout(() => reject(new Error(`Waited ${timeoutMs} ms in vain: ${what}`)), timeoutMs);
+    timer = setTimeout(() => reject(new Error(`Waited ${timeoutMs} ms in vain: ${what}`)), timeoutMs * slowness);
   });
   try {
     return await Promise.race([promise, late]);

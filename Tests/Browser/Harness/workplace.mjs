@@ -1,7 +1,7 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
 import { spawn } from "node:child_process";
-import { createWriteStream, mkdirSync, mkdtempSync, rmSync } from "node:fs";
+import { createWriteStream, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -36,7 +36,7 @@ export class Workplace {
       return path;
     };
     this.logFile = join(this.#folder, "processes.log");
-    this.#log = createWriteStream(this.logFile);
+    this.#log = createWriteStream(this.logFile, { flags: "a" });
     this.env = {
       PATH: process.env.PATH,
       LANG: "C.UTF-8",
@@ -55,12 +55,32 @@ export class Workplace {
       if (process.env[name])
         this.env[name] = process.env[name];
     }
+    this.#addSanitizer(process.env.HBBTV_SANITIZER);
     process.once("exit", code => {
       this.#children.forEach(child => child.kill("SIGKILL"));
-      if (code)
+      const reports = readdirSync(this.#folder).filter(name => name.startsWith("sanitizer."));
+      for (const report of reports)
+        console.error(readFileSync(join(this.#folder, report), "utf8"));
+      process.exitCode = code || reports.length;
+      if (process.exitCode)
         console.error(`Output of the processes of the failed tests: ${this.logFile}`);
       else
         rmSync(this.#folder, { recursive: true, force: true });
+    });
+  }
+
+  // The library of a sanitizer that parts of the build need, in programs that were built without it, too. What it
+  // finds, in any process, fails the test program. The web process then takes its memory from the C library, so that
+  // the engine's is looked at as well.
+  #addSanitizer(library) {
+    if (!library)
+      return;
+    const log = `log_path=${join(this.#folder, "sanitizer")}`;
+    Object.assign(this.env, {
+      LD_PRELOAD: library,
+      ASAN_OPTIONS: `${log}:detect_leaks=0:alloc_dealloc_mismatch=0`,
+      UBSAN_OPTIONS: `${log}:print_stacktrace=1`,
+      Malloc: "1"
     });
   }
 

@@ -1,0 +1,225 @@
+// A television that is kept busy, and measured at rest. Tools/Scripts/run-soak builds what it needs, and is its manual.
+import { mkdirSync, readFileSync, truncateSync, writeFileSync } from 'node:fs';
+import path from 'node:path';
+import { createInterface } from 'node:readline';
+import { setTimeout as pause } from 'node:timers/promises';
+import { fileURLToPath } from 'node:url';
+import { parseArgs } from 'node:util';
+import { makeMedia } from '../../Tests/Browser/Harness/media.mjs';
+import { build } from '../../Tests/Browser/Harness/programs.mjs';
+import { Television } from '../../Tests/Browser/Harness/television.mjs';
+import { drawCurves } from './picture.mjs';
+import { measure } from './processes.mjs';
+
+const here = path.dirname(fileURLToPath(import.meta.url));
+const { values: options } = parseArgs({
+  options: {
+    minutes: { type: 'string', default: '15' },
+    navigations: { type: 'string', default: '0' },
+    out: { type: 'string' },
+    bare: { type: 'boolean', default: false },
+    // The page's, one a navigation; decoding is the dearest.
+    jobs: {
+      type: 'string',
+      default: 'elements,frames,film,search,channels,elements,film,search,channels,medium',
+    },
+  },
+});
+
+const second = 1000;
+const minute = 60 * second;
+const eventsPerSecond = 200;
+// Of memory so much more is no growth; everything else is counted.
+const memoryAllowance = 1.05;
+// Threads that WebKit keeps for a while end after ten seconds.
+const settling = 12 * second;
+const lifeOfReceiver = 5 * minute;
+// What the receiver tells all pages, by turns.
+const signals = Object.entries({
+  PluginEvent: '(400, uint32 0)',
+  PluginEventUnsigned: '(202, uint32 0, uint32 1234)',
+  PluginEventSigned: '(108, uint32 0, 1)',
+  PluginEventData: '(106, uint32 0, 16, 0)',
+  PluginEventFloat: '(201, uint32 0, 1.0)',
+  PlayReadyResponse: '(uint32 1, 0, "fine")',
+}).flat();
+const jobs = options.jobs.split(',');
+
+const started = Date.now();
+const elapsed = () => Date.now() - started;
+const done = { navigations: 0, emitted: 0, heard: 0 };
+// How often a job got to where it wanted.
+const reached = Object.fromEntries(jobs.map((job) => [job, 0]));
+const checks = { passed: 0, failed: 0 };
+const samples = []; // { minute, held, atRest }
+const restarts = [];
+let nativeObjects = 0;
+let television;
+let emitter;
+
+function check(holds, words) {
+  checks[holds ? 'passed' : 'failed']++;
+  if (!holds) console.log(`FAILED: ${words}`);
+}
+
+// Years of log lines would be what grows most here; the last minute's are enough to find a fault with.
+function readLog() {
+  nativeObjects = television.countsOfNativeObjects().at(-1) ?? nativeObjects;
+  television.workplace.lines.length = 0;
+}
+
+function sample(atRest = false) {
+  readLog();
+  const held = measure(television.workplace.env.DBUS_SESSION_BUS_ADDRESS);
+  held['web process']['native objects'] = nativeObjects;
+  samples.push({ minute: elapsed() / minute, held, atRest });
+  return held;
+}
+
+// In words, what of `held` is more than it was `before`; what is not in `before` has nothing to be compared with.
+function growth(before, held) {
+  return Object.keys(before).flatMap((program) => Object.keys(before[program])
+    .filter((what) => held[program][what] > before[program][what] * (what === 'memory' ? memoryAllowance : 1))
+    .map((what) => `${what} of the ${program} grew from ${before[program][what]} to ${held[program][what]}`));
+}
+
+const countsOf = (held) => JSON.stringify(held, (key, value) => (key === 'memory' ? undefined : value));
+
+// What is held when nothing goes on and all garbage is collected: as soon as nothing is more than it was, and once no
+// count has changed for a while when something is new.
+async function rest(before, patience = 30 * second) {
+  const { browser, receiver, server } = television;
+  const page = server.write('rest.html', '<!DOCTYPE html><title>Rest</title>');
+  emitter.kill('SIGSTOP');
+  await receiver.clearCalls();
+  const deadline = Date.now() + patience;
+  let changed = Date.now();
+  let held = {};
+  for (let isNew = true; isNew;) {
+    await browser.open(page);
+    await browser.run(() => window.__collectGarbage());
+    await pause(500);
+    await browser.open(page);
+    const last = held;
+    held = sample();
+    if (countsOf(held) !== countsOf(last)) changed = Date.now();
+    const isKnown = Object.keys(held).every((program) => before[program]);
+    isNew = Date.now() < deadline &&
+      (growth(before, held).length > 0 || (!isKnown && Date.now() - changed < settling));
+  }
+  samples.at(-1).atRest = true;
+  emitter.kill('SIGCONT');
+  return held;
+}
+
+async function round(url, isUndisturbed) {
+  const { browser } = television;
+  await browser.open(url);
+  const job = jobs[done.navigations++ % jobs.length];
+  const { heard, seen, failures } = await browser.runAsync((name, then) => work(name, then), job);
+  done.heard += heard;
+  reached[job] += seen;
+  if (isUndisturbed) failures.forEach((failure) => check(false, `a page says: ${failure}`));
+}
+
+async function restartReceiver() {
+  await pause(Math.random() * 100);
+  restarts.push(elapsed() / minute);
+  await television.receiver.stop('SIGKILL');
+  await television.receiver.start();
+}
+
+function printLine(held) {
+  const short = ([program, { memory, descriptors, threads }]) =>
+    `${program} ${memory.toFixed(1)} MiB ${descriptors} fd ${threads} thr`;
+  const minutes = elapsed() / minute;
+  console.log(`${minutes.toFixed(1).padStart(5)} min: ${done.navigations} navigations (${
+    (done.navigations / minutes).toFixed(0)}/min), ${done.emitted} events, ${done.heard} heard; ${
+    Object.entries(held).map(short).join('; ')}; native objects ${nativeObjects}`);
+}
+
+function draw(file) {
+  const series = (what, ...names) => names.map((name) => ({
+    name,
+    points: samples.map(({ minute: at, held }) => [at, held[name][what]]),
+    measured: samples.filter(({ atRest }) => atRest).map(({ minute: at, held }) => [at, held[name][what]]),
+  }));
+  const all = ['web process', 'shell', 'receiver', 'media processes'];
+  mkdirSync(path.dirname(file), { recursive: true });
+  writeFileSync(file, drawCurves({
+    title: `${elapsed() / minute | 0} minutes, ${done.navigations} navigations, ${done.emitted} events${
+      options.bare ? ', without the bundle' : ''}`,
+    markName: 'receiver killed and restarted',
+    dotName: 'at rest, garbage collected',
+    marks: restarts,
+    panels: [
+      { title: 'Memory, private and written', unit: 'MiB', series: series('memory', 'web process') },
+      { title: 'Memory, private and written', unit: 'MiB', series: series('memory', ...all.slice(1)) },
+      { title: 'Descriptors', series: series('descriptors', ...all) },
+      { title: 'Threads', series: series('threads', ...all) },
+      { title: 'Native objects', series: series('native objects', 'web process') },
+      { title: 'Processes', series: series('processes', ...all) },
+    ],
+  }));
+}
+
+async function soak() {
+  await makeMedia();
+  television = await Television.start({ environment: options.bare ? { HBBTV_BUNDLE: '' } : {} });
+  emitter = television.workplace.start(path.join(build, 'Tools/Soak/hbbtv-emit-signals'),
+    [String(eventsPerSecond), ...signals]);
+  createInterface({ input: emitter.stdout }).on('line', (line) => { done.emitted = Number(line); });
+  const url = television.server.write('soak.html', readFileSync(path.join(here, 'page.html'), 'utf8'));
+  const curves = setInterval(sample, 5 * second);
+  const isOver = () => (Number(options.navigations) ? done.navigations >= Number(options.navigations)
+    : elapsed() >= Number(options.minutes) * minute);
+
+  let before = {};
+  let nextRest = minute;
+  let nextRestart = minute / 3;
+  while (!isOver()) {
+    const restart = elapsed() >= nextRestart;
+    if (restart) {
+      nextRestart += lifeOfReceiver;
+      delete before.receiver;
+      delete before['media processes'];
+    }
+    await Promise.all([round(url, !restart && !options.bare), restart && restartReceiver()]);
+    if (elapsed() >= nextRest && !isOver()) {
+      nextRest = (Math.floor(elapsed() / minute) + 1) * minute;
+      truncateSync(television.workplace.logFile);
+      const held = await rest(before);
+      printLine(held);
+      // The memory after a minute counts from then on; a receiver is compared with itself alone.
+      growth(before, held).forEach((words) => check(false, `after ${elapsed() / minute | 0} minutes ${words}`));
+      before = { ...held, ...before };
+    }
+  }
+  const held = await rest(before);
+  clearInterval(curves);
+  printLine(held);
+  for (const [program, quantities] of Object.entries(before)) {
+    for (const what of Object.keys(quantities)) {
+      const one = { [program]: { [what]: quantities[what] } };
+      check(growth(one, held).length === 0, `at the end ${growth(one, held)}`);
+    }
+  }
+  if (options.bare) return;
+  check(done.heard > 0, 'no page heard an event');
+  for (const job in reached) check(reached[job] > 0, `no page got through: ${job}`);
+}
+
+try {
+  await soak();
+} catch (error) {
+  check(false, error.stack);
+} finally {
+  if (samples.length) {
+    const file = path.resolve(options.out ?? path.join(here, '../../build/soak/curves.svg'));
+    draw(file);
+    console.log(`Curves: ${file}`);
+  }
+  await television?.close();
+}
+console.log(`${checks.passed} passed, ${checks.failed} failed`);
+process.exit(checks.failed ? 1 : 0);
