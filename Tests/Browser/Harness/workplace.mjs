@@ -55,7 +55,7 @@ export class Workplace {
       if (process.env[name])
         this.env[name] = process.env[name];
     }
-    this.#addSanitizer(process.env.HBBTV_SANITIZER);
+    this.#addSanitizers(process.env.HBBTV_SANITIZER);
     process.once("exit", code => {
       this.#children.forEach(child => child.kill("SIGKILL"));
       const reports = readdirSync(this.#folder).filter(name => name.startsWith("sanitizer."));
@@ -69,15 +69,13 @@ export class Workplace {
     });
   }
 
-  // The library of a sanitizer that parts of the build need, in programs that were built without it, too. What it
-  // finds, in any process, fails the test program. The web process then takes its memory from the C library, so that
-  // the engine's is looked at as well.
-  #addSanitizer(library) {
-    if (!library)
+  // What sanitizers find, in any process, fails the test program. WebKit then takes its memory from the C library, so
+  // that the engine's is looked at as well.
+  #addSanitizers(isBuiltIn) {
+    if (!isBuiltIn)
       return;
     const log = `log_path=${join(this.#folder, "sanitizer")}`;
     Object.assign(this.env, {
-      LD_PRELOAD: library,
       ASAN_OPTIONS: `${log}:detect_leaks=0:alloc_dealloc_mismatch=0`,
       UBSAN_OPTIONS: `${log}:print_stacktrace=1`,
       Malloc: "1"
