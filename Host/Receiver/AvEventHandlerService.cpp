@@ -1,4 +1,4 @@
-// org.vantrel.hbbtv.IAVEventHandler: broadband media, one player a plugin id.
+// org.vantrel.hbbtv.IAVEventHandler: broadband media, one player a plugin id of its caller.
 #include <algorithm>
 
 #include "Host/Receiver/Services.h"
@@ -12,159 +12,165 @@ namespace {
 
 constexpr std::int32_t noTrack = -1;
 
-MediaState stateOf(World& world, std::uint32_t id) {
-    const auto* player = world.media().player(id);
-    return player == nullptr ? MediaState::Stopped : player->state();
+MediaState stateOf(Caller& caller, std::uint32_t id) {
+    const auto* session = caller.media().find(id);
+    return session == nullptr ? MediaState::Stopped : session->state();
 }
 
-bool seek(World& world, std::uint32_t id, std::uint32_t position) {
-    auto* player = world.media().player(id);
+bool seek(Caller& caller, std::uint32_t id, std::uint32_t position) {
+    auto* player = caller.media().player(id);
     return player != nullptr && player->seek(position);
 }
 
-bool setVolume(World& world, std::uint32_t id, std::int32_t volume) {
+bool setVolume(Caller& caller, std::uint32_t id, std::int32_t volume) {
     if (volume < 0 || volume > 100)
         return false;
-    world.media().session(id).setVolume(volume);
+    caller.media().session(id).setVolume(volume);
     return true;
 }
 
-std::tuple<std::int32_t, bool> volume(World& world, std::uint32_t id) {
-    const auto* session = world.media().find(id);
+std::tuple<std::int32_t, bool> volume(Caller& caller, std::uint32_t id) {
+    const auto* session = caller.media().find(id);
     return {session == nullptr ? 0 : session->volume(), session != nullptr};
 }
 
 // A medium has one track; without a medium there is none.
-std::int32_t numberOfTracks(World& world, std::uint32_t id) {
-    const auto* session = world.media().find(id);
+std::int32_t numberOfTracks(Caller& caller, std::uint32_t id) {
+    const auto* session = caller.media().find(id);
     return session == nullptr || session->url().empty() ? 0 : 1;
 }
 
 void fillPlayer(IAVEventHandlerIface& table) {
-    const auto exists = [](World& world, std::uint32_t id) { return world.media().player(id) != nullptr; };
+    const auto exists = [](Caller& caller, std::uint32_t id) { return caller.media().player(id) != nullptr; };
     table.handle_flag_player_active = answer<iavevent_handler_complete_flag_player_active, exists>;
     table.handle_is_avplayer_alive = answer<iavevent_handler_complete_is_avplayer_alive, exists>;
     table.handle_flag_player_playing =
         answer<iavevent_handler_complete_flag_player_playing,
-               [](World& world, std::uint32_t id) { return stateOf(world, id) == MediaState::Playing; }>;
+               [](Caller& caller, std::uint32_t id) { return stateOf(caller, id) == MediaState::Playing; }>;
     table.handle_get_player =
         answer<iavevent_handler_complete_get_player,
-               [](World& world, std::uint32_t id) { return world.media().acquire(id); }>;
-    table.handle_release_player = answer<iavevent_handler_complete_release_player,
-                                         [](World& world, std::uint32_t id) { world.media().release(id); }>;
+               [](Caller& caller, std::uint32_t id) { return caller.media().acquire(id); }>;
+    table.handle_release_player =
+        answer<iavevent_handler_complete_release_player,
+               [](Caller& caller, std::uint32_t id) { caller.media().release(id); }>;
     table.handle_play =
         answer<iavevent_handler_complete_play,
-               [](World& world, std::uint32_t id, double speed) { return world.media().play(id, speed); }>;
+               [](Caller& caller, std::uint32_t id, double speed) { return caller.media().play(id, speed); }>;
     table.handle_stop = answer<iavevent_handler_complete_stop,
-                               [](World& world, std::uint32_t id) { return world.media().stop(id); }>;
+                               [](Caller& caller, std::uint32_t id) { return caller.media().stop(id); }>;
     table.handle_seek =
-        answer<iavevent_handler_complete_seek, [](World& world, std::uint32_t id, std::uint32_t position) {
-            return seek(world, id, position);
+        answer<iavevent_handler_complete_seek, [](Caller& caller, std::uint32_t id, std::uint32_t position) {
+            return seek(caller, id, position);
         }>;
     table.handle_queue =
-        answer<iavevent_handler_complete_queue, [](World& world, std::uint32_t id, const char* url) {
-            return world.media().session(id).queue(url);
+        answer<iavevent_handler_complete_queue, [](Caller& caller, std::uint32_t id, const char* url) {
+            return caller.media().queue(id, url);
         }>;
 }
 
 void fillMedium(IAVEventHandlerIface& table) {
     table.handle_set_location = answer<iavevent_handler_complete_set_location,
-                                       [](World& world, std::uint32_t id, const char* location) {
-                                           world.media().session(id).location = location;
+                                       [](Caller& caller, std::uint32_t id, const char* location) {
+                                           caller.media().session(id).location = location;
                                        }>;
     table.handle_set_data =
-        answer<iavevent_handler_complete_set_data, [](World& world, std::uint32_t id, const char* url) {
-            world.media().session(id).setUrl(url);
+        answer<iavevent_handler_complete_set_data, [](Caller& caller, std::uint32_t id, const char* url) {
+            caller.media().session(id).setUrl(url);
         }>;
-    table.handle_get_data = answer<iavevent_handler_complete_get_data, [](World& world, std::uint32_t id) {
-        const auto* session = world.media().find(id);
+    table.handle_get_data = answer<iavevent_handler_complete_get_data, [](Caller& caller, std::uint32_t id) {
+        const auto* session = caller.media().find(id);
         return session == nullptr ? std::string() : session->url();
     }>;
     table.handle_set_attribute =
         answer<iavevent_handler_complete_set_attribute,
-               [](World& world, std::uint32_t id, const char* name, const char* value) {
-                   world.media().session(id).setAttribute(name, value);
+               [](Caller& caller, std::uint32_t id, const char* name, const char* value) {
+                   caller.media().session(id).setAttribute(name, value);
                }>;
     table.handle_check_mime_type =
         answer<iavevent_handler_complete_check_mime_type,
-               [](World& world, const char* mimeType) { return world.media().supports(mimeType); }>;
-    const auto setMimeType = [](World& world, std::uint32_t id, const char* mimeType) {
-        return world.media().setMimeType(id, mimeType);
+               [](Caller& caller, const char* mimeType) { return caller.media().supports(mimeType); }>;
+    const auto setMimeType = [](Caller& caller, std::uint32_t id, const char* mimeType) {
+        return caller.media().setMimeType(id, mimeType);
     };
     table.handle_set_mime_type = answer<iavevent_handler_complete_set_mime_type, setMimeType>;
     table.handle_change_mime_type = answer<iavevent_handler_complete_change_mime_type, setMimeType>;
     table.handle_get_mime_type =
-        answer<iavevent_handler_complete_get_mime_type, [](World& world, std::uint32_t id) {
-            const auto* session = world.media().find(id);
+        answer<iavevent_handler_complete_get_mime_type, [](Caller& caller, std::uint32_t id) {
+            const auto* session = caller.media().find(id);
             return session == nullptr ? std::string() : session->mimeType;
         }>;
     table.handle_get_nr_tracks =
         answer<iavevent_handler_complete_get_nr_tracks,
-               [](World& world, std::uint32_t id) { return numberOfTracks(world, id); }>;
+               [](Caller& caller, std::uint32_t id) { return numberOfTracks(caller, id); }>;
     table.handle_get_current_track =
-        answer<iavevent_handler_complete_get_current_track,
-               [](World& world, std::uint32_t id) { return numberOfTracks(world, id) == 0 ? noTrack : 0; }>;
+        answer<iavevent_handler_complete_get_current_track, [](Caller& caller, std::uint32_t id) {
+            return numberOfTracks(caller, id) == 0 ? noTrack : 0;
+        }>;
 }
 
 void fillProgress(IAVEventHandlerIface& table) {
     table.handle_get_play_position =
-        answer<iavevent_handler_complete_get_play_position, [](World& world, std::uint32_t id) {
-            const auto* player = world.media().player(id);
+        answer<iavevent_handler_complete_get_play_position, [](Caller& caller, std::uint32_t id) {
+            const auto* player = caller.media().player(id);
             return player == nullptr ? std::uint32_t{0} : player->position();
         }>;
     table.handle_get_play_time =
-        answer<iavevent_handler_complete_get_play_time, [](World& world, std::uint32_t id) {
-            const auto* player = world.media().player(id);
+        answer<iavevent_handler_complete_get_play_time, [](Caller& caller, std::uint32_t id) {
+            const auto* player = caller.media().player(id);
             return player == nullptr ? std::uint32_t{0} : player->duration();
         }>;
-    table.handle_get_speed = answer<iavevent_handler_complete_get_speed, [](World& world, std::uint32_t id) {
-        const auto* player = world.media().player(id);
-        return player == nullptr ? 0.0 : player->speed();
-    }>;
-    table.handle_get_play_state =
-        answer<iavevent_handler_complete_get_play_state,
-               [](World& world, std::uint32_t id) { return static_cast<std::int32_t>(stateOf(world, id)); }>;
-    table.handle_get_error = answer<iavevent_handler_complete_get_error, [](World& world, std::uint32_t id) {
-        const auto* session = world.media().find(id);
-        return session == nullptr ? NoError : session->error();
-    }>;
-    table.handle_set_volume =
-        answer<iavevent_handler_complete_set_volume, [](World& world, std::uint32_t id, std::int32_t value) {
-            return setVolume(world, id, value);
+    table.handle_get_speed =
+        answer<iavevent_handler_complete_get_speed, [](Caller& caller, std::uint32_t id) {
+            const auto* player = caller.media().player(id);
+            return player == nullptr ? 0.0 : player->speed();
         }>;
+    table.handle_get_play_state =
+        answer<iavevent_handler_complete_get_play_state, [](Caller& caller, std::uint32_t id) {
+            return static_cast<std::int32_t>(stateOf(caller, id));
+        }>;
+    table.handle_get_error =
+        answer<iavevent_handler_complete_get_error, [](Caller& caller, std::uint32_t id) {
+            const auto* session = caller.media().find(id);
+            return session == nullptr ? NoError : session->error();
+        }>;
+    table.handle_set_volume = answer<iavevent_handler_complete_set_volume,
+                                     [](Caller& caller, std::uint32_t id, std::int32_t value) {
+                                         return setVolume(caller, id, value);
+                                     }>;
     table.handle_get_volume = answer<iavevent_handler_complete_get_volume,
-                                     [](World& world, std::uint32_t id) { return volume(world, id); }>;
+                                     [](Caller& caller, std::uint32_t id) { return volume(caller, id); }>;
 }
 
 void fillPresentation(IAVEventHandlerIface& table) {
     table.handle_get_video_components =
         answer<iavevent_handler_complete_get_video_components,
-               [](World& world, std::uint32_t id, bool active) {
-                   return variantOf(world.media().components(id, ComponentType::Video, active));
+               [](Caller& caller, std::uint32_t id, bool active) {
+                   return variantOf(caller.media().components(id, ComponentType::Video, active));
                }>;
     table.handle_get_audio_components =
         answer<iavevent_handler_complete_get_audio_components,
-               [](World& world, std::uint32_t id, bool active) {
-                   return variantOf(world.media().components(id, ComponentType::Audio, active));
+               [](Caller& caller, std::uint32_t id, bool active) {
+                   return variantOf(caller.media().components(id, ComponentType::Audio, active));
                }>;
     table.handle_get_sbt_components =
-        answer<iavevent_handler_complete_get_sbt_components, [](World& world, std::uint32_t id, bool active) {
-            return variantOf(world.media().components(id, ComponentType::Subtitle, active));
-        }>;
+        answer<iavevent_handler_complete_get_sbt_components,
+               [](Caller& caller, std::uint32_t id, bool active) {
+                   return variantOf(caller.media().components(id, ComponentType::Subtitle, active));
+               }>;
     table.handle_select_component =
         answer<iavevent_handler_complete_select_component,
-               [](World& world, std::uint32_t id, std::int32_t type, std::int32_t pid) {
-                   world.media().selectComponent(id, type, pid);
+               [](Caller& caller, std::uint32_t id, std::int32_t type, std::int32_t pid) {
+                   caller.media().selectComponent(id, type, pid);
                }>;
     table.handle_unselect_component =
         answer<iavevent_handler_complete_unselect_component,
-               [](World& world, std::uint32_t id, std::int32_t type, std::int32_t pid) {
-                   world.media().unselectComponent(id, type, pid);
+               [](Caller& caller, std::uint32_t id, std::int32_t type, std::int32_t pid) {
+                   caller.media().unselectComponent(id, type, pid);
                }>;
     table.handle_update_layout = answer<iavevent_handler_complete_update_layout,
-                                        [](World& world, std::uint32_t id, std::uint32_t x, std::uint32_t y,
+                                        [](Caller& caller, std::uint32_t id, std::uint32_t x, std::uint32_t y,
                                            std::uint32_t width, std::uint32_t height, bool fullScreen) {
-                                            world.media().setWindow(id, {x, y, width, height, fullScreen});
+                                            caller.media().setWindow(id, {x, y, width, height, fullScreen});
                                         }>;
 }
 

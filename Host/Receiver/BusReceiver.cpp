@@ -18,11 +18,14 @@ BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scen
                          const std::string& folder, MediaPlayerFactory makePlayer)
     : m_connection(connection),
       m_world(scenario, folder, m_timers, m_events, makePlayer ? std::move(makePlayer) : chosenPlayer()),
-      m_playing(connection, [this](std::uint32_t pluginId) { m_world.media().release(pluginId); }),
       m_dispatcher(m_timers),
       m_emitter(connection),
       m_desk{m_world, m_dispatcher, m_events, m_emitter},
-      m_control(makeControl(m_desk)) {
+      m_control(makeControl(m_desk)),
+      m_watch(connection, [this](const std::string& caller) {
+          m_dispatcher.forget(caller);
+          m_world.forget(caller);
+      }) {
     m_services.push_back(makeDaeBrowserApi(m_world, m_dispatcher));
     m_services.push_back(makeDsmcc(m_world, m_dispatcher));
     m_services.push_back(makeBroadcastPlayer(m_world, m_dispatcher));
@@ -31,13 +34,6 @@ BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scen
     m_services.push_back(makeMetadataSearch(m_world, m_dispatcher));
     m_events.announceOn(m_services[0].get(), m_services[1].get(), m_control.get());
     m_dispatcher.onRecorded([this](const Call& call) { m_events.callRecorded(call); });
-    // A page that sets a player up says where it is; other clients of the interface play what they like.
-    m_dispatcher.onCall("IAVEventHandler.SetLocation",
-                        [this](const std::string& client, GVariant* arguments) {
-                            std::uint32_t pluginId = 0;
-                            g_variant_get_child(arguments, 0, "u", &pluginId);
-                            m_playing.setUp(client, pluginId);
-                        });
     for (const auto& service : m_services)
         m_emitter.addInterface(*g_dbus_interface_skeleton_get_info(service.get()));
 }

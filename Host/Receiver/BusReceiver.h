@@ -8,10 +8,10 @@
 
 #include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
+#include "Host/Receiver/CallerWatch.h"
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
 #include "Host/Receiver/GLibTimers.h"
-#include "Host/Receiver/PlayingClients.h"
 #include "Host/Receiver/Services.h"
 #include "Host/Receiver/SignalEmitter.h"
 #include "Host/Receiver/World/World.h"
@@ -38,12 +38,12 @@ class BusReceiver {
     GLibTimers m_timers;
     DbusEvents m_events;
     World m_world;
-    PlayingClients m_playing;
     CallDispatcher m_dispatcher;
     SignalEmitter m_emitter;
     ControlDesk m_desk;
     std::vector<Skeleton> m_services;
     Skeleton m_control;
+    CallerWatch m_watch;
 };
 
 }  // namespace Receiver

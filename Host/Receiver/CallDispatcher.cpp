@@ -31,11 +31,8 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
     const auto method = shortName(g_dbus_method_invocation_get_interface_name(raw),
                                   g_dbus_method_invocation_get_method_name(raw));
     const Host::GChars arguments(g_variant_print(g_dbus_method_invocation_get_parameters(raw), FALSE));
+    const std::string caller = g_dbus_method_invocation_get_sender(raw);
     const auto call = m_log.add(method, arguments.get(), static_cast<std::uint64_t>(m_timers.now()));
-    const auto listener = m_listeners.find(method);
-    if (listener != m_listeners.end())
-        listener->second(g_dbus_method_invocation_get_sender(raw),
-                         g_dbus_method_invocation_get_parameters(raw));
     // A watcher hears of the call after it was answered, which the caller is waiting for.
     const auto announce = [this, &call] {
         if (m_listener)
@@ -61,7 +58,7 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
     announce();
     if (m_waiting.size() >= largestNumberWaiting)
         finishFirst();
-    const auto waiting = m_waiting.emplace(m_waiting.end(), m_timers);
+    const auto waiting = m_waiting.emplace(m_waiting.end(), m_timers, caller);
     waiting->finish = std::move(finish);
     waiting->timer.start(treatment.delayMs, [this, waiting] {
         const auto run = std::move(waiting->finish);
@@ -89,6 +86,10 @@ void CallDispatcher::reset() {
     m_treatments.clear();
     while (!m_waiting.empty())
         finishFirst();
+}
+
+void CallDispatcher::forget(const std::string& caller) {
+    m_waiting.remove_if([&caller](const Waiting& waiting) { return waiting.caller == caller; });
 }
 
 void CallDispatcher::finishFirst() {

@@ -26,9 +26,6 @@ class CallDispatcher {
     // Makes the methods of an interface known by their short names.
     void addInterface(const GDBusInterfaceInfo& interface);
     void onRecorded(std::function<void(const Call&)> listener) { m_listener = std::move(listener); }
-    // Hears of the calls of one method ("Interface.Method") before they are answered.
-    using Listener = std::function<void(const std::string& client, GVariant* arguments)>;
-    void onCall(const std::string& method, Listener listener) { m_listeners[method] = std::move(listener); }
 
     // Takes over the invocation; "answer" runs at most once, perhaps later.
     void receive(Host::GObjectHandle<GDBusMethodInvocation> invocation,
@@ -39,6 +36,8 @@ class CallDispatcher {
     [[nodiscard]] bool fail(const std::string& method, const std::string& message);
     // Calls that wait are answered now.
     void reset();
+    // The caller has left the bus: what it waited for is never done.
+    void forget(const std::string& caller);
 
     [[nodiscard]] CallLog& log() { return m_log; }
 
@@ -49,8 +48,9 @@ class CallDispatcher {
         std::string message;
     };
     struct Waiting {
-        explicit Waiting(Timers& timers) : timer(timers) {}
+        Waiting(Timers& timers, std::string by) : caller(std::move(by)), timer(timers) {}
 
+        const std::string caller;
         std::function<void()> finish;
         Timer timer;
     };
@@ -60,7 +60,6 @@ class CallDispatcher {
     Timers& m_timers;
     CallLog m_log;
     std::function<void(const Call&)> m_listener;
-    std::map<std::string, Listener> m_listeners;
     std::set<std::string> m_methods;
     std::map<std::string, Treatment> m_treatments;
     std::list<Waiting> m_waiting;

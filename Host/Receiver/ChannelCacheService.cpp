@@ -20,9 +20,9 @@ auto channelInfo(World& world, std::uint32_t id) {
 void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<IJSChannelCacheIface*>(raw);
     table.handle_retain = answer<ijschannel_cache_complete_retain,
-                                 [](World& world, std::uint32_t id) { return world.retainChannel(id); }>;
+                                 [](Caller& caller, std::uint32_t id) { return caller.retainChannel(id); }>;
     table.handle_release = answer<ijschannel_cache_complete_release,
-                                  [](World& world, std::uint32_t id) { world.releaseChannel(id); }>;
+                                  [](Caller& caller, std::uint32_t id) { caller.releaseChannel(id); }>;
     table.handle_get_channel_info =
         answer<ijschannel_cache_complete_get_channel_info,
                [](World& world, std::uint32_t id) { return channelInfo(world, id); }>;

@@ -50,31 +50,35 @@ void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
 
 GVariant* planes(ControlDesk& desk) {
     GVariantBuilder builder;
-    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(suuuuubss)"));
+    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ssuuuuubss)"));
     for (const auto& [player, content] : desk.world.plane().shown()) {
         const auto& window = content.window;
-        g_variant_builder_add(&builder, "(suuuuubss)", Names::of(player.kind), player.pluginId, window.x,
-                              window.y, window.width, window.height, window.fullScreen ? TRUE : FALSE,
-                              content.title.c_str(), Names::of(content.picture));
+        g_variant_builder_add(&builder, "(ssuuuuubss)", Names::of(player.kind), player.caller.c_str(),
+                              player.pluginId, window.x, window.y, window.width, window.height,
+                              window.fullScreen ? TRUE : FALSE, content.title.c_str(),
+                              Names::of(content.picture));
     }
     return g_variant_builder_end(&builder);
 }
 
-Host::Descriptor framesOf(ControlDesk& desk, const std::string& kind, std::uint32_t pluginId) {
+Host::Descriptor framesOf(ControlDesk& desk, const std::string& kind, const CallerName& name,
+                          std::uint32_t pluginId) {
     const auto known = Names::planeKind(kind);
     if (!known)
         throw ScenarioError("", "there is no kind of player \"" + kind + "\"");
-    const auto* session = *known == PlaneKind::Broadband ? desk.world.media().find(pluginId) : nullptr;
+    auto* caller = *known == PlaneKind::Broadband ? desk.world.find(name) : nullptr;
+    const auto* session = caller == nullptr ? nullptr : caller->media().find(pluginId);
     if (session == nullptr || !session->frames().hasFrame())
-        throw ScenarioError("", "there are no frames of the " + kind + " player " + std::to_string(pluginId));
+        throw ScenarioError("", "there are no frames of the " + kind + " player " + std::to_string(pluginId) +
+                                    " of \"" + name + "\"");
     return session->frames().share();
 }
 
 // The reply carries a descriptor beside the message, for which the common template has no room.
 gboolean openPicture(ReceiverControl* skeleton, GDBusMethodInvocation* invocation, GUnixFDList*,
-                     const char* kind, guint pluginId) {
+                     const char* kind, const char* caller, guint pluginId) {
     try {
-        const auto file = framesOf(*static_cast<ControlDesk*>(ownerOf(skeleton)), kind, pluginId);
+        const auto file = framesOf(*static_cast<ControlDesk*>(ownerOf(skeleton)), kind, caller, pluginId);
         const Host::GObjectHandle<GUnixFDList> list(g_unix_fd_list_new());
         Host::GErrorSlot error;
         const auto index = g_unix_fd_list_append(list.get(), file.get(), error.out());

@@ -120,8 +120,8 @@ void fillReceiver(IDAEBrowserAPIIface& table) {
         return world.scenario().drm.sasSessionOpen;
     }>;
     table.handle_send_drmmessage = answer<idaebrowser_api_complete_send_drmmessage,
-                                          [](World& world, const char*, const char*, const char* system) {
-                                              return world.sendDrmMessage(system);
+                                          [](Caller& caller, const char*, const char*, const char* system) {
+                                              return caller.sendDrmMessage(system);
                                           }>;
 }
 
@@ -143,12 +143,12 @@ void fillBroadcast(IDAEBrowserAPIIface& table) {
         answer<idaebrowser_api_complete_get_channels_and_event_from_url,
                [](World& world, const char* url) { return channelsAndEvent(world, url); }>;
     table.handle_stream_event_subscribe = answer<idaebrowser_api_complete_stream_event_subscribe,
-                                                 [](World& world, const char* url, const char* name) {
-                                                     return world.streamEvents().subscribe(url, name);
+                                                 [](Caller& caller, const char* url, const char* name) {
+                                                     return caller.streamEvents().subscribe(url, name);
                                                  }>;
     table.handle_stream_event_unsubscribe =
         answer<idaebrowser_api_complete_stream_event_unsubscribe,
-               [](World& world, std::uint32_t jobId) { return world.streamEvents().unsubscribe(jobId); }>;
+               [](Caller& caller, std::uint32_t jobId) { return caller.streamEvents().unsubscribe(jobId); }>;
 }
 
 }  // namespace

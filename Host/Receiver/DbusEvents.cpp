@@ -1,10 +1,10 @@
 #include "Host/Receiver/DbusEvents.h"
 
+#include "Host/Inc/GHandles.h"
+#include "Host/Receiver/Names.h"
 #include "Host/Receiver/PlaneNames.h"
 #include "Host/Receiver/ReceiverControl-generated.h"
 #include "Host/Receiver/Variants.h"
-#include "gen/dbus/daebrowserapi-generated.h"
-#include "gen/dbus/dsmcc-generated.h"
 
 namespace Receiver {
 
@@ -15,52 +15,69 @@ void DbusEvents::announceOn(GDBusInterfaceSkeleton* daeBrowserApi, GDBusInterfac
     m_control = control;
 }
 
-void DbusEvents::pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) {
-    idaebrowser_api_emit_plugin_event_unsigned(IDAEBROWSER_API(m_daeBrowserApi), event, pluginId, value);
+void DbusEvents::emit(const CallerName& to, GDBusInterfaceSkeleton* service, const char* signal,
+                      GVariant* arguments) {
+    const Host::GVariantHandle owned(g_variant_ref_sink(arguments));
+    auto* connection = g_dbus_interface_skeleton_get_connection(service);
+    // A caller that has gone meanwhile is none of the bus's concern either.
+    if (connection != nullptr)
+        g_dbus_connection_emit_signal(connection, to == Everybody ? nullptr : to.c_str(), Names::ObjectPath,
+                                      g_dbus_interface_skeleton_get_info(service)->name, signal, owned.get(),
+                                      nullptr);
 }
 
-void DbusEvents::pluginEventSigned(std::int32_t event, std::uint32_t pluginId, std::int32_t value) {
-    idaebrowser_api_emit_plugin_event_signed(IDAEBROWSER_API(m_daeBrowserApi), event, pluginId, value);
+void DbusEvents::pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                     std::uint32_t value) {
+    emit(to, m_daeBrowserApi, "PluginEventUnsigned", g_variant_new("(iuu)", event, pluginId, value));
 }
 
-void DbusEvents::pluginEventFloat(std::int32_t event, std::uint32_t pluginId, double value) {
-    idaebrowser_api_emit_plugin_event_float(IDAEBROWSER_API(m_daeBrowserApi), event, pluginId, value);
+void DbusEvents::pluginEventSigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                   std::int32_t value) {
+    emit(to, m_daeBrowserApi, "PluginEventSigned", g_variant_new("(iui)", event, pluginId, value));
 }
 
-void DbusEvents::pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first,
-                                 std::int32_t second) {
-    idaebrowser_api_emit_plugin_event_data(IDAEBROWSER_API(m_daeBrowserApi), event, pluginId, first, second);
+void DbusEvents::pluginEventFloat(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                  double value) {
+    emit(to, m_daeBrowserApi, "PluginEventFloat", g_variant_new("(iud)", event, pluginId, value));
 }
 
-void DbusEvents::streamEvent(std::uint32_t status, std::int16_t eventId, const std::string& name,
-                             const std::vector<std::uint8_t>& data, std::uint32_t jobId) {
-    idaebrowser_api_emit_stream_event(IDAEBROWSER_API(m_daeBrowserApi), status, eventId, name.c_str(),
-                                      variantOf(data), jobId);
+void DbusEvents::pluginEventData(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                 std::int32_t first, std::int32_t second) {
+    emit(to, m_daeBrowserApi, "PluginEventData", g_variant_new("(iuii)", event, pluginId, first, second));
 }
 
-void DbusEvents::playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+void DbusEvents::streamEvent(const CallerName& to, std::uint32_t status, std::int16_t eventId,
+                             const std::string& name, const std::vector<std::uint8_t>& data,
+                             std::uint32_t jobId) {
+    emit(to, m_daeBrowserApi, "StreamEvent",
+         g_variant_new("(uns@ayu)", status, eventId, name.c_str(), variantOf(data), jobId));
+}
+
+void DbusEvents::playReadyResponse(const CallerName& to, std::uint32_t transactionId, std::int32_t resultCode,
                                    const std::string& message) {
-    idaebrowser_api_emit_play_ready_response(IDAEBROWSER_API(m_daeBrowserApi), transactionId, resultCode,
-                                             message.c_str());
+    emit(to, m_daeBrowserApi, "PlayReadyResponse",
+         g_variant_new("(uis)", transactionId, resultCode, message.c_str()));
 }
 
-void DbusEvents::fileResponse(std::uint32_t handle, const std::string& url,
+void DbusEvents::fileResponse(const CallerName& to, std::uint32_t handle, const std::string& url,
                               const std::vector<std::uint8_t>& data, bool status) {
-    dsmcc_emit_file_response(DSMCC(m_dsmcc), handle, url.c_str(), variantOf(data),
-                             static_cast<std::uint32_t>(data.size()), status ? TRUE : FALSE);
+    emit(to, m_dsmcc, "FileResponse",
+         g_variant_new("(us@ayub)", handle, url.c_str(), variantOf(data),
+                       static_cast<std::uint32_t>(data.size()), status ? TRUE : FALSE));
 }
 
 void DbusEvents::planeShown(const PlanePlayer& player, const PlaneContent& content) {
     const auto& window = content.window;
-    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind), player.pluginId,
-                                        TRUE, window.x, window.y, window.width, window.height,
-                                        window.fullScreen ? TRUE : FALSE, content.title.c_str(),
-                                        Names::of(content.picture));
+    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind),
+                                        player.caller.c_str(), player.pluginId, TRUE, window.x, window.y,
+                                        window.width, window.height, window.fullScreen ? TRUE : FALSE,
+                                        content.title.c_str(), Names::of(content.picture));
 }
 
 void DbusEvents::planeHidden(const PlanePlayer& player) {
-    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind), player.pluginId,
-                                        FALSE, 0, 0, 0, 0, FALSE, "", Names::of(PlanePicture::None));
+    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind),
+                                        player.caller.c_str(), player.pluginId, FALSE, 0, 0, 0, 0, FALSE, "",
+                                        Names::of(PlanePicture::None));
 }
 
 void DbusEvents::applicationStarted(std::int32_t viewId, const std::string& url) {

@@ -15,17 +15,21 @@ class DbusEvents : public ReceiverEvents {
     void announceOn(GDBusInterfaceSkeleton* daeBrowserApi, GDBusInterfaceSkeleton* dsmcc,
                     GDBusInterfaceSkeleton* control);
 
-    void pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) override;
-    void pluginEventSigned(std::int32_t event, std::uint32_t pluginId, std::int32_t value) override;
-    void pluginEventFloat(std::int32_t event, std::uint32_t pluginId, double value) override;
-    void pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first,
+    void pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                             std::uint32_t value) override;
+    void pluginEventSigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                           std::int32_t value) override;
+    void pluginEventFloat(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                          double value) override;
+    void pluginEventData(const CallerName& to, std::int32_t event, std::uint32_t pluginId, std::int32_t first,
                          std::int32_t second) override;
-    void streamEvent(std::uint32_t status, std::int16_t eventId, const std::string& name,
-                     const std::vector<std::uint8_t>& data, std::uint32_t jobId) override;
-    void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+    void streamEvent(const CallerName& to, std::uint32_t status, std::int16_t eventId,
+                     const std::string& name, const std::vector<std::uint8_t>& data,
+                     std::uint32_t jobId) override;
+    void playReadyResponse(const CallerName& to, std::uint32_t transactionId, std::int32_t resultCode,
                            const std::string& message) override;
-    void fileResponse(std::uint32_t handle, const std::string& url, const std::vector<std::uint8_t>& data,
-                      bool status) override;
+    void fileResponse(const CallerName& to, std::uint32_t handle, const std::string& url,
+                      const std::vector<std::uint8_t>& data, bool status) override;
 
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
     void planeHidden(const PlanePlayer& player) override;
@@ -38,6 +42,9 @@ class DbusEvents : public ReceiverEvents {
     void callRecorded(const Call& call);
 
  private:
+    static void emit(const CallerName& to, GDBusInterfaceSkeleton* service, const char* signal,
+                     GVariant* arguments);
+
     GDBusInterfaceSkeleton* m_daeBrowserApi = nullptr;
     GDBusInterfaceSkeleton* m_dsmcc = nullptr;
     GDBusInterfaceSkeleton* m_control = nullptr;

@@ -9,8 +9,8 @@ namespace {
 
 void fill(gpointer table, gpointer) {
     static_cast<DSMCCIface*>(table)->handle_file_request =
-        answer<dsmcc_complete_file_request, [](World& world, std::uint32_t handle, const char* url) {
-            return world.carousel().request(handle, url);
+        answer<dsmcc_complete_file_request, [](Caller& caller, std::uint32_t handle, const char* url) {
+            return caller.carousel().request(handle, url);
         }>;
 }
 

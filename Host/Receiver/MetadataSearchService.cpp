@@ -41,16 +41,16 @@ OrderBy readOrderBy(GVariant* list) {
 }
 
 // A search that failed has no results to tell of.
-std::tuple<bool, Id, Id, Id, bool> queryResults(World& world, Id id) {
-    const auto* results = world.search().results().find(id);
+std::tuple<bool, Id, Id, Id, bool> queryResults(Caller& caller, Id id) {
+    const auto* results = caller.search().results().find(id);
     if (results == nullptr || results->failed)
         return {false, 0, 0, 0, false};
     return {results->complete, results->offset, results->shown(), static_cast<Id>(results->programmes.size()),
             true};
 }
 
-std::tuple<bool, Id, bool> itemAtIndex(World& world, Id id, Id index) {
-    const auto* results = world.search().results().find(id);
+std::tuple<bool, Id, bool> itemAtIndex(Caller& caller, Id id, Id index) {
+    const auto* results = caller.search().results().find(id);
     if (results == nullptr)
         return {false, 0, false};
     if (index >= results->shown())
@@ -59,18 +59,19 @@ std::tuple<bool, Id, bool> itemAtIndex(World& world, Id id, Id index) {
 }
 
 // (accepted, known)
-std::tuple<bool, bool> setResultsWindow(World& world, Id resultsId, std::int32_t start, std::int32_t count) {
-    const bool known = world.search().results().find(resultsId) != nullptr;
-    return {world.search().setWindow(resultsId, start, count), known};
+std::tuple<bool, bool> setResultsWindow(Caller& caller, Id resultsId, std::int32_t start,
+                                        std::int32_t count) {
+    const bool known = caller.search().results().find(resultsId) != nullptr;
+    return {caller.search().setWindow(resultsId, start, count), known};
 }
 
-std::tuple<bool, bool> setSearchBounds(World& world, Id searchId, std::int32_t first, std::int32_t most) {
-    const bool known = world.search().searches().find(searchId) != nullptr;
-    return {world.search().setBounds(searchId, first, most), known};
+std::tuple<bool, bool> setSearchBounds(Caller& caller, Id searchId, std::int32_t first, std::int32_t most) {
+    const bool known = caller.search().searches().find(searchId) != nullptr;
+    return {caller.search().setBounds(searchId, first, most), known};
 }
 
-auto programme(World& world, Id id) {
-    const auto entry = world.search().programme(id);
+auto programme(Caller& caller, Id id) {
+    const auto entry = caller.search().programme(id);
     const auto programme = entry ? *entry->programme : Programme();
     return std::make_tuple(entry ? entry->channel->id : 0, Id{programme.eventId}, programme.name,
                            programme.description, programme.id, entry ? static_cast<Id>(entry->start) : 0,
@@ -78,133 +79,135 @@ auto programme(World& world, Id id) {
 }
 
 void fillQueries(IMetaDataSearchIface& table) {
-    table.handle_qc_retain = answer<imeta_data_search_complete_qc_retain, [](World& world, Id id) {
-        return MetadataSearch::retain(world.search().queries(), id);
+    table.handle_qc_retain = answer<imeta_data_search_complete_qc_retain, [](Caller& caller, Id id) {
+        return MetadataSearch::retain(caller.search().queries(), id);
     }>;
-    table.handle_qc_release = answer<imeta_data_search_complete_qc_release, [](World& world, Id id) {
-        MetadataSearch::release(world.search().queries(), id);
+    table.handle_qc_release = answer<imeta_data_search_complete_qc_release, [](Caller& caller, Id id) {
+        MetadataSearch::release(caller.search().queries(), id);
     }>;
     table.handle_qc_add_op = answer<imeta_data_search_complete_qc_add_op,
-                                    [](World& world, Id op) { return world.search().addQuery(op); }>;
+                                    [](Caller& caller, Id op) { return caller.search().addQuery(op); }>;
     table.handle_qc_add_data_mode =
         answer<imeta_data_search_complete_qc_add_data_mode,
-               [](World& world, std::uint32_t field, std::uint32_t mode, std::uint32_t value) {
-                   return world.search().addQuery(field, mode, QueryValue(value));
+               [](Caller& caller, std::uint32_t field, std::uint32_t mode, std::uint32_t value) {
+                   return caller.search().addQuery(field, mode, QueryValue(value));
                }>;
     table.handle_qc_add_data_mode_str =
         answer<imeta_data_search_complete_qc_add_data_mode_str,
-               [](World& world, std::uint32_t field, std::uint32_t mode, const char* value) {
-                   return world.search().addQuery(field, mode, QueryValue(value));
+               [](Caller& caller, std::uint32_t field, std::uint32_t mode, const char* value) {
+                   return caller.search().addQuery(field, mode, QueryValue(value));
                }>;
     table.handle_qc_add_constraints =
-        answer<imeta_data_search_complete_qc_add_constraints,
-               [](World& world, GVariant* list) { return world.search().addQuery(readConstraints(list)); }>;
-    table.handle_qc_and = answer<imeta_data_search_complete_qc_and, [](World& world, Id left, Id right) {
-        return found(world.search().join(MetadataSearch::Junction::And, left, right));
+        answer<imeta_data_search_complete_qc_add_constraints, [](Caller& caller, GVariant* list) {
+            return caller.search().addQuery(readConstraints(list));
+        }>;
+    table.handle_qc_and = answer<imeta_data_search_complete_qc_and, [](Caller& caller, Id left, Id right) {
+        return found(caller.search().join(MetadataSearch::Junction::And, left, right));
     }>;
-    table.handle_qc_or = answer<imeta_data_search_complete_qc_or, [](World& world, Id left, Id right) {
-        return found(world.search().join(MetadataSearch::Junction::Or, left, right));
+    table.handle_qc_or = answer<imeta_data_search_complete_qc_or, [](Caller& caller, Id left, Id right) {
+        return found(caller.search().join(MetadataSearch::Junction::Or, left, right));
     }>;
     table.handle_qc_not = answer<imeta_data_search_complete_qc_not,
-                                 [](World& world, Id id) { return found(world.search().negate(id)); }>;
+                                 [](Caller& caller, Id id) { return found(caller.search().negate(id)); }>;
 }
 
 void fillResults(IMetaDataSearchIface& table) {
-    table.handle_sr_retain = answer<imeta_data_search_complete_sr_retain, [](World& world, Id id) {
-        return MetadataSearch::retain(world.search().results(), id);
+    table.handle_sr_retain = answer<imeta_data_search_complete_sr_retain, [](Caller& caller, Id id) {
+        return MetadataSearch::retain(caller.search().results(), id);
     }>;
-    table.handle_sr_release = answer<imeta_data_search_complete_sr_release, [](World& world, Id id) {
-        MetadataSearch::release(world.search().results(), id);
+    table.handle_sr_release = answer<imeta_data_search_complete_sr_release, [](Caller& caller, Id id) {
+        MetadataSearch::release(caller.search().results(), id);
     }>;
-    table.handle_sr_add = answer<imeta_data_search_complete_sr_add, [](World& world, Id searchId) {
-        return world.search().addResults(searchId);
+    table.handle_sr_add = answer<imeta_data_search_complete_sr_add, [](Caller& caller, Id searchId) {
+        return caller.search().addResults(searchId);
     }>;
-    table.handle_sr_parent = answer<imeta_data_search_complete_sr_parent, [](World& world, Id id) {
-        const auto* results = world.search().results().find(id);
+    table.handle_sr_parent = answer<imeta_data_search_complete_sr_parent, [](Caller& caller, Id id) {
+        const auto* results = caller.search().results().find(id);
         return Found{results == nullptr ? 0 : results->searchId, results != nullptr};
     }>;
     table.handle_sr_query_results = answer<imeta_data_search_complete_sr_query_results,
-                                           [](World& world, Id id) { return queryResults(world, id); }>;
+                                           [](Caller& caller, Id id) { return queryResults(caller, id); }>;
     table.handle_sr_item_at_index =
         answer<imeta_data_search_complete_sr_item_at_index,
-               [](World& world, Id id, std::uint32_t index) { return itemAtIndex(world, id, index); }>;
+               [](Caller& caller, Id id, std::uint32_t index) { return itemAtIndex(caller, id, index); }>;
     table.handle_sr_set_query_window =
         answer<imeta_data_search_complete_sr_set_query_window,
-               [](World& world, Id id, std::int32_t start, std::int32_t count) {
-                   return setResultsWindow(world, id, start, count);
+               [](Caller& caller, Id id, std::int32_t start, std::int32_t count) {
+                   return setResultsWindow(caller, id, start, count);
                }>;
     // Programmes live in the scenario; there is nothing to pin.
-    table.handle_pc_retain = answer<imeta_data_search_complete_pc_retain, [](World& world, Id id) {
-        return world.search().programme(id).has_value();
+    table.handle_pc_retain = answer<imeta_data_search_complete_pc_retain, [](Caller& caller, Id id) {
+        return caller.search().programme(id).has_value();
     }>;
-    table.handle_pc_release = answer<imeta_data_search_complete_pc_release, [](World&, Id) {}>;
-    table.handle_pc_get =
-        answer<imeta_data_search_complete_pc_get, [](World& world, Id id) { return programme(world, id); }>;
+    table.handle_pc_release = answer<imeta_data_search_complete_pc_release, [](Caller&, Id) {}>;
+    table.handle_pc_get = answer<imeta_data_search_complete_pc_get,
+                                 [](Caller& caller, Id id) { return programme(caller, id); }>;
 }
 
 void fillSearches(IMetaDataSearchIface& table) {
     table.handle_start_search = answer<imeta_data_search_complete_start_search,
-                                       [](World& world, Id id) { world.search().start(id); }>;
+                                       [](Caller& caller, Id id) { caller.search().start(id); }>;
     table.handle_abort_search = answer<imeta_data_search_complete_abort_search,
-                                       [](World& world, Id id) { world.search().abort(id); }>;
+                                       [](Caller& caller, Id id) { caller.search().abort(id); }>;
     table.handle_cancel_search = answer<imeta_data_search_complete_cancel_search,
-                                        [](World& world, Id id) { world.search().cancel(id); }>;
-    table.handle_mds_retain = answer<imeta_data_search_complete_mds_retain, [](World& world, Id id) {
-        return MetadataSearch::retain(world.search().searches(), id);
+                                        [](Caller& caller, Id id) { caller.search().cancel(id); }>;
+    table.handle_mds_retain = answer<imeta_data_search_complete_mds_retain, [](Caller& caller, Id id) {
+        return MetadataSearch::retain(caller.search().searches(), id);
     }>;
-    table.handle_mds_release = answer<imeta_data_search_complete_mds_release, [](World& world, Id id) {
-        MetadataSearch::release(world.search().searches(), id);
+    table.handle_mds_release = answer<imeta_data_search_complete_mds_release, [](Caller& caller, Id id) {
+        MetadataSearch::release(caller.search().searches(), id);
     }>;
-    table.handle_mds_add = answer<imeta_data_search_complete_mds_add, [](World& world, std::int32_t target) {
-        return world.search().addSearch(target);
-    }>;
+    table.handle_mds_add =
+        answer<imeta_data_search_complete_mds_add,
+               [](Caller& caller, std::int32_t target) { return caller.search().addSearch(target); }>;
     table.handle_mds_set_query =
         answer<imeta_data_search_complete_mds_set_query,
-               [](World& world, Id id, Id queryId) { return world.search().setQuery(id, queryId); }>;
-    table.handle_mds_get_query = answer<imeta_data_search_complete_mds_get_query, [](World& world, Id id) {
-        const auto* search = world.search().searches().find(id);
+               [](Caller& caller, Id id, Id queryId) { return caller.search().setQuery(id, queryId); }>;
+    table.handle_mds_get_query = answer<imeta_data_search_complete_mds_get_query, [](Caller& caller, Id id) {
+        const auto* search = caller.search().searches().find(id);
         return Found{search == nullptr ? 0 : search->queryId, search != nullptr};
     }>;
     table.handle_mds_get_results =
         answer<imeta_data_search_complete_mds_get_results,
-               [](World& world, Id id) { return found(world.search().resultsOf(id)); }>;
-    table.handle_mds_get_target = answer<imeta_data_search_complete_mds_get_target, [](World& world, Id id) {
-        const auto* search = world.search().searches().find(id);
-        return std::make_tuple(search == nullptr ? 0 : search->target, search != nullptr);
-    }>;
+               [](Caller& caller, Id id) { return found(caller.search().resultsOf(id)); }>;
+    table.handle_mds_get_target =
+        answer<imeta_data_search_complete_mds_get_target, [](Caller& caller, Id id) {
+            const auto* search = caller.search().searches().find(id);
+            return std::make_tuple(search == nullptr ? 0 : search->target, search != nullptr);
+        }>;
 }
 
 void fillSearchDetails(IMetaDataSearchIface& table) {
     table.handle_mds_set_order_by =
-        answer<imeta_data_search_complete_mds_set_order_by, [](World& world, Id id, GVariant* orderBy) {
-            return world.search().setOrderBy(id, readOrderBy(orderBy));
+        answer<imeta_data_search_complete_mds_set_order_by, [](Caller& caller, Id id, GVariant* orderBy) {
+            return caller.search().setOrderBy(id, readOrderBy(orderBy));
         }>;
     table.handle_mds_get_order_by =
-        answer<imeta_data_search_complete_mds_get_order_by, [](World& world, Id id) {
-            const auto* search = world.search().searches().find(id);
+        answer<imeta_data_search_complete_mds_get_order_by, [](Caller& caller, Id id) {
+            const auto* search = caller.search().searches().find(id);
             return std::make_tuple(variantOf(search == nullptr ? OrderBy() : search->orderBy),
                                    search != nullptr);
         }>;
     table.handle_mds_expand_order_by = answer<imeta_data_search_complete_mds_expand_order_by,
-                                              [](World& world, Id id, std::uint32_t field, bool ascending) {
-                                                  return world.search().expandOrderBy(id, field, ascending);
+                                              [](Caller& caller, Id id, std::uint32_t field, bool ascending) {
+                                                  return caller.search().expandOrderBy(id, field, ascending);
                                               }>;
     table.handle_mds_add_constraints =
-        answer<imeta_data_search_complete_mds_add_constraints, [](World& world, Id id, Id queryId) {
-            const bool known = world.search().searches().find(id) != nullptr;
-            return std::make_tuple(world.search().addConstraints(id, queryId), known);
+        answer<imeta_data_search_complete_mds_add_constraints, [](Caller& caller, Id id, Id queryId) {
+            const bool known = caller.search().searches().find(id) != nullptr;
+            return std::make_tuple(caller.search().addConstraints(id, queryId), known);
         }>;
     table.handle_mds_remove_constraints = answer<imeta_data_search_complete_mds_remove_constraints,
-                                                 [](World& world, Id id, std::uint32_t field) {
-                                                     return world.search().removeConstraints(id, field);
+                                                 [](Caller& caller, Id id, std::uint32_t field) {
+                                                     return caller.search().removeConstraints(id, field);
                                                  }>;
     table.handle_mds_clear_constraints =
         answer<imeta_data_search_complete_mds_clear_constraints,
-               [](World& world, Id id) { return world.search().clearConstraints(id); }>;
+               [](Caller& caller, Id id) { return caller.search().clearConstraints(id); }>;
     table.handle_mds_set_query_window =
         answer<imeta_data_search_complete_mds_set_query_window,
-               [](World& world, Id id, std::int32_t start, std::int32_t count) {
-                   return setSearchBounds(world, id, start, count);
+               [](Caller& caller, Id id, std::int32_t start, std::int32_t count) {
+                   return setSearchBounds(caller, id, start, count);
                }>;
 }
 

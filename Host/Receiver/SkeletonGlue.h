@@ -13,6 +13,7 @@
 #include "Host/Receiver/CallDispatcher.h"
 #include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/JsonReader.h"
+#include "Host/Receiver/World/World.h"
 
 namespace Receiver {
 
@@ -51,16 +52,27 @@ inline GVariant* convert(GVariant* value) {
 }
 
 template <typename Handler, typename Result, typename Owner, typename... Arguments>
-Owner handlerOwner(Result (Handler::*)(Owner&, Arguments...) const);
+Owner* handlerOwner(Result (Handler::*)(Owner&, Arguments...) const);
+
+// A handler that works on a caller gets the one that calls; its skeleton's owner is the world.
+template <typename Owner>
+Owner& ownerFor(gpointer skeleton, GDBusMethodInvocation* invocation) {
+    if constexpr (std::is_same_v<Owner, Caller>)
+        return static_cast<World*>(ownerOf(skeleton))
+            ->caller(g_dbus_method_invocation_get_sender(invocation));
+    else
+        return *static_cast<Owner*>(ownerOf(skeleton));
+}
 
 }  // namespace Wire
 
-// The handler of one method: calls the function with the owner and the arguments, and completes the call with
-// what it returns: nothing, one value, or a tuple. A ScenarioError that it throws becomes the call's error.
+// The handler of one method: calls the function with the owner, or the caller, and the arguments, and
+// completes the call with what it returns: nothing, one value, or a tuple. A ScenarioError that it throws
+// becomes the call's error.
 template <auto Complete, auto Function, typename Interface, typename... Arguments>
 gboolean answer(Interface* skeleton, GDBusMethodInvocation* invocation, Arguments... arguments) {
-    using Owner = decltype(Wire::handlerOwner(&decltype(Function)::operator()));
-    auto& owner = *static_cast<Owner*>(ownerOf(skeleton));
+    using Owner = std::remove_pointer_t<decltype(Wire::handlerOwner(&decltype(Function)::operator()))>;
+    auto& owner = Wire::ownerFor<Owner>(skeleton, invocation);
     try {
         using Result = decltype(Function(owner, arguments...));
         if constexpr (std::is_void_v<Result>) {

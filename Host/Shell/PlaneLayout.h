@@ -17,9 +17,10 @@ struct PlaneWindow {
     bool fullScreen = false;
 };
 
-// Players of both kinds count their ids from 1.
+// Every web process counts the ids of its players from 1, for both kinds.
 struct PlanePlayer {
-    std::string kind;  // "broadcast" or "broadband"
+    std::string kind;    // "broadcast" or "broadband"
+    std::string caller;  // the web process's name on the bus
     std::uint32_t id = 0;
 
     [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;

@@ -26,15 +26,17 @@ PlanePicture pictureOf(const std::string& name) {
 
 void changePlane(GVariant* parameters, ReceiverEvents& events) {
     const char* kind = nullptr;
+    const char* caller = nullptr;
     const char* title = nullptr;
     const char* picture = nullptr;
     gboolean visible = FALSE;
     gboolean fullScreen = FALSE;
     PlanePlayer player;
     PlaneWindow window;
-    g_variant_get(parameters, "(&subuuuub&s&s)", &kind, &player.id, &visible, &window.x, &window.y,
+    g_variant_get(parameters, "(&s&subuuuub&s&s)", &kind, &caller, &player.id, &visible, &window.x, &window.y,
                   &window.width, &window.height, &fullScreen, &title, &picture);
     player.kind = kind;
+    player.caller = caller;
     window.fullScreen = fullScreen;
     if (visible)
         events.planeShown(player, {window, title, pictureOf(picture)});
@@ -119,21 +121,23 @@ std::optional<std::uint32_t> ReceiverControl::keyMask() {
 }
 
 void ReceiverControl::tellPlanes() {
-    const GVariantHandle reply = call("GetPlanes", g_variant_new("()"), "(a(suuuuubss))");
+    const GVariantHandle reply = call("GetPlanes", g_variant_new("()"), "(a(ssuuuuubss))");
     if (!reply)
         return;
     const GVariantHandle planes(g_variant_get_child_value(reply.get(), 0));
     GVariantIter iterator;
     const char* kind = nullptr;
+    const char* caller = nullptr;
     const char* title = nullptr;
     const char* picture = nullptr;
     gboolean fullScreen = FALSE;
     PlanePlayer player;
     PlaneWindow window;
     g_variant_iter_init(&iterator, planes.get());
-    while (g_variant_iter_next(&iterator, "(&suuuuub&s&s)", &kind, &player.id, &window.x, &window.y,
-                               &window.width, &window.height, &fullScreen, &title, &picture)) {
+    while (g_variant_iter_next(&iterator, "(&s&suuuuub&s&s)", &kind, &caller, &player.id, &window.x,
+                               &window.y, &window.width, &window.height, &fullScreen, &title, &picture)) {
         player.kind = kind;
+        player.caller = caller;
         window.fullScreen = fullScreen;
         m_events.planeShown(player, {window, title, pictureOf(picture)});
     }
@@ -146,7 +150,7 @@ std::unique_ptr<PictureView> ReceiverControl::openPicture(const PlanePlayer& pla
     GUnixFDList* list = nullptr;
     const GVariantHandle reply(g_dbus_connection_call_with_unix_fd_list_sync(
         m_bus.get(), kName, kPath, kInterface, "OpenPicture",
-        g_variant_new("(su)", player.kind.c_str(), player.id), G_VARIANT_TYPE("(h)"),
+        g_variant_new("(ssu)", player.kind.c_str(), player.caller.c_str(), player.id), G_VARIANT_TYPE("(h)"),
         G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, &list, nullptr, error.out()));
     const GObjectHandle<GUnixFDList> files(list);
     if (!reply || !files) {
@@ -194,7 +198,7 @@ void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const
         gboolean visible = FALSE;
         g_variant_get(parameters, "(ib)", &view, &visible);
         events.applicationVisibilityChanged(view, visible);
-    } else if (is("PlaneChanged", "(subuuuubss)")) {
+    } else if (is("PlaneChanged", "(ssubuuuubss)")) {
         changePlane(parameters, events);
     } else if (is("KeyMaskChanged", "(u)")) {
         g_variant_get(parameters, "(u)", &number);

@@ -184,13 +184,26 @@ describe("The video plane", () => {
   });
 });
 
-// Somebody else plays, so there is no bundle that releases all players when the page begins.
+// Plays on all kinds of players at once, and goes on.
+const busyPage = `<!DOCTYPE html><html><head><style>
+object { position: absolute; width: 320px; height: 180px; top: 0 }
+</style></head><body><object type="video/broadcast" style="left: 0"></object>
+<object type="video/mp4" data="http://x/film.mp4" style="left: 200px; top: 200px; width: 640px; height: 360px"></object>
+<object type="video/mp4" data="http://x/song.mp3" style="left: 900px"></object><script>
+const objects = [...document.querySelectorAll("object")];
+(async () => {
+  while (!objects.every(object => object.bindToCurrentChannel || object.play))
+    await new Promise(requestAnimationFrame);
+  objects[0].bindToCurrentChannel();
+  objects.slice(1).forEach(film => film.play(1));
+})();
+</script></body></html>`;
+
 describe("The video plane of a shell that comes later", () => {
   let screens, receiver;
 
   before(async () => {
     screens = await Screens.open();
-    screens.workplace.env.HBBTV_BUNDLE = "";
     receiver = await Receiver.start(screens.workplace);
   });
 
@@ -199,31 +212,17 @@ describe("The video plane of a shell that comes later", () => {
     await screens?.close();
   });
 
-  const layOut = (service, player, ...window) =>
-    receiver.callProduct(`${service}.UpdateLayout`, String(player), ...window.map(String), "false");
-
-  async function play(player, url) {
-    await receiver.callProduct("IAVEventHandler.SetData", String(player), url);
-    await receiver.callProduct("IAVEventHandler.GetPlayer", String(player));
-    await receiver.callProduct("IAVEventHandler.Play", String(player), "1.0");
-  }
-
   const playersShown = async count => waitFor(`${count} players are shown`, async () => {
     const [planes] = await receiver.call("GetPlanes");
     return planes.length === count;
   });
 
-  it("shows what players of both kinds show already, and a plain card for sound", async () => {
+  it("shows what another one's page plays, takes nothing from it, and nothing stays when that is killed", async () => {
     await receiver.setWorld("/media/items", [
       { url: "*/song*", components: [{ type: "audio", encoding: "MPEG1_L3", pid: 1 }] },
       { url: "*", duration_ms: 600000 }
     ]);
-    await layOut("IBroadcastPlayer", 1, 0, 0, 320, 180);
-    await receiver.callProduct("IBroadcastPlayer.BindToCurrentChannel", "1");
-    await layOut("IAVEventHandler", 1, 200, 200, 640, 360);
-    await play(1, "http://x/film.mp4");
-    await layOut("IAVEventHandler", 2, 900, 0, 320, 180);
-    await play(2, "http://x/song.mp3");
+    const other = screens.workplace.start(shell(), [screens.server.write("busy.html", busyPage)]);
     await playersShown(3);
     const picture = await screens.with(nothing);
     assertCardAt(picture, 0, 0, 320, 180);
@@ -234,10 +233,10 @@ describe("The video plane of a shell that comes later", () => {
     assert.equal(picture.at(905, 175), ground);
     assert.equal(picture.at(1225, 175), black);
 
-    await receiver.callProduct("IAVEventHandler.ReleasePlayer", "0");
-    await playersShown(1);
-    const rest = await screens.with(nothing);
-    assertCardAt(rest, 0, 0, 320, 180);
-    assert.equal(rest.at(905, 5), black);
+    await playersShown(3);
+    await screens.workplace.stop(other, "SIGKILL");
+    await playersShown(0);
+    await waitFor("the receiver keeps nothing of it",
+      async () => Object.keys(await receiver.getWorld("/state/callers")).length === 0);
   });
 });

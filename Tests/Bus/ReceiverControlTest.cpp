@@ -204,10 +204,10 @@ TEST_F(TheReceiversControl, CountsWhoHoldsAChannelAndKnowsNoOther) {
     EXPECT_EQ(call("IJSChannelCache.Retain", "(uint32 999,)").text(), "(false,)");
     (void)call("IJSChannelCache.Release", "(uint32 2,)");
     (void)call("IJSChannelCache.Release", "(uint32 999,)");
-    EXPECT_EQ(control("GetWorld", "('/state/retained_channels',)").text(), "('{\"2\":1}',)");
+    EXPECT_EQ(world("/state/retained_channels"), R"({"me 2":1})");
     (void)call("IJSChannelCache.Release", "(uint32 2,)");
     (void)call("IJSChannelCache.Release", "(uint32 2,)");
-    EXPECT_EQ(control("GetWorld", "('/state/retained_channels',)").text(), "('{}',)");
+    EXPECT_EQ(world("/state/retained_channels"), "{}");
     EXPECT_THAT(call("IJSChannelCache.GetChannelInfo", "(uint32 999,)").text(), HasSubstr("false)"));
 }
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "Host/Receiver/Names.h"
 #include "Tests/Bus/BusFixture.h"
@@ -71,12 +72,23 @@ Target targetOf(const std::string& method) {
             interface == controlInterface ? Receiver::Names::ControlPath : Receiver::Names::ObjectPath};
 }
 
+// The labels of the clients by their names on the bus.
+std::map<std::string, std::string>& labels() {
+    static std::map<std::string, std::string> known;
+    return known;
+}
+
+void replaceText(std::string& text, const std::string& from, const std::string& to) {
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+}
+
 void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
               GVariant* arguments, gpointer user) {
     if (std::string(signal) == "CallRecorded")
         return;
     const GChars text(g_variant_print(arguments, FALSE));
-    static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + text.get());
+    static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + labelled(text.get()));
 }
 
 std::string listed(const std::vector<std::string>& lines) {
@@ -87,6 +99,25 @@ std::string listed(const std::vector<std::string>& lines) {
 }
 
 }  // namespace
+
+void setLabel(GDBusConnection* connection, const std::string& label) {
+    std::erase_if(labels(), [&label](const auto& entry) { return entry.second == label; });
+    labels()[g_dbus_connection_get_unique_name(connection)] = label;
+}
+
+std::string labelled(std::string text) {
+    for (const auto& [name, label] : labels()) {
+        for (const char* end : {"'", "\"", " "})
+            replaceText(text, name + end, label + end);
+    }
+    return text;
+}
+
+std::string named(std::string text) {
+    for (const auto& [name, label] : labels())
+        replaceText(text, "'" + label + "'", "'" + name + "'");
+    return text;
+}
 
 Ended runReceiver(const std::vector<std::string>& arguments,
                   const std::vector<std::pair<std::string, std::string>>& environment) {
@@ -121,7 +152,7 @@ std::string Answer::text() const {
     if (!value)
         return "error: " + error;
     const GChars printed(g_variant_print(value.get(), FALSE));
-    return printed.get();
+    return labelled(printed.get());
 }
 
 std::string RunningReceiver::scenario() const {
@@ -135,27 +166,11 @@ void RunningReceiver::SetUp() {
     const GChars line(g_data_input_stream_read_line(m_output.get(), nullptr, nullptr, nullptr));
     ASSERT_STREQ(line.get(), "hbbtv-receiver: ready");
 
-    // A connection of the test's own, so that nothing of an earlier test arrives on it.
-    GErrorSlot error;
-    const GChars address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
-    ASSERT_TRUE(address);
-    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    m_connection.reset(
-        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, error.out()));
-    ASSERT_TRUE(m_connection);
-    m_subscription = g_dbus_connection_signal_subscribe(m_connection.get(), Receiver::Names::Control, nullptr,
-                                                        nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
-                                                        onSignal, &m_signals, nullptr);
-    // The bus knows of the subscription once it has answered a later call.
-    ASSERT_TRUE(control("ClearCalls").value);
+    join();
 }
 
 void RunningReceiver::TearDown() {
-    if (m_connection) {
-        g_dbus_connection_signal_unsubscribe(m_connection.get(), m_subscription);
-        g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
-    }
+    leave();
     if (!m_process)
         return;
     g_subprocess_send_signal(m_process.get(), SIGTERM);
@@ -167,9 +182,35 @@ void RunningReceiver::TearDown() {
     EXPECT_EQ(g_subprocess_get_exit_status(m_process.get()), 0);
 }
 
-Answer RunningReceiver::call(const std::string& method, const std::string& arguments) {
+void Client::join() {
+    // A connection of its own, so that nothing of an earlier test arrives on it.
+    GErrorSlot error;
+    const GChars address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
+    ASSERT_TRUE(address);
+    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    m_connection.reset(
+        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, error.out()));
+    ASSERT_TRUE(m_connection);
+    setLabel(m_connection.get(), m_label);
+    m_subscription = g_dbus_connection_signal_subscribe(m_connection.get(), Receiver::Names::Control, nullptr,
+                                                        nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+                                                        onSignal, &m_signals, nullptr);
+    // The bus knows of the subscription once it has answered a later call.
+    ASSERT_TRUE(control("ClearCalls").value);
+}
+
+void Client::leave() {
+    if (!m_connection)
+        return;
+    g_dbus_connection_signal_unsubscribe(m_connection.get(), m_subscription);
+    g_dbus_connection_close_sync(m_connection.get(), nullptr, nullptr);
+    m_connection.reset();
+}
+
+Answer Client::call(const std::string& method, const std::string& arguments) {
     const auto target = targetOf(method);
-    const auto tuple = parse(arguments);
+    const auto tuple = parse(named(arguments));
     GErrorSlot error;
     auto* reply =
         g_dbus_connection_call_sync(m_connection.get(), target.interface.c_str(), target.path,
@@ -178,11 +219,20 @@ Answer RunningReceiver::call(const std::string& method, const std::string& argum
     return answerOf(reply, error);
 }
 
-Answer RunningReceiver::control(const std::string& method, const std::string& arguments) {
+Answer Client::control(const std::string& method, const std::string& arguments) {
     return call(std::string(controlInterface) + "." + method, arguments);
 }
 
-void RunningReceiver::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
+std::string Client::world(const std::string& pointer) {
+    const auto answer = control("GetWorld", "('" + pointer + "',)");
+    if (!answer.value)
+        return answer.text();
+    const char* json = nullptr;
+    g_variant_get(answer.value.get(), "(&s)", &json);
+    return labelled(json);
+}
+
+void Client::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
     const auto target = targetOf(method);
     const auto finish = [](GObject* source, GAsyncResult* result, gpointer user) {
         GErrorSlot error;
@@ -194,13 +244,13 @@ void RunningReceiver::callLater(const std::string& method, const std::string& ar
                            G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, finish, answer);
 }
 
-testing::AssertionResult RunningReceiver::hears(const std::vector<std::string>& expected) {
+testing::AssertionResult Client::hears(const std::vector<std::string>& expected) {
     if (WaitFor([&] { return m_signals.size() >= expected.size(); }) && m_signals == expected)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "heard" << listed(m_signals) << "\nand not" << listed(expected);
 }
 
-void RunningReceiver::forget() {
+void Client::forget() {
     // A reply comes behind the signals that were emitted before it.
     (void)control("GetWorld", "('/keys/mask',)");
     while (g_main_context_iteration(nullptr, FALSE) != FALSE) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gio/gio.h>
@@ -25,6 +26,12 @@ struct Ended {
 // A file of the test program's own folder.
 [[nodiscard]] std::string writeFile(const std::string& name, const std::string& content);
 
+// The unique name of a client reads as its label in what is heard, and stands for it in what is asked, as a
+// text of its own: "'me'". The label goes from one that had it before to this one.
+void setLabel(GDBusConnection* connection, const std::string& label);
+[[nodiscard]] std::string labelled(std::string text);
+[[nodiscard]] std::string named(std::string text);
+
 struct Answer {
     Host::GVariantHandle value;  // null when the call failed
     std::string error;           // without the "GDBus.Error:...: " before it
@@ -33,22 +40,26 @@ struct Answer {
     [[nodiscard]] std::string text() const;
 };
 
-// Starts the receiver in SetUp and ends it in TearDown, where it has to leave with exit code 0.
-class RunningReceiver : public testing::Test {
- protected:
-    // The scenario of the tests that do not bring their own.
-    [[nodiscard]] virtual std::string scenario() const;
-    void SetUp() override;
-    void TearDown() override;
+// A client of the bus, as each web process is one, that hears what the receiver says to it and to all.
+class Client {
+ public:
+    explicit Client(std::string label) : m_label(std::move(label)) {}
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+    ~Client() { leave(); }
+
+    void join();
+    void leave();
 
     // "Interface.Method" and the arguments as GVariant text, "(1, 'a')".
     Answer call(const std::string& method, const std::string& arguments = "()");
     Answer control(const std::string& method, const std::string& arguments = "()");
+    // A value of the world as JSON text.
+    [[nodiscard]] std::string world(const std::string& pointer);
     // Sends the call and does not wait; *answer is set when the reply comes.
     void callLater(const std::string& method, const std::string& arguments, Answer* answer);
 
-    // Everything that the receiver has emitted, as "Signal(arguments)"; the call log's own signal is left
-    // out.
+    // Everything heard, as "Signal(arguments)"; the call log's own signal is left out.
     [[nodiscard]] const std::vector<std::string>& signals() const { return m_signals; }
     // Waits until the signals heard since the last call of forget() are these, or fails with what came
     // instead.
@@ -58,11 +69,26 @@ class RunningReceiver : public testing::Test {
     [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
 
  private:
-    Host::GObjectHandle<GSubprocess> m_process;
-    Host::GObjectHandle<GDataInputStream> m_output;
+    const std::string m_label;
     Host::GObjectHandle<GDBusConnection> m_connection;
     unsigned m_subscription = 0;
     std::vector<std::string> m_signals;
+};
+
+// Starts the receiver in SetUp and ends it in TearDown, where it has to leave with exit code 0. The test is a
+// client.
+class RunningReceiver : public testing::Test, protected Client {
+ protected:
+    RunningReceiver() : Client("me") {}
+
+    // The scenario of the tests that do not bring their own.
+    [[nodiscard]] virtual std::string scenario() const;
+    void SetUp() override;
+    void TearDown() override;
+
+ private:
+    Host::GObjectHandle<GSubprocess> m_process;
+    Host::GObjectHandle<GDataInputStream> m_output;
 };
 
 }  // namespace ReceiverTest

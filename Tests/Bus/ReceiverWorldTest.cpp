@@ -73,28 +73,31 @@ class HeardEvents : public ReceiverEvents {
         ((line << " " << values), ...);
         heard.push_back(line.str());
     }
-    void pluginEventUnsigned(std::int32_t event, std::uint32_t id, std::uint32_t value) override {
+    void pluginEventUnsigned(const CallerName&, std::int32_t event, std::uint32_t id,
+                             std::uint32_t value) override {
         hear("unsigned", event, id, value);
     }
-    void pluginEventSigned(std::int32_t event, std::uint32_t id, std::int32_t value) override {
+    void pluginEventSigned(const CallerName&, std::int32_t event, std::uint32_t id,
+                           std::int32_t value) override {
         hear("signed", event, id, value);
     }
-    void pluginEventFloat(std::int32_t event, std::uint32_t id, double value) override {
+    void pluginEventFloat(const CallerName&, std::int32_t event, std::uint32_t id, double value) override {
         hear("float", event, id, value);
     }
-    void pluginEventData(std::int32_t event, std::uint32_t id, std::int32_t first,
+    void pluginEventData(const CallerName&, std::int32_t event, std::uint32_t id, std::int32_t first,
                          std::int32_t second) override {
         hear("data", event, id, first, second);
     }
-    void streamEvent(std::uint32_t, std::int16_t, const std::string& name, const std::vector<std::uint8_t>&,
-                     std::uint32_t jobId) override {
+    void streamEvent(const CallerName&, std::uint32_t, std::int16_t, const std::string& name,
+                     const std::vector<std::uint8_t>&, std::uint32_t jobId) override {
         hear("stream", name, jobId);
     }
-    void playReadyResponse(std::uint32_t id, std::int32_t code, const std::string& message) override {
+    void playReadyResponse(const CallerName&, std::uint32_t id, std::int32_t code,
+                           const std::string& message) override {
         hear("drm", id, code, message);
     }
-    void fileResponse(std::uint32_t handle, const std::string&, const std::vector<std::uint8_t>& data,
-                      bool status) override {
+    void fileResponse(const CallerName&, std::uint32_t handle, const std::string&,
+                      const std::vector<std::uint8_t>& data, bool status) override {
         hear("file", handle, std::string(data.begin(), data.end()), status);
     }
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override {
@@ -121,6 +124,7 @@ struct Simulation {
     ManualTimers timers;
     HeardEvents events;
     World world;
+    Caller& me = world.caller("me");
 };
 
 constexpr const char twoProgrammes[] =
@@ -172,7 +176,7 @@ constexpr const char media[] =
 
 TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
     Simulation simulation(media);
-    auto& players = simulation.world.media();
+    auto& players = simulation.me.media();
     auto& events = simulation.events;
     players.session(1).setUrl("http://x/film.mp4");
     EXPECT_EQ(players.player(1), nullptr);
@@ -214,7 +218,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
 
 TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     Simulation simulation(media);
-    auto& players = simulation.world.media();
+    auto& players = simulation.me.media();
     ASSERT_TRUE(players.acquire(1));
     EXPECT_FALSE(players.player(1)->play(1.0)) << "there is no medium";
     players.session(1).setUrl("http://x/broken.mp4");
@@ -228,13 +232,40 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     EXPECT_THAT(simulation.events.take(),
                 ElementsAre("data 200 1 0 1000", "data 200 1 3 1000", "data 200 1 6 5"));
 
+    // Between two of the queue there is no stop, and one that fails does not hold the next up.
     players.session(1).setUrl("http://x/film1.mp4");
-    ASSERT_TRUE(players.session(1).queue("http://x/film2.mp4"));
-    ASSERT_TRUE(players.player(1)->play(1.0));
-    simulation.timers.pass(10200);
+    ASSERT_TRUE(players.play(1, 1.0));
+    for (const char* queued : {"broken.mp4", "elsewhere.mp4", "film2.mp4"})
+        ASSERT_TRUE(players.queue(1, std::string("http://x/") + queued));
+    simulation.timers.pass(10099);
+    (void)simulation.events.take();
+    simulation.timers.pass(301);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("data 200 1 5 1000", "data 200 1 3 1000", "data 200 1 6 4", "data 200 1 3 1000",
+                            "data 200 1 6 5", "data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
     EXPECT_EQ(players.session(1).url(), "http://x/film2.mp4");
-    simulation.timers.pass(100);
-    EXPECT_EQ(players.player(1)->state(), MediaState::Playing);
+    ASSERT_TRUE(players.queue(1, "http://x/film3.mp4"));
+    simulation.timers.pass(10100);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("data 200 1 5 1000", "data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
+    // What is queued when nothing plays plays at once: after an end, a stop, an error, and with a new player.
+    simulation.timers.pass(10000);
+    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 5 1000"));
+    for (const auto& quiet :
+         std::vector<std::function<void()>>{[] {}, [&] { EXPECT_TRUE(players.stop(1)); },
+                                            [&] {
+                                                players.session(1).setUrl("http://x/broken");
+                                                EXPECT_TRUE(players.play(1, 1.0));
+                                                simulation.timers.pass(100);
+                                            },
+                                            [&] { players.release(1); }}) {
+        quiet();
+        (void)simulation.events.take();
+        EXPECT_TRUE(players.queue(1, "http://x/film4.mp4"));
+        simulation.timers.pass(100);
+        EXPECT_THAT(simulation.events.take(),
+                    ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
+    }
     // The only decoder is at work; once the first has finished it is free, and the first has to wait in turn.
     EXPECT_FALSE(players.acquire(2));
     simulation.timers.pass(20000);
@@ -261,7 +292,7 @@ constexpr const char twoChannels[] =
 
 TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
     Simulation simulation(twoChannels);
-    auto& broadcast = simulation.world.broadcast();
+    auto& broadcast = simulation.me.broadcast();
     EXPECT_TRUE(broadcast.bindToCurrentChannel(1));
     simulation.timers.pass(100);
     EXPECT_THAT(simulation.events.take(), ElementsAre("data 101 1 1 1000", "data 101 1 2 1000"))
@@ -286,7 +317,7 @@ TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
 
 TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
     Simulation simulation(twoChannels);
-    auto& broadcast = simulation.world.broadcast();
+    auto& broadcast = simulation.me.broadcast();
     for (const std::uint32_t player : {1u, 2u}) {
         EXPECT_TRUE(broadcast.bindToCurrentChannel(player));
         broadcast.setWindow(player, {player, 0, 16, 9});
@@ -295,38 +326,79 @@ TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
     EXPECT_TRUE(broadcast.stepChannel(2, true));
     (void)simulation.events.take();
     simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("plane 1 1 0 16 9 0 Two", "data 100 2 2 1000",
-                                                      "plane 2 2 0 16 9 0 Two", "data 101 2 2 1000"));
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("plane 1 1 0 16 9 0 Two", "data 100 1 2 1000", "data 100 2 2 1000",
+                            "plane 2 2 0 16 9 0 Two", "data 101 2 2 1000"));
     broadcast.setNullChannel(2, false);
     EXPECT_THAT(simulation.events.take(),
-                ElementsAre("no plane 1", "no plane 2", "data 100 2 0 1000", "data 101 2 0 1000"));
+                ElementsAre("data 100 1 0 1000", "no plane 1", "data 101 1 0 1000", "data 100 2 0 1000",
+                            "no plane 2", "data 101 2 0 1000"));
+}
+
+TEST(ATuner, NeverFinishesAChangeThatIsOvertakenStoppedOrReleased) {
+    Simulation simulation(twoChannels);
+    auto& broadcast = simulation.me.broadcast();
+    const auto heardAfter = [&simulation](std::int64_t milliseconds) {
+        simulation.timers.pass(milliseconds);
+        return simulation.events.take();
+    };
+    const auto setChannel = [&broadcast](std::uint32_t id) {
+        ChannelRequest request;
+        request.id = id;
+        EXPECT_TRUE(broadcast.setChannel(1, request));
+    };
+    setChannel(1);
+    (void)heardAfter(50);
+    setChannel(2);
+    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 100 1 2 1000", "data 101 1 2 1000"));
+    setChannel(1);
+    broadcast.stop(1);
+    broadcast.stop(1);
+    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 101 1 3 1000"));
+    EXPECT_TRUE(broadcast.bindToCurrentChannel(2));
+    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 2 1 1000", "data 101 2 2 1000"));
+    // Player 0 stands for all.
+    setChannel(1);
+    broadcast.release(0);
+    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 101 1 0 1000", "data 101 2 0 1000"));
+    EXPECT_EQ(simulation.world.value("/broadcast/current_channel"), 2);
+    EXPECT_EQ(broadcast.state(1), BroadcastState::Unrealized);
 }
 
 TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
-    Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e"}],
-        "drm": {"systems": [{"id": "s", "reply_ms": 1000}]}})");
+    Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e"}], "media": {"connect_ms": 0,
+        "items": [{"url": "*"}]}, "drm": {"systems": [{"id": "s", "reply_ms": 1000}]}})");
     auto& world = simulation.world;
+    auto& me = simulation.me;
+    ASSERT_TRUE(me.media().acquire(1));
+    me.media().session(1).setUrl("http://x/film.mp4");
+    ASSERT_TRUE(me.media().play(1, 1.0));
+    simulation.timers.pass(0);
+    simulation.events.take();
     for (std::uint32_t id = 1; id <= 3000; ++id) {
-        world.broadcast().setVolume(id, 1);
-        world.media().session(id).setAttribute("name" + std::to_string(id), "value");
-        world.media().session(1).setAttribute("name" + std::to_string(id), "value");
-        (void)world.media().session(1).queue("http://x/" + std::to_string(id));
-        (void)world.streamEvents().subscribe("dvb://x", "e");
-        (void)world.search().addQuery(0);
-        (void)world.search().addSearch(1);
-        (void)world.sendDrmMessage("s");
+        me.broadcast().setVolume(id, 1);
+        me.media().session(id + 1).setAttribute("name" + std::to_string(id), "value");
+        me.media().session(1).setAttribute("name" + std::to_string(id), "value");
+        (void)me.media().session(1).queue("http://x/" + std::to_string(id));
+        (void)me.streamEvents().subscribe("dvb://x", "e");
+        (void)me.search().addQuery(0);
+        (void)me.search().addSearch(1);
+        (void)me.sendDrmMessage("s");
         world.addProfile({static_cast<std::uint16_t>(id), 1, 1, 1});
     }
     const auto state = world.value("/state");
     EXPECT_LE(state["broadcast_players"].size(), 64u);
     EXPECT_LE(state["media_players"].size(), 64u);
-    EXPECT_LE(state["media_players"]["1"]["attributes"].size(), 64u);
+    EXPECT_LE(state["media_players"]["me 1"]["attributes"].size(), 64u);
     EXPECT_LE(state["stream_event_subscriptions"].get<int>(), 256);
     EXPECT_LE(state["queries"].get<int>(), 1024);
     EXPECT_LE(state["searches"].get<int>(), 256);
-    EXPECT_LE(simulation.timers.pending(), 256u + 64u);
+    EXPECT_LE(simulation.timers.pending(), 256u + 64u + 1u);
+    EXPECT_EQ(me.media().session(1).state(), MediaState::Playing) << "what plays does not make room";
+    EXPECT_THAT(simulation.events.take(), IsEmpty());
+    EXPECT_EQ(me.streamEvents().subscribe("dvb://x", "e"), 0u) << "none is lost without a word";
     // The latest client is served like the first.
-    EXPECT_EQ(world.broadcast().volume(3000), 1);
+    EXPECT_EQ(me.broadcast().volume(3000), 1);
     CallLog log;
     for (std::size_t i = 0; i < CallLog::Limit + 5; ++i)
         log.add("Interface.Method", "(" + std::to_string(i) + ",)", i);
@@ -338,27 +410,28 @@ TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {
     Simulation simulation(
         R"({"drm": {"systems": [{"id": "s", "result_code": 2, "result_message": "no", "reply_ms": 50},
                                  {"id": "silent", "replies": false}]}})");
-    EXPECT_EQ(simulation.world.sendDrmMessage("s"), 1);
-    EXPECT_EQ(simulation.world.sendDrmMessage("other"), 2);
-    EXPECT_EQ(simulation.world.sendDrmMessage("silent"), 3);
+    const auto first = simulation.me.sendDrmMessage("s");
+    const auto second = simulation.me.sendDrmMessage("other");
+    EXPECT_EQ(second, first + 1);
+    EXPECT_EQ(simulation.me.sendDrmMessage("silent"), first + 2);
     simulation.timers.pass(0);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("drm 2 5 "));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("drm " + std::to_string(second) + " 5 "));
     simulation.timers.pass(50);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("drm 1 2 no"));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("drm " + std::to_string(first) + " 2 no"));
     simulation.timers.pass(3'600'000);
     EXPECT_THAT(simulation.events.take(), IsEmpty());
 }
 
 TEST(AWorld, FollowsChangesOfTheScenarioWithSubscriptionsUnderWay) {
     Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e", "period_ms": 100}]})");
-    EXPECT_EQ(simulation.world.streamEvents().subscribe("dvb://x", "e"), 1u);
+    const auto fired = "stream e " + std::to_string(simulation.me.streamEvents().subscribe("dvb://x", "e"));
     simulation.timers.pass(100);
     simulation.world.setValue("/stream_events", "[]");
     simulation.timers.pass(10000);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("stream e 1"));
+    EXPECT_THAT(simulation.events.take(), ElementsAre(fired));
     simulation.world.setValue("/stream_events/-", R"({"url": "*", "name": "e", "period_ms": 5000})");
     simulation.timers.pass(1000);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("stream e 1"));
+    EXPECT_THAT(simulation.events.take(), ElementsAre(fired));
     // A refused change leaves everything as it was.
     EXPECT_THROW(simulation.world.setValue("/stream_events/0/period_ms", "0"), ScenarioError);
     EXPECT_EQ(simulation.world.value("/stream_events/0/period_ms"), 5000);
@@ -374,7 +447,7 @@ TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
         {"event_id": 4, "name": "News in brief", "start_minutes": 0, "duration_minutes": 5}]},
       {"id": 3, "name": "Hidden", "id_type": "ID_DVB_T", "hidden": true, "programmes": [
         {"event_id": 5, "name": "News for engineers", "start_minutes": 0, "duration_minutes": 5}]}]}})");
-    auto& search = simulation.world.search();
+    auto& search = simulation.me.search();
     const auto name = static_cast<std::uint32_t>(QueryField::Name);
     const auto duration = static_cast<std::uint32_t>(QueryField::Duration);
     const auto contains = static_cast<std::uint32_t>(QueryMode::Contains);
@@ -463,7 +536,7 @@ class ACondition : public testing::Test {
          "parental_rating": 16}]},
       {"id": 8, "name": "Ten", "id_type": "ID_DVB_T", "ccid": "ccid://1.10", "programmes": [
         {"event_id": 3, "name": "News", "start_minutes": 5, "duration_minutes": 5}]}]}})"};
-    MetadataSearch& search = simulation.world.search();
+    MetadataSearch& search = simulation.me.search();
 };
 
 TEST_F(ACondition, ComparesEveryFieldAsNumberOrText) {
@@ -528,7 +601,7 @@ TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
         {"event_id": 2, "name": "Second", "start_minutes": -10, "duration_minutes": 70}]},
       {"id": 3, "name": "Long", "id_type": "ID_DVB_T", "programmes": [
         {"event_id": 3, "name": "Tomorrow", "start_minutes": 1440, "duration_minutes": 60}]}]}})");
-    auto& search = simulation.world.search();
+    auto& search = simulation.me.search();
     const auto id = search.addSearch(1);
     const auto found = [&] {
         search.start(id);
@@ -566,7 +639,7 @@ TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
 
 TEST(ASearch, FailsOrNeverEndsAsTheScenarioSays) {
     Simulation simulation(std::string(twoProgrammes).replace(1, 0, R"("search": {"duration_ms": 10}, )"));
-    auto& search = simulation.world.search();
+    auto& search = simulation.me.search();
     const auto id = search.addSearch(1);
     auto* results = search.results().find(*search.resultsOf(id));
     const auto runsAs = [&](const char* outcome) {
@@ -589,7 +662,7 @@ TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
     std::filesystem::create_symlink(home / "secret.txt", home / "carousel" / "link.txt");
     Simulation simulation(R"({"carousel": {"folder": "carousel", "reply_ms": 10}})", home.string());
     const auto response = [&simulation](const std::string& url) {
-        EXPECT_TRUE(simulation.world.carousel().request(5, url));
+        EXPECT_TRUE(simulation.me.carousel().request(5, url));
         simulation.timers.pass(10);
         const auto heard = simulation.events.take();
         return heard.size() == 1 ? heard.front() : "not one response";
@@ -616,14 +689,14 @@ TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
     EXPECT_EQ(response("dvb://1.2.3/sub/"), "file 5 new page 1") << "files are read when they are asked for";
     // A page of many files asks for all of them at once. None is forgotten: one too many is refused.
     std::size_t accepted = 0;
-    while (accepted < 10000 && simulation.world.carousel().request(5, "dvb:/sub/"))
+    while (accepted < 10000 && simulation.me.carousel().request(5, "dvb:/sub/"))
         ++accepted;
     simulation.timers.pass(10);
     EXPECT_EQ(simulation.events.take().size(), accepted);
     EXPECT_EQ(accepted, 4096U);
     EXPECT_EQ(response("dvb:/sub/"), "file 5 new page 1");
     Simulation without("{}");
-    EXPECT_FALSE(without.world.carousel().request(1, "dvb://x/a"));
+    EXPECT_FALSE(without.me.carousel().request(1, "dvb://x/a"));
 }
 
 TEST(TheCapabilities, AreOneLineOfXmlThatFitsIntoAScriptsText) {

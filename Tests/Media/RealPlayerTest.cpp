@@ -188,17 +188,20 @@ TEST_F(ARealPlayer, SharesTheReceiverWithAnother) {
 
 class NoEvents : public ReceiverEvents {
  public:
-    void pluginEventUnsigned(std::int32_t, std::uint32_t, std::uint32_t) override {}
-    void pluginEventSigned(std::int32_t event, std::uint32_t, std::int32_t value) override {
+    void pluginEventUnsigned(const CallerName&, std::int32_t, std::uint32_t, std::uint32_t) override {}
+    void pluginEventSigned(const CallerName&, std::int32_t event, std::uint32_t,
+                           std::int32_t value) override {
         if (event == Event::MediaComponentSelect)
             selected.push_back(value);
     }
-    void pluginEventFloat(std::int32_t, std::uint32_t, double) override {}
-    void pluginEventData(std::int32_t, std::uint32_t, std::int32_t, std::int32_t) override {}
-    void streamEvent(std::uint32_t, std::int16_t, const std::string&, const std::vector<std::uint8_t>&,
-                     std::uint32_t) override {}
-    void playReadyResponse(std::uint32_t, std::int32_t, const std::string&) override {}
-    void fileResponse(std::uint32_t, const std::string&, const std::vector<std::uint8_t>&, bool) override {}
+    void pluginEventFloat(const CallerName&, std::int32_t, std::uint32_t, double) override {}
+    void pluginEventData(const CallerName&, std::int32_t, std::uint32_t, std::int32_t,
+                         std::int32_t) override {}
+    void streamEvent(const CallerName&, std::uint32_t, std::int16_t, const std::string&,
+                     const std::vector<std::uint8_t>&, std::uint32_t) override {}
+    void playReadyResponse(const CallerName&, std::uint32_t, std::int32_t, const std::string&) override {}
+    void fileResponse(const CallerName&, std::uint32_t, const std::string&, const std::vector<std::uint8_t>&,
+                      bool) override {}
     void planeShown(const PlanePlayer&, const PlaneContent&) override {}
     void planeHidden(const PlanePlayer&) override {}
     void applicationStarted(std::int32_t, const std::string&) override {}
@@ -243,10 +246,13 @@ class Sound {
 class ARealPlayersTracks : public RealPlayer {
  protected:
     ARealPlayersTracks()
-        : players(scenario, timers, events, plane, [this](MediaListener& ears, PictureSink&) {
-              return std::make_unique<GStreamerMediaPlayer>(scenario, timers, ears,
-                                                            MediaOutputs{nullptr, sound.sink()});
-          }) {
+        : players(
+              "me", scenario, timers, events, plane,
+              [this](MediaListener& ears, PictureSink&) {
+                  return std::make_unique<GStreamerMediaPlayer>(scenario, timers, ears,
+                                                                MediaOutputs{nullptr, sound.sink()});
+              },
+              [this] { return players.atWork(); }) {
         scenario.media.maximumPlayers = 1;
         scenario.broadcast.volume = 100;
         scenario.locale.audioLanguages = "eng,deu";
@@ -295,6 +301,7 @@ TEST_F(ARealPlayersTracks, AreHeardAsTheyAreSelected) {
 }
 
 TEST_F(ARealPlayersTracks, FollowOneAnotherInTheQueue) {
+    players.session(1).location = "file:///page.html";
     players.session(1).setUrl(fileUrl("film.mp4"));
     ASSERT_TRUE(players.acquire(1));
     ASSERT_TRUE(players.player(1)->play(1.0));

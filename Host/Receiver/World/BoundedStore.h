@@ -1,5 +1,5 @@
-// Values by id, at most so many: where the bus gives no word of a client that went away without releasing
-// what it held, the entry used longest ago makes room for a new one.
+// Values by id, at most so many: a page may ask for more and more without ever giving anything back, and then
+// the entry used longest ago makes room for a new one.
 #pragma once
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <random>
 #include <utility>
 
 namespace Receiver {
@@ -14,11 +15,12 @@ namespace Receiver {
 template <typename Value>
 class BoundedStore {
  public:
-    using Dropped = std::function<void(std::uint32_t id)>;
+    using IsInUse = std::function<bool(const Value&)>;
+    using Dropped = std::function<void(std::uint32_t id, Value& value)>;
 
-    // Hears of each entry that has made room for another, when it is gone.
-    explicit BoundedStore(std::size_t limit, Dropped dropped = nullptr)
-        : m_limit(limit), m_dropped(std::move(dropped)) {}
+    // What is in use makes room only when everything is. `dropped` hears of each entry that has made room.
+    explicit BoundedStore(std::size_t limit, IsInUse isInUse = nullptr, Dropped dropped = nullptr)
+        : m_limit(limit), m_isInUse(std::move(isInUse)), m_dropped(std::move(dropped)) {}
 
     [[nodiscard]] Value* find(std::uint32_t id) {
         const auto found = m_entries.find(id);
@@ -32,7 +34,7 @@ class BoundedStore {
     template <typename... Arguments>
     Value& emplace(std::uint32_t id, Arguments&&... arguments) {
         m_entries.erase(id);
-        if (m_entries.size() >= m_limit)
+        if (isFull())
             dropOldest();
         auto& entry = m_entries[id];
         entry.value = std::make_unique<Value>(std::forward<Arguments>(arguments)...);
@@ -40,17 +42,22 @@ class BoundedStore {
         return *entry.value;
     }
 
-    // The next id of a count that skips 0 and what is in use.
+    // The next id of a count that skips 0 and what is in use. It begins anywhere, so that an id of a receiver
+    // that has ended means nothing to the next one, and stays where signed and unsigned numbers agree.
     [[nodiscard]] std::uint32_t nextId() {
+        constexpr std::uint32_t last = 0x7FFFFFFF;
+        if (m_lastId == 0)
+            m_lastId = std::random_device()() & last;
         do {
-            ++m_lastId;
-        } while (m_lastId == 0 || m_entries.contains(m_lastId));
+            m_lastId = m_lastId >= last ? 1 : m_lastId + 1;
+        } while (m_entries.contains(m_lastId));
         return m_lastId;
     }
 
     void erase(std::uint32_t id) { m_entries.erase(id); }
     void clear() { m_entries.clear(); }
     [[nodiscard]] std::size_t size() const { return m_entries.size(); }
+    [[nodiscard]] bool isFull() const { return m_entries.size() >= m_limit; }
 
     template <typename Visit>
     void forEach(Visit visit) const {
@@ -65,16 +72,19 @@ class BoundedStore {
     };
 
     void dropOldest() {
-        const auto oldest = std::min_element(
-            m_entries.begin(), m_entries.end(),
-            [](const auto& a, const auto& b) { return a.second.lastUse < b.second.lastUse; });
-        const auto id = oldest->first;
-        m_entries.erase(oldest);
+        const auto rank = [this](const auto& entry) {
+            return std::make_pair(m_isInUse && m_isInUse(*entry.second.value), entry.second.lastUse);
+        };
+        const auto oldest =
+            std::min_element(m_entries.begin(), m_entries.end(),
+                             [&rank](const auto& a, const auto& b) { return rank(a) < rank(b); });
+        const auto dropped = m_entries.extract(oldest);
         if (m_dropped)
-            m_dropped(id);
+            m_dropped(dropped.key(), *dropped.mapped().value);
     }
 
     const std::size_t m_limit;
+    const IsInUse m_isInUse;
     const Dropped m_dropped;
     std::map<std::uint32_t, Entry> m_entries;
     std::uint64_t m_uses = 0;

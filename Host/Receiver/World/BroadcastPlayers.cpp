@@ -1,6 +1,7 @@
 #include "Host/Receiver/World/BroadcastPlayers.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace Receiver {
@@ -12,14 +13,17 @@ constexpr std::int32_t noParentalLock = 255;
 // What a page that goes away releases.
 constexpr std::uint32_t everyPlayer = 0;
 
+bool isRealized(BroadcastState state) {
+    return state == BroadcastState::Connecting || state == BroadcastState::Presenting;
+}
+
 }  // namespace
 
 bool BroadcastPlayers::bindToCurrentChannel(std::uint32_t pluginId) {
-    if (m_scenario.channel(m_scenario.broadcast.currentChannel) == nullptr)
+    if (m_tuner.channel() == nullptr)
         return false;
     // A player that already shows the channel stays as it is.
-    const auto before = state(pluginId);
-    if (before != BroadcastState::Presenting && before != BroadcastState::Connecting)
+    if (!isRealized(state(pluginId)))
         tune(pluginId, m_scenario.broadcast.currentChannel, false);
     return true;
 }
@@ -58,35 +62,46 @@ bool BroadcastPlayers::stepChannel(std::uint32_t pluginId, bool next) {
 void BroadcastPlayers::setNullChannel(std::uint32_t pluginId, bool becomeIndependent) {
     player(pluginId).tuning.stop();
     if (becomeIndependent)
-        m_scenario.broadcast.related = false;
-    setCurrentChannel(0);
+        m_tuner.setRelated(false);
+    m_tuner.change(0, identity(pluginId));
+    toNullChannel(pluginId);
+}
+
+void BroadcastPlayers::toNullChannel(std::uint32_t pluginId) {
+    player(pluginId).tuning.stop();
     announce(Event::ChannelChange, pluginId, 0);
     changeState(pluginId, BroadcastState::Unrealized);
 }
 
 void BroadcastPlayers::release(std::uint32_t pluginId) {
     if (pluginId == everyPlayer) {
-        std::vector<std::uint32_t> ids;
-        m_players.forEach([&ids](std::uint32_t id, const BroadcastPlayer&) {
+        for (const auto id : idsOf([](BroadcastState) { return true; })) {
             if (id != everyPlayer)
-                ids.push_back(id);
-        });
-        for (const auto id : ids)
-            release(id);
+                release(id);
+        }
     }
-    const bool realized = state(pluginId) != BroadcastState::Unrealized;
-    if (realized) {
-        player(pluginId).state = BroadcastState::Unrealized;
-        updatePlane(pluginId);
-    }
+    if (auto* released = m_players.find(pluginId))
+        end(pluginId, *released);
     m_players.erase(pluginId);
-    if (realized)
+}
+
+void BroadcastPlayers::end(std::uint32_t pluginId, BroadcastPlayer& player) {
+    m_plane.hide(identity(pluginId));
+    if (std::exchange(player.state, BroadcastState::Unrealized) != BroadcastState::Unrealized)
         announce(Event::BroadcastState, pluginId, static_cast<std::int32_t>(BroadcastState::Unrealized));
 }
 
+std::vector<std::uint32_t> BroadcastPlayers::idsOf(bool (*wanted)(BroadcastState)) const {
+    std::vector<std::uint32_t> ids;
+    m_players.forEach([&](std::uint32_t id, const BroadcastPlayer& player) {
+        if (wanted(player.state))
+            ids.push_back(id);
+    });
+    return ids;
+}
+
 void BroadcastPlayers::stop(std::uint32_t pluginId) {
-    const auto before = state(pluginId);
-    if (before != BroadcastState::Connecting && before != BroadcastState::Presenting)
+    if (!isRealized(state(pluginId)))
         return;
     player(pluginId).tuning.stop();
     changeState(pluginId, BroadcastState::Stopped);
@@ -100,7 +115,7 @@ BroadcastState BroadcastPlayers::state(std::uint32_t pluginId) {
 const Channel* BroadcastPlayers::channel(std::uint32_t pluginId) {
     if (state(pluginId) == BroadcastState::Unrealized)
         return nullptr;
-    return m_scenario.channel(m_scenario.broadcast.currentChannel);
+    return m_tuner.channel();
 }
 
 void BroadcastPlayers::setVolume(std::uint32_t pluginId, std::int32_t volume) {
@@ -133,35 +148,39 @@ std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, Comp
 void BroadcastPlayers::selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
     const auto* shown = channel(pluginId);
     if (shown != nullptr && player(pluginId).selection.select(shown->components, type, pid))
-        m_events.pluginEventSigned(Event::BroadcastComponentSelect, pluginId, type);
+        m_events.pluginEventSigned(m_caller, Event::BroadcastComponentSelect, pluginId, type);
 }
 
 void BroadcastPlayers::unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
     const auto* shown = channel(pluginId);
     if (shown != nullptr && player(pluginId).selection.unselect(shown->components, type, pid))
-        m_events.pluginEventSigned(Event::BroadcastComponentSelect, pluginId, type);
+        m_events.pluginEventSigned(m_caller, Event::BroadcastComponentSelect, pluginId, type);
 }
 
 void BroadcastPlayers::currentChannelChanged() {
-    const auto current = m_scenario.broadcast.currentChannel;
-    if (current != 0)
-        m_lastChannel = current;
-    std::vector<std::uint32_t> realized;
-    m_players.forEach([&realized](std::uint32_t pluginId, const BroadcastPlayer& candidate) {
-        if (candidate.state == BroadcastState::Connecting || candidate.state == BroadcastState::Presenting)
-            realized.push_back(pluginId);
-    });
-    for (const auto pluginId : realized) {
-        if (current == 0)
-            setNullChannel(pluginId, false);
+    for (const auto pluginId : idsOf(isRealized)) {
+        if (m_tuner.channel() == nullptr)
+            toNullChannel(pluginId);
         else
-            tune(pluginId, current, true);
+            tune(pluginId, m_scenario.broadcast.currentChannel, true);
     }
 }
 
-void BroadcastPlayers::restoreChannel() {
-    if (m_scenario.broadcast.currentChannel == 0 && m_scenario.channel(m_lastChannel) != nullptr)
-        m_scenario.broadcast.currentChannel = m_lastChannel;
+void BroadcastPlayers::follow(const PlanePlayer& by) {
+    const auto* shown = m_tuner.channel();
+    for (const auto pluginId :
+         idsOf([](BroadcastState state) { return state == BroadcastState::Presenting; })) {
+        if (identity(pluginId) == by)
+            continue;
+        if (shown == nullptr) {
+            toNullChannel(pluginId);
+            continue;
+        }
+        player(pluginId).selection.reset();
+        updatePlane(pluginId);
+        announce(Event::ChannelChange, pluginId, static_cast<std::int32_t>(shown->id));
+        announceRating(pluginId, *shown);
+    }
 }
 
 BroadcastPlayer& BroadcastPlayers::player(std::uint32_t pluginId) {
@@ -189,7 +208,7 @@ std::optional<std::int32_t> BroadcastPlayers::obstacle(const Channel& channel) c
     if (!channel.authorised)
         return TuningError::KeyMissing;
     const auto threshold = m_scenario.parental.lockStatus;
-    const bool rated = threshold != noParentalLock && m_presentRating(channel) > threshold;
+    const bool rated = threshold != noParentalLock && m_tuner.rating(channel) > threshold;
     if (channel.locked || channel.manualBlock || rated)
         return TuningError::ParentalLock;
     return std::nullopt;
@@ -205,23 +224,28 @@ void BroadcastPlayers::tune(std::uint32_t pluginId, std::uint32_t channelId, boo
 }
 
 void BroadcastPlayers::finishTuning(std::uint32_t pluginId, std::uint32_t channelId, bool isChange) {
-    const auto* found = m_scenario.channel(channelId);
+    // Who only binds gets what the tuner has come to meanwhile.
+    const auto* found = isChange ? m_scenario.channel(channelId) : m_tuner.channel();
     const auto error = found == nullptr ? TuningError::UnknownChannel : obstacle(*found).value_or(NoError);
-    const auto rating = found == nullptr ? std::uint8_t{0} : m_presentRating(*found);
     if (error == NoError && isChange) {
-        setCurrentChannel(channelId);
-        m_scenario.broadcast.related = true;
+        m_tuner.change(channelId, identity(pluginId));
+        m_tuner.setRelated(true);
     }
     if (isChange)
         announce(Event::ChannelChange, pluginId, static_cast<std::int32_t>(channelId), error);
     changeState(pluginId, error == NoError ? BroadcastState::Presenting : BroadcastState::Unrealized, error);
-    if (rating > 0 && (error == NoError || error == TuningError::ParentalLock))
+    if (found != nullptr && (error == NoError || error == TuningError::ParentalLock))
+        announceRating(pluginId, *found);
+}
+
+void BroadcastPlayers::announceRating(std::uint32_t pluginId, const Channel& channel) {
+    if (const auto rating = m_tuner.rating(channel); rating > 0)
         announce(Event::BroadcastParentalRating, pluginId, rating, 0);
 }
 
 void BroadcastPlayers::announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value,
                                 std::int32_t error) {
-    m_events.pluginEventData(event, pluginId, value, error);
+    m_events.pluginEventData(m_caller, event, pluginId, value, error);
 }
 
 void BroadcastPlayers::changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error) {
@@ -230,28 +254,14 @@ void BroadcastPlayers::changeState(std::uint32_t pluginId, BroadcastState state,
     announce(Event::BroadcastState, pluginId, static_cast<std::int32_t>(state), error);
 }
 
-void BroadcastPlayers::setCurrentChannel(std::uint32_t channelId) {
-    if (m_scenario.broadcast.currentChannel != 0)
-        m_lastChannel = m_scenario.broadcast.currentChannel;
-    m_scenario.broadcast.currentChannel = channelId;
-    // There is one tuner: other players show its new channel too.
-    std::vector<std::uint32_t> seen;
-    for (const auto& [shown, content] : m_plane.shown()) {
-        if (shown.kind == PlaneKind::Broadcast)
-            seen.push_back(shown.pluginId);
-    }
-    for (const auto pluginId : seen)
-        updatePlane(pluginId);
-}
-
 void BroadcastPlayers::updatePlane(std::uint32_t pluginId) {
     const auto& updated = player(pluginId);
     const bool isSeen = updated.state == BroadcastState::Presenting && updated.window.isSomewhere();
     const auto* shown = isSeen ? channel(pluginId) : nullptr;
     if (shown == nullptr)
-        m_plane.hide({PlaneKind::Broadcast, pluginId});
+        m_plane.hide(identity(pluginId));
     else
-        m_plane.show({PlaneKind::Broadcast, pluginId}, {updated.window, shown->name, PlanePicture::Card});
+        m_plane.show(identity(pluginId), {updated.window, shown->name, PlanePicture::Card});
 }
 
 }  // namespace Receiver

@@ -1,4 +1,4 @@
-// The tuner and the players of broadcast that pages hold, told apart by their plugin id.
+// The players of broadcast that one caller holds, told apart by their plugin id.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +13,7 @@
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Timers.h"
+#include "Host/Receiver/World/Tuner.h"
 
 namespace Receiver {
 
@@ -47,17 +48,14 @@ struct BroadcastPlayer {
 
 class BroadcastPlayers {
  public:
-    using PresentRating = std::function<std::uint8_t(const Channel&)>;
-
-    // The scenario's current channel and broadcast-related flag are the live ones and change with the tuner.
-    BroadcastPlayers(Scenario& scenario, Timers& timers, ReceiverEvents& events, Plane& plane,
-                     PresentRating presentRating)
-        : m_scenario(scenario),
+    BroadcastPlayers(CallerName caller, const Scenario& scenario, Tuner& tuner, Timers& timers,
+                     ReceiverEvents& events, Plane& plane)
+        : m_caller(std::move(caller)),
+          m_scenario(scenario),
+          m_tuner(tuner),
           m_timers(timers),
           m_events(events),
-          m_plane(plane),
-          m_presentRating(std::move(presentRating)),
-          m_lastChannel(scenario.broadcast.currentChannel) {}
+          m_plane(plane) {}
 
     [[nodiscard]] bool bindToCurrentChannel(std::uint32_t pluginId);
     // The channel's id, or nothing when the receiver knows no such channel.
@@ -80,10 +78,11 @@ class BroadcastPlayers {
     void selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
     void unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid);
 
-    // Somebody used the remote control, or the scenario changed: every realised player follows.
+    // Somebody used the remote control, or the scenario changed: every realised player tunes as well.
     void currentChannelChanged();
-    // The television shows its last channel again after an application had taken it away.
-    void restoreChannel();
+    // Another player, perhaps another caller's, has changed the channel: every other one that presents goes
+    // along.
+    void follow(const PlanePlayer& by);
 
     [[nodiscard]] const BoundedStore<BroadcastPlayer>& players() const { return m_players; }
 
@@ -98,18 +97,24 @@ class BroadcastPlayers {
     void announce(std::int32_t event, std::uint32_t pluginId, std::int32_t value,
                   std::int32_t error = NoError);
     void changeState(std::uint32_t pluginId, BroadcastState state, std::int32_t error = NoError);
-    void setCurrentChannel(std::uint32_t channelId);
+    void announceRating(std::uint32_t pluginId, const Channel& channel);
+    void toNullChannel(std::uint32_t pluginId);
+    [[nodiscard]] std::vector<std::uint32_t> idsOf(bool (*wanted)(BroadcastState)) const;
+    [[nodiscard]] PlanePlayer identity(std::uint32_t pluginId) const {
+        return {PlaneKind::Broadcast, m_caller, pluginId};
+    }
+    void end(std::uint32_t pluginId, BroadcastPlayer& player);
     void updatePlane(std::uint32_t pluginId);
 
-    Scenario& m_scenario;
+    const CallerName m_caller;
+    const Scenario& m_scenario;
+    Tuner& m_tuner;
     Timers& m_timers;
     ReceiverEvents& m_events;
     Plane& m_plane;
-    PresentRating m_presentRating;
-    std::uint32_t m_lastChannel;
-    BoundedStore<BroadcastPlayer> m_players{64, [this](std::uint32_t id) {
-                                                m_plane.hide({PlaneKind::Broadcast, id});
-                                            }};
+    BoundedStore<BroadcastPlayer> m_players{
+        64, [](const BroadcastPlayer& player) { return player.state != BroadcastState::Unrealized; },
+        [this](std::uint32_t id, BroadcastPlayer& player) { end(id, player); }};
 };
 
 }  // namespace Receiver

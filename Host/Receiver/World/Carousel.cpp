@@ -61,7 +61,7 @@ std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& f
 }  // namespace
 
 bool Carousel::request(std::uint32_t handle, const std::string& url) {
-    if (m_scenario.carousel.folder.empty() || m_pending.size() >= mostPending)
+    if (m_scenario.carousel.folder.empty() || m_pending.isFull())
         return false;
     const auto id = m_pending.nextId();
     m_pending.emplace(id, m_timers).start(m_scenario.carousel.replyMs, [this, id, handle, url] {
@@ -74,7 +74,8 @@ bool Carousel::request(std::uint32_t handle, const std::string& url) {
 void Carousel::respond(std::uint32_t handle, const std::string& url) {
     const auto name = fileNameIn(url);
     const auto bytes = name ? readFile(m_scenario.carousel.folder, *name) : std::nullopt;
-    m_events.fileResponse(handle, url, bytes.value_or(std::vector<std::uint8_t>()), bytes.has_value());
+    m_events.fileResponse(m_caller, handle, url, bytes.value_or(std::vector<std::uint8_t>()),
+                          bytes.has_value());
 }
 
 }  // namespace Receiver

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <vector>
 
+#include "Host/Receiver/World/Urls.h"
+
 namespace Receiver {
 
 namespace {
@@ -29,11 +31,8 @@ std::string plainType(const std::string& mimeType) {
     return type;
 }
 
-bool isAtWork(const MediaSession& session) {
-    if (session.player() == nullptr)
-        return false;
-    const auto state = session.player()->state();
-    return state != MediaState::Stopped && state != MediaState::Finished && state != MediaState::Error;
+bool isOver(MediaState state) {
+    return state == MediaState::Finished || state == MediaState::Error;
 }
 
 }  // namespace
@@ -47,8 +46,13 @@ void MediaSession::acquire(const MediaPlayerFactory& make) {
 }
 
 void MediaSession::setUrl(const std::string& url) {
-    m_queue.clear();
+    clearQueue();
     load(url);
+}
+
+void MediaSession::clearQueue() {
+    m_queue.clear();
+    m_next.stop();
 }
 
 void MediaSession::load(const std::string& url) {
@@ -56,6 +60,8 @@ void MediaSession::load(const std::string& url) {
     m_selection.reset();
     if (m_player != nullptr)
         m_player->load(url);
+    if (m_state != MediaState::Stopped)
+        mediaStateChanged(MediaState::Stopped, NoError);
 }
 
 void MediaSession::setAttribute(const std::string& name, const std::string& value) {
@@ -65,12 +71,43 @@ void MediaSession::setAttribute(const std::string& name, const std::string& valu
 
 bool MediaSession::queue(const std::string& url) {
     if (url.empty()) {
-        m_queue.clear();
+        clearQueue();
         return true;
     }
     if (m_queue.size() >= longestQueue)
         return false;
     m_queue.push_back(url);
+    return true;
+}
+
+void MediaSession::playNext() {
+    const auto next = m_queue.front();
+    m_queue.pop_front();
+    m_goesOn = true;
+    load(next);
+    m_goesOn = false;
+    if (!play(1.0))
+        mediaStateChanged(MediaState::Error, MediaError::Unidentified);
+}
+
+bool MediaSession::isAtWork() const {
+    return (m_state != MediaState::Stopped && !isOver(m_state)) || m_next.isRunning();
+}
+
+// What lies on the receiver's own disk is for pages that lie there too.
+bool MediaSession::mayPlay() const {
+    return schemeOf(m_url) != "file" || schemeOf(location) == "file";
+}
+
+bool MediaSession::play(double speed) {
+    // The next one begins in a moment.
+    if (m_next.isRunning())
+        return true;
+    if (mayPlay())
+        return m_player->play(speed);
+    // It looks as a medium that is not there does, whether it is there or not.
+    mediaStateChanged(MediaState::Connecting, NoError);
+    mediaStateChanged(MediaState::Error, MediaError::ContentNotAvailable);
     return true;
 }
 
@@ -80,8 +117,10 @@ void MediaSession::setWindow(const VideoWindow& window) {
 }
 
 void MediaSession::stop() {
-    m_queue.clear();
+    clearQueue();
     m_player->stop();
+    if (m_state != MediaState::Stopped)
+        mediaStateChanged(MediaState::Stopped, NoError);
 }
 
 void MediaSession::refuse() {
@@ -115,7 +154,7 @@ void MediaSession::unselectComponent(std::int32_t type, std::int32_t pid) {
 
 void MediaSession::selectionChanged(std::int32_t type) {
     present();
-    m_events.pluginEventSigned(Event::MediaComponentSelect, m_pluginId, type);
+    m_events.pluginEventSigned(m_identity.caller, Event::MediaComponentSelect, m_identity.pluginId, type);
 }
 
 void MediaSession::present() {
@@ -128,35 +167,36 @@ void MediaSession::present() {
 }
 
 void MediaSession::mediaStateChanged(MediaState state, std::int32_t error) {
+    if (state == MediaState::Stopped)
+        m_frames.clear();
+    if (state == MediaState::Stopped && m_goesOn)
+        return;
+    m_state = state;
     m_error = error;
     const bool rolls = state == MediaState::Playing || state == MediaState::Paused;
     // While it waits for more to play, the last frame stands.
     m_isSeen = rolls || (m_isSeen && state == MediaState::Buffering);
-    if (state == MediaState::Stopped)
-        m_frames.clear();
     updatePlane();
-    m_events.pluginEventData(Event::MediaState, m_pluginId, static_cast<std::int32_t>(state), error);
-    if (state != MediaState::Finished || m_queue.empty())
-        return;
-    const auto next = m_queue.front();
-    m_queue.pop_front();
-    load(next);
-    (void)m_player->play(1.0);
+    m_events.pluginEventData(m_identity.caller, Event::MediaState, m_identity.pluginId,
+                             static_cast<std::int32_t>(state), error);
+    // Not now: the player is in the middle of telling this.
+    if (isOver(state) && !m_queue.empty())
+        m_next.start(0, [this] { playNext(); });
 }
 
 void MediaSession::mediaSpeedChanged(double speed) {
-    m_events.pluginEventFloat(Event::MediaSpeed, m_pluginId, speed);
+    m_events.pluginEventFloat(m_identity.caller, Event::MediaSpeed, m_identity.pluginId, speed);
 }
 
 void MediaSession::mediaPositionChanged(std::uint32_t milliseconds) {
-    m_events.pluginEventUnsigned(Event::MediaPosition, m_pluginId, milliseconds);
+    m_events.pluginEventUnsigned(m_identity.caller, Event::MediaPosition, m_identity.pluginId, milliseconds);
 }
 
 void MediaSession::updatePlane() {
     if (m_isSeen && m_window.isSomewhere())
-        m_plane.show({PlaneKind::Broadband, m_pluginId}, {m_window, fileName(m_url), picture()});
+        m_plane.show(m_identity, {m_window, fileName(m_url), picture()});
     else
-        m_plane.hide({PlaneKind::Broadband, m_pluginId});
+        m_plane.hide(m_identity);
 }
 
 PlanePicture MediaSession::picture() const {
@@ -174,8 +214,8 @@ MediaSession& MediaPlayers::session(std::uint32_t pluginId) {
     if (found != nullptr)
         return *found;
     const auto* window = m_windows.find(pluginId);
-    return m_sessions.emplace(pluginId, pluginId, m_scenario, window == nullptr ? VideoWindow() : *window,
-                              m_timers, m_events, m_plane);
+    return m_sessions.emplace(pluginId, identity(pluginId), m_scenario,
+                              window == nullptr ? VideoWindow() : *window, m_timers, m_events, m_plane);
 }
 
 MediaPlayer* MediaPlayers::player(std::uint32_t pluginId) {
@@ -184,11 +224,18 @@ MediaPlayer* MediaPlayers::player(std::uint32_t pluginId) {
 }
 
 bool MediaPlayers::hasDecoderFor(std::uint32_t pluginId) const {
-    std::size_t atWork = 0;
-    m_sessions.forEach([&](std::uint32_t other, const MediaSession& candidate) {
-        atWork += other != pluginId && isAtWork(candidate) ? 1 : 0;
+    std::size_t others = m_allAtWork();
+    m_sessions.forEach([&](std::uint32_t id, const MediaSession& session) {
+        others -= id == pluginId && session.isAtWork() ? 1 : 0;
     });
-    return atWork < m_scenario.media.maximumPlayers;
+    return others < m_scenario.media.maximumPlayers;
+}
+
+std::size_t MediaPlayers::atWork() const {
+    std::size_t count = 0;
+    m_sessions.forEach(
+        [&count](std::uint32_t, const MediaSession& session) { count += session.isAtWork() ? 1 : 0; });
+    return count;
 }
 
 bool MediaPlayers::acquire(std::uint32_t pluginId) {
@@ -202,9 +249,25 @@ bool MediaPlayers::play(std::uint32_t pluginId, double speed) {
     auto* found = m_sessions.find(pluginId);
     if (found == nullptr || found->player() == nullptr)
         return false;
-    if (isAtWork(*found) || hasDecoderFor(pluginId))
-        return found->player()->play(speed);
+    if (found->isAtWork() || hasDecoderFor(pluginId))
+        return found->play(speed);
     found->refuse();
+    return false;
+}
+
+bool MediaPlayers::queue(std::uint32_t pluginId, const std::string& url) {
+    auto& queued = session(pluginId);
+    if (!queued.queue(url))
+        return false;
+    if (url.empty() || queued.isAtWork())
+        return true;
+    if (acquire(pluginId)) {
+        queued.playNext();
+        return true;
+    }
+    (void)queued.queue("");
+    if (queued.player() != nullptr)
+        queued.refuse();
     return false;
 }
 
@@ -261,9 +324,15 @@ void MediaPlayers::release(std::uint32_t pluginId) {
         for (const auto id : ids)
             release(id);
     }
-    (void)stop(pluginId);
-    m_plane.hide({PlaneKind::Broadband, pluginId});
+    if (auto* released = m_sessions.find(pluginId))
+        end(pluginId, *released);
     m_sessions.erase(pluginId);
+}
+
+void MediaPlayers::end(std::uint32_t pluginId, MediaSession& session) {
+    if (session.player() != nullptr)
+        session.stop();
+    m_plane.hide(identity(pluginId));
 }
 
 }  // namespace Receiver

@@ -1,4 +1,5 @@
-// What the world tells: the signals of the product's interfaces and those of the control interface.
+// What the world tells: the signals of the product's interfaces, to one caller or to all, and those of the
+// control interface.
 #pragma once
 
 #include <compare>
@@ -36,11 +37,17 @@ struct VideoWindow {
     [[nodiscard]] bool operator==(const VideoWindow&) const = default;
 };
 
-// Players of both kinds count their plugin ids from 1.
+// A client of the bus that asks something of the receiver, by its unique name.
+using CallerName = std::string;
+// Whom a signal goes to that concerns all of them.
+inline const CallerName Everybody;
+
+// Every caller counts the plugin ids of its players from 1, for both kinds.
 enum class PlaneKind { Broadcast, Broadband };
 
 struct PlanePlayer {
     PlaneKind kind = PlaneKind::Broadcast;
+    CallerName caller;
     std::uint32_t pluginId = 0;
 
     [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;
@@ -66,16 +73,20 @@ class ReceiverEvents {
  public:
     virtual ~ReceiverEvents() = default;
 
-    virtual void pluginEventUnsigned(std::int32_t event, std::uint32_t pluginId, std::uint32_t value) = 0;
-    virtual void pluginEventSigned(std::int32_t event, std::uint32_t pluginId, std::int32_t value) = 0;
-    virtual void pluginEventFloat(std::int32_t event, std::uint32_t pluginId, double value) = 0;
-    virtual void pluginEventData(std::int32_t event, std::uint32_t pluginId, std::int32_t first,
-                                 std::int32_t second) = 0;
-    virtual void streamEvent(std::uint32_t status, std::int16_t eventId, const std::string& name,
-                             const std::vector<std::uint8_t>& data, std::uint32_t jobId) = 0;
-    virtual void playReadyResponse(std::uint32_t transactionId, std::int32_t resultCode,
+    virtual void pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                     std::uint32_t value) = 0;
+    virtual void pluginEventSigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                   std::int32_t value) = 0;
+    virtual void pluginEventFloat(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                  double value) = 0;
+    virtual void pluginEventData(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
+                                 std::int32_t first, std::int32_t second) = 0;
+    virtual void streamEvent(const CallerName& to, std::uint32_t status, std::int16_t eventId,
+                             const std::string& name, const std::vector<std::uint8_t>& data,
+                             std::uint32_t jobId) = 0;
+    virtual void playReadyResponse(const CallerName& to, std::uint32_t transactionId, std::int32_t resultCode,
                                    const std::string& message) = 0;
-    virtual void fileResponse(std::uint32_t handle, const std::string& url,
+    virtual void fileResponse(const CallerName& to, std::uint32_t handle, const std::string& url,
                               const std::vector<std::uint8_t>& data, bool status) = 0;
 
     virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;

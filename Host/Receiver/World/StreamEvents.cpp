@@ -16,7 +16,7 @@ constexpr std::uint32_t retryMs = 1000;
 
 std::uint32_t StreamEvents::subscribe(const std::string& url, const std::string& name) {
     const auto* found = source(url, name);
-    if (found == nullptr)
+    if (found == nullptr || m_subscriptions.isFull())
         return 0;
     const auto jobId = m_subscriptions.nextId();
     waitForTrigger(jobId, m_subscriptions.emplace(jobId, m_timers, url, name), found->periodMs);
@@ -48,7 +48,7 @@ void StreamEvents::trigger(std::uint32_t jobId) {
     const auto* from = source(subscription->url, subscription->name);
     waitForTrigger(jobId, *subscription, from == nullptr ? retryMs : from->periodMs);
     if (from != nullptr)
-        m_events.streamEvent(statusTrigger, from->eventId, from->name, from->data, jobId);
+        m_events.streamEvent(m_caller, statusTrigger, from->eventId, from->name, from->data, jobId);
 }
 
 }  // namespace Receiver

@@ -1,4 +1,4 @@
-// Subscriptions to the scenario's stream events; each fires on a timer of its own.
+// A caller's subscriptions to the scenario's stream events; each fires on a timer of its own.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ namespace Receiver {
 
 class StreamEvents {
  public:
-    StreamEvents(const Scenario& scenario, Timers& timers, ReceiverEvents& events)
-        : m_scenario(scenario), m_timers(timers), m_events(events) {}
+    StreamEvents(CallerName caller, const Scenario& scenario, Timers& timers, ReceiverEvents& events)
+        : m_caller(std::move(caller)), m_scenario(scenario), m_timers(timers), m_events(events) {}
 
-    // The job id, or 0 when the broadcast carries no such event.
+    // The job id, or 0 when the broadcast carries no such event or the caller has too many subscriptions.
     [[nodiscard]] std::uint32_t subscribe(const std::string& url, const std::string& name);
     [[nodiscard]] bool unsubscribe(std::uint32_t jobId);
 
@@ -37,6 +37,7 @@ class StreamEvents {
     void waitForTrigger(std::uint32_t jobId, Subscription& subscription, std::uint32_t periodMs);
     void trigger(std::uint32_t jobId);
 
+    const CallerName m_caller;
     const Scenario& m_scenario;
     Timers& m_timers;
     ReceiverEvents& m_events;

@@ -1,7 +1,6 @@
 #include "Host/Receiver/World/World.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "Host/Receiver/World/JsonReader.h"
 #include "Host/Receiver/World/SimulatedMediaPlayer.h"
@@ -12,7 +11,6 @@ namespace Receiver {
 namespace {
 
 constexpr std::size_t largestNumberOfProfiles = 256;
-constexpr std::int32_t resultUnknownDrmSystem = 5;
 constexpr const char statePointer[] = "/state";
 
 nlohmann::json::json_pointer parsePointer(const std::string& pointer) {
@@ -47,12 +45,18 @@ void place(nlohmann::json& document, const std::string& pointer, nlohmann::json 
     }
 }
 
-nlohmann::json describe(const VideoWindow& window) {
-    return {{"x", window.x},
-            {"y", window.y},
-            {"width", window.width},
-            {"height", window.height},
-            {"full_screen", window.fullScreen}};
+// What all callers hold together: what is counted is added up, and players are told apart by their caller.
+void addUp(nlohmann::json& state, const CallerName& caller, const nlohmann::json& held) {
+    for (const auto& [kind, value] : held.items()) {
+        auto& total = state[kind];
+        if (value.is_number()) {
+            total =
+                total.is_null() ? value : nlohmann::json(total.get<std::size_t>() + value.get<std::size_t>());
+            continue;
+        }
+        for (const auto& [id, entry] : value.items())
+            total[caller + " " + id] = entry;
+    }
 }
 
 }  // namespace
@@ -66,26 +70,58 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
       m_events(events),
       m_applications(m_scenario, events),
       m_plane(events),
-      m_broadcast(m_scenario, timers, events, m_plane,
-                  [this](const Channel& channel) {
-                      const auto* programme = present(channel, m_origin, utc());
-                      return programme == nullptr ? std::uint8_t{0} : programme->rating;
-                  }),
-      m_media(
-          m_scenario, timers, events, m_plane,
-          makePlayer ? std::move(makePlayer)
-                     : [this](MediaListener& listener, PictureSink&) -> std::unique_ptr<MediaPlayer> {
-              return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
-          }),
-      m_streamEvents(m_scenario, timers, events),
-      m_search(m_scenario, timers,
-               [this] {
-                   return Moment{m_origin, utc()};
-               }),
-      m_carousel(m_scenario, timers, events),
       m_relatedAtStart(m_scenario.broadcast.related),
       m_origin(utc()),
-      m_profiles(m_scenario.capabilities.profiles.begin(), m_scenario.capabilities.profiles.end()) {}
+      m_profiles(m_scenario.capabilities.profiles.begin(), m_scenario.capabilities.profiles.end()),
+      m_tuner(
+          m_scenario,
+          [this](const Channel& channel) {
+              const auto* programme = present(channel, m_origin, utc());
+              return programme == nullptr ? std::uint8_t{0} : programme->rating;
+          },
+          [this](const PlanePlayer& by) {
+              for (const auto& [name, caller] : m_callers)
+                  caller->broadcast().follow(by);
+          }),
+      m_surroundings{m_scenario,
+                     timers,
+                     events,
+                     m_plane,
+                     m_tuner,
+                     makePlayer
+                         ? std::move(makePlayer)
+                         : [this](MediaListener& listener, PictureSink&) -> std::unique_ptr<MediaPlayer> {
+                         return std::make_unique<SimulatedMediaPlayer>(m_scenario, m_timers, listener);
+                     },
+                     [this] {
+                         std::size_t count = 0;
+                         for (const auto& [name, caller] : m_callers)
+                             count += caller->media().atWork();
+                         return count;
+                     },
+                     [this] {
+                         return Moment{m_origin, utc()};
+                     }} {}
+
+Caller& World::caller(const CallerName& name) {
+    auto& entry = m_callers[name];
+    if (entry == nullptr)
+        entry = std::make_unique<Caller>(name, m_surroundings);
+    return *entry;
+}
+
+Caller* World::find(const CallerName& name) {
+    const auto found = m_callers.find(name);
+    return found == m_callers.end() ? nullptr : found->second.get();
+}
+
+void World::forget(const CallerName& name) {
+    const auto found = m_callers.find(name);
+    if (found == m_callers.end())
+        return;
+    found->second->endPlayers();
+    m_callers.erase(found);
+}
 
 nlohmann::json World::value(const std::string& pointer) {
     auto whole = document();
@@ -112,7 +148,7 @@ void World::registerView(std::int32_t viewId, const std::string& url) {
     if (!m_applications.registerView(viewId, url))
         return;
     m_scenario.broadcast.related = m_relatedAtStart;
-    m_broadcast.restoreChannel();
+    m_tuner.restore();
 }
 
 void World::setKeyMask(std::uint32_t mask) {
@@ -146,20 +182,6 @@ std::vector<std::uint32_t> World::channelsAt(const std::string& url, std::uint16
     return ids;
 }
 
-bool World::retainChannel(std::uint32_t id) {
-    if (m_scenario.channel(id) == nullptr)
-        return false;
-    auto& count = m_retained[id];
-    count += count < std::numeric_limits<std::uint32_t>::max() ? 1 : 0;
-    return true;
-}
-
-void World::releaseChannel(std::uint32_t id) {
-    const auto found = m_retained.find(id);
-    if (found != m_retained.end() && --found->second == 0)
-        m_retained.erase(found);
-}
-
 void World::addProfile(const Profile& profile) {
     if (m_profiles.size() < largestNumberOfProfiles)
         m_profiles.insert(profile);
@@ -167,26 +189,6 @@ void World::addProfile(const Profile& profile) {
 
 bool World::hasProfile(const Profile& profile) const {
     return m_profiles.contains(profile);
-}
-
-std::int32_t World::sendDrmMessage(const std::string& drmSystemId) {
-    // The id is signed in the reply and unsigned in the response, so it stays where both agree.
-    m_lastTransaction = m_lastTransaction == 0x7FFFFFFF ? 1 : m_lastTransaction + 1;
-    const auto transaction = m_lastTransaction;
-    const auto system =
-        std::find_if(m_scenario.drm.systems.begin(), m_scenario.drm.systems.end(),
-                     [&drmSystemId](const DrmSystem& candidate) { return candidate.id == drmSystemId; });
-    const bool known = system != m_scenario.drm.systems.end();
-    if (known && !system->replies)
-        return static_cast<std::int32_t>(transaction);
-    const auto code = known ? system->resultCode : resultUnknownDrmSystem;
-    const auto message = known ? system->resultMessage : std::string();
-    m_drmReplies.emplace(transaction, m_timers)
-        .start(known ? system->replyMs : 0, [this, transaction, code, message] {
-            m_drmReplies.erase(transaction);
-            m_events.playReadyResponse(transaction, code, message);
-        });
-    return static_cast<std::int32_t>(transaction);
 }
 
 nlohmann::json World::document() const {
@@ -198,49 +200,35 @@ nlohmann::json World::document() const {
 }
 
 nlohmann::json World::state() {
-    nlohmann::json state = {{"views", nlohmann::json::object()},
-                            {"broadcast_players", nlohmann::json::object()},
-                            {"media_players", nlohmann::json::object()},
-                            {"retained_channels", nlohmann::json::object()},
-                            {"stream_event_subscriptions", m_streamEvents.size()},
-                            {"queries", m_search.queries().size()},
-                            {"searches", m_search.searches().size()},
-                            {"search_results", m_search.results().size()}};
+    const auto none = nlohmann::json::object();
+    // Nobody's share first, so that each kind is there when nobody holds any.
+    nlohmann::json state = Caller(CallerName(), m_surroundings).describe();
+    state["views"] = state["callers"] = none;
     for (const auto& [id, view] : m_applications.views())
         state["views"][std::to_string(id)] = {
             {"url", view.url}, {"visible", view.visible}, {"started", view.started}};
-    m_broadcast.players().forEach([&state](std::uint32_t id, const BroadcastPlayer& player) {
-        state["broadcast_players"][std::to_string(id)] = {{"state", static_cast<int>(player.state)},
-                                                          {"volume", player.volume},
-                                                          {"window", describe(player.window)}};
-    });
-    m_media.sessions().forEach([&state](std::uint32_t id, const MediaSession& session) {
-        const auto* player = session.player();
-        state["media_players"][std::to_string(id)] = {
-            {"url", session.url()},
-            {"mime_type", session.mimeType},
-            {"location", session.location},
-            {"attributes", session.attributes()},
-            {"state", player == nullptr ? 0 : static_cast<int>(player->state())},
-            {"volume", session.volume()},
-            {"window", describe(session.window())}};
-    });
-    for (const auto& [id, count] : m_retained)
-        state["retained_channels"][std::to_string(id)] = count;
+    for (const auto& [name, caller] : m_callers) {
+        const auto held = caller->describe();
+        addUp(state, name, held);
+        state["callers"][name] = held;
+    }
     return state;
 }
 
 void World::adopt(Scenario next) {
     const auto before = std::move(m_scenario);
     m_scenario = std::move(next);
-    for (auto entry = m_retained.begin(); entry != m_retained.end();)
-        entry = m_scenario.channel(entry->first) == nullptr ? m_retained.erase(entry) : std::next(entry);
+    for (const auto& [name, caller] : m_callers)
+        caller->forgetLostChannels();
     if (m_scenario.keys.mask != before.keys.mask)
         m_events.keyMaskChanged(m_scenario.keys.mask);
-    if (m_scenario.broadcast.currentChannel != before.broadcast.currentChannel)
-        m_broadcast.currentChannelChanged();
+    if (m_scenario.broadcast.currentChannel != before.broadcast.currentChannel) {
+        m_tuner.remember();
+        for (const auto& [name, caller] : m_callers)
+            caller->broadcast().currentChannelChanged();
+    }
     if (m_scenario.drm.sasSessionOpen != before.drm.sasSessionOpen)
-        m_events.pluginEventUnsigned(Event::SasSession, 0, m_scenario.drm.sasSessionOpen ? 1 : 0);
+        m_events.pluginEventUnsigned(Everybody, Event::SasSession, 0, m_scenario.drm.sasSessionOpen ? 1 : 0);
 }
 
 }  // namespace Receiver

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <map>
-#include <optional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,16 +11,13 @@
 #include <nlohmann/json.hpp>
 
 #include "Host/Receiver/World/Applications.h"
-#include "Host/Receiver/World/BroadcastPlayers.h"
-#include "Host/Receiver/World/Carousel.h"
-#include "Host/Receiver/World/MediaPlayers.h"
-#include "Host/Receiver/World/MetadataSearch.h"
+#include "Host/Receiver/World/Caller.h"
 #include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Schedule.h"
-#include "Host/Receiver/World/StreamEvents.h"
 #include "Host/Receiver/World/Timers.h"
+#include "Host/Receiver/World/Tuner.h"
 
 namespace Receiver {
 
@@ -34,14 +31,16 @@ class World {
     [[nodiscard]] const Scenario& scenario() const { return m_scenario; }
     [[nodiscard]] Applications& applications() { return m_applications; }
     [[nodiscard]] const Plane& plane() const { return m_plane; }
-    [[nodiscard]] BroadcastPlayers& broadcast() { return m_broadcast; }
-    [[nodiscard]] MediaPlayers& media() { return m_media; }
-    [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
-    [[nodiscard]] MetadataSearch& search() { return m_search; }
-    [[nodiscard]] Carousel& carousel() { return m_carousel; }
+
+    // Makes the caller known on first use.
+    [[nodiscard]] Caller& caller(const CallerName& name);
+    // Null for one that has asked nothing yet.
+    [[nodiscard]] Caller* find(const CallerName& name);
+    // It has left the bus: what it held is given back.
+    void forget(const CallerName& name);
 
     // A value of the scenario, with what changes by itself as it is now; below "/state" what the scenario
-    // does not describe (views, players, subscriptions). Both throw ScenarioError.
+    // does not describe (views, callers and what they hold). Both throw ScenarioError.
     [[nodiscard]] nlohmann::json value(const std::string& pointer);
     void setValue(const std::string& pointer, const std::string& json);
 
@@ -55,15 +54,8 @@ class World {
     // The channels that a dvb: address names, and its event.
     [[nodiscard]] std::vector<std::uint32_t> channelsAt(const std::string& url, std::uint16_t& eventId) const;
 
-    // A channel's cache entry; false for a channel that does not exist.
-    [[nodiscard]] bool retainChannel(std::uint32_t id);
-    void releaseChannel(std::uint32_t id);
-
     void addProfile(const Profile& profile);
     [[nodiscard]] bool hasProfile(const Profile& profile) const;
-
-    // The transaction id; the answer follows as an event.
-    [[nodiscard]] std::int32_t sendDrmMessage(const std::string& drmSystemId);
 
  private:
     [[nodiscard]] nlohmann::json document() const;
@@ -77,17 +69,12 @@ class World {
     ReceiverEvents& m_events;
     Applications m_applications;
     Plane m_plane;
-    BroadcastPlayers m_broadcast;
-    MediaPlayers m_media;
-    StreamEvents m_streamEvents;
-    MetadataSearch m_search;
-    Carousel m_carousel;
     bool m_relatedAtStart;
     std::int64_t m_origin;
-    std::map<std::uint32_t, std::uint32_t> m_retained;
     std::set<Profile> m_profiles;
-    std::uint32_t m_lastTransaction = 0;
-    BoundedStore<Timer> m_drmReplies{64};
+    Tuner m_tuner;
+    const Surroundings m_surroundings;
+    std::map<CallerName, std::unique_ptr<Caller>> m_callers;
 };
 
 }  // namespace Receiver

@@ -6,8 +6,7 @@ import { defaultScenario, receiver } from "./programs.mjs";
 import { waitFor } from "./wait.mjs";
 
 const run = promisify(execFile);
-const prefix = "org.vantrel.hbbtv.";
-const path = "/org/vantrel/hbbtv";
+const name = "org.vantrel.hbbtv.ReceiverControl";
 
 export class Receiver {
   static async start(workplace, scenario = defaultScenario) {
@@ -31,19 +30,9 @@ export class Receiver {
   }
 
   // The arguments are GVariant text; the result is the reply's tuple.
-  call(method, ...args) {
-    return this.#callInterface("ReceiverControl", `${path}/control`, method, args);
-  }
-
-  // What the bundle asks of the product's interfaces: callProduct("IAVEventHandler.Play", "1", "1.0").
-  callProduct(name, ...args) {
-    const [service, method] = name.split(".");
-    return this.#callInterface(service, path, method, args);
-  }
-
-  async #callInterface(service, objectPath, method, args) {
-    const { stdout } = await run("gdbus", ["call", "--session", "--timeout", "10", "--dest", prefix + service,
-      "--object-path", objectPath, "--method", `${prefix}${service}.${method}`, ...args],
+  async call(method, ...args) {
+    const { stdout } = await run("gdbus", ["call", "--session", "--timeout", "10", "--dest", name,
+      "--object-path", "/org/vantrel/hbbtv/control", "--method", `${name}.${method}`, ...args],
     { env: this.workplace.env, maxBuffer: 64 << 20 });
     return parseVariant(stdout);
   }

@@ -1,0 +1,73 @@
+// What one caller holds: its players, and whatever else it has asked the receiver to keep for it. A caller is
+// a client of the bus; each web process is one.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "Host/Receiver/World/BoundedStore.h"
+#include "Host/Receiver/World/BroadcastPlayers.h"
+#include "Host/Receiver/World/Carousel.h"
+#include "Host/Receiver/World/MediaPlayers.h"
+#include "Host/Receiver/World/MetadataSearch.h"
+#include "Host/Receiver/World/StreamEvents.h"
+
+namespace Receiver {
+
+// What all callers share.
+struct Surroundings {
+    const Scenario& scenario;
+    Timers& timers;
+    ReceiverEvents& events;
+    Plane& plane;
+    Tuner& tuner;
+    MediaPlayerFactory makePlayer;
+    MediaPlayers::AtWork allAtWork;
+    MetadataSearch::Present present;
+};
+
+class Caller {
+ public:
+    Caller(const CallerName& name, const Surroundings& around);
+    Caller(const Caller&) = delete;
+    Caller& operator=(const Caller&) = delete;
+
+    [[nodiscard]] BroadcastPlayers& broadcast() { return m_broadcast; }
+    [[nodiscard]] MediaPlayers& media() { return m_media; }
+    [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
+    [[nodiscard]] MetadataSearch& search() { return m_search; }
+    [[nodiscard]] Carousel& carousel() { return m_carousel; }
+
+    // A channel's cache entry; false for a channel that does not exist.
+    [[nodiscard]] bool retainChannel(std::uint32_t id);
+    void releaseChannel(std::uint32_t id);
+
+    // The transaction id; the answer follows as an event.
+    [[nodiscard]] std::int32_t sendDrmMessage(const std::string& drmSystemId);
+
+    // The scenario has other channels now.
+    void forgetLostChannels();
+    // It has left the bus. What does not show goes with this object.
+    void endPlayers();
+
+    // For a reader of the world.
+    [[nodiscard]] nlohmann::json describe();
+
+ private:
+    const CallerName m_name;
+    const Scenario& m_scenario;
+    Timers& m_timers;
+    ReceiverEvents& m_events;
+    BroadcastPlayers m_broadcast;
+    MediaPlayers m_media;
+    StreamEvents m_streamEvents;
+    MetadataSearch m_search;
+    Carousel m_carousel;
+    std::map<std::uint32_t, std::uint32_t> m_retained;
+    BoundedStore<Timer> m_drmReplies{64};
+};
+
+}  // namespace Receiver

@@ -1,0 +1,223 @@
+// What one client of the bus has of the receiver is its own, and ends with it: each web process is a client.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Bus/BusFixture.h"
+#include "Tests/Bus/ReceiverFixture.h"
+
+namespace {
+
+using ReceiverTest::Answer;
+using ReceiverTest::Client;
+using ReceiverTest::writeFile;
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char household[] = R"({
+  "broadcast": {"current_channel": 1, "tune_ms": 1, "channels": [
+    {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]},
+  "media": {"mime_types": ["video/mp4"], "connect_ms": 1, "maximum_players": 2, "items": [
+    {"url": "*/film*", "duration_ms": 600000}]},
+  "drm": {"systems": [{"id": "slow", "reply_ms": 60000}, {"id": "quick", "reply_ms": 1}]},
+  "carousel": {"folder": ".", "reply_ms": 1},
+  "stream_events": [{"url": "dvb://*", "name": "tick", "period_ms": 20, "data": "00"}]
+})";
+
+constexpr const char noPlane[] = ", false, 0, 0, 0, 0, false, '', 'none')";
+
+class TwoPages : public ReceiverTest::RunningReceiver {
+ protected:
+    void SetUp() override {
+        RunningReceiver::SetUp();
+        other.join();
+    }
+    void TearDown() override {
+        other.leave();
+        RunningReceiver::TearDown();
+    }
+    [[nodiscard]] std::string scenario() const override { return writeFile("household.json", household); }
+
+    [[nodiscard]] Client& me() { return *this; }
+    // Television and a film, both as plugin 1 with a window, and waits for their pictures.
+    void watch(Client& page, const std::string& film) {
+        const std::string window = "(uint32 1, uint32 0, uint32 0, uint32 16, uint32 9, false)";
+        page.forget();
+        (void)page.call("IBroadcastPlayer.UpdateLayout", window);
+        (void)page.call("IAVEventHandler.UpdateLayout", window);
+        ASSERT_EQ(page.call("IBroadcastPlayer.BindToCurrentChannel", "(uint32 1,)").text(), "(true,)");
+        (void)page.call("IAVEventHandler.SetData", "(uint32 1, 'http://x/" + film + "')");
+        ASSERT_EQ(page.call("IAVEventHandler.GetPlayer", "(uint32 1,)").text(), "(true,)");
+        ASSERT_EQ(page.call("IAVEventHandler.Play", "(uint32 1, 1.0)").text(), "(true,)");
+        ASSERT_TRUE(WaitFor([&] { return showsBoth(page); })) << testing::PrintToString(page.signals());
+    }
+    static bool showsBoth(Client& page) {
+        return testing::Value(page.signals(), AllOf(Contains("PluginEventData(101, 1, 2, 1000)"),
+                                                    Contains("PluginEventData(200, 1, 1, 1000)")));
+    }
+    [[nodiscard]] static testing::Matcher<std::vector<std::string>> hearNothingOfPlayers() {
+        return Not(Contains(HasSubstr("PluginEvent")));
+    }
+
+    Client other{"other"};
+};
+
+TEST_F(TwoPages, HaveTheirPlayersAndTheirSignalsForThemselvesUnderTheSameIds) {
+    watch(me(), "film-a.mp4");
+    forget();
+    watch(other, "film-b.mp4");
+    EXPECT_THAT(signals(), hearNothingOfPlayers());
+    EXPECT_EQ(call("IAVEventHandler.GetData", "(uint32 1,)").text(), "('http://x/film-a.mp4',)");
+    for (const auto& player : {"'broadband', 'me', 1", "'broadband', 'other', 1", "'broadcast', 'me', 1",
+                               "'broadcast', 'other', 1"})
+        EXPECT_THAT(control("GetPlanes").text(), HasSubstr(player));
+    // There are two decoders for all of them.
+    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(false,)");
+
+    // What a new document does first of all.
+    forget();
+    other.forget();
+    (void)other.call("IAVEventHandler.ReleasePlayer", "(uint32 0,)");
+    (void)other.call("IBroadcastPlayer.Release", "(uint32 0,)");
+    EXPECT_TRUE(other.hears(
+        {std::string("PlaneChanged('broadband', 'other', 1") + noPlane, "PluginEventData(200, 1, 0, 1000)",
+         std::string("PlaneChanged('broadcast', 'other', 1") + noPlane, "PluginEventData(101, 1, 0, 1000)"}));
+    EXPECT_EQ(call("IAVEventHandler.GetPlayState", "(uint32 1,)").text(), "(1,)");
+    EXPECT_EQ(call("IBroadcastPlayer.GetPlayState", "(uint32 1,)").text(), "(2,)");
+    EXPECT_THAT(signals(), hearNothingOfPlayers());
+    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(true,)");
+}
+
+TEST_F(TwoPages, GetTheirOwnAnswersAndHoldWhatTheyAskedFor) {
+    const auto job = other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')").text();
+    const auto sent = other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')").text();
+    ASSERT_EQ(other.call("DSMCC.FileRequest", "(uint32 7, 'dvb:/household.json')").text(), "(true,)");
+    const auto query = other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)").text();
+    ASSERT_TRUE(WaitFor([this] {
+        return testing::Value(other.signals(), AllOf(Contains(HasSubstr("StreamEvent(0, ")),
+                                                     Contains(HasSubstr("PlayReadyResponse(")),
+                                                     Contains(HasSubstr("FileResponse(7, "))));
+    }));
+    forget();
+    EXPECT_EQ(signals(), std::vector<std::string>());
+    const auto id = [](const std::string& tuple) { return tuple.substr(1, tuple.size() - 3); };
+    EXPECT_EQ(call("IDAEBrowserAPI.StreamEventUnsubscribe", "(uint32 " + id(job) + ",)").text(), "(false,)");
+    EXPECT_EQ(call("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)").text(), "(false,)");
+    EXPECT_EQ(other.call("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)").text(), "(true,)");
+    EXPECT_EQ(other.call("IJSChannelCache.Retain", "(uint32 1,)").text(), "(true,)");
+    (void)call("IJSChannelCache.Release", "(uint32 1,)");
+    EXPECT_EQ(world("/state/retained_channels"), R"({"other 1":1})");
+    // The next receiver gives none of these ids.
+    other.leave();
+    leave();
+    RunningReceiver::TearDown();
+    SetUp();
+    EXPECT_NE(other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')").text(), job);
+    EXPECT_NE(other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')").text(), sent);
+    EXPECT_NE(other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)").text(), query);
+}
+
+// What a television does: it has one tuner, whose channel everybody sees who watches.
+TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
+    watch(me(), "film-a.mp4");
+    watch(other, "film-b.mp4");
+    forget();
+    other.forget();
+    const std::string channelTwo = "(uint32 1, uint32 0, '', 0, 0, 0, uint32 2)";
+    EXPECT_EQ(other.call("IBroadcastPlayer.SetChannel", channelTwo).text(), "(2, true)");
+    const std::string picture = "', 1, true, 0, 0, 16, 9, false, 'Two', 'card')";
+    const auto black = std::string("PlaneChanged('broadcast', 'other', 1") + noPlane;
+    EXPECT_TRUE(hears({black, "PlaneChanged('broadcast', 'me" + picture, "PluginEventData(100, 1, 2, 1000)",
+                       "PlaneChanged('broadcast', 'other" + picture}));
+    EXPECT_TRUE(
+        other.hears({black, "PluginEventData(101, 1, 1, 1000)", "PlaneChanged('broadcast', 'me" + picture,
+                     "PluginEventData(100, 1, 2, 1000)", "PlaneChanged('broadcast', 'other" + picture,
+                     "PluginEventData(101, 1, 2, 1000)"}));
+    // Who stops watching takes nothing away from the other; who takes the channel away does.
+    forget();
+    (void)other.call("IBroadcastPlayer.Stop", "(uint32 1,)");
+    EXPECT_TRUE(hears({black}));
+    EXPECT_EQ(call("IBroadcastPlayer.IsPresenting", "(uint32 1,)").text(), "(true,)");
+    forget();
+    (void)other.call("IBroadcastPlayer.SetNullChannel", "(uint32 1, true)");
+    EXPECT_TRUE(
+        hears({"PluginEventData(100, 1, 0, 1000)", std::string("PlaneChanged('broadcast', 'me', 1") + noPlane,
+               "PluginEventData(101, 1, 0, 1000)"}));
+}
+
+TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
+    watch(me(), "film-a.mp4");
+    watch(other, "film-b.mp4");
+    (void)other.call("IJSChannelCache.Retain", "(uint32 2,)");
+    (void)other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')");
+    (void)other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'slow')");
+    ASSERT_TRUE(control("SetWorld", "('/carousel/reply_ms', '60000')").value);
+    (void)other.call("DSMCC.FileRequest", "(uint32 7, 'dvb:/household.json')");
+    (void)other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)");
+    const auto search = other.call("IMetaDataSearch.MdsAdd", "(1,)").text();
+    (void)other.call("IMetaDataSearch.SrAdd", "(uint32 " + search.substr(1));
+    for (const char* kind : {"stream_event_subscriptions", "drm_messages", "carousel_requests", "queries",
+                             "searches", "search_results"})
+        ASSERT_EQ(world(std::string("/state/") + kind), "1") << kind;
+    ASSERT_TRUE(control("DelayMethod", "('IJSChannelCache.Retain', uint32 3600000)").value);
+    Answer never;
+    other.callLater("IJSChannelCache.Retain", "(uint32 1,)", &never);
+    other.forget();
+    forget();
+
+    other.leave();
+    EXPECT_TRUE(hears({std::string("PlaneChanged('broadband', 'other', 1") + noPlane,
+                       std::string("PlaneChanged('broadcast', 'other', 1") + noPlane}));
+    // Not even what it was still waiting for.
+    ASSERT_TRUE(control("ResetMethods").value);
+    EXPECT_THAT(world("/state/callers"), AllOf(HasSubstr("film-a"), Not(HasSubstr("film-b"))));
+    EXPECT_EQ(world("/state/retained_channels"), "{}");
+    for (const char* kind : {"stream_event_subscriptions", "drm_messages", "carousel_requests", "queries",
+                             "searches", "search_results"})
+        EXPECT_EQ(world(std::string("/state/") + kind), "0") << kind;
+    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(true,)")
+        << "a decoder is free again";
+}
+
+TEST_F(TwoPages, PlayFilesOfTheReceiverOnlyWhenTheyAreFilesThemselves) {
+    struct Page {
+        const char* location;
+        const char* file;
+        std::vector<std::string> states;
+    };
+    const std::string playing = "PluginEventData(200, 1, 1, 1000)";
+    const std::string connecting = "PluginEventData(200, 1, 3, 1000)";
+    const std::string refused = "PluginEventData(200, 1, 6, 5)";
+    for (const auto& [location, file, states] : {
+             Page{"file:///srv/page.html", "file:///srv/film.mp4", {connecting, playing}},
+             Page{"file:///srv/page.html", "file:///srv/none.mp4", {connecting, refused}},
+             Page{"http://page.example/", "file:///srv/film.mp4", {connecting, refused}},
+             Page{"http://page.example/", "FILE:///srv/none.mp4", {connecting, refused}},
+             Page{"dvb://1.2.3/file:", "file:/srv/film.mp4", {connecting, refused}},
+             Page{"", "file:///srv/film.mp4", {connecting, refused}},
+             Page{"http://page.example/", "http://x/film.mp4", {connecting, playing}},
+         }) {
+        (void)call("IAVEventHandler.ReleasePlayer", "(uint32 0,)");
+        forget();
+        ASSERT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 1,)").text(), "(true,)");
+        (void)call("IAVEventHandler.SetLocation", std::string("(uint32 1, '") + location + "')");
+        (void)call("IAVEventHandler.SetData", std::string("(uint32 1, '") + file + "')");
+        EXPECT_EQ(call("IAVEventHandler.Play", "(uint32 1, 1.0)").text(), "(true,)");
+        auto expected = states;
+        if (states.back() == playing)
+            expected.push_back("PluginEventFloat(201, 1, 1.0)");
+        EXPECT_TRUE(hears(expected)) << location << " plays " << file;
+    }
+    // Nor behind what a page may play.
+    (void)call("IAVEventHandler.Queue", "(uint32 1, 'file:///srv/film.mp4')");
+    (void)call("IAVEventHandler.Stop", "(uint32 1,)");
+    forget();
+    EXPECT_EQ(call("IAVEventHandler.Queue", "(uint32 1, 'file:///srv/film.mp4')").text(), "(true,)");
+    EXPECT_TRUE(hears({connecting, refused}));
+}
+
+}  // namespace
