@@ -17,181 +17,61 @@ using Host::GNodeInfo;
 using Host::GVariantHandle;
 
 struct WireTable {
-    std::string interface;
-    std::vector<std::string> methods;
-    std::vector<std::string> signals;
+    const char* interface;
+    const char* methods;  // name, tuple of the arguments, results
+    const char* signals;
 };
 
 // clang-format off
 const std::vector<WireTable> wireTables = {
     {"IDAEBrowserAPI",
-     {
-         "SetProfileSupport(profile q, major y, minor y, micro y) -> ()",
-         "IsProfileSupported(profile q, major y, minor y, micro y) -> (result b)",
-         "GetXmlCapabilities() -> (result s)",
-         "HasCapability(capability s) -> (result b)",
-         "CurrentChannel() -> (id u, result b)",
-         "GetChannelList() -> (channelIds au)",
-         "GetPreferredAudioLang() -> (langs s)",
-         "GetPreferredSubtitleLang() -> (langs s)",
-         "GetPreferredUILang() -> (langs s)",
-         "CreateApplication(URL s, viewId i) -> (result b)",
-         "DestroyApplication(viewId i) -> ()",
-         "Show(view_id i) -> ()",
-         "Hide(view_id i) -> ()",
-         "IsBroadcastRelated() -> (result b)",
-         "IsTrusted() -> (result b)",
-         "IsURLInAppBoundary(url s) -> (result b)",
-         "SetKeyMask(value i) -> ()",
-         "GetKeyMask() -> (result u)",
-         "GetMaxKeyMask() -> (result u)",
-         "GetProgramDescriptors(id u, eid q, tag i, tag_ext i, priv i) -> (result aay)",
-         "GetProgCollection(id u) -> (IProgrammeCollection a(ssuuyis))",
-         "GetParentalLockStatus() -> (result i)",
-         "GetDvbsiParentalLockMaxVal() -> (result i)",
-         "GetDvbsiParentalLockMinVal() -> (result i)",
-         "GetCIPlusDrmType() -> (ciplus_drmtypes s)",
-         "IsSASSessionOpen() -> (result b)",
-         "GetCountryID() -> (country s)",
-         "GetTime() -> (utc u, offset i, result b)",
-         "SendDRMMessage(msgType s, msg s, DRMSystemID s) -> (transactionID i)",
-         "StreamEventSubscribe(evURL s, evName s) -> (TDSMCCJobId u)",
-         "StreamEventUnsubscribe(id u) -> (result b)",
-         "GetChannelsAndEventFromUrl(url s) -> (channel_ids au, event_id q, result b)",
-     },
-     {
-         "PluginEvent(event i, plugin_id u)",
-         "PluginEventUnsigned(event i, plugin_id u, unsigned u)",
-         "PluginEventFloat(event i, plugin_id u, float d)",
-         "PluginEventSigned(event i, plugin_id u, int i)",
-         "PluginEventData(event i, plugin_id u, data0 i, data1 i)",
-         "PluginEventDrmError(event i, plugin_id u, error_state u, content_id s, rights_issuer_url s)",
-         "SASMessage(sasdata ay)",
-         "StreamEvent(status u, eventId n, eventName s, eventData ay, jobid u)",
-         "PlayReadyResponse(transaction_id u, result_code i, result_msg s)",
-     }},
+     "SetProfileSupport(qyyy) IsProfileSupported(qyyy)b GetXmlCapabilities()s HasCapability(s)b CurrentChannel()ub "
+     "GetChannelList()au GetPreferredAudioLang()s GetPreferredSubtitleLang()s GetPreferredUILang()s "
+     "CreateApplication(si)b DestroyApplication(i) Show(i) Hide(i) IsBroadcastRelated()b IsTrusted()b "
+     "IsURLInAppBoundary(s)b SetKeyMask(i) GetKeyMask()u GetMaxKeyMask()u GetProgramDescriptors(uqiii)aay "
+     "GetProgCollection(u)a(ssuuyis) GetParentalLockStatus()i GetDvbsiParentalLockMaxVal()i "
+     "GetDvbsiParentalLockMinVal()i GetCIPlusDrmType()s IsSASSessionOpen()b GetCountryID()s GetTime()uib "
+     "SendDRMMessage(sss)i StreamEventSubscribe(ss)u StreamEventUnsubscribe(u)b GetChannelsAndEventFromUrl(s)auqb",
+     "PluginEvent(iu) PluginEventUnsigned(iuu) PluginEventFloat(iud) PluginEventSigned(iui) PluginEventData(iuii) "
+     "PluginEventDrmError(iuuss) SASMessage(ay) StreamEvent(unsayu) PlayReadyResponse(uis)"},
     {"IBroadcastPlayer",
-     {
-         "BindToCurrentChannel(pluginId u) -> (result b)",
-         "SetChannel(pluginId u, type u, dsd s, onid i, tsid i, sid i, id u) -> (id u, result b)",
-         "NextOrPrevChannel(pluginId u, next b) -> (exception s, result b)",
-         "SetNullChannel(pluginId u, setBroadcastIndependentApp b) -> ()",
-         "Release(pluginId u) -> ()",
-         "Stop(pluginId u) -> ()",
-         "IsPresenting(pluginId u) -> (result b)",
-         "GetPlayState(pluginId u) -> (playstate i)",
-         "GetChannel(pluginId u) -> (id u, result b)",
-         "SetVolume(pluginId u, val i) -> ()",
-         "GetVolume(pluginId u) -> (val i)",
-         "GetAudioComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "GetVideoComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "GetSbtComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "SelectComponent(pluginId u, type i, index i) -> ()",
-         "UnselectComponent(pluginId u, type i, index i) -> ()",
-         "UpdateLayout(pluginId u, m_x u, m_y u, m_width u, m_height u, fullscreen b) -> ()",
-     },
-     {}},
+     "BindToCurrentChannel(u)b SetChannel(uusiiiu)ub NextOrPrevChannel(ub)sb SetNullChannel(ub) Release(u) Stop(u) "
+     "IsPresenting(u)b GetPlayState(u)i GetChannel(u)ub SetVolume(ui) GetVolume(u)i "
+     "GetAudioComponents(ub)a(isbnqysbi) GetVideoComponents(ub)a(isbnqysbi) GetSbtComponents(ub)a(isbnqysbi) "
+     "SelectComponent(uii) UnselectComponent(uii) UpdateLayout(uuuuub)",
+     ""},
     {"IAVEventHandler",
-     {
-         "SetLocation(pluginId u, doc_location s) -> ()",
-         "FlagPlayerActive(pluginId u) -> (result b)",
-         "FlagPlayerPlaying(pluginId u) -> (result b)",
-         "IsAVPlayerAlive(pluginId u) -> (result b)",
-         "GetPlayer(pluginId u) -> (result b)",
-         "Play(pluginId u, speed d) -> (result b)",
-         "Stop(pluginId u) -> (result b)",
-         "Queue(pluginId u, url s) -> (result b)",
-         "Seek(pluginId u, position u) -> (result b)",
-         "SetData(pluginId u, url s) -> ()",
-         "GetData(pluginId u) -> (url s)",
-         "SetAttribute(pluginId u, name s, value s) -> ()",
-         "CheckMimeType(mimetype s) -> (result b)",
-         "SetMimeType(pluginId u, mimetype s) -> (result b)",
-         "ChangeMimeType(pluginId u, mimetype s) -> (result b)",
-         "GetMimeType(pluginId u) -> (mimetype s)",
-         "GetPlayPosition(pluginId u) -> (position u)",
-         "GetPlayState(pluginId u) -> (playstate i)",
-         "GetPlayTime(pluginId u) -> (time u)",
-         "GetSpeed(pluginId u) -> (speed d)",
-         "SetVolume(pluginId u, volume i) -> (result b)",
-         "GetVolume(pluginId u) -> (volume i, result b)",
-         "GetNrTracks(pluginId u) -> (num i)",
-         "GetCurrentTrack(pluginId u) -> (track i)",
-         "GetError(pluginId u) -> (error i)",
-         "GetVideoComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "GetAudioComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "GetSbtComponents(pluginId u, active b) -> (components a(isbnqysbi))",
-         "SelectComponent(pluginId u, type i, index i) -> ()",
-         "UnselectComponent(pluginId u, type i, index i) -> ()",
-         "ReleasePlayer(pluginId u) -> ()",
-         "UpdateLayout(pluginId u, x u, y u, width u, height u, fullscreen b) -> ()",
-     },
-     {}},
+     "SetLocation(us) FlagPlayerActive(u)b FlagPlayerPlaying(u)b IsAVPlayerAlive(u)b GetPlayer(u)b Play(ud)b "
+     "Stop(u)b Queue(us)b Seek(uu)b SetData(us) GetData(u)s SetAttribute(uss) CheckMimeType(s)b SetMimeType(us)b "
+     "ChangeMimeType(us)b GetMimeType(u)s GetPlayPosition(u)u GetPlayState(u)i GetPlayTime(u)u GetSpeed(u)d "
+     "SetVolume(ui)b GetVolume(u)ib GetNrTracks(u)i GetCurrentTrack(u)i GetError(u)i "
+     "GetVideoComponents(ub)a(isbnqysbi) GetAudioComponents(ub)a(isbnqysbi) GetSbtComponents(ub)a(isbnqysbi) "
+     "SelectComponent(uii) UnselectComponent(uii) ReleasePlayer(u) UpdateLayout(uuuuub)",
+     ""},
     {"IJSChannelCache",
-     {
-         "Retain(id u) -> (result b)",
-         "Release(id u) -> ()",
-         "GetChannelInfo(id u) -> (name s, long_name s, desc s, id_type u, nid u, onid u, tsid u, "
-         "sid u, ch_type b, ccid s, authorised b, hidden b, locked b, manual_block b, max_bit_rate u, "
-         "ipBroadcastId s, major_channel u, result b)",
-     },
-     {}},
+     "Retain(u)b Release(u) GetChannelInfo(u)sssuuuuubsbbbbusub",
+     ""},
     {"IMetaDataSearch",
-     {
-         "StartSearch(mds_id u) -> ()",
-         "AbortSearch(mds_id u) -> ()",
-         "CancelSearch(mds_id u) -> ()",
-         "QcRetain(id u) -> (retval b)",
-         "QcRelease(id u) -> ()",
-         "QcAddOp(op u) -> (retval u)",
-         "QcAddDataMode(data u, mode u, value u) -> (retval u)",
-         "QcAddDataModeStr(data u, mode u, value s) -> (retval u)",
-         "QcAddConstraints(constraints a(uusu)) -> (retval u)",
-         "QcAnd(id_1 u, id_2 u) -> (result u, retval b)",
-         "QcOr(id_1 u, id_2 u) -> (result u, retval b)",
-         "QcNot(id u) -> (result u, retval b)",
-         "SrRetain(id u) -> (retval b)",
-         "SrRelease(id u) -> ()",
-         "SrAdd(mds_id u) -> (retval u)",
-         "SrParent(id u) -> (result u, retval b)",
-         "SrQueryResults(id u) -> (complete b, offset u, count u, size u, retval b)",
-         "SrItemAtIndex(id u, index u) -> (result b, prog u, retval b)",
-         "SrSetQueryWindow(id u, start i, count i) -> (result b, retval b)",
-         "MdsRetain(id u) -> (retval b)",
-         "MdsRelease(id u) -> ()",
-         "MdsAdd(target i) -> (retval u)",
-         "MdsSetQuery(id u, query_id u) -> (retval b)",
-         "MdsGetQuery(id u) -> (query_id u, retval b)",
-         "MdsGetResults(id u) -> (result u, retval b)",
-         "MdsGetTarget(id u) -> (target i, retval b)",
-         "MdsSetOrderBy(id u, orderBy a(ub)) -> (retval b)",
-         "MdsGetOrderBy(id u) -> (orderBy a(ub), retval b)",
-         "MdsExpandOrderBy(id u, type u, bool b) -> (retval b)",
-         "MdsAddConstraints(id u, constraint_id u) -> (result b, retval b)",
-         "MdsRemoveConstraints(id u, type u) -> (retval b)",
-         "MdsClearConstraints(id u) -> (retval b)",
-         "MdsSetQueryWindow(id u, start i, count i) -> (result b, retval b)",
-         "PcRetain(id u) -> (retval b)",
-         "PcRelease(id u) -> ()",
-         "PcGet(id u) -> (channel_id u, event_id u, name s, desc s, crid s, start u, duration u, "
-         "rating u, retval b)",
-     },
-     {}},
+     "StartSearch(u) AbortSearch(u) CancelSearch(u) QcRetain(u)b QcRelease(u) QcAddOp(u)u QcAddDataMode(uuu)u "
+     "QcAddDataModeStr(uus)u QcAddConstraints(a(uusu))u QcAnd(uu)ub QcOr(uu)ub QcNot(u)ub SrRetain(u)b SrRelease(u) "
+     "SrAdd(u)u SrParent(u)ub SrQueryResults(u)buuub SrItemAtIndex(uu)bub SrSetQueryWindow(uii)bb MdsRetain(u)b "
+     "MdsRelease(u) MdsAdd(i)u MdsSetQuery(uu)b MdsGetQuery(u)ub MdsGetResults(u)ub MdsGetTarget(u)ib "
+     "MdsSetOrderBy(ua(ub))b MdsGetOrderBy(u)a(ub)b MdsExpandOrderBy(uub)b MdsAddConstraints(uu)bb "
+     "MdsRemoveConstraints(uu)b MdsClearConstraints(u)b MdsSetQueryWindow(uii)bb PcRetain(u)b PcRelease(u) "
+     "PcGet(u)uusssuuub",
+     ""},
     {"DSMCC",
-     {
-         "FileRequest(handle u, url s) -> (result b)",
-     },
-     {
-         "FileResponse(handle u, url s, data ay, data_length u, status b)",
-     }},
+     "FileRequest(us)b",
+     "FileResponse(usayub)"},
 };
 // clang-format on
 
-std::string describe(GDBusArgInfo** arguments) {
-    std::string text;
-    for (; arguments != nullptr && *arguments != nullptr; ++arguments)
-        text += (text.empty() ? "" : ", ") + std::string((*arguments)->name) + " " + (*arguments)->signature;
-    return "(" + text + ")";
+// The SHA-256 of the names of all arguments, in the same order: they are in nobody's way, and nobody changes
+// them.
+constexpr const char argumentNames[] = "e12c7817f5026cfa800e3eadec8347368981e4380783ddc7229542a7fe847e07";
+
+void addWord(std::string& text, const std::string& word) {
+    text += (text.empty() ? "" : " ") + word;
 }
 
 std::string tupleOf(GDBusArgInfo** arguments) {
@@ -238,31 +118,38 @@ class AReceiverOnTheWire : public ReceiverTest::RunningReceiver {
 };
 
 TEST_F(AReceiverOnTheWire, HasExactlyTheSixInterfacesWithTheirMethodsAndSignals) {
-    std::size_t methods = 0;
-    std::size_t signals = 0;
+    std::string names;
+    const auto addNames = [&names](GDBusArgInfo** arguments) {
+        for (; arguments != nullptr && *arguments != nullptr; ++arguments)
+            addWord(names, (*arguments)->name);
+    };
     for (const auto& table : wireTables) {
         // Every interface is reached under the bus name that is its own name.
-        const auto name = Receiver::Names::Prefix + table.interface;
+        const auto name = std::string(Receiver::Names::Prefix) + table.interface;
         const auto node = introspected(name.c_str(), Receiver::Names::ObjectPath);
         ASSERT_TRUE(node) << name;
         const auto* interface = g_dbus_node_info_lookup_interface(node.get(), name.c_str());
         ASSERT_NE(interface, nullptr) << name;
-        std::vector<std::string> seenMethods;
-        for (auto** method = interface->methods; method != nullptr && *method != nullptr; ++method)
-            seenMethods.push_back((*method)->name + describe((*method)->in_args) + " -> " +
-                                  describe((*method)->out_args));
-        std::vector<std::string> seenSignals;
-        for (auto** signal = interface->signals; signal != nullptr && *signal != nullptr; ++signal)
-            seenSignals.push_back((*signal)->name + describe((*signal)->args));
-        EXPECT_EQ(seenMethods, table.methods) << table.interface;
-        EXPECT_EQ(seenSignals, table.signals) << table.interface;
+        std::string methods;
+        for (auto** method = interface->methods; method != nullptr && *method != nullptr; ++method) {
+            const auto results = tupleOf((*method)->out_args);
+            addWord(methods,
+                    (*method)->name + tupleOf((*method)->in_args) + results.substr(1, results.size() - 2));
+            addNames((*method)->in_args);
+            addNames((*method)->out_args);
+        }
+        std::string signals;
+        for (auto** signal = interface->signals; signal != nullptr && *signal != nullptr; ++signal) {
+            addWord(signals, (*signal)->name + tupleOf((*signal)->args));
+            addNames((*signal)->args);
+        }
+        EXPECT_EQ(methods, table.methods) << table.interface;
+        EXPECT_EQ(signals, table.signals) << table.interface;
         EXPECT_TRUE(interface->properties == nullptr || interface->properties[0] == nullptr)
             << table.interface;
-        methods += seenMethods.size();
-        signals += seenSignals.size();
     }
-    EXPECT_EQ(methods, 121u);
-    EXPECT_EQ(signals, 10u);
+    const Host::GChars digest(g_compute_checksum_for_string(G_CHECKSUM_SHA256, names.c_str(), -1));
+    EXPECT_STREQ(digest.get(), argumentNames) << names;
 }
 
 TEST_F(AReceiverOnTheWire, AnswersEveryMethodWithTheRightTupleEvenToEmptyArguments) {
