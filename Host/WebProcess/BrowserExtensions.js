@@ -3,14 +3,76 @@
 (() => {
     'use strict';
 
-    // A page may put its own things in these places.
+    // A page may put its own things in these places. What is used after the start is taken here, methods and getters as
+    // functions whose first argument is what they work on; options and descriptors inherit from nothing, and arrays
+    // are not iterated.
     const {
-        CustomEvent, Document, Event, EventTarget, HTMLObjectElement, HTMLParamElement, IntersectionObserver,
-        MutationObserver, ResizeObserver, requestAnimationFrame,
+        CustomEvent, Document, Event, HTMLObjectElement, IntersectionObserver, MutationObserver, ResizeObserver,
+        requestAnimationFrame,
     } = window;
+    const { apply, defineProperty, deleteProperty, getOwnPropertyDescriptor, getPrototypeOf, setPrototypeOf } = Reflect;
+    const { keys, prototype: everyObject } = Object;
+    const { min, floor, round } = Math;
+    const uncurry = Function.prototype.bind.bind(Function.prototype.call);
+    const method = (owner, name) => uncurry(window[owner].prototype[name]);
+    const getter = (owner, name) => uncurry(getOwnPropertyDescriptor(window[owner].prototype, name).get);
 
-    function define(object, name, value) {
-        Object.defineProperty(object, name, { value, writable: true, enumerable: false, configurable: true });
+    const hasOwn = method('Object', 'hasOwnProperty');
+    const characterCode = method('String', 'charCodeAt');
+    const mapGet = method('WeakMap', 'get');
+    const mapSet = method('WeakMap', 'set');
+    const mapDelete = method('WeakMap', 'delete');
+    const addListener = method('EventTarget', 'addEventListener');
+    const removeListener = method('EventTarget', 'removeEventListener');
+    const dispatch = method('EventTarget', 'dispatchEvent');
+    const stopEvent = method('Event', 'stopImmediatePropagation');
+    const preventDefault = method('Event', 'preventDefault');
+    const targetOf = getter('Event', 'target');
+    const animationOf = getter('AnimationEvent', 'animationName');
+    const keyOf = getter('KeyboardEvent', 'key');
+    const localNameOf = getter('Element', 'localName');
+    const rectOf = method('Element', 'getBoundingClientRect');
+    const rectsOf = method('Element', 'getClientRects');
+    const borderLeft = getter('Element', 'clientLeft');
+    const borderTop = getter('Element', 'clientTop');
+    const rectCount = getter('DOMRectList', 'length');
+    const leftOf = getter('DOMRectReadOnly', 'left');
+    const topOf = getter('DOMRectReadOnly', 'top');
+    const widthOf = getter('DOMRectReadOnly', 'width');
+    const heightOf = getter('DOMRectReadOnly', 'height');
+    const nodeTypeOf = getter('Node', 'nodeType');
+    const parentOf = getter('Node', 'parentNode');
+    const documentOf = getter('Node', 'ownerDocument');
+    const viewOf = getter('Document', 'defaultView');
+    const contentTypeOf = getter('Document', 'contentType');
+    const nodeCount = getter('NodeList', 'length');
+    const mutationType = getter('MutationRecord', 'type');
+    const mutationTarget = getter('MutationRecord', 'target');
+    const addedNodes = getter('MutationRecord', 'addedNodes');
+    const observeMutations = method('MutationObserver', 'observe');
+    const stopMutations = method('MutationObserver', 'disconnect');
+    const ratioOf = getter('IntersectionObserverEntry', 'intersectionRatio');
+    const observePlace = method('IntersectionObserver', 'observe');
+    const stopPlace = method('IntersectionObserver', 'disconnect');
+    const observeSize = method('ResizeObserver', 'observe');
+    const stopSize = method('ResizeObserver', 'unobserve');
+    const ofWindow = name => uncurry(getOwnPropertyDescriptor(window, name).get);
+    const frameElementOf = ofWindow('frameElement');
+    const widthOfView = ofWindow('innerWidth');
+    const heightOfView = ofWindow('innerHeight');
+
+    function makeDefine(enumerable) {
+        return (object, name, value) => defineProperty(object, name,
+            { __proto__: null, value, writable: true, enumerable, configurable: true });
+    }
+    const define = makeDefine(false);
+    const defineVisible = makeDefine(true);
+
+    // Without a prototype, a setter for an index there takes nothing away.
+    function makeList() {
+        const list = [];
+        setPrototypeOf(list, null);
+        return list;
     }
 
     // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements
@@ -18,12 +80,11 @@
     const applicationType = 'application/vnd.hbbtv.xhtml+xml';
     if (document.contentType === applicationType) {
         const { createElement, createElementNS } = Document.prototype;
-        define(Document.prototype, 'createElement', function (name, options) {
-            return this.contentType === applicationType
-                ? createElementNS.call(this, 'http://www.w3.org/1999/xhtml', name, options)
-                : createElement.call(this, name, options);
+        defineVisible(Document.prototype, 'createElement', function (name, options) {
+            return contentTypeOf(this) === applicationType
+                ? apply(createElementNS, this, ['http://www.w3.org/1999/xhtml', name, options])
+                : apply(createElement, this, [name, options]);
         });
-        Object.defineProperty(Document.prototype, 'createElement', { enumerable: true });
     }
 
     // Internal objects: an object element presents the members of a native object as its own.
@@ -31,32 +92,17 @@
     const presentations = new WeakMap(); // Element to what is presented on it.
 
     function isMethod(internal, name) {
-        return !Object.prototype.hasOwnProperty.call(internal, name) && typeof internal[name] === 'function';
-    }
-
-    // An element is an event target besides; a listener hears the events of both.
-    function forwardListener(internal, name) {
-        const ofElement = EventTarget.prototype[name];
-        return function (...args) {
-            ofElement.apply(this, args);
-            return internal[name](...args);
-        };
+        return !hasOwn(internal, name) && typeof internal[name] === 'function';
     }
 
     function present(element, internal, name) {
         if (isMethod(internal, name)) {
-            const value = name === 'addEventListener' || name === 'removeEventListener'
-                ? forwardListener(internal, name)
-                : internal[name].bind(internal);
-            Object.defineProperty(element, name, {
-                value,
-                writable: true,
-                enumerable: true,
-                configurable: true,
-            });
+            const ofInternal = internal[name];
+            defineVisible(element, name, (...args) => apply(ofInternal, internal, args));
             return;
         }
-        Object.defineProperty(element, name, {
+        defineProperty(element, name, {
+            __proto__: null,
             get: () => internal[name],
             set: value => {
                 internal[name] = value;
@@ -66,61 +112,79 @@
         });
     }
 
+    function isParamOf(element, node) {
+        return nodeTypeOf(node) === 1 && localNameOf(node) === 'param' && parentOf(node) === element;
+    }
+
+    function concernsParam(element, mutation) {
+        if (mutationType(mutation) !== 'childList') {
+            return isParamOf(element, mutationTarget(mutation));
+        }
+        const nodes = addedNodes(mutation);
+        for (let i = 0; i < nodeCount(nodes); ++i) {
+            if (isParamOf(element, nodes[i])) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     function announceParams(element) {
-        const observer = new MutationObserver(records => {
-            const isParam = node => node instanceof HTMLParamElement && node.parentNode === element;
-            const changed = records.some(record =>
-                record.type === 'childList'
-                    ? Array.from(record.addedNodes).some(isParam)
-                    : isParam(record.target));
-            if (changed) {
-                element.dispatchEvent(new Event('webkitobjectparamadded', { bubbles: true }));
+        const observer = new MutationObserver(mutations => {
+            for (let i = 0; i < mutations.length; ++i) {
+                if (concernsParam(element, mutations[i])) {
+                    dispatch(element, new Event('webkitobjectparamadded', { __proto__: null, bubbles: true }));
+                    return;
+                }
             }
         });
-        observer.observe(element, {
-            childList: true,
-            subtree: true,
-            attributes: true,
-            attributeFilter: ['name', 'value'],
-        });
+        observeMutations(observer, element, { __proto__: null, childList: true, subtree: true, attributes: true });
         return observer;
     }
 
     define(HTMLObjectElement.prototype, 'webkitSetInternalObject', function (internal) {
-        const former = presentations.get(this);
+        const former = mapGet(presentations, this);
         if (former) {
-            former.observer.disconnect();
-            former.names.forEach(name => Reflect.deleteProperty(this, name));
-            presentations.delete(this);
+            stopMutations(former.observer);
+            for (let i = 0; i < former.names.length; ++i) {
+                deleteProperty(this, former.names[i]);
+            }
+            mapDelete(presentations, this);
         }
         if (internal === null || typeof internal !== 'object') {
             return;
         }
-        const names = [];
-        for (const name in internal) {
-            present(this, internal, name);
-            names.push(name);
+        const names = makeList();
+        // Its own and its class's, but nothing that a page may have put on the prototype of all objects.
+        for (let holder = internal; holder && holder !== everyObject; holder = getPrototypeOf(holder)) {
+            const own = keys(holder);
+            for (let i = 0; i < own.length; ++i) {
+                present(this, internal, own[i]);
+                names[names.length] = own[i];
+            }
         }
-        presentations.set(this, { names, observer: announceParams(this) });
+        mapSet(presentations, this, { names, observer: announceParams(this) });
     });
 
     // Holes: elements of this name through which the video plane shows. Each hears of its box on the screen.
 
-    const holes = new Map(); // Hole to { box, mover }.
+    const states = new WeakMap(); // Hole to its state, while it is in the list.
+    let holes = makeList(); // The states: { hole, box, mover }.
     let checkPending = false;
     let resizes = null;
 
     // Where the hole is in the viewport of the whole page, as far as the frames around are of the same
     // origin: else in that of the outermost frame that is.
     function placeOf(hole) {
-        const { left, top, width, height } = hole.getBoundingClientRect();
-        const place = { left, top, width, height, view: window };
+        const rect = rectOf(hole);
+        const place = { left: leftOf(rect), top: topOf(rect), width: widthOf(rect), height: heightOf(rect),
+            view: window };
         try {
-            for (let frame = window.frameElement; frame; frame = place.view.frameElement) {
-                const outer = frame.getBoundingClientRect();
-                place.left += outer.left + frame.clientLeft;
-                place.top += outer.top + frame.clientTop;
-                place.view = frame.ownerDocument.defaultView;
+            for (let frame = frameElementOf(window); frame; frame = frameElementOf(place.view)) {
+                const outer = rectOf(frame);
+                place.left += leftOf(outer) + borderLeft(frame);
+                place.top += topOf(outer) + borderTop(frame);
+                place.view = viewOf(documentOf(frame));
             }
         } catch {
             // A frame of another origin around.
@@ -132,27 +196,28 @@
         if (width === 0 || height === 0) {
             return { x: 0, y: 0, width: 0, height: 0 };
         }
-        const x = Math.round(left);
-        const y = Math.round(top);
-        return { x, y, width: Math.round(left + width) - x, height: Math.round(top + height) - y };
+        const x = round(left);
+        const y = round(top);
+        return { x, y, width: round(left + width) - x, height: round(top + height) - y };
     }
 
     // Fires when the hole leaves the very place where it is: the root is shrunk to the hole's own box, so
     // that every move, whatever its cause, changes how much of the hole is inside.
-    function watchPlace(hole, place, threshold = 1) {
-        const state = holes.get(hole);
+    function watchPlace(state, place, threshold = 1) {
+        const { hole } = state;
         if (state.mover) {
-            state.mover.disconnect();
+            stopPlace(state.mover);
         }
-        const { innerWidth, innerHeight } = place.view;
+        const innerWidth = widthOfView(place.view);
+        const innerHeight = heightOfView(place.view);
         const right = innerWidth - (place.left + place.width);
         const bottom = innerHeight - (place.top + place.height);
         const outside = place.left >= innerWidth || place.top >= innerHeight || right >= innerWidth
             || bottom >= innerHeight;
-        const insets = outside ? [0, 0, 0, 0] : [place.top, right, bottom, place.left];
+        const inset = value => `${outside ? 0 : -floor(value)}px`;
         let isFirst = true;
         state.mover = new IntersectionObserver(entries => {
-            const ratio = entries[entries.length - 1].intersectionRatio;
+            const ratio = ratioOf(entries[entries.length - 1]);
             if (!isFirst) {
                 schedule();
                 return;
@@ -163,74 +228,90 @@
                 // It has moved since, and the new place must not be taken for the old one.
                 schedule();
             } else if (!outside && ratio !== threshold) {
-                watchPlace(hole, place, Math.min(1, ratio) || 1e-7);
+                watchPlace(state, place, min(1, ratio) || 1e-7);
             }
         }, {
+            __proto__: null,
             root: place.view === window.top ? null : place.view.document,
-            rootMargin: insets.map(inset => `${-Math.floor(inset)}px`).join(' '),
+            rootMargin: `${inset(place.top)} ${inset(right)} ${inset(bottom)} ${inset(place.left)}`,
             threshold: outside ? 0 : threshold,
         });
-        state.mover.observe(hole);
+        observePlace(state.mover, hole);
     }
 
     function schedule() {
         if (!checkPending) {
             checkPending = true;
-            requestAnimationFrame(check);
+            apply(requestAnimationFrame, window, [check]);
         }
     }
 
     function check() {
         checkPending = false;
-        for (const [hole, state] of Array.from(holes)) {
+        const all = holes;
+        for (let i = 0; i < all.length; ++i) {
+            const state = all[i];
+            const { hole } = state;
             const place = placeOf(hole);
             const box = boxOf(place);
+            const { x, y, width, height } = state.box;
             // Out of the document, or not rendered; it begins anew when it is again.
-            if (hole.getClientRects().length === 0) {
-                forget(hole);
+            if (rectCount(rectsOf(hole)) === 0) {
+                forget(state);
             } else {
-                watchPlace(hole, place);
+                watchPlace(state, place);
             }
-            if (['x', 'y', 'width', 'height'].some(name => box[name] !== state.box[name])) {
+            if (box.x !== x || box.y !== y || box.width !== width || box.height !== height) {
                 state.box = box;
-                hole.dispatchEvent(new CustomEvent('geometrychanged', { detail: box }));
+                dispatch(hole, new CustomEvent('geometrychanged', { __proto__: null, detail: box }));
             }
         }
     }
 
+    const ofScroll = { __proto__: null, capture: true, passive: true };
+
     function follow(hole) {
-        if (holes.has(hole)) {
+        if (mapGet(states, hole)) {
             return;
         }
-        if (holes.size === 0) {
+        if (holes.length === 0) {
             resizes = new ResizeObserver(schedule);
-            window.addEventListener('resize', schedule);
-            document.addEventListener('scroll', schedule, { capture: true, passive: true });
+            addListener(window, 'resize', schedule);
+            addListener(document, 'scroll', schedule, ofScroll);
         }
-        holes.set(hole, { box: { x: 0, y: 0, width: 0, height: 0 }, mover: null });
-        resizes.observe(hole);
+        const state = { hole, box: { x: 0, y: 0, width: 0, height: 0 }, mover: null };
+        holes[holes.length] = state;
+        mapSet(states, hole, state);
+        observeSize(resizes, hole);
         schedule();
     }
 
-    function forget(hole) {
-        const { mover } = holes.get(hole);
+    function forget(state) {
+        const { hole, mover } = state;
         if (mover) {
-            mover.disconnect();
+            stopPlace(mover);
         }
-        resizes.unobserve(hole);
-        holes.delete(hole);
-        if (holes.size === 0) {
-            window.removeEventListener('resize', schedule);
-            document.removeEventListener('scroll', schedule, { capture: true });
+        stopSize(resizes, hole);
+        mapDelete(states, hole);
+        const rest = makeList();
+        for (let i = 0; i < holes.length; ++i) {
+            if (holes[i] !== state) {
+                rest[rest.length] = holes[i];
+            }
+        }
+        holes = rest;
+        if (holes.length === 0) {
+            removeListener(window, 'resize', schedule);
+            removeListener(document, 'scroll', schedule, ofScroll);
         }
     }
 
     // The shell's style sheet animates holes, so that one that appears announces itself and pages without any
     // need not be watched.
     window.addEventListener('animationstart', event => {
-        if (event.animationName === '-hbbtv-hole') {
-            event.stopImmediatePropagation();
-            follow(event.target);
+        if (animationOf(event) === '-hbbtv-hole') {
+            stopEvent(event);
+            follow(targetOf(event));
         }
     }, true);
 
@@ -239,6 +320,7 @@
 
     const firstPrivateCharacter = 0xe000;
     const keyNames = {
+        __proto__: null,
         403: 'ColorF0Red', 404: 'ColorF1Green', 405: 'ColorF2Yellow', 406: 'ColorF3Blue',
         412: 'MediaRewind', 413: 'MediaStop', 415: 'MediaPlay', 416: 'MediaRecord',
         417: 'MediaFastForward', 424: 'MediaTrackPrevious', 425: 'MediaTrackNext', 427: 'ChannelUp',
@@ -249,7 +331,8 @@
     let lastKeyEvent = null; // Kept so that what is defined on it is there for every listener.
 
     function remoteKeyCode(event) {
-        const character = event.isTrusted && event.key.length === 1 ? event.key.charCodeAt(0) : 0;
+        const key = keyOf(event);
+        const character = event.isTrusted && key.length === 1 ? characterCode(key, 0) : 0;
         const keyCode = character - firstPrivateCharacter;
         return keyCode > 0 && character <= 0xf8ff ? keyCode : 0;
     }
@@ -271,8 +354,8 @@
     // They type nothing.
     window.addEventListener('keypress', event => {
         if (remoteKeyCode(event) !== 0) {
-            event.preventDefault();
-            event.stopImmediatePropagation();
+            preventDefault(event);
+            stopEvent(event);
         }
     }, true);
 })();

@@ -101,7 +101,10 @@ void didCreatePage(WKBundleRef, WKBundlePageRef page, const void*) {
 
 void didInitializePageGroup(WKBundleRef bundle, WKBundlePageGroupRef pageGroup, const void*) {
     HBBTV_LOG_ENTRY();
-    WKStringRef source = WKStringCreateWithUTF8CString(s_bootstrapScript.data());
+    // The script's own lines cost more than what they tell of; they are made where they can be seen.
+    const bool logs = PlatformLogShows == nullptr || PlatformLogShows(kPlatformLogInfo);
+    const std::string script = std::string(logs ? "" : "var _hbbtv_vantrel_logs = false;\n").append(s_bootstrapScript);
+    WKStringRef source = WKStringCreateWithUTF8CString(script.c_str());
     WKBundleAddUserScript(bundle, pageGroup, WKBundleScriptWorldNormalWorld(), source, nullptr, nullptr, nullptr,
                           kWKInjectAtDocumentStart, kWKInjectInAllFrames);
     WKRelease(source);

@@ -33,11 +33,19 @@ int ThresholdFromEnvironment() {
     return kPlatformLogWarning;
 }
 
+int Threshold() {
+    static const int threshold = ThresholdFromEnvironment();
+    return threshold;
+}
+
 }  // namespace
 
+extern "C" bool PlatformLogShows(int priority) {
+    return priority >= Threshold();
+}
+
 extern "C" int __dlog_print(int /*logId*/, int priority, const char* tag, const char* format, ...) {  // NOLINT
-    static const int threshold = ThresholdFromEnvironment();
-    if (priority < threshold)
+    if (!PlatformLogShows(priority))
         return 0;
 
     va_list arguments;

@@ -2,6 +2,7 @@
 import assert from "node:assert/strict";
 import { after, afterEach, before, describe, it } from "node:test";
 import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
 
 const everyWay = { markup: true, innerHtml: true, appendChild: true, beforeInsertion: true, factory: true };
 const everyGlobal = {
@@ -63,6 +64,32 @@ describe("A document", () => {
     assert.deepEqual(seen,
       { handler: true, cleared: null, ownThing: 1, debug: "own text", application: true });
   });
+
+  it("gets all its objects though its scripts have replaced every built-in, and nobody uses what they put there",
+    async () => {
+      await television.receiver.setWorld("/media/items", [{ url: "*", duration_ms: 600000 }]);
+      await television.receiver.clearCalls();
+      await television.open("hostile.html");
+      await waitFor("the page is done", () => television.server.requested.has("/pages/done"));
+      const { used, ...result } = await browser.run(() => window.result);
+      assert.deepEqual([...new Set(used)], []);
+      assert.deepEqual(result, {
+        failed: null, keys: 0, supported: true, size: "320x200", shown: "hole", again: "div", copied: 0,
+        data: television.server.url("/pages/other.mp4"), bound: true, configured: "string",
+        heard: ["handler 3", "listener 3", "object 3", "handler 1", "listener 1", "handler 0", "listener 0"]
+      });
+      const calls = (await television.receiver.calls()).map(([name, args]) => [name.split(".")[1], ...args]);
+      const film = calls.find(([name]) => name === "GetPlayer")[1];
+      const given = calls.filter(([name, id]) => name === "SetAttribute" && id === film)
+        .map(([, , name, value]) => [name, value]);
+      assert.deepEqual(Object.fromEntries(given),
+        { data: "film.mp4", height: "200", type: "video/mp4", width: "320px" });
+      const play = calls.findIndex(([name]) => name === "Play");
+      const names = ofFilm => ofFilm.filter(([, id]) => id === film).map(([name]) => name);
+      assert.deepEqual(names(calls.slice(0, play)).filter(name => name === "UpdateLayout"), []);
+      assert.deepEqual(names(calls.slice(play)).filter(name => /^(Stop|ReleasePlayer)$/.test(name)),
+        ["Stop", "ReleasePlayer"]);
+    });
 });
 
 describe("The user agent's profile decides", () => {

@@ -49,7 +49,8 @@ describe("The bootstrap script", () => {
     const expectations = [
       ["no HbbTV token", "Mozilla/5.0", []],
       ["HbbTV/1.1.1", "Mozilla/5.0 HbbTV/1.1.1 (;;;;;)", types.oldProfile],
-      ["hbbtv/1.2.1, lower case", "Mozilla/5.0 hbbtv/1.2.1 (;;;;;)", types.oldProfile.concat(types.newProfile)]
+      ["hbbtv/1.2.1, lower case", "Mozilla/5.0 hbbtv/1.2.1 (;;;;;)", types.oldProfile.concat(types.newProfile)],
+      ["HbbTV/1.5.1", "Mozilla/5.0 HbbTV/1.5.1 (;;;;;)", types.oldProfile.concat(types.newProfile)]
     ];
     for (const [name, agent, supported] of expectations) {
       it(`which elements are upgraded: ${name}`, async () => {
@@ -114,32 +115,52 @@ describe("The bootstrap script", () => {
         object.setAttribute("width", "640");
         object.innerHTML = '<param name="quality" value="high">';
         object.setAttribute("type", "video/mp4");
-        const { given, ...state } = (object.play(1), object.__reflected.__fake.state);
+        const { width } = (void object.play, object);
+        const { state: { given, ...state }, calls } = (object.play(1), object.__reflected.__fake);
         return [object.onPlayStateChange === handler, state.onPlayStateChange === handler, state.type,
-          state.data, state.width, given, object.type];
+          state.data, given, object.type, width, object.width, calls.slice(-2)];
       });
       const given = { data: "film.mp4", width: "640", type: "video/mp4", quality: "high" };
-      assert.deepEqual(state, [true, true, "video/mp4", "film.mp4", 640, given, "video/mp4"]);
+      // A player is told its size when there is one.
+      assert.deepEqual(state, [true, true, "video/mp4", "film.mp4", given, "video/mp4", 640, 640,
+        [["play", 1], ["set width", 640]]]);
     });
 
-    it("but the element stays an event target", async () => {
+    it("but the element stays an event target, whatever listens and since when", async () => {
       await open();
-      const heard = await browser.run(() => {
-        document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast"></object>';
-        const video = document.getElementById("v");
+      const seen = await browser.runAsync(done => {
         const heard = [];
-        const listener = event => heard.push(event.type);
-        video.addEventListener("click", listener, false);
-        video.addEventListener("PlayStateChange", listener);
-        video.click();
-        video.__reflected.__fake.changePlayState(2);
-        video.removeEventListener("click", listener, false);
-        video.removeEventListener("PlayStateChange", listener);
-        video.click();
-        video.__reflected.__fake.changePlayState(1);
-        return heard;
+        const hear = name => event => heard.push(`${name} ${event.type}`);
+        const [early, gone, once, refused] = ["early", "gone", "once", "refused"].map(hear);
+        const object = { handleEvent: hear("object") };
+        const video = document.createElement("object");
+        for (const listener of [early, gone, object])
+          video.addEventListener("PlayStateChange", listener);
+        video.addEventListener("click", early);
+        video.removeEventListener("PlayStateChange", gone);
+        video.type = "video/broadcast";
+        document.body.appendChild(video);
+        const wasRefused = [[undefined, refused], ["PlayStateChange", refused, false, 1]].map(args => {
+          try {
+            return video.addEventListener(...args);
+          } catch (e) {
+            return e.message;
+          }
+        });
+        video.addEventListener("PlayStateChange", once, { once: true });
+        video.addEventListener("PlayStateChange", object);
+        video.dispatchEvent(new Event("undefined"));
+        const fake = video.__reflected.__fake;
+        const steps = [() => video.click(), () => fake.changePlayState(2),
+          () => video.removeEventListener("PlayStateChange", object), () => fake.changePlayState(1),
+          () => video.removeEventListener("click", early), () => video.click(), () => fake.changePlayState(2)];
+        const told = steps.map(step => (step(), heard.splice(0)));
+        video.remove();
+        setTimeout(() => done([wasRefused, told, fake.listeners.length]));
       });
-      assert.deepEqual(heard, ["click", "PlayStateChange"]);
+      const twice = ["SecurityError", "SecurityError"];
+      const first = ["early PlayStateChange", "object PlayStateChange", "once PlayStateChange"];
+      assert.deepEqual(seen, [twice, [["early click"], first, [], ["early PlayStateChange"], [], [], []], 0]);
     });
 
     it("leaves other object elements as they are", async () => {
@@ -241,6 +262,8 @@ describe("The bootstrap script", () => {
         video.onPlayStateChange = () => {};
         video.addEventListener("PlayStateChange", () => {}, false);
         const first = video.__reflected;
+        const marker = Object.getOwnPropertyDescriptor(video, "__reflected");
+        delete marker.value;
         root.removeChild(video);
         setTimeout(() => {
           const { calls, listeners, state } = first.__fake;
@@ -249,10 +272,58 @@ describe("The bootstrap script", () => {
             video.innerHTML, fakes.made];
           root.appendChild(video);
           const again = [video.play(1), video.__reflected !== first, fakes.made];
-          setTimeout(() => done([gone, again, fakes.made, video.__reflected.__fake.listeners.length]));
+          setTimeout(() => done([marker, gone, again, fakes.made, video.__reflected.__fake.listeners.length]));
         });
       });
-      assert.deepEqual(seen, [[1, 0, null, false, false, null, "<p>fallback</p>", 1], [true, true, 2], 2, 1]);
+      assert.deepEqual(seen, [{ configurable: true, enumerable: false, writable: false },
+        [1, 0, null, false, false, null, "<p>fallback</p>", 1], [true, true, 2], 2, 1]);
+    });
+
+    it("removed before others are added, each for itself, whatever the page did to it", async () => {
+      await open();
+      const seen = await browser.runAsync(done => {
+        const root = document.getElementById("root");
+        const make = () => {
+          const video = root.appendChild(document.createElement("object"));
+          video.setAttribute("type", "video/broadcast");
+          return video;
+        };
+        const videos = [make(), make()];
+        const fakesOf = videos.map(video => (video.bindToCurrentChannel(), video.__reflected.__fake));
+        const listener = () => {};
+        videos[0].addStreamEventListener("url", "event", listener);
+        try {
+          videos[0].removeStreamEventListener("url", "event", listener, 4);
+        } catch (e) {
+          // Refused, and nothing has changed.
+        }
+        videos[0].release = () => { throw new Error("own"); };
+        root.innerHTML = "";
+        make();
+        const subscriptions = () => fakesOf[0].calls.filter(([name]) => name.endsWith("StreamEventListener"));
+        setTimeout(() => done([fakes.order, subscriptions()]));
+      });
+      const url = ["url", "event", {}];
+      assert.deepEqual(seen, [["make 1", "make 2", "release 1", "release 2", "make 3"],
+        [["addStreamEventListener", ...url], ["removeStreamEventListener", ...url]]]);
+    });
+
+    it("in a frame that goes: of those in its document, loose ones and the factory's", async () => {
+      await open("", "script.xhtml");
+      const calls = await browser.runAsync(done => {
+        const frame = document.querySelector("iframe");
+        const { document: inner, oipfObjectFactory: factory } = frame.contentWindow;
+        const make = () => {
+          const object = inner.createElement("object");
+          object.type = "video/mp4";
+          return object;
+        };
+        const objects = [inner.body.appendChild(make()), make(), factory.createVideoMpegObject()];
+        const natives = objects.map(object => (object.play(1), object.__reflected.__fake));
+        frame.remove();
+        setTimeout(() => done(natives.map(({ calls: each }) => each.at(-1)[0])));
+      });
+      assert.deepEqual(calls.map(name => name === "set onPlayStateChange" || name), [true, true, true]);
     });
 
     it("also one that came, was used and went within one task", async () => {
@@ -281,7 +352,7 @@ describe("The bootstrap script", () => {
         const elements = [];
         const objects = [];
         const churn = ["application/oipfApplicationManager", "video/broadcast", "video/mp4"];
-        let left = 600;
+        let left = 200;
         const collected = () => elements.concat(objects).filter(ref => !ref.deref()).length;
         const step = () => {
           if (left-- > 0) {
@@ -296,7 +367,7 @@ describe("The bootstrap script", () => {
             objects.push(new WeakRef(loose.__reflected));
             setTimeout(step);
           } else {
-            litter(40);
+            litter(8);
           }
         };
         // Garbage, until the collector takes notice. A look at a weak reference keeps its target to the end of
@@ -305,33 +376,43 @@ describe("The bootstrap script", () => {
           window.garbage = Array.from({ length: 200000 }, (_, i) => ({ i }));
           setTimeout(() => (times > 0 ? litter(times - 1) : look()));
         };
-        let looks = 12;
+        let looks = 30;
         const look = () => {
-          if (collected() < 1700 && looks-- > 0)
-            setTimeout(() => litter(40));
+          if (collected() < 560 && looks-- > 0)
+            setTimeout(() => litter(8));
           else
-            done(1800 - collected());
+            done(600 - collected());
         };
         step();
       });
-      assert.ok(alive <= 100, `${alive} of 1800 are still there`);
+      assert.ok(alive <= 40, `${alive} of 600 are still there`);
     });
   });
 
   describe("shows where the video is", () => {
-    it("through a hole while an A/V object plays or pauses, black otherwise", async () => {
+    it("through a hole while an A/V object plays or pauses, black otherwise, whatever the page writes", async () => {
       await open();
-      const seen = await browser.run(() => {
+      const seen = await browser.runAsync(done => {
         document.getElementById("root").innerHTML = '<object id="v" type="video/mp4"></object>';
         const video = document.getElementById("v");
         void video.play;
-        return [0, 1, 2, 5, 3].map(state => {
-          video.__reflected.__fake.changePlayState(state);
-          const [child] = video.children;
-          return `${video.children.length} ${child.localName} ${child.style.backgroundColor}`;
+        const shown = () => Array.from(video.children, child => `${child.localName} ${child.style.backgroundColor}`);
+        const states = [0, 1, 2, 5, 3, 1].map(state => (video.__reflected.__fake.changePlayState(state), shown()));
+        // A page that takes it away again and again is not answered for ever.
+        let times = 0;
+        const taken = new MutationObserver(() => {
+          if (video.firstChild && ++times < 3)
+            video.innerHTML = "";
         });
+        taken.observe(video, { childList: true });
+        video.innerHTML = "<p></p>";
+        const waitForHole = () => (video.querySelector("hole") ? done([states, shown(), times])
+          : requestAnimationFrame(waitForHole));
+        waitForHole();
       });
-      assert.deepEqual(seen, ["1 div black", "1 hole ", "1 hole ", "1 div black", "1 div black"]);
+      const black = ["div black"];
+      const hole = ["hole "];
+      assert.deepEqual(seen, [[black, hole, hole, black, black, hole], hole, 3]);
     });
 
     it("and tells the object where the hole is, also in a copied element", async () => {
@@ -356,40 +437,79 @@ describe("The bootstrap script", () => {
   describe("gives pages the object factory", () => {
     it("whose elements work as those of the document, with or without internal objects", async () => {
       for (const internal of [false, true]) {
-        await open();
-        const seen = await browser.runAsync((withInternal, done) => {
-          if (withInternal) {
-            HTMLObjectElement.prototype.webkitSetInternalObject = function (oipf) {
-              for (const name of ["setMimeType", "setAttributes", "bindToCurrentChannel"])
-                this[name] = oipf[name].bind(oipf);
-              this.internal = oipf;
-            };
-          }
-          const object = oipfObjectFactory.createVideoBroadcastObject();
-          object.bindToCurrentChannel();
+        await open(internal ? "internal" : "");
+        const seen = await browser.runAsync(done => {
+          const object = oipfObjectFactory.createVideoMpegObject();
+          const listener = () => {};
+          object.addEventListener("PlayStateChange", listener);
+          object.play(1);
+          const fake = (object.internal ?? object.__reflected).__fake;
           document.body.appendChild(object);
           object.setAttribute("width", "640");
-          const { calls, state } = (object.internal ?? object.__reflected).__fake;
-          const names = calls.map(call => call[0]);
-          setTimeout(() => done([names, fakes.made, object.getAttribute("type"), state.width]));
-        }, internal);
-        const names = ["setMimeType", "setAttributes", "bindToCurrentChannel"];
-        assert.deepEqual(seen, [names, 1, "video/broadcast", 640], `internal objects: ${internal}`);
+          const param = document.createElement("param");
+          param.name = "late";
+          param.value = "1";
+          const steps = [
+            () => object.appendChild(param),
+            () => (param.value = "2", object.dispatchEvent(new Event("webkitobjectparamadded", { bubbles: true }))),
+            () => fake.changePlayState(1),
+            () => object.remove(),
+            () => (fake.state.playState = 0, document.body.appendChild(object))
+          ];
+          const shown = [];
+          const next = () => {
+            shown.push(Array.from(object.children, child => child.localName).join());
+            const step = steps.shift();
+            if (step)
+              setTimeout(next, void step());
+            else
+              done([fakes.order, object.getAttribute("type"), fake.state.width, fake.state.given, shown,
+                fake.listeners.some(each => each.listener === listener)]);
+          };
+          next();
+        });
+        const given = { type: "video/mpeg", width: "640", late: internal ? "2" : "1" };
+        // One of a page's own making keeps its object out of the document, but not its player.
+        const kept = [["make 1", "release 1"], "video/mpeg", 640, given,
+          ["div", "div,param", "div,param", "hole,param", "hole,param", "div,param"], true];
+        const anew = [["make 1", "release 1", "make 2"], "video/mpeg", 640, given,
+          ["div", "div,param", "div,param", "hole,param", "param", "param,div"], false];
+        assert.deepEqual(seen, internal ? kept : anew, `internal objects: ${internal}`);
       }
     });
 
-    it("which throws for what is not supported, with or without an HbbTV token", async () => {
-      for (const query of ["", "agent=none"]) {
-        await open(query);
-        const thrown = await browser.run(() => ["createStatusViewObject", "createMDTFObject"].map(name => {
-          try {
-            return oipfObjectFactory[name]();
-          } catch (e) {
-            return [e instanceof TypeError, e.message];
-          }
-        }));
-        assert.deepEqual(thrown, [[true, "Object is not supported."], [true, "Object is not supported."]]);
-      }
+    it("which makes everything that there is", async () => {
+      await open();
+      const made = await browser.run(() => Object.keys(oipfObjectFactory).sort().map(name => {
+        try {
+          const object = oipfObjectFactory[name]("");
+          return [name, object.__fake?.name ?? object.__reflected?.__fake.name ?? typeof object];
+        } catch (e) {
+          return [name, e.message];
+        }
+      }));
+      const kinds = ["ApplicationManager", "Capabilities", "Configuration", "DrmAgent", "GatewayInfo",
+        "ParentalControlManager", "SearchManager"];
+      const others = ["StatusView", "CodManager", "DownloadManager", "DownloadTrigger", "IMS", "NotifSocket",
+        "RecordingScheduler", "RemoteControlFunction", "MDTF", "RemoteManagement"];
+      assert.deepEqual(Object.fromEntries(made), Object.fromEntries([
+        ["isObjectSupported", "boolean"], ["createChannelConfig", "ChannelConfig"],
+        ["createVideoBroadcastObject", "OipfVideoBroadcast"], ["createVideoMpegObject", "OipfAVControl"],
+        ...kinds.map(kind => [`create${kind}Object`, `Oipf${kind}`]),
+        ...others.map(kind => [`create${kind}Object`, "Object is not supported."])
+      ]));
+    });
+
+    it("which throws a TypeError for what is not supported, also without an HbbTV token", async () => {
+      await open("agent=none");
+      const thrown = await browser.run(() => {
+        try {
+          return oipfObjectFactory.createIMSObject();
+        } catch (e) {
+          return [e instanceof TypeError, e.message];
+        }
+      });
+      assert.deepEqual(thrown, [true, "Object is not supported."]);
     });
   });
 

@@ -37,6 +37,8 @@ foreach(input IN LISTS INPUTS)
   if(nul)
     message(FATAL_ERROR "EmbedText: ${input} contains a NUL")
   endif()
+  # Nobody can serve the source map that a text names, and an inspector would ask the page's server for it.
+  string(REGEX REPLACE "2f2f2320736f757263654d617070696e6755524c3d([1-9a-f][0-9a-f]|0[0-9b-f])*" "" bytes "${bytes}")
   # The line end keeps a comment on the last line of one file from swallowing the first line of the next.
   string(APPEND hex "${bytes}0a")
 endforeach()

@@ -3,6 +3,7 @@ import { existsSync, statSync } from "node:fs";
 import { createServer } from "node:http";
 import { extname, join, normalize, resolve, sep } from "node:path";
 import { fileURLToPath } from "node:url";
+import { bootstrapScript } from "../../../InjectedBundle/gen/script.mjs";
 import { contentType, sendFile } from "../../../Tools/Scripts/serve.mjs";
 import { mediaFolder } from "./media.mjs";
 
@@ -16,9 +17,7 @@ const folders = {
   "/media/": mediaFolder,
   "/examples/player/media/": mediaFolder,
   "/pages/": join(sourceRoot, "Tests/Browser/pages"),
-  "/examples/": join(sourceRoot, "Examples"),
-  "/InjectedBundle/": join(sourceRoot, "InjectedBundle"),
-  "/node_modules/": join(sourceRoot, "node_modules")
+  "/examples/": join(sourceRoot, "Examples")
 };
 
 function fileOf(pathname) {
@@ -85,7 +84,8 @@ export class PageServer {
 
   #serve(pathname, request, response) {
     const headers = { "Cache-Control": "no-store" };
-    const written = this.#written.get(pathname);
+    const written = pathname === "/bootstrap.js" ? { type: contentType(pathname), body: bootstrapScript() }
+      : this.#written.get(pathname);
     if (written) {
       response.writeHead(200, { ...headers, "Content-Type": written.type }).end(written.body);
       return;

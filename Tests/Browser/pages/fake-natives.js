@@ -7,6 +7,7 @@
   const agent = new URLSearchParams(location.search).get("agent") ?? "HbbTV/1.2.1 (;;;;;)";
   Object.defineProperty(navigator, "userAgent", { get: () => agent });
 
+  const streamMethods = ["addStreamEventListener", "removeStreamEventListener"];
   const visualMethods = ["setMimeType", "setAttributes", "setWindow", "release", "stop", "addEventListener",
     "removeEventListener"];
   const classes = {
@@ -14,6 +15,7 @@
       attributes: ["onLowMemory", "onApplicationLoadError"],
       methods: ["getOwnerApplication", "addEventListener", "removeEventListener"]
     },
+    ChannelConfig: { attributes: ["channelList"], methods: [] },
     OipfConfiguration: { attributes: ["configuration"], methods: [] },
     OipfCapabilities: { attributes: ["xmlCapabilities"], methods: ["hasCapability"] },
     OipfDrmAgent: { attributes: ["onDRMMessageResult"], methods: ["sendDRMMessage"] },
@@ -22,7 +24,7 @@
     OipfSearchManager: { attributes: ["onMetadataSearch"], methods: ["createSearch"] },
     OipfVideoBroadcast: {
       attributes: ["width", "height", "playState", "onPlayStateChange"],
-      methods: ["bindToCurrentChannel", ...visualMethods],
+      methods: ["bindToCurrentChannel", ...visualMethods, ...streamMethods],
       constants: ["COMPONENT_TYPE_VIDEO"]
     },
     OipfAVControl: {
@@ -31,8 +33,14 @@
     }
   };
 
-  const counts = { made: 0, alive: new Set() };
+  const counts = { made: 0, order: [] };
   const results = { play: true, getOwnerApplication: "the application" };
+  // Like the real ones: what is no text, or one argument too many, is refused.
+  function refuse(isBad) {
+    if (isBad)
+      throw new Error("SecurityError");
+  }
+
   const setters = {
     setMimeType: (state, type) => { state.type = type; },
     setAttributes: (state, attributes) => { Object.assign(state.given, attributes); }
@@ -41,12 +49,16 @@
   function makeMethod(name) {
     return function (...args) {
       const { state, calls, listeners } = this.__fake;
+      if (name.endsWith("EventListener"))
+        refuse(typeof args[0] !== "string" || args.length > 3);
       if (name === "addEventListener")
         listeners.push({ type: args[0], listener: args[1] });
       else if (name === "removeEventListener")
         this.__fake.listeners = listeners.filter(({ listener }) => listener !== args[1]);
       else
         calls.push([name, ...args]);
+      if (name === "release")
+        counts.order.push(`release ${this.__fake.id}`);
       setters[name]?.(state, ...args);
       return results[name];
     };
@@ -59,6 +71,7 @@
     return () => {
       const object = Object.create(prototype);
       const fake = { id: ++counts.made, name, calls: [], listeners: [], state: { given: {} } };
+      counts.order.push(`make ${fake.id}`);
       Object.defineProperty(object, "__fake", { value: fake });
       for (const attribute of attributes) {
         const initial = attribute.startsWith("on") ? null : attribute === "playState" ? 0 : "";
@@ -101,14 +114,23 @@
     createVideoMpegObject: () => create("OipfAVControl"),
     createApplicationManagerObject: () => create("OipfApplicationManager"),
     createCapabilitiesObject: () => create("OipfCapabilities"),
-    createChannelConfig: () => ({ onChannelListUpdate: null }),
+    createChannelConfig: () => create("ChannelConfig"),
     createConfigurationObject: () => create("OipfConfiguration"),
     createDrmAgentObject: () => create("OipfDrmAgent"),
     createGatewayInfoObject: () => create("OipfGatewayInfo"),
     createParentalControlManagerObject: () => create("OipfParentalControlManager"),
     createSearchManagerObject: () => create("OipfSearchManager")
   };
+  for (const members of Object.values(classes))
+    members.constants ??= [];
   window._hbbtv_vantrel_members = classes;
+  if (new URLSearchParams(location.search).has("internal")) {
+    HTMLObjectElement.prototype.webkitSetInternalObject = function (oipf) {
+      for (const name of ["setMimeType", "setAttributes", "play"])
+        this[name] = oipf[name].bind(oipf);
+      this.internal = oipf;
+    };
+  }
   window.fakes = counts;
 
   window.failures = [];
