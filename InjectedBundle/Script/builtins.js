@@ -47,8 +47,6 @@ var _hbbtv_vantrel_kept = (() => {
     WeakMap,
     getRecord: method("WeakMap", "get"),
     setRecord: method("WeakMap", "set"),
-    WeakRef: globalThis.WeakRef,
-    deref: method("WeakRef", "deref"),
     consoleLog: console.log.bind(console),
     onNextFrame: callback => apply(requestAnimationFrame, window, [callback]),
 

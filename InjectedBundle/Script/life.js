@@ -69,7 +69,6 @@ function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
     }
   });
   _hbbtv_vantrel_follow(record);
-  _hbbtv_vantrel_remember(object);
 }
 
 // Has the browser do it, which also says when a param comes or changes. Listeners are the script's all the same.
@@ -129,35 +128,4 @@ function _hbbtv_vantrel_releasePlayer(record) {
   const isOurs = own && _hbbtv_vantrel_kept.hasOwn(own, "value") && own.value === record.release;
   if (plugin.visual && !isOurs && !record.internal)
     _hbbtv_vantrel_attempt(() => oipf.release());
-}
-
-// ---- Frames ----
-
-// Weak references to what was upgraded in a child frame. Of the page itself the players are taken back without it.
-var _hbbtv_vantrel_alive = _hbbtv_vantrel_list();
-var _hbbtv_vantrel_aliveLimit = 64;
-
-function _hbbtv_vantrel_remember(object) {
-  if (window === window.top)
-    return;
-  if (_hbbtv_vantrel_alive.length >= _hbbtv_vantrel_aliveLimit) {
-    _hbbtv_vantrel_alive = _hbbtv_vantrel_filter(_hbbtv_vantrel_alive, _hbbtv_vantrel_kept.deref);
-    _hbbtv_vantrel_aliveLimit = 64 + 2 * _hbbtv_vantrel_alive.length;
-  }
-  _hbbtv_vantrel_append(_hbbtv_vantrel_alive, new _hbbtv_vantrel_kept.WeakRef(object));
-}
-
-// A frame that its page removes or fills anew has nothing left to hear or see. A capturing listener that is the first
-// of all cannot be kept from the event.
-function _hbbtv_vantrel_finalizeWithFrame() {
-  if (window === window.top)
-    return;
-  _hbbtv_vantrel_kept.addListener(window, "unload", () => {
-    const alive = _hbbtv_vantrel_alive;
-    for (let i = 0; i < alive.length; ++i) {
-      const object = _hbbtv_vantrel_kept.deref(alive[i]);
-      if (object)
-        _hbbtv_vantrel_attempt(() => _hbbtv_vantrel_finalize(object));
-    }
-  }, true);
 }

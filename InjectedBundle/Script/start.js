@@ -14,7 +14,6 @@ function _hbbtv_vantrel_main() {
     return;
   _hbbtv_vantrel_installTouches();
   _hbbtv_vantrel_observe();
-  _hbbtv_vantrel_finalizeWithFrame();
 }
 
 window.onload = () => _hbbtv_vantrel_log("Started");

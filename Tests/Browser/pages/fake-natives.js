@@ -29,11 +29,11 @@
     },
     OipfAVControl: {
       attributes: ["width", "height", "type", "data", "playState", "onPlayStateChange"],
-      methods: ["play", ...visualMethods]
+      methods: ["play", "setFullScreen", ...visualMethods]
     }
   };
 
-  const counts = { made: 0, order: [] };
+  const counts = { made: 0, order: [], logged: [] };
   const results = { play: true, getOwnerApplication: "the application" };
   // Like the real ones: what is no text, or one argument too many, is refused.
   function refuse(isBad) {
@@ -132,6 +132,9 @@
     };
   }
   window.fakes = counts;
+  if (new URLSearchParams(location.search).has("quiet"))
+    window._hbbtv_vantrel_logs = false;
+  console.log = text => counts.logged.push(text);
 
   window.failures = [];
   window.addEventListener("error", event => window.failures.push(event.message));

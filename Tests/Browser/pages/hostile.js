@@ -28,11 +28,10 @@
       { __proto__: null, value, writable: true, enumerable: true, configurable: true });
   }
 
-  // The native objects ask the page's document for its base, as any script would.
   function replace(object, key, label) {
     const old = getOwnPropertyDescriptor(object, key);
     const isThere = old && old.configurable && (typeof old.value === "function" || old.get);
-    if ((old && !isThere) || key === "constructor" || key === "baseURI")
+    if ((old && !isThere) || key === "constructor")
       return;
     const name = label + "." + String(key);
     const bad = function () {
@@ -69,7 +68,7 @@
     // Members of native objects that every element shows are the television's.
     const shown = new Set(ownKeys(HTMLObjectElement.prototype).filter(key => !String(
       getOwnPropertyDescriptor(HTMLObjectElement.prototype, key).get ?? "[native code]").includes("[native code]")));
-    for (let i = 0; i < 6; ++i)
+    for (let i = 0; i < 12; ++i)
       replace(Array.prototype, String(i), "Array.prototype");
     for (let i = 0; i < names.length; ++i) {
       const own = ownKeys(constructors[i]);
