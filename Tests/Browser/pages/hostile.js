@@ -142,7 +142,13 @@
 
   step(always, () => {
     setInnerHtml(root, '<object id="manager" type="application/oipfApplicationManager"></object>');
-    const application = getElementById(document, "manager").getOwnerApplication(document);
+    const manager = getElementById(document, "manager");
+    const application = manager.getOwnerApplication(document);
+    manager.onLowMemory = always;
+    manager.onApplicationLoadError = null;
+    manager.ownThing = 1;
+    result.own = [debug("text"), manager.onLowMemory === always, manager.onApplicationLoadError, manager.ownThing];
+    result.logs = _hbbtv_vantrel_logs;
     result.keys = application.privateData.keyset.value;
     result.supported = oipfObjectFactory.isObjectSupported("VIDEO/BROADCAST");
     made = oipfObjectFactory.createVideoBroadcastObject();
