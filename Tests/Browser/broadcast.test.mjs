@@ -15,7 +15,7 @@ const page = style => `<!DOCTYPE html><html><head><script src="/pages/watch.js">
 var video = document.getElementById("video");
 window.heard = [];
 video.onPlayStateChange = function (state) { window.heard.push("state " + state); };
-video.onChannelChangeSucceeded = function (channel) { window.heard.push("shown " + channel.name); };
+video.onChannelChangeSucceeded = function (channel) { window.heard.push("shown " + (channel && channel.name)); };
 video.onChannelChangeError = function (channel, error) { window.heard.push("error " + error); };
 </script></body></html>`;
 

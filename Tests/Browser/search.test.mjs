@@ -129,7 +129,8 @@ describe("A page that searches", () => {
       return agent.sendDRMMessage("text/plain", "hello", "silent");
     });
     assert.equal(typeof id, "string");
-    for (const bytes of [[], [5, 0x4b], [2, 0x4b, 0x13, 0, 0, 0, Number(id), 2, 8, 0, 1, 3, 1, 0, 2, 0x4f, 0x4b],
+    const idBytes = [24, 16, 8, 0].map(shift => Number(id) >>> shift & 0xff);
+    for (const bytes of [[], [5, 0x4b], [2, 0x4b, 0x13, ...idBytes, 2, 8, 0, 1, 3, 1, 0, 2, 0x4f, 0x4b],
       [5, 0x4b, 0x13, 0, 0, 0, 0, 1, 1, 0, 1, 0x21]])
       await receiver.emit("SASMessage", `(@ay [${bytes.join(", ")}],)`);
     await browser.waitFor("the module is heard", () => window.said.length === 2);
