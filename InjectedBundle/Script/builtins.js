@@ -44,7 +44,6 @@ var _hbbtv_vantrel_kept = (() => {
     startsWith: method("String", "startsWith"),
     indexOf: method("String", "indexOf"),
     match: method("RegExp", "exec"),
-    WeakMap,
     getRecord: method("WeakMap", "get"),
     setRecord: method("WeakMap", "set"),
     consoleLog: console.log.bind(console),
