@@ -89,7 +89,6 @@ TEST_F(TheReceiversControl, RefusesWhatItDoesNotKnowWithAReason) {
         {"SetWorld", "('/broadcast/channels/4000000000', '{}')", "there is no such place"},
         {"GetWorld", "('/nothing',)", "there is no such value"},
         {"EmitSignal", "('PluginEvnt', <(1, uint32 2)>)", "there is no signal \"IDAEBrowserAPI.PluginEvnt\""},
-        {"EmitSignal", "('DSMCC.FileResponse', <(uint32 1, 'url')>)", "takes \"(usayub)\", not \"(us)\""},
         {"EmitSignal", "('DSMCC.Other', <(1,)>)", "there is no signal \"DSMCC.Other\""},
         {"EmitSignal", "('Nobody.Signal', <(1,)>)", "there is no interface \"Nobody\""},
         {"EmitSignal", "('IDAEBrowserAPI.a b', <(1,)>)", "is no name of a signal"},
