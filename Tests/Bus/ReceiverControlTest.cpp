@@ -151,7 +151,7 @@ TEST_F(TheReceiversControl, TellsTheShellWhatApplicationsDo) {
     EXPECT_TRUE(hears({"ApplicationStarted(8, 'http://localhost:1/a')", "ApplicationDestroyed(8,)",
                        "ApplicationStarted(8, 'http://localhost:8080/index.html?x=y')",
                        "ApplicationVisibilityChanged(7, false)", "ApplicationVisibilityChanged(7, true)",
-                       "ApplicationDestroyed(8,)"}));
+                       "ApplicationDestroyed(8,)", "ApplicationDestroyed(8,)"}));
     EXPECT_EQ(control("GetWorld", "('/state/views',)").text(),
               "('{\"7\":{\"started\":false,\"url\":\"http://localhost:1/\",\"visible\":true}}',)");
 }
