@@ -186,8 +186,6 @@ describe("An application", () => {
 
     it("unless the receiver refuses: null, and no exception", async () => {
       assert.equal(await create("http://refused.invalid/index.html", false), null);
-      await receiver.fail("IDAEBrowserAPI.CreateApplication", "no resources");
-      assert.equal(await create("application.html", false), null);
     });
   });
 

@@ -72,31 +72,6 @@ describe("A receiver", () => {
     await browser.waitFor("events arrive again", () => window.heard);
     assert.deepEqual(await browser.run(() => window.failures), []);
   });
-
-  it("may be slow: the page waits for the answer and gets it", async () => {
-    await television.open("plain.html");
-    await receiver.delay("IDAEBrowserAPI.GetKeyMask", 700);
-    const [seen, took] = await browser.run(() => {
-      const start = Date.now();
-      const { keyset } = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication().privateData;
-      return [keyset.setValue(Keyset.BLUE), Date.now() - start];
-    });
-    await receiver.resetMethods();
-    assert.equal(seen, 8);
-    assert.ok(took >= 650, `${took} ms`);
-  });
-
-  it("may answer with errors", async () => {
-    await television.open("plain.html");
-    const methods = ["SetKeyMask", "GetKeyMask", "CurrentChannel", "IsBroadcastRelated", "CreateApplication",
-      "Show"];
-    for (const method of methods)
-      await receiver.fail(`IDAEBrowserAPI.${method}`, "out of order");
-    const seen = await browser.run(useEverything);
-    await receiver.resetMethods();
-    assert.deepEqual(seen, unanswered);
-    assert.deepEqual(await browser.run(() => window.failures), []);
-  });
 });
 
 describe("A scenario that the receiver refuses", () => {

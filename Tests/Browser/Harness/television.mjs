@@ -7,15 +7,15 @@ import { Receiver } from "./receiver.mjs";
 import { Workplace } from "./workplace.mjs";
 
 export class Television {
-  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus; `environment`,
-  // more variables for all programs.
-  static async start({ shell: args = [], receiver = true, environment = {} } = {}) {
+  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus; `scenario`, the
+  // receiver's own; `environment`, more variables for all programs.
+  static async start({ shell: args = [], receiver = true, scenario, environment = {} } = {}) {
     const television = new Television();
     try {
       television.workplace = await Workplace.create();
       Object.assign(television.workplace.env, environment);
       television.server = await PageServer.start();
-      television.receiver = receiver ? await Receiver.start(television.workplace) : undefined;
+      television.receiver = receiver ? await Receiver.start(television.workplace, scenario) : undefined;
       await television.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);
     } catch (error) {
       await television.close();
