@@ -27,12 +27,11 @@ export class Browser {
     const url = `http://127.0.0.1:${port}`;
     const program = workplace.start("WebKitWebDriver", [`--port=${port}`]);
     await waitFor("WebKitWebDriver answers", () => answers(url));
-    // A bundle with a sanitizer in it needs its library in a web process that was built without one. The driver
-    // program must not have it: it would not get beyond its start.
-    const options = process.env.HBBTV_SANITIZER
-      ? { binary: "/usr/bin/env", args: [`LD_PRELOAD=${process.env.HBBTV_SANITIZER}`, binary, ...args] }
-      : { binary, args };
-    const capabilities = new webdriver.Capabilities({ "webkitgtk:browserOptions": options });
+    // Not by the driver program's own variables: what is preloaded there keeps it from starting.
+    const command = ["/usr/bin/env", ...Object.entries(workplace.preload).map(pair => pair.join("=")), binary, ...args];
+    const capabilities = new webdriver.Capabilities({
+      "webkitgtk:browserOptions": { binary: command[0], args: command.slice(1) }
+    });
     const driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
     // The driver program waits for ever for a browser that ended while it started.
     await inTime("the browser starts", driver.getSession());

@@ -26,6 +26,8 @@ export class Workplace {
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
   #log;
+  // Variables of the shell alone, which hands them to the web process.
+  preload = {};
   // What the processes have written so far, as in the log file.
   lines = [];
 
@@ -69,11 +71,13 @@ export class Workplace {
     });
   }
 
-  // What sanitizers find, in any process, fails the test program. WebKit then takes its memory from the C library, so
-  // that the engine's is looked at as well.
-  #addSanitizers(isBuiltIn) {
-    if (!isBuiltIn)
+  // A bundle with sanitizers in it needs their library in a web process that was built without. What they find, in any
+  // process, fails the test program. WebKit then takes its memory from the C library, so that the engine's is looked at
+  // as well.
+  #addSanitizers(library) {
+    if (!library)
       return;
+    this.preload = { LD_PRELOAD: library };
     const log = `log_path=${join(this.#folder, "sanitizer")}`;
     Object.assign(this.env, {
       ASAN_OPTIONS: `${log}:detect_leaks=0:alloc_dealloc_mismatch=0`,
@@ -89,7 +93,8 @@ export class Workplace {
 
   // Starts a program and writes its output to the log.
   start(command, args, stdio = ["ignore", "pipe", "pipe"]) {
-    const child = spawn(command, args, { env: this.env, stdio });
+    const env = command.endsWith("/hbbtv-shell") ? { ...this.env, ...this.preload } : this.env;
+    const child = spawn(command, args, { env, stdio });
     const name = command.split("/").pop();
     child.ended = new Promise(resolve => {
       child.once("error", error => {
