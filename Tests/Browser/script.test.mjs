@@ -192,12 +192,12 @@ describe("The bootstrap script", () => {
         video.setAttribute("style", "color: red");
         video.setAttribute("class", "film");
         video.setAttributeNS(null, "onPlayStateChange", "x()");
-        video.appendChild(document.createElement("param")).name = "passing";
-        document.body.appendChild(video.lastChild);
         video.setAttribute("width", "100%");
         video.setAttribute("height", "360");
         video.setAttribute("data", "c.mp4");
         video.data = "d.mp4";
+        video.appendChild(document.createElement("param")).name = "passing";
+        document.body.appendChild(video.lastChild);
         const param = document.createElement("param");
         param.name = "late";
         param.value = "1";
