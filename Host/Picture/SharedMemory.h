@@ -21,6 +21,8 @@ class Descriptor {
 
     [[nodiscard]] explicit operator bool() const { return m_number >= 0; }
     [[nodiscard]] int get() const { return m_number; }
+    // Whoever takes it closes it.
+    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
     // Another one for the same file; none when the process has no more to give.
     [[nodiscard]] Descriptor duplicate() const;
 

@@ -1,6 +1,6 @@
 #include "Host/Receiver/BusReceiver.h"
 
-#include "Host/Receiver/Media/GStreamerMediaPlayer.h"
+#include "Host/Receiver/Media/ChildMediaPlayer.h"
 #include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/ChosenMediaPlayer.h"
 
@@ -42,8 +42,7 @@ MediaPlayerFactory BusReceiver::chosenPlayer() {
     return [this](MediaListener& listener, PictureSink& picture) -> std::unique_ptr<MediaPlayer> {
         const auto makeReal = [this](MediaListener& ears,
                                      PictureSink& screen) -> std::unique_ptr<MediaPlayer> {
-            return std::make_unique<GStreamerMediaPlayer>(m_world.scenario(), m_timers, ears,
-                                                          MediaOutputs{&screen, {}});
+            return std::make_unique<ChildMediaPlayer>(m_world.scenario(), m_timers, m_children, ears, screen);
         };
         return std::make_unique<ChosenMediaPlayer>(m_world.scenario(), m_timers, makeReal, listener, picture);
     };

@@ -12,6 +12,7 @@
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
 #include "Host/Receiver/GLibTimers.h"
+#include "Host/Receiver/Media/MediaChild.h"
 #include "Host/Receiver/Services.h"
 #include "Host/Receiver/SignalEmitter.h"
 #include "Host/Receiver/World/World.h"
@@ -36,6 +37,7 @@ class BusReceiver {
 
     GDBusConnection* m_connection;
     GLibTimers m_timers;
+    MediaChildren m_children;
     DbusEvents m_events;
     World m_world;
     CallDispatcher m_dispatcher;

@@ -1,7 +1,6 @@
 // hbbtv-receiver: a simulated television receiver on the session bus.
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -13,7 +12,6 @@
 
 #include "Host/Receiver/BusReceiver.h"
 #include "Host/Receiver/CommandLine.h"
-#include "Host/Receiver/Media/WorkQueue.h"
 #include "Host/Receiver/World/JsonReader.h"
 
 namespace {
@@ -111,9 +109,5 @@ int main(int count, char** arguments) {
         std::cerr << programName << commandLine.problem << "\n" << Receiver::Usage;
         return 2;
     }
-    const auto exitCode = serve(commandLine.scenario);
-    // A player that was let go a moment ago may still be ending. One that hangs does not hold the program up.
-    if (!Receiver::WorkQueue::waitForAll(3000))
-        std::_Exit(exitCode);
-    return exitCode;
+    return serve(commandLine.scenario);
 }

@@ -37,7 +37,8 @@ constexpr char kHelp[] =
     "bad\n"
     "command line or a scenario that the receiver refuses.\n"
     "\n"
-    "Environment: HBBTV_BUNDLE (the bundle's path; empty: none), HBBTV_RECEIVER (the receiver's path).\n"
+    "Environment: HBBTV_BUNDLE (the bundle's path; empty: none), HBBTV_RECEIVER (the receiver's path),\n"
+    "HBBTV_MEDIA (the path of the program that plays films for the receiver).\n"
     "\n"
     "Remote control on the keyboard:\n";
 

@@ -182,6 +182,16 @@ void RunningReceiver::TearDown() {
     EXPECT_EQ(g_subprocess_get_exit_status(m_process.get()), 0);
 }
 
+int RunningReceiver::pid() const {
+    return std::atoi(g_subprocess_get_identifier(m_process.get()));
+}
+
+void RunningReceiver::kill() {
+    g_subprocess_force_exit(m_process.get());
+    ASSERT_TRUE(g_subprocess_wait(m_process.get(), nullptr, nullptr));
+    m_process.reset();
+}
+
 void Client::join() {
     // A connection of its own, so that nothing of an earlier test arrives on it.
     GErrorSlot error;

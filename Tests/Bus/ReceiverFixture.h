@@ -86,6 +86,11 @@ class RunningReceiver : public testing::Test, protected Client {
     void SetUp() override;
     void TearDown() override;
 
+    // Of the receiver's process.
+    [[nodiscard]] int pid() const;
+    // Ends the receiver in a way that it cannot hear of.
+    void kill();
+
  private:
     Host::GObjectHandle<GSubprocess> m_process;
     Host::GObjectHandle<GDataInputStream> m_output;

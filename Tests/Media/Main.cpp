@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
     if (!testing::GTEST_FLAG(list_tests) && !MediaTest::makeMedia())
         return 1;
     GiveTheProgramItsOwnBus();
-    g_setenv("GST_TRACERS", "leaks(filters=GstElement)", TRUE);
+    g_setenv("HBBTV_MEDIA", HBBTV_MEDIA, TRUE);
     testing::AddGlobalTestEnvironment(new BusWithoutConsequences);
     return RUN_ALL_TESTS();
 }

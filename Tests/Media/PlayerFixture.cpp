@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
+
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
-#include "Host/Receiver/Media/GstHandles.h"
-#include "Host/Receiver/Media/WorkQueue.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Tests/Bus/BusFixture.h"
 
@@ -19,33 +20,19 @@ namespace {
 
 constexpr std::chrono::seconds patience(30);
 
-Colour colourOf(const std::uint8_t* bgrx) {
-    const int blue = bgrx[0];
-    const int red = bgrx[2];
+Colour colourOf(std::uint32_t pixel) {
+    const auto red = static_cast<int>(pixel >> 16 & 0xff);
+    const auto blue = static_cast<int>(pixel & 0xff);
     if (red > blue + 60)
         return Colour::Red;
     return blue > red + 60 ? Colour::Blue : Colour::Other;
 }
 
-// GStreamer's own account of its elements; Main.cpp has it kept.
-std::vector<std::string> livingElements() {
-    std::vector<std::string> names;
-    GList* tracers = gst_is_initialized() ? gst_tracing_get_active_tracers() : nullptr;
-    for (const GList* each = tracers; each != nullptr; each = each->next) {
-        if (g_signal_lookup("get-live-objects", G_OBJECT_TYPE(each->data)) == 0)
-            continue;
-        GstStructure* living = nullptr;
-        g_signal_emit_by_name(each->data, "get-live-objects", &living);
-        const std::unique_ptr<GstStructure, Host::GFree<&gst_structure_free>> owned(living);
-        const auto* list = gst_structure_get_value(living, "live-objects-list");
-        for (guint i = 0; i < gst_value_list_get_size(list); ++i) {
-            const auto* entry = gst_value_get_structure(gst_value_list_get_value(list, i));
-            const auto* object = gst_structure_get_value(entry, "object");
-            names.emplace_back(G_OBJECT_TYPE_NAME(g_value_get_object(object)));
-        }
-    }
-    g_list_free_full(tracers, gst_object_unref);
-    return names;
+std::string firstLineOf(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::string line;
+    std::getline(stream, line);
+    return line;
 }
 
 }  // namespace
@@ -86,52 +73,51 @@ bool Listener::has(const std::string& what) const {
     return std::find(heard.begin(), heard.end(), what) != heard.end();
 }
 
-void Screen::frame(int width, int height, int stride, const std::uint8_t* bgrx) {
-    const auto at = [&](int x, int y) { return colourOf(bgrx + y * stride + x * 4); };
-    const auto corners = {at(2, 2), at(width - 3, 2), at(2, height - 3), at(width - 3, height - 3)};
-    const std::lock_guard lock(m_mutex);
-    m_size = {width, height};
-    ++m_frames;
-    m_colour = Colour::Other;
+Colour Screen::colour() {
+    (void)changes();
+    if (m_view == nullptr || m_view->width() == 0)
+        return Colour::None;
+    const auto right = m_view->width() - 3;
+    const auto bottom = m_view->height() - 3;
+    const auto at = [this](int x, int y) {
+        return colourOf(m_view->pixels()[static_cast<std::size_t>(y * m_view->width() + x)]);
+    };
+    const auto corners = {at(2, 2), at(right, 2), at(2, bottom), at(right, bottom)};
     for (const auto candidate : {Colour::Red, Colour::Blue}) {
         if (std::count(corners.begin(), corners.end(), candidate) >= 3)
-            m_colour = candidate;
+            return candidate;
     }
+    return Colour::Other;
 }
 
-void Screen::clear() {
-    const std::lock_guard lock(m_mutex);
-    m_colour = Colour::None;
+std::pair<int, int> Screen::size() {
+    (void)changes();
+    return m_view == nullptr ? std::pair(0, 0) : std::pair(m_view->width(), m_view->height());
 }
 
-Colour Screen::colour() const {
-    const std::lock_guard lock(m_mutex);
-    return m_colour;
-}
-
-std::pair<int, int> Screen::size() const {
-    const std::lock_guard lock(m_mutex);
-    return m_size;
-}
-
-int Screen::frames() const {
-    const std::lock_guard lock(m_mutex);
-    return m_frames;
+std::vector<int> mediaProcesses(int parent) {
+    std::vector<int> found;
+    const std::filesystem::path tasks = "/proc/" + std::to_string(parent) + "/task";
+    for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+        std::istringstream children(firstLineOf(task.path() / "children"));
+        for (int child = 0; children >> child;) {
+            if (firstLineOf("/proc/" + std::to_string(child) + "/comm") == "hbbtv-media")
+                found.push_back(child);
+        }
+    }
+    return found;
 }
 
 RealPlayer::RealPlayer() : player(makePlayer(listener, screen)) {}
 
 void RealPlayer::TearDown() {
     player.reset();
-    EXPECT_TRUE(Receiver::WorkQueue::waitForAll(10000)) << "a pipeline does not end";
-    EXPECT_THAT(livingElements(), testing::IsEmpty());
+    children.reset();
+    EXPECT_TRUE(WaitFor([] { return mediaProcesses(getpid()).empty(); })) << "a process stays";
 }
 
-std::unique_ptr<Receiver::GStreamerMediaPlayer> RealPlayer::makePlayer(Receiver::MediaListener& ears,
-                                                                       Screen& shown) {
-    // Nobody wants to hear a test.
-    return std::make_unique<Receiver::GStreamerMediaPlayer>(
-        scenario, timers, ears, Receiver::MediaOutputs{&shown, "fakesink sync=true"});
+std::unique_ptr<Receiver::MediaPlayer> RealPlayer::makePlayer(Receiver::MediaListener& ears, Screen& shown) {
+    return std::make_unique<Receiver::ChildMediaPlayer>(scenario, timers, *children, ears, shown);
 }
 
 testing::AssertionResult RealPlayer::plays(const std::string& url, double speed) {

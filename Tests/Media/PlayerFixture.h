@@ -3,15 +3,15 @@
 
 #include <filesystem>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "Host/Picture/PictureView.h"
 #include "Host/Receiver/GLibTimers.h"
-#include "Host/Receiver/Media/GStreamerMediaPlayer.h"
-#include "Host/Receiver/World/MediaPlayer.h"
+#include "Host/Receiver/Media/ChildMediaPlayer.h"
 #include "Tests/Media/MediaServer.h"
 
 namespace MediaTest {
@@ -36,31 +36,34 @@ class Listener : public Receiver::MediaListener {
 
 enum class Colour { None, Red, Blue, Other };
 
-// The latest picture, seen by three of its corners: a ball may be in the fourth.
+// The latest picture, as the shell sees it; by three of its corners: a ball may be in the fourth.
 class Screen : public Receiver::PictureSink {
  public:
-    void frame(int width, int height, int stride, const std::uint8_t* bgrx) override;
-    void clear() override;
+    void show(Host::Descriptor memory) override { m_view = Host::PictureView::open(std::move(memory)); }
+    void clear() override { m_view.reset(); }
 
-    [[nodiscard]] Colour colour() const;
-    [[nodiscard]] std::pair<int, int> size() const;
-    [[nodiscard]] int frames() const;
+    [[nodiscard]] Colour colour();
+    [[nodiscard]] std::pair<int, int> size();
+    // Whether there is another picture than at the last look.
+    [[nodiscard]] bool changes() { return m_view != nullptr && m_view->update(); }
 
  private:
-    mutable std::mutex m_mutex;
-    Colour m_colour = Colour::None;
-    std::pair<int, int> m_size{0, 0};
-    int m_frames = 0;
+    std::unique_ptr<Host::PictureView> m_view;
 };
+
+// The processes of films that this program, or another one, has for children.
+[[nodiscard]] std::vector<int> mediaProcesses(int parent);
 
 class RealPlayer : public testing::Test {
  protected:
+    using Arguments = std::vector<std::string>;
+
     RealPlayer();
-    // No pipeline outlives its player for long.
+    // No process outlives its player for long.
     void TearDown() override;
 
-    [[nodiscard]] std::unique_ptr<Receiver::GStreamerMediaPlayer> makePlayer(Receiver::MediaListener& ears,
-                                                                             Screen& shown);
+    [[nodiscard]] std::unique_ptr<Receiver::MediaPlayer> makePlayer(Receiver::MediaListener& ears,
+                                                                    Screen& shown);
     // Loads and plays, and waits until it is seen and heard.
     [[nodiscard]] testing::AssertionResult plays(const std::string& url, double speed = 1.0);
     // Waits for the state, or for a state from which it cannot be reached any more.
@@ -72,7 +75,10 @@ class RealPlayer : public testing::Test {
     Listener listener;
     Screen screen;
     MediaServer server{mediaFolder()};
-    std::unique_ptr<Receiver::GStreamerMediaPlayer> player;
+    // Nobody wants to hear a test.
+    std::optional<Receiver::MediaChildren> children{std::in_place,
+                                                    Arguments{"--sound", "fakesink sync=true"}};
+    std::unique_ptr<Receiver::MediaPlayer> player;
 };
 
 }  // namespace MediaTest

@@ -1,6 +1,11 @@
 // The receiver as a program with a medium that it decodes, on the bus.
+#include <csignal>
+#include <filesystem>
+#include <random>
+
 #include <gmock/gmock.h>
 
+#include "Host/Receiver/Media/MediaWords.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 #include "Tests/Media/PlayerFixture.h"
@@ -46,6 +51,134 @@ TEST_F(AReceiverWithARealPlayer, TellsPagesAboutTheMediumItself) {
     ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 6, 4)"));
     // What plays at the end of the program ends with it.
     play(fileUrl("film.mp4"));
+}
+
+// As the system sees the receiver: what it holds, and the processes of its films.
+struct Holdings {
+    explicit Holdings(int process) {
+        const auto proc = std::filesystem::path("/proc") / std::to_string(process);
+        const auto count = [&proc](const char* folder) {
+            return std::distance(std::filesystem::directory_iterator(proc / folder), {});
+        };
+        descriptors = count("fd");
+        threads = count("task");
+        films = static_cast<std::ptrdiff_t>(MediaTest::mediaProcesses(process).size());
+    }
+    auto operator<=>(const Holdings&) const = default;
+
+    std::ptrdiff_t descriptors;
+    std::ptrdiff_t threads;
+    std::ptrdiff_t films;
+};
+
+// HBBTV_MEDIA_ROUNDS says how often; the moments are the same in every run.
+TEST_F(AReceiverWithARealPlayer, HoldsNothingOfFilmsThatWereLetGoAtAnyMoment) {
+    MediaTest::MediaServer server(MediaTest::mediaFolder());
+    play(server.url("good/film.mp4"));
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+    (void)call("IAVEventHandler.Stop", "(uint32 7,)");
+    ASSERT_TRUE(WaitFor([this] { return MediaTest::mediaProcesses(pid()).size() == 1; }));
+    const Holdings before(pid());
+    const char* wanted = std::getenv("HBBTV_MEDIA_ROUNDS");
+    const int rounds = wanted == nullptr ? 40 : std::atoi(wanted);
+    constexpr const char* paths[] = {"good/film.mp4",       "good/hls/index.m3u8", "good/dash/index.mpd",
+                                     "good/film.ts",        "good/tone.mp3",       "silent/film.mp4",
+                                     "from-start/film.mp4", "dropped/film.mp4",    "good/nothing.mp4"};
+    std::mt19937 chance(1);
+    const auto below = [&chance](unsigned limit) { return chance() % limit; };
+    for (int round = 0; round < rounds; ++round) {
+        const auto url = server.url(paths[below(std::size(paths))]);
+        EXPECT_EQ(call("IAVEventHandler.SetData", "(uint32 7, '" + url + "')").text(), "()");
+        (void)call("IAVEventHandler.GetPlayer", "(uint32 7,)");
+        EXPECT_EQ(call("IAVEventHandler.Play", "(uint32 7, 1.0)").text(), "(true,)");
+        for (auto deeds = below(4); deeds > 0; --deeds) {
+            (void)WaitFor([] { return false; }, std::chrono::milliseconds(below(60)));
+            const auto place = std::to_string(below(12000));
+            (void)(below(2) == 0 ? call("IAVEventHandler.Seek", "(uint32 7, uint32 " + place + ")")
+                                 : call("IAVEventHandler.Play",
+                                        below(2) == 0 ? "(uint32 7, 0.0)" : "(uint32 7, -4.0)"));
+        }
+        (void)call(below(2) == 0 ? "IAVEventHandler.Stop" : "IAVEventHandler.ReleasePlayer", "(uint32 7,)");
+        forget();
+    }
+    EXPECT_TRUE(WaitFor([&] { return Holdings(pid()) <= before; }))
+        << Holdings(pid()).descriptors << " descriptors, not " << before.descriptors << "; "
+        << Holdings(pid()).threads << " threads, not " << before.threads << "; " << Holdings(pid()).films
+        << " processes";
+    play(fileUrl("film.mp4"));
+    EXPECT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+}
+
+TEST_F(AReceiverWithARealPlayer, OutlivesTheProcessesOfItsFilms) {
+    for (const int signal : {SIGKILL, SIGABRT, SIGSTOP}) {
+        play(fileUrl("film.mp4"));
+        ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)")) << signal;
+        // The oldest one; another one waits for the next film.
+        ::kill(MediaTest::mediaProcesses(pid()).at(0), signal);
+        ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 6, 2)")) << signal;
+        forget();
+    }
+    play(fileUrl("film.mp4"));
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+    // They do not outlive it.
+    const auto processes = MediaTest::mediaProcesses(pid());
+    ASSERT_FALSE(processes.empty());
+    kill();
+    EXPECT_TRUE(WaitFor([&] {
+        return std::none_of(processes.begin(), processes.end(),
+                            [](int each) { return ::kill(each, 0) == 0; });
+    }));
+}
+
+// Instead of a player the receiver runs a script, which has written "media.sh" what it may.
+class AReceiverWithABrokenPlayer : public AReceiverWithARealPlayer {
+ protected:
+    void SetUp() override {
+        const auto script = writeFile("media.sh", "");
+        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        g_setenv("HBBTV_MEDIA", script.c_str(), TRUE);
+        AReceiverWithARealPlayer::SetUp();
+        g_setenv("HBBTV_MEDIA", HBBTV_MEDIA, TRUE);
+    }
+    static std::string packet(const char* word, const char* content) {
+        const auto message = "(uint32 9, '" + std::string(word) + "', <" + content + ">)";
+        const Host::GVariantHandle value(
+            g_variant_parse(G_VARIANT_TYPE("(usv)"), message.c_str(), nullptr, nullptr, nullptr));
+        EXPECT_TRUE(value) << message;
+        return {static_cast<const char*>(g_variant_get_data(value.get())), g_variant_get_size(value.get())};
+    }
+};
+
+TEST_F(AReceiverWithABrokenPlayer, BelievesNothingUnseen) {
+    std::string says;
+    int count = 0;
+    for (const auto& [word, content] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"ready", "()"},
+             {"ready", "()"},
+             {"state", "(1, -7)"},
+             {"state", "(99, 1000)"},
+             {"state", "'1'"},
+             {"nonsense", "5"},
+             {"speed", "1e300"},
+             {"film", "(int64 -9000000000000000000, uint32 4000000000, uint32 0, 64.0, 1.0, true)"},
+             {"film", "(int64 0, uint32 0, uint32 0, inf, 1.0, true)"},
+             {"components", "[(77, 'x', int16 -1, '', 5)]"},
+             {"picture", "true"}}) {
+        const auto file = writeFile("packet" + std::to_string(count++), packet(word, content));
+        says += "cat " + file + " >&3\n";
+    }
+    for (const auto& script :
+         {std::string(), std::string("echo nonsense >&3\ncat >&2 <&3\n"),
+          std::string("head -c 70000 /dev/zero | dd bs=70000 iflag=fullblock status=none >&3\n"
+                      "cat >&2 <&3\n"),
+          says}) {
+        SCOPED_TRACE(script);
+        (void)writeFile("media.sh", "#!/bin/sh\n" + script);
+        play(fileUrl("film.mp4"));
+        EXPECT_TRUE(hearsOf("PluginEventData(200, 7, 6, 2)"));
+        forget();
+    }
+    EXPECT_EQ(call("IAVEventHandler.IsAVPlayerAlive", "(uint32 7,)").text(), "(true,)");
 }
 
 TEST_F(AReceiverWithARealPlayer, SimulatesWhatItIsToldToSimulate) {

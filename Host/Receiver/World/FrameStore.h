@@ -1,32 +1,33 @@
-// Where a player's frames go: into memory that the shell looks into.
+// What a player that decodes shows, for the shell to look into.
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <utility>
 
-#include "Host/Picture/PictureWriter.h"
 #include "Host/Receiver/World/MediaPlayer.h"
-#include "Host/Receiver/World/Timers.h"
 
 namespace Receiver {
 
 class FrameStore : public PictureSink {
  public:
-    // `appeared` runs on the world's own thread, and not after this object is gone: the first frame since
-    // clear() is there.
-    FrameStore(Timers& timers, std::function<void()> appeared);
+    // `appeared` runs when there is something to be seen.
+    explicit FrameStore(std::function<void()> appeared) : m_appeared(std::move(appeared)) {}
 
-    void frame(int width, int height, int stride, const std::uint8_t* bgrx) override;
-    void clear() override { m_writer.clear(); }
+    void show(Host::Descriptor memory) override {
+        m_memory = std::move(memory);
+        m_appeared();
+    }
+    void clear() override { m_memory = {}; }
 
-    [[nodiscard]] bool hasFrame() const { return m_writer.hasFrame(); }
+    [[nodiscard]] bool hasFrame() const { return static_cast<bool>(m_memory); }
     // For a reader of another process; none before the first frame.
-    [[nodiscard]] Host::Descriptor share() const { return m_writer.share(); }
+    [[nodiscard]] Host::Descriptor share() const {
+        return hasFrame() ? m_memory.duplicate() : Host::Descriptor();
+    }
 
  private:
-    Timers& m_timers;
-    const std::shared_ptr<const std::function<void()>> m_appeared;
-    Host::PictureWriter m_writer;
+    const std::function<void()> m_appeared;
+    Host::Descriptor m_memory;
 };
 
 }  // namespace Receiver

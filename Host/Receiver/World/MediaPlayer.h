@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Host/Picture/SharedMemory.h"
 #include "Host/Receiver/World/Scenario.h"
 
 namespace Receiver {
@@ -43,14 +44,14 @@ class MediaListener {
     virtual void mediaComponentsChanged() = 0;
 };
 
-// Where a player that decodes puts its pictures. Called on a thread of the player's.
+// Where a player that decodes shows its pictures.
 class PictureSink {
  public:
     virtual ~PictureSink() = default;
 
-    // Rows of blue, green, red and a byte without meaning, `stride` bytes apart, valid during the call.
-    virtual void frame(int width, int height, int stride, const std::uint8_t* bgrx) = 0;
-    // There is no picture until the next frame.
+    // There are pictures in this memory, which a PictureView opens.
+    virtual void show(Host::Descriptor memory) = 0;
+    // There are none any more.
     virtual void clear() = 0;
 };
 

@@ -30,7 +30,7 @@ class MediaSession : private MediaListener {
           m_plane(plane),
           m_volume(scenario.broadcast.volume),
           m_window(window),
-          m_frames(timers, [this] { updatePlane(); }),
+          m_frames([this] { updatePlane(); }),
           m_next(timers) {}
 
     void acquire(const MediaPlayerFactory& make);

@@ -7,7 +7,7 @@
 
 #include "Host/Inc/GHandles.h"
 
-namespace Receiver {
+namespace Media {
 
 template <typename T>
 using GstObjectHandle = std::unique_ptr<T, Host::GFree<&gst_object_unref>>;
@@ -18,4 +18,4 @@ using GstMessageHandle = std::unique_ptr<GstMessage, Host::GFree<&gst_message_un
 using GstQueryHandle = std::unique_ptr<GstQuery, Host::GFree<&gst_query_unref>>;
 using GstSampleHandle = std::unique_ptr<GstSample, Host::GFree<&gst_sample_unref>>;
 
-}  // namespace Receiver
+}  // namespace Media

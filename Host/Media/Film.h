@@ -1,5 +1,5 @@
-// Plays a medium for real. Lives on the main thread and never waits: what it asks of the pipeline is answered
-// by the pipeline's messages, and a medium that does not answer in time is an error.
+// One film, from the first request to its end. Never waits: what it asks of the pipeline is answered by the
+// pipeline's messages, and a medium that does not answer in time is an error.
 #pragma once
 
 #include <cstdint>
@@ -8,40 +8,46 @@
 #include <string>
 #include <vector>
 
-#include "Host/Receiver/Media/Pipeline.h"
-#include "Host/Receiver/Media/StreamList.h"
+#include "Host/Media/Pipeline.h"
+#include "Host/Media/StreamList.h"
 #include "Host/Receiver/World/MediaPlayer.h"
 #include "Host/Receiver/World/Timers.h"
 
-namespace Receiver {
+namespace Media {
 
-struct MediaOutputs {
-    PictureSink* picture;  // outlives the player; null: pictures are decoded and timed, but go nowhere
-    std::string sound;     // as GStreamer describes a sink; empty: the sound device, if any
-};
+using Receiver::Component;
+using Receiver::MediaState;
 
-class GStreamerMediaPlayer : public MediaPlayer {
+class Film {
  public:
-    GStreamerMediaPlayer(const Scenario& scenario, Timers& timers, MediaListener& listener,
-                         MediaOutputs outputs);
-    ~GStreamerMediaPlayer() override;
+    Film(Pipeline& pipeline, Receiver::Timers& timers, Receiver::MediaListener& listener)
+        : m_pipeline(pipeline),
+          m_timers(timers),
+          m_listener(listener),
+          m_limit(timers),
+          m_seekLimit(timers),
+          m_nextStep(timers),
+          m_nextGlance(timers) {}
 
-    void load(const std::string& url) override;
-    [[nodiscard]] bool play(double speed) override;
-    void stop() override;
-    [[nodiscard]] bool seek(std::uint32_t milliseconds) override;
+    // Once. Speed 0 is paused.
+    void load(const std::string& url, double speed, std::uint32_t limitMs);
+    // The first components have been told, and what is to be presented of them is known.
+    void begin();
+    void play(double speed);
+    void seek(std::uint32_t milliseconds);
+    void present(const std::vector<std::int16_t>& pids);
+    void handle(GstMessage* message);
 
-    [[nodiscard]] MediaState state() const override { return m_state; }
-    [[nodiscard]] std::uint32_t position() const override;
-    [[nodiscard]] std::uint32_t duration() const override { return m_duration; }
-    [[nodiscard]] double speed() const override { return m_state == MediaState::Playing ? m_speed : 0.0; }
-    [[nodiscard]] std::vector<Component> components() const override;
-
-    void present(const std::vector<Component>& active) override;
-    void setVolume(std::int32_t volume) override;
+    [[nodiscard]] std::uint32_t position() const;  // milliseconds
+    [[nodiscard]] std::uint32_t duration() const { return m_duration; }
+    [[nodiscard]] double speed() const { return m_speed; }
+    // How fast the position moves.
+    [[nodiscard]] double pace() const;
+    [[nodiscard]] bool isSeekable() const { return m_progress.seekable; }
+    [[nodiscard]] std::vector<Component> components() const { return m_streams.components(); }
 
  private:
-    // What is known of the medium that is connecting or playing, and what is under way.
+    // What is known of the medium, and what is under way.
     struct Progress {
         bool prerolled = false;
         bool live = false;
@@ -70,12 +76,12 @@ class GStreamerMediaPlayer : public MediaPlayer {
         return m_state == MediaState::Playing || m_state == MediaState::Paused ||
                m_state == MediaState::Buffering;
     }
+    [[nodiscard]] bool isOver() const {
+        return m_state == MediaState::Finished || m_state == MediaState::Error;
+    }
     [[nodiscard]] bool isBuffering() const { return !m_progress.live && m_progress.buffered < 100; }
     [[nodiscard]] std::uint32_t rewoundTo() const;
 
-    void connect();
-    void dropPipeline();
-    void handle(GstMessage* message);
     void handleElement(GstMessage* message);
     void handleApplication(GstMessage* message);
     void stateChanged(GstMessage* message);
@@ -95,27 +101,26 @@ class GStreamerMediaPlayer : public MediaPlayer {
     // The pipeline is where it was wanted.
     void settle(MediaState state);
     void fail(std::int32_t error);
+    void end(MediaState state, std::int32_t error);
     void changeState(MediaState state, std::int32_t error);
 
-    const Scenario& m_scenario;
-    Timers& m_timers;
-    MediaListener& m_listener;
-    MediaOutputs m_outputs;
+    Pipeline& m_pipeline;
+    Receiver::Timers& m_timers;
+    Receiver::MediaListener& m_listener;
     std::string m_url;
-    std::int32_t m_volume = 100;
-    MediaState m_state = MediaState::Stopped;
-    double m_speed = 1.0;  // the wanted one; 0 is paused
+    std::uint32_t m_limitMs = 0;
+    MediaState m_state = MediaState::Connecting;
+    double m_speed = 1.0;  // the wanted one
     std::uint32_t m_duration = 0;
     mutable std::uint32_t m_lastPosition = 0;
+    mutable std::int64_t m_lastLook = 0;  // when m_lastPosition was true
     StreamList m_streams;
     Progress m_progress;
     std::optional<Rewinding> m_rewinding;
-    std::unique_ptr<Pipeline> m_pipeline;
-    Timer m_limit;  // for connecting, and for waiting for data
-    Timer m_seekLimit;
-    Timer m_nextStep;
-    Timer m_nextGlance;
-    mutable std::int64_t m_lastLook = 0;  // when m_lastPosition was true
+    Receiver::Timer m_limit;  // for connecting, and for waiting for data
+    Receiver::Timer m_seekLimit;
+    Receiver::Timer m_nextStep;
+    Receiver::Timer m_nextGlance;
 };
 
-}  // namespace Receiver
+}  // namespace Media

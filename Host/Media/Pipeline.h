@@ -1,19 +1,17 @@
-// One GStreamer pipeline that plays one address. Everything that may block happens on a work queue of its
-// own; messages are delivered on the default main context. Going away does not wait for the pipeline to end.
+// The GStreamer pipeline of this process, which plays one address. Everything that may block happens on a
+// thread of its own.
 #pragma once
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Host/Receiver/Media/GstHandles.h"
-#include "Host/Receiver/Media/PictureOutput.h"
-#include "Host/Receiver/Media/WorkQueue.h"
+#include "Host/Media/GstHandles.h"
+#include "Host/Media/PictureOutput.h"
 
-namespace Receiver {
+namespace Media {
 
 // What a pipeline says of itself, as messages of the kind "application".
 namespace PipelineSays {
@@ -25,22 +23,25 @@ inline constexpr char SeekFailed[] = "seek-failed";
 class Pipeline {
  public:
     enum class Seek { Exact, KeyFrames };
-    // Null when there is no working GStreamer.
     using MessageHandler = std::function<void(GstMessage*)>;
 
     // The sound is a GStreamer description of a sink; an empty one is the sound device, if there is any.
-    Pipeline(const std::string& url, std::shared_ptr<PictureGate> picture, const std::string& sound,
-             MessageHandler onMessage);
+    // Messages are delivered on the default main context.
+    Pipeline(PictureOutput& picture, const std::string& sound, MessageHandler onMessage);
     Pipeline(const Pipeline&) = delete;
     Pipeline& operator=(const Pipeline&) = delete;
-    ~Pipeline();
+    // There is none: GStreamer's elements can hang and crash when they are stopped, so a pipeline ends with
+    // its process.
+    ~Pipeline() = delete;
 
+    // Once.
+    void open(const std::string& url);
     void setState(GstState state);
     void seek(double rate, std::uint32_t milliseconds, Seek mode);
     void selectStreams(std::vector<std::string> ids);
     void setVolume(double volume);  // 0 to 1
     void setMuted(bool muted);
-    void setPictureShown(bool shown);
+    void setPictureShown(bool shown) { m_picture.show(shown); }
     void recalculateLatency();
 
     // Milliseconds; none while unknown.
@@ -53,14 +54,15 @@ class Pipeline {
     [[nodiscard]] bool isSource(GstMessage* message) const;
 
  private:
-    // Shared with the work that is under way.
-    struct Core;
+    // Has it done in time, in this order, on a thread that may block.
+    void post(std::function<void()> work);
+    void say(const char* what);
 
-    void post(std::function<void(GstElement&)> work);
-
-    std::shared_ptr<Core> m_core;
-    std::shared_ptr<PictureGate> m_picture;
-    WorkQueue m_queue;
+    PictureOutput& m_picture;
+    MessageHandler m_handler;
+    GstElement* m_element;
+    GstElement* m_volume;
+    GThreadPool* m_worker;
 };
 
-}  // namespace Receiver
+}  // namespace Media

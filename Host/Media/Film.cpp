@@ -1,20 +1,18 @@
-#include "Host/Receiver/Media/GStreamerMediaPlayer.h"
+#include "Host/Media/Film.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include <gst/pbutils/missing-plugins.h>
 
-#include "Host/Receiver/Media/MediaErrors.h"
+#include "Host/Media/MediaErrors.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
-#include "Host/Receiver/World/Urls.h"
 
-namespace Receiver {
+namespace Media {
+
+using namespace Receiver;
 
 namespace {
 
-constexpr double fastest = 64.0;
-constexpr double slowest = 1.0 / 16;
 // Beyond this only key frames are shown, without sound.
 constexpr double fastestWithSound = 2.0;
 constexpr std::uint32_t stepMs = 200;
@@ -23,17 +21,6 @@ constexpr std::uint32_t glanceMs = 500;
 // one of them never shows the end of the medium.
 constexpr std::uint32_t nearestToEndMs = 100;
 
-bool isSpeed(double speed) {
-    const double pace = std::abs(speed);
-    return speed == 0.0 || (std::isfinite(speed) && pace >= slowest && pace <= fastest);
-}
-
-// GStreamer reads from far more than a page may: devices, descriptors, other programs.
-bool isForPages(const std::string& url) {
-    const auto scheme = schemeOf(url);
-    return scheme.empty() || scheme == "http" || scheme == "https" || scheme == "file";
-}
-
 // A medium that ends this much before its end was cut off.
 std::uint32_t tolerance(std::uint32_t duration) {
     return 1000 + duration / 20;
@@ -41,35 +28,20 @@ std::uint32_t tolerance(std::uint32_t duration) {
 
 }  // namespace
 
-GStreamerMediaPlayer::GStreamerMediaPlayer(const Scenario& scenario, Timers& timers, MediaListener& listener,
-                                           MediaOutputs outputs)
-    : m_scenario(scenario),
-      m_timers(timers),
-      m_listener(listener),
-      m_outputs(std::move(outputs)),
-      m_limit(timers),
-      m_seekLimit(timers),
-      m_nextStep(timers),
-      m_nextGlance(timers) {}
-
-GStreamerMediaPlayer::~GStreamerMediaPlayer() = default;
-
-void GStreamerMediaPlayer::load(const std::string& url) {
-    stop();
+void Film::load(const std::string& url, double speed, std::uint32_t limitMs) {
     m_url = url;
+    m_speed = speed;
+    m_limitMs = limitMs;
+    m_limit.start(limitMs,
+                  [this] { fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt); });
+    m_pipeline.open(url);
 }
 
-bool GStreamerMediaPlayer::play(double speed) {
-    if (m_url.empty() || !isSpeed(speed))
-        return false;
+void Film::play(double speed) {
     if (!isRolling()) {
         m_speed = speed;
-        if (m_state != MediaState::Connecting)
-            connect();
-        return true;
+        return;
     }
-    if (speed != 0.0 && speed != 1.0 && !m_progress.seekable)
-        return false;
     if (speed != m_speed) {
         // Where a rewinding has come to is where everything else goes on.
         const auto here = position();
@@ -81,120 +53,75 @@ bool GStreamerMediaPlayer::play(double speed) {
             seekPipeline(here, speed > 0 ? speed : 1.0, false);
     }
     roll();
-    return true;
 }
 
-void GStreamerMediaPlayer::stop() {
-    dropPipeline();
-    m_duration = 0;
-    m_lastPosition = 0;
-    changeState(MediaState::Stopped, NoError);
-}
-
-bool GStreamerMediaPlayer::seek(std::uint32_t milliseconds) {
-    if (!isRolling() || !m_progress.seekable || (m_duration != 0 && milliseconds > m_duration))
-        return false;
+void Film::seek(std::uint32_t milliseconds) {
+    if (!isRolling() || !m_progress.seekable)
+        return;
     if (m_rewinding)
         m_rewinding = Rewinding{milliseconds, m_timers.now()};
     seekPipeline(milliseconds, m_progress.rate, true);
-    return true;
 }
 
-std::uint32_t GStreamerMediaPlayer::position() const {
+std::uint32_t Film::position() const {
     if (!isRolling())
         return m_lastPosition;
     if (m_rewinding)
         return rewoundTo();
     if (m_progress.seeking)
         return m_progress.nextSeek.value_or(m_progress.seekTarget);
-    m_lastPosition = m_pipeline->position().value_or(m_lastPosition);
+    m_lastPosition = m_pipeline.position().value_or(m_lastPosition);
     if (m_duration != 0)
         m_lastPosition = std::min(m_lastPosition, m_duration);
     m_lastLook = m_timers.now();
     return m_lastPosition;
 }
 
-std::vector<Component> GStreamerMediaPlayer::components() const {
-    return m_progress.prerolled ? m_streams.components() : std::vector<Component>();
+double Film::pace() const {
+    const bool moves = m_rewinding || (m_progress.state == GST_STATE_PLAYING &&
+                                       m_state == MediaState::Playing && !m_progress.seeking);
+    return moves ? m_speed : 0.0;
 }
 
-void GStreamerMediaPlayer::present(const std::vector<Component>& active) {
-    if (m_pipeline == nullptr)
-        return;
-    const auto shown = [&active](ComponentType type) {
-        return std::any_of(active.begin(), active.end(),
-                           [type](const Component& component) { return component.type == type; });
-    };
-    m_pipeline->setPictureShown(shown(ComponentType::Video));
-    m_pipeline->setMuted(!shown(ComponentType::Audio));
-    // What is not presented at all goes on unseen and unheard, on whichever stream it was.
-    auto wanted = active;
+void Film::present(const std::vector<std::int16_t>& pids) {
+    std::vector<std::string> ids;
     for (const auto type : {ComponentType::Video, ComponentType::Audio}) {
-        if (shown(type))
-            continue;
+        bool shown = false;
         for (const auto& component : m_streams.components()) {
-            const auto ids = m_streams.streamIds({component});
+            if (component.type != type || std::find(pids.begin(), pids.end(), component.pid) == pids.end())
+                continue;
+            shown = true;
+            ids.push_back(m_streams.streamId(component));
+        }
+        if (type == ComponentType::Video)
+            m_pipeline.setPictureShown(shown);
+        else
+            m_pipeline.setMuted(!shown);
+        if (shown)
+            continue;
+        // What is not presented at all goes on unseen and unheard, on whichever stream it was.
+        for (const auto& component : m_streams.components()) {
+            const auto id = m_streams.streamId(component);
             if (component.type == type && std::find(m_progress.selected.begin(), m_progress.selected.end(),
-                                                    ids.front()) != m_progress.selected.end())
-                wanted.push_back(component);
+                                                    id) != m_progress.selected.end())
+                ids.push_back(id);
         }
     }
-    std::erase_if(wanted,
-                  [](const Component& component) { return component.type == ComponentType::Subtitle; });
-    auto ids = m_streams.streamIds(wanted);
     std::sort(ids.begin(), ids.end());
     if (ids.empty() || ids == m_progress.selected)
         return;
     m_progress.selected = ids;
-    m_pipeline->selectStreams(std::move(ids));
+    m_pipeline.selectStreams(std::move(ids));
 }
 
-void GStreamerMediaPlayer::setVolume(std::int32_t volume) {
-    m_volume = volume;
-    if (m_pipeline != nullptr)
-        m_pipeline->setVolume(volume / 100.0);
-}
-
-std::uint32_t GStreamerMediaPlayer::rewoundTo() const {
+std::uint32_t Film::rewoundTo() const {
     const auto back = static_cast<double>(m_timers.now() - m_rewinding->since) * -m_speed;
     return static_cast<std::uint32_t>(std::max(0.0, m_rewinding->from - back));
 }
 
-void GStreamerMediaPlayer::connect() {
-    dropPipeline();
-    m_duration = 0;
-    m_lastPosition = 0;
-    if (!isForPages(m_url)) {
-        m_limit.start(0, [this] { fail(MediaError::UnsupportedFormat); });
-        changeState(MediaState::Connecting, NoError);
+void Film::handle(GstMessage* message) {
+    if (isOver())
         return;
-    }
-    m_pipeline = std::make_unique<Pipeline>(
-        m_url, m_outputs.picture == nullptr ? nullptr : std::make_shared<PictureGate>(m_outputs.picture),
-        m_outputs.sound, [this](GstMessage* message) { handle(message); });
-    m_pipeline->setVolume(m_volume / 100.0);
-    m_pipeline->setState(GST_STATE_PAUSED);
-    m_limit.start(m_scenario.media.connectLimitMs,
-                  [this] { fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt); });
-    changeState(MediaState::Connecting, NoError);
-}
-
-void GStreamerMediaPlayer::dropPipeline() {
-    m_limit.stop();
-    m_seekLimit.stop();
-    m_nextStep.stop();
-    m_nextGlance.stop();
-    m_rewinding.reset();
-    m_pipeline.reset();
-    m_progress = {};
-    m_streams = {};
-}
-
-void GStreamerMediaPlayer::handle(GstMessage* message) {
-    if (message == nullptr) {
-        fail(MediaError::InsufficientResources);
-        return;
-    }
     switch (GST_MESSAGE_TYPE(message)) {
         case GST_MESSAGE_ERROR: {
             const auto error = mediaErrorOf(message, m_url);
@@ -208,11 +135,11 @@ void GStreamerMediaPlayer::handle(GstMessage* message) {
             reachedEnd();
             return;
         case GST_MESSAGE_ASYNC_DONE:
-            if (m_pipeline->isSource(message))
+            if (m_pipeline.isSource(message))
                 prerolled();
             return;
         case GST_MESSAGE_STATE_CHANGED:
-            if (m_pipeline->isSource(message))
+            if (m_pipeline.isSource(message))
                 stateChanged(message);
             return;
         case GST_MESSAGE_BUFFERING: {
@@ -227,14 +154,14 @@ void GStreamerMediaPlayer::handle(GstMessage* message) {
             return;
         case GST_MESSAGE_DURATION_CHANGED:
             if (m_progress.prerolled)
-                m_duration = m_pipeline->duration().value_or(m_duration);
+                m_duration = m_pipeline.duration().value_or(m_duration);
             return;
         case GST_MESSAGE_CLOCK_LOST:
-            m_pipeline->setState(GST_STATE_PAUSED);
+            m_pipeline.setState(GST_STATE_PAUSED);
             roll();
             return;
         case GST_MESSAGE_LATENCY:
-            m_pipeline->recalculateLatency();
+            m_pipeline.recalculateLatency();
             return;
         case GST_MESSAGE_ELEMENT:
             handleElement(message);
@@ -247,7 +174,7 @@ void GStreamerMediaPlayer::handle(GstMessage* message) {
     }
 }
 
-void GStreamerMediaPlayer::handleElement(GstMessage* message) {
+void Film::handleElement(GstMessage* message) {
     if (gst_message_has_name(message, "http-headers"))
         m_progress.onlyFromStart = refusesRanges(message);
     if (!gst_is_missing_plugin_message(message))
@@ -263,7 +190,7 @@ void GStreamerMediaPlayer::handleElement(GstMessage* message) {
         fail(MediaError::UnsupportedFormat);
 }
 
-void GStreamerMediaPlayer::handleApplication(GstMessage* message) {
+void Film::handleApplication(GstMessage* message) {
     if (gst_message_has_name(message, PipelineSays::StateChangeFailed)) {
         // An error that says why has usually come before, and then this pipeline is gone.
         fail(MediaError::Unidentified);
@@ -275,7 +202,7 @@ void GStreamerMediaPlayer::handleApplication(GstMessage* message) {
     }
 }
 
-void GStreamerMediaPlayer::stateChanged(GstMessage* message) {
+void Film::stateChanged(GstMessage* message) {
     GstState pending = GST_STATE_VOID_PENDING;
     gst_message_parse_state_changed(message, nullptr, &m_progress.state, &pending);
     if (!m_progress.prerolled)
@@ -286,7 +213,7 @@ void GStreamerMediaPlayer::stateChanged(GstMessage* message) {
         settle(MediaState::Paused);
 }
 
-void GStreamerMediaPlayer::streamsChanged(GstMessage* message) {
+void Film::streamsChanged(GstMessage* message) {
     GstStreamCollection* rawCollection = nullptr;
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_STREAM_COLLECTION)
         gst_message_parse_stream_collection(message, &rawCollection);
@@ -306,7 +233,7 @@ void GStreamerMediaPlayer::streamsChanged(GstMessage* message) {
     std::sort(m_progress.selected.begin(), m_progress.selected.end());
 }
 
-void GStreamerMediaPlayer::prerolled() {
+void Film::prerolled() {
     if (m_progress.prerolled) {
         seekDone();
         return;
@@ -318,23 +245,28 @@ void GStreamerMediaPlayer::prerolled() {
     }
     m_progress.prerolled = true;
     m_limit.stop();
-    m_duration = m_pipeline->duration().value_or(0);
-    m_progress.seekable = m_pipeline->isSeekable() && (!m_progress.onlyFromStart || m_pipeline->isAdaptive());
+    m_duration = m_pipeline.duration().value_or(0);
+    m_progress.seekable = m_pipeline.isSeekable() && (!m_progress.onlyFromStart || m_pipeline.isAdaptive());
     if (m_speed != 0.0 && !m_progress.seekable)
         m_speed = 1.0;
     m_lastLook = m_timers.now();
     m_listener.mediaComponentsChanged();
+}
+
+void Film::begin() {
+    if (!m_progress.prerolled || isOver())
+        return;
     roll();
     glance();
 }
 
-void GStreamerMediaPlayer::buffered(int percent) {
+void Film::buffered(int percent) {
     m_progress.buffered = percent;
     if (!m_progress.prerolled || m_progress.live || m_speed <= 0.0)
         return;
     const bool waiting = m_state == MediaState::Buffering;
     if (isBuffering() && !waiting) {
-        m_pipeline->setState(GST_STATE_PAUSED);
+        m_pipeline.setState(GST_STATE_PAUSED);
         waitForData();
     } else if (isBuffering() && percent > m_progress.bestBuffered) {
         waitForData();
@@ -344,22 +276,24 @@ void GStreamerMediaPlayer::buffered(int percent) {
     }
 }
 
-void GStreamerMediaPlayer::reachedEnd() {
+void Film::reachedEnd() {
     // At its end a pipeline says that all of the medium has been played, even if some of it never came.
     const auto reached = m_lastPosition + static_cast<double>(m_timers.now() - m_lastLook);
     if (m_progress.rate == 1.0 && m_duration > 0 && reached + tolerance(m_duration) < m_duration) {
         fail(MediaError::Corrupt);
         return;
     }
-    dropPipeline();
     if (m_duration != 0)
         m_lastPosition = m_duration;
-    changeState(MediaState::Finished, NoError);
+    end(MediaState::Finished, NoError);
 }
 
-void GStreamerMediaPlayer::roll() {
+void Film::roll() {
+    // Neither a pause nor a step back waits for anything.
+    if (m_speed <= 0.0)
+        m_limit.stop();
     if (m_speed < 0.0) {
-        m_pipeline->setState(GST_STATE_PAUSED);
+        m_pipeline.setState(GST_STATE_PAUSED);
         if (!m_rewinding)
             m_rewinding = Rewinding{position(), m_timers.now()};
         m_nextStep.start(stepMs, [this] { step(); });
@@ -367,7 +301,7 @@ void GStreamerMediaPlayer::roll() {
         return;
     }
     if (m_speed == 0.0) {
-        m_pipeline->setState(GST_STATE_PAUSED);
+        m_pipeline.setState(GST_STATE_PAUSED);
         if (m_progress.state == GST_STATE_PAUSED)
             settle(MediaState::Paused);
         return;
@@ -378,19 +312,19 @@ void GStreamerMediaPlayer::roll() {
         waitForData();
         return;
     }
-    m_pipeline->setState(GST_STATE_PLAYING);
+    m_pipeline.setState(GST_STATE_PLAYING);
     if (m_progress.state == GST_STATE_PLAYING && !m_progress.seeking)
         settle(MediaState::Playing);
 }
 
 // A server that sends nothing more must not keep a page waiting for ever.
-void GStreamerMediaPlayer::waitForData() {
+void Film::waitForData() {
     m_progress.bestBuffered = m_progress.buffered;
-    m_limit.start(m_scenario.media.connectLimitMs, [this] { fail(MediaError::CannotConnect); });
+    m_limit.start(m_limitMs, [this] { fail(MediaError::CannotConnect); });
     changeState(MediaState::Buffering, NoError);
 }
 
-void GStreamerMediaPlayer::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) {
+void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) {
     if (m_duration != 0)
         milliseconds = std::min(milliseconds, m_duration - std::min(m_duration, nearestToEndMs));
     if (!m_progress.seeking)
@@ -404,12 +338,12 @@ void GStreamerMediaPlayer::seekPipeline(std::uint32_t milliseconds, double rate,
     m_progress.seeking = true;
     m_progress.seekTarget = milliseconds;
     m_lastPosition = milliseconds;
-    m_seekLimit.start(m_scenario.media.connectLimitMs, [this] { fail(MediaError::PositionNotAvailable); });
+    m_seekLimit.start(m_limitMs, [this] { fail(MediaError::PositionNotAvailable); });
     const bool exact = rate <= fastestWithSound && !m_rewinding;
-    m_pipeline->seek(rate, milliseconds, exact ? Pipeline::Seek::Exact : Pipeline::Seek::KeyFrames);
+    m_pipeline.seek(rate, milliseconds, exact ? Pipeline::Seek::Exact : Pipeline::Seek::KeyFrames);
 }
 
-void GStreamerMediaPlayer::seekDone() {
+void Film::seekDone() {
     if (!m_progress.seeking)
         return;
     m_progress.seeking = false;
@@ -428,7 +362,7 @@ void GStreamerMediaPlayer::seekDone() {
 }
 
 // Some servers turn out only now to be unable to send from the middle. The medium plays on where it was.
-void GStreamerMediaPlayer::seekFailed() {
+void Film::seekFailed() {
     m_progress.seeking = false;
     m_seekLimit.stop();
     m_progress.nextSeek.reset();
@@ -436,7 +370,7 @@ void GStreamerMediaPlayer::seekFailed() {
     m_progress.rate = m_progress.rateBefore;
     m_rewinding.reset();
     m_nextStep.stop();
-    m_lastPosition = m_pipeline->position().value_or(m_lastPosition);
+    m_lastPosition = m_pipeline.position().value_or(m_lastPosition);
     if (m_speed != 0.0)
         m_speed = m_progress.rate;
     if (m_progress.announceSeek) {
@@ -446,7 +380,7 @@ void GStreamerMediaPlayer::seekFailed() {
     roll();
 }
 
-void GStreamerMediaPlayer::step() {
+void Film::step() {
     const auto here = rewoundTo();
     if (here == 0) {
         // Rewound to the start: it plays on from there.
@@ -462,12 +396,12 @@ void GStreamerMediaPlayer::step() {
 }
 
 // Keeps an eye on how far it has come, for the end.
-void GStreamerMediaPlayer::glance() {
+void Film::glance() {
     (void)position();
     m_nextGlance.start(glanceMs, [this] { glance(); });
 }
 
-void GStreamerMediaPlayer::settle(MediaState state) {
+void Film::settle(MediaState state) {
     changeState(state, NoError);
     if (m_progress.announcedSpeed == m_speed)
         return;
@@ -475,16 +409,22 @@ void GStreamerMediaPlayer::settle(MediaState state) {
     m_listener.mediaSpeedChanged(m_speed);
 }
 
-void GStreamerMediaPlayer::fail(std::int32_t error) {
-    dropPipeline();
-    changeState(MediaState::Error, error);
+void Film::fail(std::int32_t error) {
+    end(MediaState::Error, error);
 }
 
-void GStreamerMediaPlayer::changeState(MediaState state, std::int32_t error) {
+// The process ends soon; nothing that the pipeline says in between matters.
+void Film::end(MediaState state, std::int32_t error) {
+    for (auto* timer : {&m_limit, &m_seekLimit, &m_nextStep, &m_nextGlance})
+        timer->stop();
+    changeState(state, error);
+}
+
+void Film::changeState(MediaState state, std::int32_t error) {
     if (m_state == state)
         return;
     m_state = state;
     m_listener.mediaStateChanged(state, error);
 }
 
-}  // namespace Receiver
+}  // namespace Media

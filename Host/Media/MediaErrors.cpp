@@ -1,9 +1,10 @@
-#include "Host/Receiver/Media/MediaErrors.h"
+#include "Host/Media/MediaErrors.h"
 
 #include "Host/Receiver/World/MediaPlayer.h"
-#include "Host/Receiver/World/Urls.h"
 
-namespace Receiver {
+namespace Media {
+
+namespace MediaError = Receiver::MediaError;
 
 namespace {
 
@@ -88,7 +89,7 @@ bool refusesRanges(GstMessage* message) {
 }
 
 bool isRemote(const std::string& url) {
-    return url.find("://") != std::string::npos && schemeOf(url) != "file";
+    return g_strcmp0(g_uri_peek_scheme(url.c_str()), "file") != 0 && url.find("://") != std::string::npos;
 }
 
-}  // namespace Receiver
+}  // namespace Media

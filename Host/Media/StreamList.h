@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "Host/Receiver/Media/GstHandles.h"
+#include "Host/Media/GstHandles.h"
 #include "Host/Receiver/World/Scenario.h"
 
-namespace Receiver {
+namespace Media {
+
+using Receiver::Component;
 
 class StreamList {
  public:
@@ -17,8 +19,10 @@ class StreamList {
     [[nodiscard]] std::vector<Component> components() const;
     [[nodiscard]] bool hasPictureOrSound() const;
 
-    // The streams behind these components.
-    [[nodiscard]] std::vector<std::string> streamIds(const std::vector<Component>& components) const;
+    // The stream behind one of them.
+    [[nodiscard]] const std::string& streamId(const Component& component) const {
+        return m_streamIds[static_cast<std::size_t>(component.pid) - 1];
+    }
 
  private:
     // A stream's pid is its place here, counted from 1.
@@ -26,4 +30,4 @@ class StreamList {
     GstObjectHandle<GstStreamCollection> m_collection;
 };
 
-}  // namespace Receiver
+}  // namespace Media

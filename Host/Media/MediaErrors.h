@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
-#include "Host/Receiver/Media/GstHandles.h"
+#include "Host/Media/GstHandles.h"
 
-namespace Receiver {
+namespace Media {
 
 // One of the codes of MediaError for a message of the kind "error".
 [[nodiscard]] std::int32_t mediaErrorOf(GstMessage* message, const std::string& url);
@@ -18,4 +18,4 @@ namespace Receiver {
 // Whether the address leads to another machine, or to a server on this one.
 [[nodiscard]] bool isRemote(const std::string& url);
 
-}  // namespace Receiver
+}  // namespace Media

@@ -1,11 +1,13 @@
-#include "Host/Receiver/Media/StreamList.h"
+#include "Host/Media/StreamList.h"
 
 #include <algorithm>
 #include <optional>
 
 #include <gst/tag/tag.h>
 
-namespace Receiver {
+namespace Media {
+
+using Receiver::ComponentType;
 
 namespace {
 
@@ -126,14 +128,4 @@ bool StreamList::hasPictureOrSound() const {
                        [](const Component& component) { return component.type != ComponentType::Subtitle; });
 }
 
-std::vector<std::string> StreamList::streamIds(const std::vector<Component>& components) const {
-    std::vector<std::string> ids;
-    for (const auto& component : components) {
-        const auto place = static_cast<std::size_t>(component.pid) - 1;
-        if (place < m_streamIds.size())
-            ids.push_back(m_streamIds[place]);
-    }
-    return ids;
-}
-
-}  // namespace Receiver
+}  // namespace Media

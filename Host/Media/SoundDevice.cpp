@@ -1,11 +1,11 @@
-#include "Host/Receiver/Media/SoundDevice.h"
+#include "Host/Media/SoundDevice.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
-namespace Receiver {
+namespace Media {
 
 namespace {
 
@@ -35,4 +35,4 @@ bool hasSoundDevice() {
     return hasSoundServer() || hasSoundCard();
 }
 
-}  // namespace Receiver
+}  // namespace Media

@@ -1,0 +1,163 @@
+// hbbtv-media: plays one film for the receiver, which starts it and to whose line it listens. Ends with the
+// line.
+#include <csignal>
+#include <iostream>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include "Host/Media/Film.h"
+#include "Host/Receiver/GLibTimers.h"
+#include "Host/Receiver/Media/MediaWords.h"
+#include "Host/Receiver/World/ReceiverEvents.h"
+
+namespace {
+
+using namespace Receiver;
+
+constexpr int lineNumber = 3;
+constexpr std::uint32_t tickMs = 200;
+constexpr char usage[] = "usage: hbbtv-media [--sound SINK], started by hbbtv-receiver\n";
+
+// What most media need. Loaded ahead, it does not keep a film waiting.
+constexpr const char* usualElements[] = {"souphttpsrc",  "filesrc",    "urisourcebin",  "decodebin3",
+                                         "parsebin",     "qtdemux",    "tsdemux",       "h264parse",
+                                         "aacparse",     "avdec_h264", "avdec_aac",     "videoconvert",
+                                         "audioconvert", "multiqueue", "mpegaudioparse"};
+
+// What is under way when the film is over needs no end of its own.
+[[noreturn]] void leave() {
+    _exit(0);
+}
+
+class Player : private MediaListener {
+ public:
+    explicit Player(const std::string& sound)
+        : m_tick(m_timers),
+          m_picture([this](bool shown) { pictureChanged(shown); }),
+          // Never destroyed, as it wants it.
+          m_pipeline(*new Media::Pipeline(m_picture, sound, [this](GstMessage* each) { hear(each); })),
+          m_film(m_pipeline, m_timers, *this),
+          m_link(Host::Descriptor(lineNumber), MediaLink::Writes::Wait,
+                 {[this](MediaMessage& message) { obey(message); }, leave}) {
+        say(MediaWords::Ready);
+    }
+
+ private:
+    void mediaStateChanged(MediaState state, std::int32_t error) override {
+        sayFilm();
+        say(MediaWords::State,
+            g_variant_new(MediaWords::State.type, static_cast<std::int32_t>(state), error));
+    }
+    void mediaSpeedChanged(double speed) override {
+        sayFilm();
+        say(MediaWords::Speed, g_variant_new_double(speed));
+    }
+    void mediaPositionChanged(std::uint32_t milliseconds) override {
+        sayFilm();
+        say(MediaWords::Sought, g_variant_new_uint32(milliseconds));
+    }
+    void mediaComponentsChanged() override {
+        GVariantBuilder all;
+        g_variant_builder_init(&all, G_VARIANT_TYPE(MediaWords::Components.type));
+        for (const auto& each : m_film.components())
+            g_variant_builder_add(&all, "(isnsi)", static_cast<std::int32_t>(each.type),
+                                  each.encoding.c_str(), each.pid, each.language.c_str(), each.extra);
+        say(MediaWords::Components, g_variant_builder_end(&all));
+    }
+    void pictureChanged(bool shown) {
+        m_timers.post([this, shown] {
+            say(MediaWords::Picture, g_variant_new_boolean(shown ? TRUE : FALSE),
+                shown ? m_picture.share() : Host::Descriptor());
+        });
+    }
+
+    void hear(GstMessage* message) {
+        m_film.handle(message);
+        // Now it may move, or stand.
+        if (m_pipeline.isSource(message))
+            sayFilm();
+    }
+
+    void obey(const MediaMessage& message) {
+        auto* content = message.content.get();
+        m_number = message.number;
+        if (message.is(MediaWords::Load)) {
+            load(content);
+        } else if (message.is(MediaWords::Begin)) {
+            m_film.begin();
+        } else if (message.is(MediaWords::Play)) {
+            m_film.play(g_variant_get_double(content));
+        } else if (message.is(MediaWords::Seek)) {
+            m_film.seek(g_variant_get_uint32(content));
+        } else if (message.is(MediaWords::Present)) {
+            gsize count = 0;
+            const auto* pids = static_cast<const std::int16_t*>(
+                g_variant_get_fixed_array(content, &count, sizeof(std::int16_t)));
+            m_film.present({pids, pids + count});
+        } else if (message.is(MediaWords::Volume)) {
+            m_pipeline.setVolume(g_variant_get_int32(content) / 100.0);
+        }
+        sayFilm();
+    }
+    void load(GVariant* content) {
+        const char* url = nullptr;
+        double speed = 1.0;
+        std::uint32_t limitMs = 0;
+        std::int32_t volume = 100;
+        g_variant_get(content, "(&sdui)", &url, &speed, &limitMs, &volume);
+        m_pipeline.setVolume(volume / 100.0);
+        m_film.load(url, speed, limitMs);
+        tick();
+    }
+
+    void tick() {
+        sayFilm();
+        m_tick.start(tickMs, [this] { tick(); });
+    }
+    void sayFilm() {
+        const auto position = m_film.position();
+        say(MediaWords::Film,
+            g_variant_new(MediaWords::Film.type, m_timers.now(), position, m_film.duration(), m_film.pace(),
+                          m_film.speed(), m_film.isSeekable() ? TRUE : FALSE));
+    }
+    void say(const MediaWord& word, GVariant* content = nullptr, const Host::Descriptor& file = {}) {
+        if (!m_link.send(word, m_number, content, file))
+            leave();
+    }
+
+    GLibTimers m_timers;
+    Timer m_tick;
+    Media::PictureOutput m_picture;
+    Media::Pipeline& m_pipeline;
+    Media::Film m_film;
+    MediaLink m_link;
+    std::uint32_t m_number = 0;
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    // Whatever ends the receiver, and wherever this process is stuck then.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::string sound;
+    if (count == 3 && std::string(arguments[1]) == "--sound") {
+        sound = arguments[2];
+    } else if (count != 1) {
+        std::cerr << usage;
+        return 2;
+    }
+    const Host::GMainLoopHandle loop(g_main_loop_new(nullptr, FALSE));
+    GError* error = nullptr;
+    // The first time this may look through all of GStreamer's plugins.
+    if (!gst_init_check(nullptr, nullptr, &error)) {
+        std::cerr << "hbbtv-media: there is no GStreamer: " << error->message << std::endl;
+        return 1;
+    }
+    for (const auto* name : usualElements)
+        if (auto* factory = gst_element_factory_find(name))
+            gst_object_unref(gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)));
+    const Player player(sound);
+    g_main_loop_run(loop.get());
+    return 0;
+}

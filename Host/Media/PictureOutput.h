@@ -1,0 +1,35 @@
+// The way of a pipeline's pictures into memory that other processes look into.
+#pragma once
+
+#include <functional>
+#include <mutex>
+
+#include "Host/Media/GstHandles.h"
+#include "Host/Picture/PictureWriter.h"
+
+namespace Media {
+
+class PictureOutput {
+ public:
+    // `changed` runs on a thread of the pipeline, or within show(): there is a picture where none was, or the
+    // other way round.
+    explicit PictureOutput(std::function<void(bool)> changed) : m_changed(std::move(changed)) {}
+
+    // Without, pictures are only timed.
+    void show(bool shown);
+    // For a reader of another process.
+    [[nodiscard]] Host::Descriptor share() const { return m_memory.share(); }
+
+    // An element that shows its pictures here, in time.
+    [[nodiscard]] GstElement* makeSink();
+
+ private:
+    void take(GstSample* sample);
+
+    const std::function<void(bool)> m_changed;
+    std::mutex m_mutex;
+    bool m_shown = true;
+    Host::PictureWriter m_memory;
+};
+
+}  // namespace Media
