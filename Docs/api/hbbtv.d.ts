@@ -808,9 +808,9 @@ interface OipfAVControl {
   readonly COMPONENT_TYPE_AUDIO: 1;
   /** Component type of subtitles. */
   readonly COMPONENT_TYPE_SUBTITLE: 2;
-  /** Width in pixels. Writing it throws "Width" in full-screen mode. */
+  /** Width in pixels, also as text. Writing it throws "Width" in full-screen mode. */
   width: number;
-  /** Height in pixels. Writing it throws "Height" in full-screen mode. */
+  /** Height in pixels, also as text. Writing it throws "Height" in full-screen mode. */
   height: number;
   /** True in full-screen mode. */
   readonly fullScreen: boolean;

@@ -67,7 +67,8 @@ void HostPage::onFrameGone(gpointer self, GObject* whereTheFrameWas) {
     page.didRemoveFrame(*frame);
 }
 
-// WebKitGTK has no signal for it, but gives up its object for the frame as soon as the frame is out of its page.
+// WebKitGTK has no signal for it, but gives up its object for the frame as soon as the frame is out of its
+// page.
 void HostPage::didRemoveFrame(HostFrame& frame) {
     if (!m_loaderClient.didRemoveFrameFromHierarchy)
         return;

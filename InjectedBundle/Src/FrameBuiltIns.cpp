@@ -23,9 +23,11 @@ std::map<JSGlobalContextRef, Captured>& Frames() {
 // Older engines, and contexts without a document, have not everything: then the value is none.
 ProtectedValue Take(JSGlobalContextRef frame, const char* script) {
     JSValueRef exception = nullptr;
-    const JSValueRef value = JSEvaluateScript(frame, JSStringHandle(script).Get(), nullptr, nullptr, 1, &exception);
-    return exception == nullptr && value != nullptr && JSValueIsObject(frame, value) ? ProtectedValue(frame, value)
-                                                                                       : ProtectedValue();
+    const JSValueRef value =
+        JSEvaluateScript(frame, JSStringHandle(script).Get(), nullptr, nullptr, 1, &exception);
+    return exception == nullptr && value != nullptr && JSValueIsObject(frame, value)
+               ? ProtectedValue(frame, value)
+               : ProtectedValue();
 }
 
 // The function's result; null without the function, and when it throws.
@@ -35,8 +37,8 @@ JSValueRef CallWith(JSGlobalContextRef frame, ProtectedValue Captured::*function
         return nullptr;
     JSValueRef exception = nullptr;
     const JSValueRef result =
-        JSObjectCallAsFunction(frame, JSValueToObject(frame, (found->second.*function).Get(), nullptr), nullptr, 1,
-                               &argument, &exception);
+        JSObjectCallAsFunction(frame, JSValueToObject(frame, (found->second.*function).Get(), nullptr),
+                               nullptr, 1, &argument, &exception);
     return exception == nullptr ? result : nullptr;
 }
 
@@ -63,9 +65,12 @@ void FrameBuiltIns::Capture(JSGlobalContextRef frame) {
     })())")};
 }
 
-void FrameBuiltIns::Forget(JSGlobalContextRef frame) { Frames().erase(frame); }
+void FrameBuiltIns::Forget(JSGlobalContextRef frame) {
+    Frames().erase(frame);
+}
 
-void FrameBuiltIns::ReportException(JSGlobalContextRef frame, const std::string& place, JSValueRef exception) {
+void FrameBuiltIns::ReportException(JSGlobalContextRef frame, const std::string& place,
+                                    JSValueRef exception) {
     std::string text;
     if (!ToUtf8(frame, exception, text, nullptr))
         text = "(no text)";

@@ -1,5 +1,5 @@
-// What the program needs of a frame's own built-ins, taken before a script of the frame can replace them. Kept, and
-// with it the frame's global object, until the frame goes.
+// What the program needs of a frame's own built-ins, taken before a script of the frame can replace them.
+// Kept, and with it the frame's global object, until the frame goes.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -9,17 +9,18 @@
 namespace OipfJavaScript {
 
 class FrameBuiltIns {
-   public:
+ public:
     FrameBuiltIns() = delete;
 
     static void Capture(JSGlobalContextRef frame);
     static void Forget(JSGlobalContextRef frame);
 
-    // Tells the log, and the frame's window as if nothing had caught it, what a handler has thrown. `place` begins the
-    // line. Runs page code.
+    // Tells the log, and the frame's window as if nothing had caught it, what a handler has thrown. `place`
+    // begins the line. Runs page code.
     static void ReportException(JSGlobalContextRef frame, const std::string& place, JSValueRef exception);
 
-    // The URL of a path in the frame's document, which knows a `base` element and dots; empty when there is none.
+    // The URL of a path in the frame's document, which knows a `base` element and dots; empty when there is
+    // none.
     [[nodiscard]] static std::string CompleteUrl(JSContextRef context, const std::string& path);
 };
 

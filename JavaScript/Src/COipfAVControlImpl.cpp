@@ -1,6 +1,7 @@
 #include "JavaScript/Src/COipfAVControlImpl.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "API/Src/SDrmErrorParams.h"
@@ -27,8 +28,8 @@ float ToFloat(double number) {
     return static_cast<float>(std::clamp(number, -kMost, kMost));
 }
 
-// A page may write anything; what is no text reads as its text, as it does for other elements. False when it has none,
-// which is the page's own exception.
+// A page may write anything; what is no text reads as its text, as it does for other elements. False when it
+// has none, which is the page's own exception.
 bool TextOf(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception) {
     return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) ||
            ToUtf8(context, value, text, exception);
@@ -49,8 +50,8 @@ COipfAVControlImpl::COipfAVControlImpl(JSContextRef context)
 COipfAVControlImpl::~COipfAVControlImpl() {
     if (!m_hold)
         return;
-    m_player->Stop(m_playerId);
-    m_player->ReleasePlayer(m_playerId);
+    m_player->SendStop(m_playerId);
+    m_player->SendReleasePlayer(m_playerId);
 }
 
 bool COipfAVControlImpl::MayResize(const char* dimension) {
@@ -60,17 +61,17 @@ bool COipfAVControlImpl::MayResize(const char* dimension) {
     return false;
 }
 
-void COipfAVControlImpl::SetWidth(uint32_t width) {
-    if (!MayResize("Width"))
+void COipfAVControlImpl::Resize(JSContextRef context, JSValueRef value, const char* dimension,
+                                uint32_t& length) {
+    if (!JSValueIsNumber(context, value) && !JSValueIsString(context, value))
+        return Fail("TypeError", "Value is not number");
+    // As other elements do: text that is no number changes nothing, and blank text is none.
+    std::string text;
+    const double number = JSValueToNumber(context, value, nullptr);
+    if (std::isnan(number) || !ToUtf8(context, value, text, nullptr) ||
+        text.find_first_not_of(" \t\n\f\r") == std::string::npos || !MayResize(dimension))
         return;
-    m_window.width = width;
-    UpdateLayout();
-}
-
-void COipfAVControlImpl::SetHeight(uint32_t height) {
-    if (!MayResize("Height"))
-        return;
-    m_window.height = height;
+    length = ToUint32(number);
     UpdateLayout();
 }
 

@@ -21,8 +21,12 @@ class COipfAVControlImpl final
     // Gives its player back: nobody can stop any more what it plays.
     ~COipfAVControlImpl() override;
 
-    void SetWidth(uint32_t width);
-    void SetHeight(uint32_t height);
+    void setCustomWidth(JSContextRef context, JSValueRef value, JSValueRef*) {
+        Resize(context, value, "Width", m_window.width);
+    }
+    void setCustomHeight(JSContextRef context, JSValueRef value, JSValueRef*) {
+        Resize(context, value, "Height", m_window.height);
+    }
     [[nodiscard]] std::string GetType() const;
     void setCustomType(JSContextRef context, JSValueRef value, JSValueRef* exception);
     [[nodiscard]] const std::string& GetData() const { return m_data; }
@@ -59,6 +63,7 @@ class COipfAVControlImpl final
     enum EPlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2, kFinished = 5, kError = 6 };
 
     [[nodiscard]] bool HasProgress() const { return m_playState == kPlaying || m_playState == kPaused; }
+    void Resize(JSContextRef context, JSValueRef value, const char* dimension, uint32_t& length);
     // False when the size is the screen's, not the page's.
     [[nodiscard]] bool MayResize(const char* dimension);
     // False when the receiver has no player to give; the page has then been told.

@@ -35,7 +35,8 @@ bool HasOptionalObjects() {
 
 }  // namespace
 
-std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject(JSContextRef context) {
+std::unique_ptr<jiOipfVideoBroadcast> CPrivateObjectFactoryImpl::CreateVideoBroadcastObject(
+    JSContextRef context) {
     HBBTV_LOG_ENTRY();
     return MakeBinding<jiOipfVideoBroadcast>(context);
 }

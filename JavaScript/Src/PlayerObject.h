@@ -1,6 +1,6 @@
 // What the two objects that show video have in common: their place on the screen, full-screen mode, the
-// components of what is played, the receiver's events, which they hear as long as they live, and the player that they
-// hold until their page is left.
+// components of what is played, the receiver's events, which they hear as long as they live, and the player
+// that they hold until their page is left.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -101,8 +101,8 @@ class PlayerObject : public Base, public IPluginController, private PageBound {
     virtual void SetAttributes(const AttributeMap& attributes) = 0;
     virtual void ReleaseHeldPlayer() = 0;
 
-    // A navigation has all players released when it begins, but the page runs on until the next one is there, and may
-    // begin anew; of a frame that is taken out of its page nothing was released.
+    // A navigation has all players released when it begins, but the page runs on until the next one is there,
+    // and may begin anew; of a frame that is taken out of its page nothing was released.
     void OnPageLeft() override {
         if (m_hold)
             ReleaseHeldPlayer();

@@ -9,7 +9,8 @@ extern "C" {
 bool JSObjectSetPrivateProperty(JSContextRef, JSObjectRef, JSStringRef propertyName, JSValueRef);
 JSValueRef JSObjectGetPrivateProperty(JSContextRef, JSObjectRef, JSStringRef propertyName);
 
-// The global context that an object was made in. Engines that were built before it came have it not: then it is null.
+// The global context that an object was made in. Engines that were built before it came have it not: then it
+// is null.
 JSGlobalContextRef JSObjectGetGlobalContext(JSObjectRef) __attribute__((weak));
 
 void JSSynchronousGarbageCollectForDebugging(JSContextRef);

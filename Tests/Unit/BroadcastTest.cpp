@@ -93,8 +93,9 @@ TEST_F(ABroadcastObject, AsksThePlayerUnderItsOwnIdentifier) {
 }
 
 TEST_F(ABroadcastObject, GivesItsPlayerBackWithItsPageOrFrame) {
-    Eval("var other = PrivateObjectFactory.createVideoBroadcastObject(); other.bindToCurrentChannel(); "
-         "tv.onPlayStateChange = function() { tv.bindToCurrentChannel(); }; tv.bindToCurrentChannel()");
+    Eval(
+        "var other = PrivateObjectFactory.createVideoBroadcastObject(); other.bindToCurrentChannel(); "
+        "tv.onPlayStateChange = function() { tv.bindToCurrentChannel(); }; tv.bindToCurrentChannel()");
     page.StartLoad(page.main);
     // All players are released when the load begins, but the page runs on until the next one is there.
     Fire(E_VBO_STATE_CHANGE, 0, 0, 1000);

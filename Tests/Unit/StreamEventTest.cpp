@@ -151,11 +151,14 @@ TEST_F(AStreamEvent, EndsWithItsPageOrFrameAndHoldsItsObjectUntilThen) {
     EXPECT_EQ(Unsubscribed(77), 20U) << "what was removed is not unsubscribed again";
     page.main.Navigate();
     EXPECT_EQ(Unsubscribed(77), 20U);
-    Eval("var log = []; (function() { for (var i = 0; i < 20; i++) { var each = "
-         "PrivateObjectFactory.createVideoBroadcastObject(); each.addStreamEventListener('dvb://x', 'tick', log.push); "
-         "each.removeStreamEventListener('dvb://x', 'tick', log.push); } })()");
+    Eval(
+        "var log = []; (function() { for (var i = 0; i < 20; i++) { var each = "
+        "PrivateObjectFactory.createVideoBroadcastObject(); each.addStreamEventListener('dvb://x', 'tick', "
+        "log.push); "
+        "each.removeStreamEventListener('dvb://x', 'tick', log.push); } })()");
     page.main.CollectGarbage();
-    EXPECT_LT(OipfJavaScript::BindingObject::AliveCount(), before + 10) << "nothing is left that would be called";
+    EXPECT_LT(OipfJavaScript::BindingObject::AliveCount(), before + 10)
+        << "nothing is left that would be called";
 }
 
 }  // namespace
