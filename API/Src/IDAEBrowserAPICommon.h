@@ -78,6 +78,8 @@ class IDAEBrowserAPICommon {
     virtual bool StreamEventUnsubscribe(TDSMCCJobId id) = 0;
     // The same, and nobody waits for it: for an object that is collected.
     virtual void SendStreamEventUnsubscribe(TDSMCCJobId id) = 0;
+    // Changes when the receiver goes, and all subscriptions with it.
+    [[nodiscard]] virtual uint64_t Life() const = 0;
 
     // Subscribers are not owned; each unsubscribes before it is destroyed. Both may be called while an event
     // is being delivered: who is removed then is not called any more, who is added hears the next event.

@@ -10,7 +10,11 @@ class IJSChannelCacheCommon {
 
     // False when the cache does not know the channel, or cannot be asked.
     virtual bool Retain(uint32_t id) = 0;
+    // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
+
+    // Changes when the receiver goes. An id means nothing, or something else, in another life of it.
+    [[nodiscard]] virtual uint64_t Life() const = 0;
 
     // Fetches all fields in one call. A null pointer means that the field is not wanted. The result says
     // whether the entry exists; the wanted fields are written with what the cache sent even when it does not,

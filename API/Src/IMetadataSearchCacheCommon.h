@@ -13,7 +13,11 @@ class IMetadataSearchCacheCommon {
     virtual ~IMetadataSearchCacheCommon() = default;
 
     virtual bool Retain(uint32_t id) = 0;
+    // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
+
+    // Changes when the receiver goes. An id means nothing, or something else, in another life of it.
+    [[nodiscard]] virtual uint64_t Life() const = 0;
     // A new search over a target, one of the TARGET_ constants of MetadataSearch. 0: refused.
     [[nodiscard]] virtual uint32_t Add(int target) = 0;
 

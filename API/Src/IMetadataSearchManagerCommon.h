@@ -9,7 +9,8 @@ class IMetadataSearchManagerCommon {
  public:
     virtual ~IMetadataSearchManagerCommon() = default;
 
-    virtual void StartSearch(uint32_t id) = 0;
+    // False when the receiver could not be asked.
+    [[nodiscard]] virtual bool StartSearch(uint32_t id) = 0;
     // Stops; what was found before stays.
     virtual void AbortSearch(uint32_t id) = 0;
     // Stops, and drops what was found.

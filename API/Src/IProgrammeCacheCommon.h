@@ -9,6 +9,7 @@ class IProgrammeCacheCommon {
     virtual ~IProgrammeCacheCommon() = default;
 
     virtual bool Retain(uint32_t id) = 0;
+    // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
 
     // A null pointer means that the field is not wanted. The result says whether there is such a programme;

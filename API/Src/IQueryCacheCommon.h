@@ -12,7 +12,11 @@ class IQueryCacheCommon {
     virtual ~IQueryCacheCommon() = default;
 
     virtual bool Retain(uint32_t id) = 0;
+    // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
+
+    // Changes when the receiver goes. An id means nothing, or something else, in another life of it.
+    [[nodiscard]] virtual uint64_t Life() const = 0;
 
     // New queries; 0 when the receiver refused.
     [[nodiscard]] virtual uint32_t Add(EQueryType type) = 0;

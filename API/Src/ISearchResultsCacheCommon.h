@@ -9,7 +9,11 @@ class ISearchResultsCacheCommon {
     virtual ~ISearchResultsCacheCommon() = default;
 
     virtual bool Retain(uint32_t id) = 0;
+    // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
+
+    // Changes when the receiver goes. An id means nothing, or something else, in another life of it.
+    [[nodiscard]] virtual uint64_t Life() const = 0;
     // New results for a search. 0: refused.
     [[nodiscard]] virtual uint32_t Add(uint32_t mdsId) = 0;
 

@@ -774,7 +774,8 @@ interface MetadataSearch {
   /**
    * Returns a query that compares `field` ("Programme.name", "Programme.startTime" and so on, the attributes
    * of `Programme`) by `comparison`, one of the `COMPARISON_` constants of `Query`, with a text; `null` when
-   * there is no such field or comparison. A text that spells a number is that number where the field is one.
+   * there is no such field or comparison, or the receiver cannot keep it. A text that spells a number is that
+   * number where the field is one.
    */
   createQuery(field: string, comparison: number, value: string): Query | null;
   /** Returns a query that compares `field` with a number; times and durations are in seconds. */
@@ -1371,12 +1372,12 @@ interface Programme {
   readonly ID_TVA_GROUP_CRID: 2;
   /** Title. */
   readonly name: string;
-  /** Long title; may be empty. */
-  readonly longName: string;
+  /** Long title; `undefined` when it is not known. */
+  readonly longName: string | undefined;
   /** Description; may be empty. */
   readonly description: string;
-  /** Long description; may be empty. */
-  readonly longDescription: string;
+  /** Long description; `undefined` when it is not known. */
+  readonly longDescription: string | undefined;
   /** Start, in seconds since 1970. */
   readonly startTime: number;
   /** Duration in seconds. */
@@ -1492,10 +1493,11 @@ interface SearchResults {
    * Fetches up to `count` results from `offset` on, counted from 0; starts the search where that has not
    * happened. What was fetched before is dropped. The search manager's `onMetadataSearch` tells when the
    * results can be read, never before this call has returned; of several calls under way the last one counts.
-   * Always returns `false`: no result is there at once.
+   * Always returns `false`: no result is there at once. When the receiver has refused any part of what the
+   * search was to look for, or cannot search, the search ends in `STATE_FAILED`.
    */
   getResults(offset: number, count: number): boolean;
-  /** Stops a running search and drops the results. */
+  /** Stops a running search, drops the results, and removes the search's query, constraints and order. */
   abort(): void;
   /**
    * Returns the programme at `index`, counted from 0, a new object on every call; `undefined` past the end,

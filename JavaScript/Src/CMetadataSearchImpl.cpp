@@ -94,7 +94,7 @@ JSValueRef CMetadataSearchImpl::getCustomResult(JSContextRef context, JSObjectRe
 }
 
 JSValueRef CMetadataSearchImpl::getCustomQuery(JSContextRef context, JSObjectRef search) const {
-    return JSObjectGetPrivateProperty(context, search, QueryKey());
+    return m_session->HasQuery() ? JSObjectGetPrivateProperty(context, search, QueryKey()) : nullptr;
 }
 
 JSValueRef CMetadataSearchImpl::customSetQuery(const CallArguments& call) {
@@ -105,8 +105,6 @@ JSValueRef CMetadataSearchImpl::customSetQuery(const CallArguments& call) {
         return JSValueMakeNull(call.context);
     if (m_session->SetQuery(query->Implementation().Id()))
         JSObjectSetPrivateProperty(call.context, call.thisObject, QueryKey(), call.values[0]);
-    else
-        HBBTV_LOG_OBJECT(ERROR, "the receiver refused the query");
     return JSValueMakeUndefined(call.context);
 }
 
@@ -126,10 +124,10 @@ std::unique_ptr<jiQuery> CMetadataSearchImpl::Create(JSContextRef context, const
                                                      int32_t comparison, const Operand& value) {
     const std::optional<EQueryType> type = FieldOf(field);
     if (type && comparison >= 0 && comparison <= static_cast<int32_t>(E_MODE_CONTAINS)) {
-        const uint32_t id =
-            IQueryCacheWK::GetInstance()->Add(*type, static_cast<EQueryMode>(comparison), value);
-        if (id != 0)
-            return MakeBinding<jiQuery>(context, id);
+        RetainedId<IQueryCacheWK> query(
+            IQueryCacheWK::GetInstance()->Add(*type, static_cast<EQueryMode>(comparison), value));
+        if (query)
+            return MakeBinding<jiQuery>(context, std::move(query));
     }
     HBBTV_LOG_OBJECT(WARNING, "no query of %s by %d", field.c_str(), comparison);
     Fail();
@@ -150,15 +148,13 @@ void CMetadataSearchImpl::FindProgrammesFromStream(JSContextRef context, jiChann
                                                    std::optional<uint32_t> startTime,
                                                    std::optional<uint32_t> count) {
     // What is on at that time has begun before it.
-    const uint32_t id =
-        IQueryCacheWK::GetInstance()->Add(E_QUERY_END_TIME, E_MODE_GREATER, startTime ? *startTime : Now());
-    if (id == 0)
-        return;
-    // The object retains the query; from here on as one that a page has set.
-    JSObjectRef query = MakeObject<jiQuery>(context, context, id);
-    if (m_session->Replace(id, OnChannels({channel->Implementation().CacheId()}),
+    RetainedId<IQueryCacheWK> query(
+        IQueryCacheWK::GetInstance()->Add(E_QUERY_END_TIME, E_MODE_GREATER, startTime ? *startTime : Now()));
+    // From here on as one that a page has set.
+    if (m_session->Replace(query.Get(), OnChannels({channel->Implementation().CacheId()}),
                            {{E_QUERY_START_TIME, true}}, count))
-        JSObjectSetPrivateProperty(context, m_session->PageObject(), QueryKey(), query);
+        JSObjectSetPrivateProperty(context, m_session->PageObject(), QueryKey(),
+                                   MakeObject<jiQuery>(context, context, std::move(query)));
 }
 
 }  // namespace OipfJavaScript

@@ -30,12 +30,13 @@ JSValueRef COipfSearchManagerImpl::customCreateSearch(const CallArguments& call)
     const int32_t target = ToInt32(JSValueToNumber(call.context, call.values[0], nullptr));
     if (target != kTargetBroadcast && target != kTargetOnDemand)
         return JSValueMakeNull(call.context);
-    const uint32_t id = IMetadataSearchCacheWK::GetInstance()->Add(target);
-    if (id == 0) {
+    RetainedId<IMetadataSearchCacheWK> id(IMetadataSearchCacheWK::GetInstance()->Add(target));
+    if (!id) {
         HBBTV_LOG_OBJECT(ERROR, "the receiver refused a search of target %d", target);
         return JSValueMakeNull(call.context);
     }
-    const auto session = std::make_shared<SearchSession>(call.context, id, m_link, SearchSession::Patience());
+    const auto session =
+        std::make_shared<SearchSession>(call.context, std::move(id), m_link, SearchSession::Patience());
     JSObjectRef search = MakeObject<jiMetadataSearch>(call.context, target, session);
     session->SetPageObject(search);
     return search;

@@ -23,6 +23,16 @@ constexpr int32_t kAny = -1;
 
 }  // namespace
 
+std::string CProgrammeImpl::GetLongName() {
+    m_status = kUndefined;
+    return {};
+}
+
+std::string CProgrammeImpl::GetLongDescription() {
+    m_status = kUndefined;
+    return {};
+}
+
 int32_t CProgrammeImpl::GetEpisode() {
     m_status = kUndefined;
     return 0;

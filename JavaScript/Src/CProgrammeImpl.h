@@ -21,10 +21,10 @@ class CProgrammeImpl : public CProgrammeBase {
         : m_info(info), m_cacheId(cacheId), m_ccid(ccid) {}
 
     [[nodiscard]] const std::string& GetName() const { return m_info.name; }
-    // The receiver sends one title, one description and no episodes.
-    [[nodiscard]] std::string GetLongName() const { return {}; }
+    // The receiver sends one title, one description and no episodes: undefined.
+    [[nodiscard]] std::string GetLongName();
     [[nodiscard]] const std::string& GetDescription() const { return m_info.description; }
-    [[nodiscard]] std::string GetLongDescription() const { return {}; }
+    [[nodiscard]] std::string GetLongDescription();
     [[nodiscard]] uint32_t GetStartTime() const { return m_info.startTime; }
     [[nodiscard]] uint32_t GetDuration() const { return m_info.duration; }
     [[nodiscard]] const std::string& GetChannelID() const { return m_ccid; }

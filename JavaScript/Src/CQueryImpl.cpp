@@ -23,8 +23,8 @@ std::unique_ptr<jiQuery> CQueryImpl::Not() {
 }
 
 std::unique_ptr<jiQuery> CQueryImpl::Made(bool isMade, uint32_t id) {
-    if (isMade && id != 0)
-        return MakeBinding<jiQuery>(PageContext(), id);
+    if (RetainedId<IQueryCacheWK> query(isMade ? id : 0); query)
+        return MakeBinding<jiQuery>(PageContext(), std::move(query));
     Fail();
     return nullptr;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
 #include "InjectedBundle/Src/PageBound.h"
@@ -13,9 +14,10 @@ namespace OipfJavaScript {
 
 class CQueryImpl final : public CQueryBase, private PageBound {
  public:
-    CQueryImpl(JSContextRef context, uint32_t id) : PageBound(context), m_query(id) {}
+    CQueryImpl(JSContextRef context, RetainedId<IQueryCacheWK> query)
+        : PageBound(context), m_query(std::move(query)) {}
 
-    // Null when the receiver cannot make it, or this page is left.
+    // Null when the receiver cannot make it or keep it, or this page is left.
     [[nodiscard]] std::unique_ptr<jiQuery> And(const jiQuery* query);
     [[nodiscard]] std::unique_ptr<jiQuery> Or(const jiQuery* query);
     [[nodiscard]] std::unique_ptr<jiQuery> Not();

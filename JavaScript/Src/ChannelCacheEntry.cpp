@@ -6,13 +6,25 @@
 namespace OipfJavaScript {
 
 ChannelCacheEntry::ChannelCacheEntry(uint32_t id) : m_id(id) {
-    if (m_id != 0 && !IJSChannelCacheWK::GetInstance()->Retain(m_id))
+    if (m_id == 0)
+        return;
+    if (!IJSChannelCacheWK::GetInstance()->Retain(m_id))
         HBBTV_LOG_ERROR("ChannelCache does not know channel with id %ud.", m_id);
+    m_life = IJSChannelCacheWK::GetInstance()->Life();
+}
+
+ChannelCacheEntry::ChannelCacheEntry(const ChannelCacheEntry& other)
+    : ChannelCacheEntry(other.IsHeld() ? other.m_id : 0) {
+    m_id = other.m_id;
 }
 
 ChannelCacheEntry::~ChannelCacheEntry() {
-    if (m_id != 0)
+    if (IsHeld())
         IJSChannelCacheWK::GetInstance()->Release(m_id);
+}
+
+bool ChannelCacheEntry::IsHeld() const {
+    return m_id != 0 && m_life == IJSChannelCacheWK::GetInstance()->Life();
 }
 
 }  // namespace OipfJavaScript

@@ -22,24 +22,25 @@ int ToWindow(uint32_t value) {
 
 }  // namespace
 
-SearchSession::SearchSession(JSContextRef context, uint32_t searchId,
+SearchSession::SearchSession(JSContextRef context, RetainedId<IMetadataSearchCacheWK> search,
                              std::shared_ptr<const SearchManagerLink> manager, const Patience& patience)
-    : PageBound(context), m_manager(std::move(manager)), m_patience(patience), m_search(searchId) {}
+    : PageBound(context), m_manager(std::move(manager)), m_patience(patience), m_search(std::move(search)) {}
 
 SearchSession::~SearchSession() {
     // A search that runs is pinned: it is finalised only when the whole engine goes away, its values with it.
     m_pin.Abandon();
-    if (m_phase == Phase::Searching)
-        IMetadataSearchManagerWK::GetInstance()->CancelSearch(m_search.Get());
+    if (m_phase == Phase::Searching && m_search)
+        IMetadataSearchManagerWK::GetInstance()->SendCancelSearch(m_search.Get());
     m_results.Release();
 }
 
 void SearchSession::OnPageLeft() {
+    m_isLeft = true;
     m_question.Stop();
     m_delivery.Stop();
     m_pending.clear();
-    if (m_phase == Phase::Searching)
-        IMetadataSearchManagerWK::GetInstance()->CancelSearch(m_search.Get());
+    if (m_phase == Phase::Searching && m_search)
+        IMetadataSearchManagerWK::GetInstance()->SendCancelSearch(m_search.Get());
     m_phase = Phase::Idle;
     DropWindow();
     m_results.Release();
@@ -47,11 +48,29 @@ void SearchSession::OnPageLeft() {
     m_pin.Release();
 }
 
-bool SearchSession::SetQuery(uint32_t queryId) {
+bool SearchSession::Settle(Part part, bool isSet) {
+    static const std::map<Part, const char*> kNames = {{kQuery, "the query"},
+                                                       {kConstraints, "a constraint"},
+                                                       {kOrder, "the order"},
+                                                       {kBounds, "the number of results"}};
+    m_refused = isSet ? m_refused & ~part : m_refused | part;
+    if (!isSet)
+        HBBTV_LOG_OBJECT(ERROR, "the receiver refused %s", kNames.at(part));
+    return isSet;
+}
+
+bool SearchSession::PutQuery(uint32_t queryId) {
     ParametersChange();
     if (m_isBounded)
         SetBounds(std::nullopt);
     return m_search && IMetadataSearchCacheWK::GetInstance()->SetQuery(m_search.Get(), queryId);
+}
+
+bool SearchSession::SetQuery(uint32_t queryId) {
+    // 0 would be none: one that is not kept, or that a receiver kept which is no more.
+    const bool isSet = Settle(kQuery, queryId != 0 && PutQuery(queryId));
+    m_hasQuery |= isSet;
+    return isSet;
 }
 
 void SearchSession::AddConstraints(const TConstraints& constraints) {
@@ -60,15 +79,16 @@ void SearchSession::AddConstraints(const TConstraints& constraints) {
         return;
     const RetainedId<IQueryCacheWK> query(IQueryCacheWK::GetInstance()->Add(constraints));
     bool added = false;
-    if (!query ||
-        !IMetadataSearchCacheWK::GetInstance()->AddConstraints(m_search.Get(), query.Get(), added) || !added)
-        HBBTV_LOG_OBJECT(ERROR, "the receiver refused a constraint");
+    const bool isAsked =
+        query && IMetadataSearchCacheWK::GetInstance()->AddConstraints(m_search.Get(), query.Get(), added);
+    if (!isAsked || !added)
+        Settle(kConstraints, false);
 }
 
 void SearchSession::RemoveConstraints(EQueryType type) {
     ParametersChange();
     if (m_search)
-        IMetadataSearchCacheWK::GetInstance()->RemoveConstraints(m_search.Get(), type);
+        Settle(kConstraints, IMetadataSearchCacheWK::GetInstance()->RemoveConstraints(m_search.Get(), type));
 }
 
 bool SearchSession::Replace(uint32_t queryId, const TConstraints& constraints, const TOrderBy& orderBy,
@@ -76,13 +96,17 @@ bool SearchSession::Replace(uint32_t queryId, const TConstraints& constraints, c
     if (!m_search)
         return false;
     const bool isSet = SetQuery(queryId);
-    IMetadataSearchCacheCommon* const searches = IMetadataSearchCacheWK::GetInstance();
-    searches->ClearConstraints(m_search.Get());
-    searches->SetOrderBy(m_search.Get(), orderBy);
+    SetTheRest(orderBy);
     AddConstraints(constraints);
     if (most)
         SetBounds(most);
     return isSet;
+}
+
+void SearchSession::SetTheRest(const TOrderBy& orderBy) {
+    IMetadataSearchCacheCommon* const searches = IMetadataSearchCacheWK::GetInstance();
+    Settle(kConstraints, searches->ClearConstraints(m_search.Get()));
+    Settle(kOrder, searches->SetOrderBy(m_search.Get(), orderBy));
 }
 
 void SearchSession::SetBounds(std::optional<uint32_t> most) {
@@ -91,9 +115,14 @@ void SearchSession::SetBounds(std::optional<uint32_t> most) {
     bool accepted = false;
     const int count = most ? ToWindow(*most) : std::numeric_limits<int>::max();
     m_isBounded = most.has_value();
-    if (!IMetadataSearchCacheWK::GetInstance()->SetQueryWindow(m_search.Get(), 0, count, accepted) ||
-        !accepted)
-        HBBTV_LOG_OBJECT(ERROR, "the receiver refused the number of results");
+    const bool isAsked =
+        IMetadataSearchCacheWK::GetInstance()->SetQueryWindow(m_search.Get(), 0, count, accepted);
+    Settle(kBounds, isAsked && accepted);
+}
+
+void SearchSession::Cancel() {
+    if (m_search)
+        IMetadataSearchManagerWK::GetInstance()->CancelSearch(m_search.Get());
 }
 
 void SearchSession::DropWindow() {
@@ -107,20 +136,21 @@ void SearchSession::ParametersChange() {
     if (before != Phase::Searching && before != Phase::Found)
         return;
     m_question.Stop();
-    IMetadataSearchManagerWK::GetInstance()->CancelSearch(m_search.Get());
+    Cancel();
     DropWindow();
     FireLater(E_STATE_IDLE);
 }
 
 void SearchSession::GetResults(uint32_t offset, uint32_t count) {
-    if (!m_search)
+    if (m_isLeft)
         return;
     DropWindow();
     uint32_t resultsId = 0;
-    if (!m_results && IMetadataSearchCacheWK::GetInstance()->GetResults(m_search.Get(), resultsId))
+    if (m_search && !m_results &&
+        IMetadataSearchCacheWK::GetInstance()->GetResults(m_search.Get(), resultsId))
         m_results = RetainedId<ISearchResultsCacheWK>(resultsId);
     bool accepted = false;
-    if (!m_results ||
+    if (m_refused != 0 || !m_results ||
         !ISearchResultsCacheWK::GetInstance()->SetQueryWindow(m_results.Get(), ToWindow(offset),
                                                               ToWindow(count), accepted) ||
         !accepted) {
@@ -128,8 +158,11 @@ void SearchSession::GetResults(uint32_t offset, uint32_t count) {
         return FireLater(E_STATE_FAILED);
     }
     const bool wasFound = m_phase == Phase::Found;
-    if (m_phase == Phase::Idle || m_phase == Phase::Failed)
-        IMetadataSearchManagerWK::GetInstance()->StartSearch(m_search.Get());
+    if ((m_phase == Phase::Idle || m_phase == Phase::Failed) &&
+        !IMetadataSearchManagerWK::GetInstance()->StartSearch(m_search.Get())) {
+        Fail();
+        return FireLater(E_STATE_FAILED);
+    }
     m_phase = Phase::Searching;
     m_waited = 0;
     m_interval = m_patience.first;
@@ -138,19 +171,25 @@ void SearchSession::GetResults(uint32_t offset, uint32_t count) {
 }
 
 void SearchSession::Abort() {
-    const Phase before = std::exchange(m_phase, Phase::Idle);
-    if (before != Phase::Searching && before != Phase::Found)
+    if (!m_search)
         return;
+    const Phase before = std::exchange(m_phase, Phase::Idle);
+    const bool isHeard = before == Phase::Searching || before == Phase::Found;
     m_question.Stop();
-    IMetadataSearchManagerWK::GetInstance()->AbortSearch(m_search.Get());
+    if (isHeard)
+        IMetadataSearchManagerWK::GetInstance()->AbortSearch(m_search.Get());
     DropWindow();
-    FireLater(E_STATE_IDLE);
+    m_hasQuery = false;
+    Settle(kQuery, PutQuery(0));
+    SetTheRest({});
+    if (isHeard)
+        FireLater(E_STATE_IDLE);
 }
 
 void SearchSession::Fail() {
     m_question.Stop();
     if (m_phase == Phase::Searching)
-        IMetadataSearchManagerWK::GetInstance()->CancelSearch(m_search.Get());
+        Cancel();
     m_phase = Phase::Failed;
     DropWindow();
 }
@@ -167,8 +206,8 @@ void SearchSession::AskLater(unsigned milliseconds) {
 
 void SearchSession::Ask() {
     bool complete = false;
-    if (!ISearchResultsCacheWK::GetInstance()->QueryResults(m_results.Get(), complete, m_offset, m_length,
-                                                            m_totalSize)) {
+    if (!m_results || !ISearchResultsCacheWK::GetInstance()->QueryResults(m_results.Get(), complete, m_offset,
+                                                                          m_length, m_totalSize)) {
         Fail();
         return FireLater(E_STATE_FAILED);
     }

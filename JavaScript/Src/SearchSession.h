@@ -50,8 +50,8 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
         std::string ccid;
     };
 
-    SearchSession(JSContextRef context, uint32_t searchId, std::shared_ptr<const SearchManagerLink> manager,
-                  const Patience& patience);
+    SearchSession(JSContextRef context, RetainedId<IMetadataSearchCacheWK> search,
+                  std::shared_ptr<const SearchManagerLink> manager, const Patience& patience);
     // Runs in finalisers: calls nothing of the engine.
     ~SearchSession() override;
 
@@ -60,8 +60,10 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
     void SetPageObject(JSObjectRef search) { m_pageObject = search; }
     [[nodiscard]] JSObjectRef PageObject() const { return m_pageObject; }
 
-    // Each drops what was found or is being looked for, which is an event.
+    // Each drops what was found or is being looked for, which is an event. What the receiver refuses makes
+    // GetResults fail until it is set: a search never finds something else than what was asked for.
     bool SetQuery(uint32_t queryId);
+    [[nodiscard]] bool HasQuery() const { return m_hasQuery; }
     // Those on one field are alternatives.
     void AddConstraints(const TConstraints& constraints);
     void RemoveConstraints(EQueryType type);
@@ -71,6 +73,7 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
 
     // Fetches a part of the results; the search is started where it has not been.
     void GetResults(uint32_t offset, uint32_t count);
+    // Stops, and takes away all that was set.
     void Abort();
 
     // The part that was fetched; empty until then.
@@ -82,9 +85,16 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
 
  private:
     enum class Phase { Idle, Searching, Found, Failed };
+    enum Part : unsigned { kQuery = 1, kConstraints = 2, kOrder = 4, kBounds = 8 };
 
     void OnPageLeft() override;
+    // Remembers whether the receiver has that part as it was asked for. Gives the answer back.
+    bool Settle(Part part, bool isSet);
+    bool PutQuery(uint32_t queryId);
+    // No constraints, and this order.
+    void SetTheRest(const TOrderBy& orderBy);
     void SetBounds(std::optional<uint32_t> most);
+    void Cancel();
     void DropWindow();
     void ParametersChange();
     void Fail();
@@ -105,6 +115,9 @@ class SearchSession final : public std::enable_shared_from_this<SearchSession>, 
     ProtectedValue m_pin;
 
     Phase m_phase = Phase::Idle;
+    bool m_isLeft = false;
+    unsigned m_refused = 0;  // parts
+    bool m_hasQuery = false;
     bool m_isBounded = false;
     MainLoopTimer m_question;
     unsigned m_interval = 0;

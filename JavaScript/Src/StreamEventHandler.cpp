@@ -20,7 +20,8 @@ void CStreamEventHandler::AddEventListener(const std::string& targetURL, const s
                          targetURL.c_str(), eventName.c_str());
     }
     HBBTV_LOG_OBJECT(INFO, "jobId=%lu", jobId);
-    m_listeners.emplace(jobId, CEventListenerData{targetURL, eventName, listenerId, listener});
+    m_listeners.emplace(jobId, CEventListenerData{targetURL, eventName, listenerId, listener, false,
+                                                  CDAEBrowserAPIWK::GetInstance()->Life()});
 }
 
 std::vector<std::string> CStreamEventHandler::RemoveEventListener(const std::string& targetURL,
@@ -56,7 +57,7 @@ void CStreamEventHandler::GetStreamEventIds(const CDSMCCStreamEventData& record,
                          record.eventId, record.name.c_str(), static_cast<long>(record.jobId));
     }
     while (at != end) {
-        if (at->second.removed) {
+        if (!IsAlive(at->second)) {
             at = m_listeners.erase(at);
         } else {
             ids.push_back(at->second.listenerId);
@@ -86,10 +87,14 @@ const char* CStreamEventHandler::FormatStatus(EEventStatus status) {
     }
 }
 
+bool CStreamEventHandler::IsAlive(const CEventListenerData& entry) {
+    return !entry.removed && entry.life == CDAEBrowserAPIWK::GetInstance()->Life();
+}
+
 void CStreamEventHandler::t_UnsubscribeStreamEvent(CEventListenerData& entry, TDSMCCJobId jobId) {
     HBBTV_LOG_OBJECT(INFO, "unsubscribing listener URL=%s, eventName=%s, dsmJobId=%lx",
                      entry.targetURL.c_str(), entry.eventName.c_str(), jobId);
-    if (!CDAEBrowserAPIWK::GetInstance()->StreamEventUnsubscribe(jobId)) {
+    if (IsAlive(entry) && !CDAEBrowserAPIWK::GetInstance()->StreamEventUnsubscribe(jobId)) {
         HBBTV_LOG_OBJECT(ERROR,
                          "couldn't unsubscribe from stream event, targetURL=%s,  eventName=%s, dsmJobId=%lx",
                          entry.targetURL.c_str(), entry.eventName.c_str(), jobId);
@@ -99,8 +104,8 @@ void CStreamEventHandler::t_UnsubscribeStreamEvent(CEventListenerData& entry, TD
 
 void CStreamEventHandler::t_RemoveAllListeners() {
     for (auto& [jobId, entry] : m_listeners) {
-        if (!entry.removed)
-            t_UnsubscribeStreamEvent(entry, jobId);
+        if (IsAlive(entry))
+            CDAEBrowserAPIWK::GetInstance()->SendStreamEventUnsubscribe(jobId);
     }
     m_listeners.clear();
 }

@@ -22,6 +22,7 @@ struct CEventListenerData {
     // The page is done with it, the receiver has been told. The entry goes when a trigger that was under way
     // arrives.
     bool removed = false;
+    uint64_t life = 0;  // of the receiver that was subscribed at; in another one there is no subscription
 };
 
 class CStreamEventHandler {
@@ -49,6 +50,7 @@ class CStreamEventHandler {
     [[nodiscard]] static const char* FormatStatus(EEventStatus status);
 
  private:
+    [[nodiscard]] static bool IsAlive(const CEventListenerData& entry);
     void t_UnsubscribeStreamEvent(CEventListenerData& entry, TDSMCCJobId jobId);
     void t_RemoveAllListeners();
 

@@ -219,4 +219,33 @@ TEST_F(ADAEBrowserClient, SendsOnlyTextThatTheBusCarries) {
     EXPECT_EQ(LogCapture::Errors(), 0);
 }
 
+// The bus closes the connection of a process that sends 128 MiB.
+TEST_F(ADAEBrowserClient, SendsNoArgumentOfMoreThanAMebibyte) {
+    constexpr size_t kMost = 1024 * 1024;
+    m_service.Reply("SendDRMMessage", "(3,)");
+    m_service.Reply("StreamEventSubscribe", "(4,)");
+    int transaction = 8;
+    m_client.SendDRMMessage(transaction, std::string(kMost, 'x'), std::string(kMost, 'y'), "");
+    EXPECT_EQ(transaction, 3);
+    EXPECT_EQ(m_service.TakeCalls().size(), 1U);
+    // What is repaired is longer than it was.
+    for (const std::string& text :
+         {std::string(kMost + 1, 'x'), std::string(kMost * 128, 'x'), std::string(kMost / 3 + 1, '\xff')}) {
+        LogCapture::Clear();
+        transaction = 8;
+        m_client.SendDRMMessage(transaction, "", text, "");
+        EXPECT_EQ(transaction, 8);
+        EXPECT_EQ(m_client.StreamEventSubscribe(text.c_str(), ""), 0U);
+        EXPECT_FALSE(m_client.CreateApplication(text, 1));
+        EXPECT_EQ(LogCapture::Errors(), 3);
+    }
+    EXPECT_EQ(LogCapture::Count(
+                  "CDAEBrowserAPIWK::SendDRMMessage failed \"an argument of 1048578 bytes is not sent, the "
+                  "most is 1048576\" with error code " +
+                  std::to_string(G_IO_ERROR_MESSAGE_TOO_LARGE)),
+              1);
+    EXPECT_EQ(m_client.StreamEventSubscribe("u", "n"), 4U) << "the connection stands";
+    EXPECT_THAT(m_service.TakeCalls(), ElementsAre("StreamEventSubscribe ('u', 'n')"));
+}
+
 }  // namespace

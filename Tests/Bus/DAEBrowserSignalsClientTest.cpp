@@ -154,6 +154,44 @@ TEST_F(ASignal, OfAnotherNameIsOnlyLogged) {
     EXPECT_EQ(LogCapture::Count("DAEBrowserAPIWK received Signal: SomethingNew: ('text', 5)"), 1);
 }
 
+// A middleware that was built from another description, or is broken: no event, one line.
+TEST_F(ASignal, OfOtherTypesOrEndlessTextIsRefused) {
+    const std::string endless = "'" + std::string(1024 * 1024 + 1, 'x') + "'";
+    const auto signals = m_service.Signals();
+    EXPECT_EQ(signals.size(), 9U);
+    for (const auto& [name, good] : signals) {
+        // Another type for each of them in turn, one too few, one too many, none.
+        const GVariantPtr whole(g_variant_parse(nullptr, good.c_str(), nullptr, nullptr, nullptr));
+        const size_t count = g_variant_n_children(whole.get());
+        const auto with = [&](size_t length, size_t changed, const std::string& value) {
+            std::string text = "(";
+            for (size_t i = 0; i < length; ++i) {
+                const GVariantPtr child(i < count ? g_variant_get_child_value(whole.get(), i) : nullptr);
+                text += (i == changed ? value : GCharPtr(g_variant_print(child.get(), TRUE)).get()) + ", ";
+            }
+            return length == 0 ? "()" : text.substr(0, text.size() - (length == 1 ? 1 : 2)) + ")";
+        };
+        std::vector<std::string> bad = {with(count - 1, count, ""), with(count + 1, count, "uint32 7"), "()"};
+        for (size_t i = 0; i < count; ++i) {
+            bad.push_back(with(count, i, "(1, 'nested')"));
+            const GVariantPtr child(g_variant_get_child_value(whole.get(), i));
+            if (g_variant_is_of_type(child.get(), G_VARIANT_TYPE_STRING))
+                bad.push_back(with(count, i, endless));
+        }
+        for (const std::string& values : bad) {
+            LogCapture::Clear();
+            m_listener.events.clear();
+            m_service.EmitAnything(name, values);
+            WaitForEarlierSignals();
+            EXPECT_EQ(m_listener.events.size(), 1U) << name << values.substr(0, 100);
+            EXPECT_EQ(LogCapture::Errors(), 1) << name << values.substr(0, 100);
+        }
+    }
+    EXPECT_EQ(LogCapture::Count(
+                  "org.vantrel.hbbtv.IDAEBrowserAPI.PlayReadyResponse refused: a text of 1048577 bytes"),
+              1);
+}
+
 TEST_F(ASignal, WithoutASubscriberIsHandledAllTheSame) {
     m_client.UnsubscribeEvents(&m_listener);
     m_service.Emit("StreamEvent", "(0, 1, 'unheard', [1], 1)");

@@ -30,6 +30,11 @@ GVariantPtr Parse(const std::string& type, const std::string& values) {
     return value;
 }
 
+// The values with their types written into them.
+std::string Annotated(const std::string& type, const std::string& values) {
+    return GCharPtr(g_variant_print(Parse(type, values).get(), TRUE)).get();
+}
+
 // The text of a tuple of zeros: false, 0, "" and empty arrays.
 std::string ZerosOf(GDBusArgInfo* const* arguments) {
     std::string text;
@@ -152,11 +157,23 @@ void FakeService::Delay(const std::string& method, unsigned milliseconds) {
 void FakeService::Emit(const std::string& signal, const std::string& values) {
     const GDBusSignalInfo* info =
         g_dbus_interface_info_lookup_signal(const_cast<GDBusInterfaceInfo*>(m_info), signal.c_str());
-    const GVariantPtr parameters = Parse(info != nullptr ? TupleOf(info->args) : "", values);
+    // The type is written before the values of what has one.
+    EmitAnything(signal, info != nullptr ? Annotated(TupleOf(info->args), values) : values);
+}
+
+void FakeService::EmitAnything(const std::string& signal, const std::string& values) {
+    const GVariantPtr parameters = Parse("", values);
     GErrorPtr error;
     g_dbus_connection_emit_signal(m_connection.get(), nullptr, kObjectPath, m_name.c_str(), signal.c_str(),
                                   parameters.get(), OutPointer(error));
     Check(error, "emitting");
+}
+
+std::vector<std::pair<std::string, std::string>> FakeService::Signals() const {
+    std::vector<std::pair<std::string, std::string>> signals;
+    for (GDBusSignalInfo* const* each = m_info->signals; each != nullptr && *each != nullptr; ++each)
+        signals.emplace_back((*each)->name, Annotated(TupleOf((*each)->args), ZerosOf((*each)->args)));
+    return signals;
 }
 
 std::vector<std::string> FakeService::TakeCalls(size_t atLeast) {
@@ -169,39 +186,33 @@ void FakeService::OnCall(GDBusConnection* /*connection*/, const gchar* /*sender*
                          const gchar* /*interface*/, const gchar* method, GVariant* parameters,
                          GDBusMethodInvocation* invocation, gpointer data) {
     auto* const self = static_cast<FakeService*>(data);
-    unsigned delay = 0;
+    Answer answer;
     {
         const std::lock_guard guard(self->m_mutex);
         const GCharPtr text(g_variant_print(parameters, FALSE));
         self->m_calls.push_back(std::string(method) + " " + text.get());
-        delay = self->m_answers[method].delay;
+        // Who has seen the call may say what the next one is answered.
+        answer = self->m_answers[method];
         self->m_called.notify_all();
     }
-    if (delay == 0)
-        return self->AnswerCall(invocation);
-    auto* const later = g_timeout_source_new(delay);
-    auto* const pending = new std::pair(self, invocation);
+    if (answer.delay == 0)
+        return AnswerCall(invocation, answer);
+    using Pending = std::pair<GDBusMethodInvocation*, Answer>;
+    auto* const later = g_timeout_source_new(answer.delay);
     g_source_set_callback(
         later,
         [](gpointer call) -> gboolean {
-            const auto& [service, answered] =
-                *static_cast<std::pair<FakeService*, GDBusMethodInvocation*>*>(call);
-            service->AnswerCall(answered);
+            const auto& [answered, with] = *static_cast<Pending*>(call);
+            AnswerCall(answered, with);
             return G_SOURCE_REMOVE;
         },
-        pending,
-        [](gpointer call) { delete static_cast<std::pair<FakeService*, GDBusMethodInvocation*>*>(call); });
+        new Pending(invocation, answer), [](gpointer call) { delete static_cast<Pending*>(call); });
     g_source_attach(later, g_main_context_get_thread_default());
     g_source_unref(later);
 }
 
-void FakeService::AnswerCall(GDBusMethodInvocation* invocation) {
+void FakeService::AnswerCall(GDBusMethodInvocation* invocation, const Answer& answer) {
     const GDBusMethodInfo* method = g_dbus_method_invocation_get_method_info(invocation);
-    Answer answer;
-    {
-        const std::lock_guard guard(m_mutex);
-        answer = m_answers[method->name];
-    }
     if (!answer.failure.empty()) {
         g_dbus_method_invocation_return_error_literal(invocation, G_DBUS_ERROR, G_DBUS_ERROR_FAILED,
                                                       answer.failure.c_str());

@@ -40,6 +40,10 @@ class FakeService {
 
     // For signals that the interface lacks the type must be in the text.
     void Emit(const std::string& signal, const std::string& values);
+    // Whatever the interface says: the values bring their types.
+    void EmitAnything(const std::string& signal, const std::string& values);
+    // The interface's signals and the values of their arguments, zeros all.
+    [[nodiscard]] std::vector<std::pair<std::string, std::string>> Signals() const;
 
     // The calls since the last time, as "Show (7,)"; those that nobody waited for may have to be waited for here.
     [[nodiscard]] std::vector<std::string> TakeCalls(size_t atLeast = 0);
@@ -57,7 +61,7 @@ class FakeService {
 
     static void OnCall(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar* method,
                        GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self);
-    void AnswerCall(GDBusMethodInvocation* invocation);
+    static void AnswerCall(GDBusMethodInvocation* invocation, const Answer& answer);
 
     std::string m_name;
     std::unique_ptr<GDBusNodeInfo, Unref> m_node;

@@ -78,8 +78,8 @@ std::vector<AMetadataSearchClient::Operation> AMetadataSearchClient::Operations(
     const std::string queries = "CQueryCacheWK::";
     const std::string results = "virtual bool CSearchResultsCacheWK::";
     return {
-        {[&] { return m_manager.StartSearch(kLargest), ""; }, "StartSearch (4294967295,)", "()", "", "",
-         manager + "StartSearch(uint32_t)"},
+        {[&] { return Text(m_manager.StartSearch(kLargest)); }, "StartSearch (4294967295,)", "()", "1", "0",
+         "virtual bool CMetadataSearchManagerWK::StartSearch(uint32_t)"},
         {[&] { return m_manager.AbortSearch(2), ""; }, "AbortSearch (2,)", "()", "", "",
          manager + "AbortSearch(uint32_t)"},
         {[&] { return m_manager.CancelSearch(3), ""; }, "CancelSearch (3,)", "()", "", "",
@@ -255,6 +255,17 @@ TEST_F(AMetadataSearchClient, SendsConstraintsInTheOrderOfTheirFieldsAndEqualOne
         ElementsAre("QcAddConstraints ([(1, 0, 'news', 0), (7, 0, '', 4000000000)],)",
                     "QcAddConstraints ([(5, 0, '', 0), (7, 0, 'ccid://1', 0)],)",
                     "QcAddConstraints ([(1, 0, '', 0), (1, 0, 'cut', 0), (7, 0, '', 3), (7, 0, '', 1)],)"));
+}
+
+TEST_F(AMetadataSearchClient, SendsNoListOfMoreThanAMebibyte) {
+    m_service.Reply("QcAddConstraints", "(9,)");
+    TConstraints constraints{{E_QUERY_NAME, std::string(500'000, 'x')},
+                             {E_QUERY_DESCRIPTION, std::string(500'000, 'y')}};
+    EXPECT_EQ(m_queries.Add(constraints), 9U);
+    constraints.emplace(E_QUERY_NAME, std::string(100'000, 'z'));
+    EXPECT_EQ(m_queries.Add(constraints), 0U);
+    EXPECT_EQ(LogCapture::Errors(), 1);
+    EXPECT_EQ(m_service.TakeCalls().size(), 1U);
 }
 
 TEST_F(AMetadataSearchClient, AsksEvenWhenNoFieldOfAProgrammeIsWanted) {

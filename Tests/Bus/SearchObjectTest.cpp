@@ -262,16 +262,19 @@ TEST_F(APageThatSearches, StopsARunningSearch) {
     const size_t asked = Count("SrQueryResults");
 
     SearchesTake("10");
-    Eval("log = []; s.result.getResults(1, 1)");
+    Eval(
+        "log = []; s.findProgrammesFromStream(config.channelList[0], null, 1); s.result.abort(); "
+        "s.result.getResults(0, 9)");
     EXPECT_TRUE(Logs("0"));
-    EXPECT_EQ(Eval("titles(s.result)"), "News in brief");
+    EXPECT_EQ(Eval("[titles(s.result), s.query].join()"),
+              "Evening News|News in brief|No news|Film|Late news,")
+        << "all that was set is gone, idle or not";
     const size_t askedThen = Count("SrQueryResults");
     EXPECT_GT(askedThen, asked);
     Eval("log = []; s.result.abort()");
     EXPECT_EQ(Eval("[s.result.length, s.result[0]].join()"), "0,");
     EXPECT_TRUE(Logs("3"));
     EXPECT_EQ(Finds("named('film')(s)"), "Film");
-    EXPECT_THAT(Calls(), Contains("AbortSearch(1,)"));
 }
 
 TEST_F(APageThatSearches, DropsTheResultsWhenWhatIsLookedForChanges) {
@@ -295,7 +298,7 @@ TEST_F(APageThatSearches, DropsTheResultsWhenWhatIsLookedForChanges) {
 
 TEST_F(APageThatSearches, HearsThatASearchFailed) {
     Eval("var s = searchFor(named('news'))");
-    for (const char* method : {"SrSetQueryWindow", "SrQueryResults"}) {
+    for (const char* method : {"SrSetQueryWindow", "SrQueryResults", "StartSearch"}) {
         ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch." + std::string(method) + "', 'no')").value);
         Eval("log = []; s.result.getResults(0, 9)");
         EXPECT_TRUE(Logs("4")) << method;
@@ -303,7 +306,7 @@ TEST_F(APageThatSearches, HearsThatASearchFailed) {
         ASSERT_TRUE(control("ResetMethods").value);
         Eval("log = []; s.result.getResults(0, 9)");
         EXPECT_TRUE(Logs("0")) << "it may be tried again";
-        Eval("s.result.abort()");
+        Eval("s.setQuery(named('news')(s))");
         EXPECT_TRUE(Logs("0,3"));
     }
     // A programme that the receiver has forgotten.
@@ -311,10 +314,18 @@ TEST_F(APageThatSearches, HearsThatASearchFailed) {
     EXPECT_TRUE(Logs("0"));
     ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.PcGet', 'gone')").value);
     EXPECT_EQ(Value("s.result[0]"), "null");
-    ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.MdsAdd', 'no')").value);
-    ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.QcAddDataModeStr', 'no')").value);
-    EXPECT_EQ(Value("manager.createSearch(1)"), "null");
-    EXPECT_EQ(Value("named('x')(s)"), "null");
+    // What cannot be made, and what cannot be kept.
+    Eval("var q = named('x')(s)");
+    for (const auto& [search, query] :
+         {std::pair("MdsAdd", "QcAddDataModeStr"), std::pair("MdsRetain", "QcRetain")}) {
+        for (const std::string method : {search, query})
+            ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch." + method + "', 'no')").value);
+        EXPECT_EQ(Value("manager.createSearch(1)"), "null") << search;
+        EXPECT_EQ(Value("named('x')(s)"), "null") << query;
+        EXPECT_EQ(Value("q.not() === null"),
+                  query == std::string("QcRetain") ? "boolean true" : "boolean false");
+        ASSERT_TRUE(control("ResetMethods").value);
+    }
 }
 
 TEST_F(APageThatSearches, RunsSeveralSearchesAtOnce) {

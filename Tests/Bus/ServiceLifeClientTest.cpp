@@ -60,7 +60,43 @@ TEST_F(AClient, ReachesAServiceThatDiedAndCameBackAndHearsItsSignals) {
         service->Stop();
         EXPECT_FALSE(client.IsTrusted());
         service->Start();
+        EXPECT_TRUE(client.IsTrusted()) << "at once: no main loop runs while a page does";
     }
+    client.UnsubscribeEvents(&counter);
+}
+
+TEST_F(AClient, MakesAConnectionThatTheBusClosedAnew) {
+    struct Counter final : IPluginController {
+        void OnEvent(event_t) override { ++events; }
+        int events = 0;
+    } counter;
+    const auto service = NewService();
+    CDAEBrowserAPIWK client;
+    CJSChannelCacheWK other;
+    client.SubscribeEvents(&counter);
+    EXPECT_TRUE(client.IsTrusted());
+    const uint64_t life = client.Life();
+    const auto close = [] { g_dbus_connection_close_sync(GetDBus().get(), nullptr, nullptr); };
+
+    const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+    close();
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i)
+        EXPECT_FALSE(client.IsTrusted());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s) << "nobody waits for a bus here";
+    EXPECT_EQ(LogCapture::Errors(), 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+    EXPECT_FALSE(client.IsTrusted()) << "one attempt a second";
+    EXPECT_TRUE(WaitFor([&] { return client.IsTrusted(); }));
+
+    close();
+    EXPECT_TRUE(WaitFor([&] { return client.IsTrusted(); }));
+    EXPECT_FALSE(other.Retain(1)) << "there is no such service";
+    EXPECT_EQ(LogCapture::Count("The bus had closed the connection; there is a new one"), 2);
+    EXPECT_EQ(client.Life(), life + 2);
+    service->Emit("PluginEvent", "(400, 0)");
+    EXPECT_TRUE(WaitFor([&] { return counter.events == 1; }));
     client.UnsubscribeEvents(&counter);
 }
 

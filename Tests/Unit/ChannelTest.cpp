@@ -49,6 +49,7 @@ TEST_F(AChannel, StaysUsableWhenTheCacheDoesNotKnowIt) {
     EXPECT_EQ(Value("list[0].nid"), "undefined");
     EXPECT_EQ(Value("[list[0].onid, list[0].majorChannel, list[1].ccid, list[1].idType].join()"),
               "string 4294967295,4294967295,ccid://0.0,12");
+    (void)cache.TakeCalls();
     { const CChannelImpl unknown(uint32_t{9}); }
     EXPECT_THAT(cache.TakeCalls(3), ElementsAre("Retain (9,)", "GetChannelInfo (9,)", "Release (9,)"));
 }
@@ -72,6 +73,17 @@ TEST_F(AChannel, IsRetainedByEveryCopyAndReleasedByEveryEnd) {
     EXPECT_EQ(Count(calls, "Retain (9,)"), 4U);
     EXPECT_EQ(Count(calls, "Release (9,)"), 4U);
     EXPECT_EQ(Count(calls, "GetChannelInfo (9,)"), 1U) << "a copy asks for nothing";
+    {
+        const CChannelImpl channel(9);
+        cache.Stop();
+        cache.Start();
+        (void)IJSChannelCacheWK::GetInstance()->Retain(1);
+        (void)cache.TakeCalls();
+        const CChannelImpl copy(channel);
+    }
+    (void)IJSChannelCacheWK::GetInstance()->Retain(1);
+    EXPECT_THAT(cache.TakeCalls(), testing::ElementsAre("Retain (1,)"))
+        << "9 is another channel now, or none";
 }
 
 class AChannelList : public TelevisionPage {

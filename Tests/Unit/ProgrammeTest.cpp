@@ -38,7 +38,8 @@ TEST_F(AProgramme, IsReadFromTheReceiversCollection) {
     EXPECT_EQ(Value("show(programmes[0])"),
               "string News,,Of the day,1700000000,1800,ccid://9,CRID://x/1,0,1");
     EXPECT_EQ(Value("show(programmes.item(1))"), "string Talk,,,4294967295,0,ccid://9,dvb://1.2.3;7,1,0");
-    EXPECT_EQ(Value("programmes[0].episode"), "undefined");
+    for (const char* unknown : {"longName", "longDescription", "episode", "totalEpisodes"})
+        EXPECT_EQ(Value("programmes[0]." + std::string(unknown)), "undefined") << unknown;
     EXPECT_EQ(Value("programmes[0].ID_TVA_CRID + programmes[0].ID_DVB_EVENT"), "number 1");
     EXPECT_EQ(Value("programmes[0].parentalRating[0].name"), "string 12");
     EXPECT_EQ(Value("programmes[0].parentalRating[0].value"), "number 12");

@@ -33,7 +33,8 @@ class ASearchSession : public testing::Test {
         page.main.Eval("var log = []; function heard(search, state) { log.push(search === target, state); }");
         page.main.Eval("var target = {}");
         manager.t_AddCallbackFunction(context, Object("target"), "MetadataSearch", Object("heard"));
-        session = std::make_shared<SearchSession>(context, 5, link, SearchSession::Patience{1, 4, 40});
+        session = std::make_shared<SearchSession>(context, RetainedId<IMetadataSearchCacheWK>(5), link,
+                                                  SearchSession::Patience{1, 4, 40});
         session->SetPageObject(Object("target"));
     }
     ~ASearchSession() override {
@@ -88,6 +89,75 @@ TEST_F(ASearchSession, StopsAtOnceWhenTheEngineTakesItsObjectsAway) {
     EXPECT_TRUE(observed.expired());
     EXPECT_EQ(service.TakeCalls(8).back(), "MdsRelease (5,)");
     EXPECT_EQ(Asked(), 0U);
+}
+
+// What was refused is not what the page asked for: it gets nothing rather than something else.
+TEST_F(ASearchSession, FailsUntilTheReceiverTakesAllOfIt) {
+    const TConstraints channel{{E_QUERY_CHANNEL_ID, 1U}};
+    const auto setQuery = [this] { session->SetQuery(3); };
+    const auto add = [&] { session->AddConstraints(channel); };
+    const auto replace = [&] { session->Replace(3, channel, {{E_QUERY_START_TIME, true}}, 2); };
+    const auto keep = [this] { session->RemoveConstraints(E_QUERY_NAME); };
+    const struct {
+        const char* method;
+        const char* taken;
+        const char* refused;
+        std::function<void()> set;
+    } cases[] = {
+        {"MdsSetQuery", "(true,)", "(false,)", setQuery},
+        {"MdsAddConstraints", "(true, true)", "(true, false)", add},
+        {"MdsAddConstraints", "(true, true)", "(false, true)", add},
+        {"QcAddConstraints", "(8,)", "(0,)", add},
+        {"QcRetain", "(true,)", "(false,)", add},
+        {"MdsRemoveConstraints", "(true,)", "(false,)", keep},
+        {"MdsClearConstraints", "(true,)", "(false,)", replace},
+        {"MdsSetOrderBy", "(true,)", "(false,)", replace},
+        {"MdsSetQueryWindow", "(true, true)", "(false, true)", replace},
+        {"MdsGetResults", "(7, true)", "(7, false)", [] {}},
+        {"SrRetain", "(true,)", "(false,)", [] {}},
+    };
+    for (const auto& each : cases)
+        service.Reply(each.method, each.taken);
+    service.Reply("SrQueryResults", "(true, 0, 1, 1, true)");
+    service.Fail("StartSearch", "no tuner");
+    session->GetResults(0, 1);
+    EXPECT_TRUE(Logs("true,4")) << "at once: nothing was begun";
+    EXPECT_EQ(Asked(), 0U);
+    service.Fail("StartSearch", "");
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.method + std::string(each.refused));
+        session = std::make_shared<SearchSession>(context, RetainedId<IMetadataSearchCacheWK>(5), link,
+                                                  SearchSession::Patience{1, 4, 40});
+        session->SetPageObject(Object("target"));
+        service.Reply(each.method, each.refused);
+        each.set();
+        page.main.Eval("log = []");
+        (void)service.TakeCalls();
+        session->GetResults(0, 1);
+        EXPECT_TRUE(Logs("true,4"));
+        EXPECT_EQ(std::ranges::count(service.TakeCalls(), "StartSearch (5,)"), 0);
+        service.Reply(each.method, each.taken);
+        keep();
+        each.set();
+        page.main.Eval("log = []");
+        session->GetResults(0, 1);
+        EXPECT_TRUE(Logs("true,0"));
+    }
+}
+
+TEST_F(ASearchSession, EndsWithTheReceiverThatHadIt) {
+    session->GetResults(0, 1);
+    service.Stop();
+    service.Start();
+    EXPECT_TRUE(Logs("true,4"));
+    (void)service.TakeCalls();
+    page.main.Eval("log = []");
+    EXPECT_FALSE(session->SetQuery(3));
+    session->GetResults(0, 1);
+    EXPECT_TRUE(Logs("true,4")) << "the new one has another search of this number, or none";
+    session.reset();
+    (void)ISearchResultsCacheWK::GetInstance()->Retain(0);
+    EXPECT_THAT(service.TakeCalls(), testing::ElementsAre("SrRetain (0,)"));
 }
 
 TEST_F(ASearchSession, IsNotConfusedByAHandlerThatAsksAgain) {

@@ -31,6 +31,8 @@ class AStreamEvent : public TelevisionPage {
         Trigger(&record);
     }
     size_t Unsubscribed(unsigned jobId) {
+        // When a later call has been answered, all that was sent before has arrived.
+        (void)CDAEBrowserAPIWK::GetInstance()->IsTrusted();
         return Count(api.TakeCalls(), "StreamEventUnsubscribe (" + std::to_string(jobId) + ",)");
     }
 };
@@ -125,6 +127,29 @@ TEST_F(AStreamEvent, SurvivesListenersThatDropTheirObject) {
     page.main.CollectGarbage();
     Send(41, "ab");
     EXPECT_EQ(Log(), "stays,stays,stays,stays,stays") << "the other listener keeps its object";
+}
+
+TEST_F(AStreamEvent, EndsWithTheReceiverThatHadIt) {
+    api.Reply("StreamEventUnsubscribe", "(true,)");
+    Subscribe(41, "'dvb://x', 'tick', f");
+    Subscribe(42, "'dvb://x', 'tock', f");
+    Subscribe(43, "'dvb://x', 'tack', f");
+    Eval("tv.removeStreamEventListener('dvb://x', 'tock', f)");
+    const uint64_t before = CDAEBrowserAPIWK::GetInstance()->Life();
+    api.Stop();
+    EXPECT_TRUE(WaitFor([&] { return CDAEBrowserAPIWK::GetInstance()->Life() != before; }));
+    EXPECT_EQ(LogCapture::Count("the receiver has gone, and 2 stream event subscriptions with it"), 1);
+    api.Start();
+    EXPECT_TRUE(WaitFor([] { return CDAEBrowserAPIWK::GetInstance()->IsBroadcastRelated(); }));
+    (void)api.TakeCalls();
+    Send(41);
+    EXPECT_EQ(Log(), "") << "the trigger of another subscription";
+    Eval("tv.removeStreamEventListener('dvb://x', 'tack', f)");
+    page.main.Navigate();
+    page.main.CollectGarbage();
+    (void)CDAEBrowserAPIWK::GetInstance()->IsTrusted();
+    EXPECT_THAT(api.TakeCalls(), ElementsAre("IsTrusted ()"));
+    EXPECT_EQ(LogCapture::Count("the receiver has gone, and 2 stream event subscriptions with it"), 1);
 }
 
 TEST_F(AStreamEvent, EndsWithItsPageOrFrameAndHoldsItsObjectUntilThen) {

@@ -16,10 +16,8 @@ constexpr ServiceDescription kService{
     .logsConnecting = true,
 };
 
-void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant* parameters,
-               gpointer /*data*/) {
-    const GCharPtr text(g_variant_print(parameters, TRUE));
-    HBBTV_LOG_DEBUG("AVEventHandlerWK received Signal: %s: %s", signal, text.get());
+void on_signal(const char* signal, GVariant* parameters, gpointer /*data*/) {
+    HBBTV_LOG_DEBUG("AVEventHandlerWK received Signal: %s: %s", signal, TextOf(parameters).c_str());
 }
 
 auto AppendTo(AVComponentVector& components) {

@@ -37,6 +37,10 @@ void CJSChannelCacheWK::Release(uint32_t id) {
     m_service->Send(__func__, ijschannel_cache_call_release, id);
 }
 
+uint64_t CJSChannelCacheWK::Life() const {
+    return m_service->Life();
+}
+
 bool CJSChannelCacheWK::GetChannelInfo(uint32_t id, std::string* name, std::string* longName,
                                        std::string* description, uint32_t* idType, uint32_t* nid,
                                        uint32_t* onid, uint32_t* tsid, uint32_t* sid, bool* chType,

@@ -19,6 +19,7 @@ class CJSChannelCacheWK final : public IJSChannelCacheCommon {
 
     bool Retain(uint32_t id) override;
     void Release(uint32_t id) override;
+    [[nodiscard]] uint64_t Life() const override;
     bool GetChannelInfo(uint32_t id, std::string* name, std::string* longName, std::string* description,
                         uint32_t* idType, uint32_t* nid, uint32_t* onid, uint32_t* tsid, uint32_t* sid,
                         bool* chType, std::string* ccid, bool* authorised, bool* hidden, bool* locked,

@@ -1,5 +1,7 @@
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 
+#include <utility>
+
 #include "API/Src/IPRResponse.h"
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/ByteArray.h"
@@ -39,8 +41,7 @@ std::vector<std::string> ByteStringsOf(GVariant* arrays) {
     return strings;
 }
 
-void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant* parameters,
-               gpointer client) {
+void on_signal(const char* signal, GVariant* parameters, gpointer client) {
     DispatchDAEBrowserSignal(*static_cast<CDAEBrowserAPIWK*>(client), signal, parameters);
 }
 
@@ -86,7 +87,9 @@ CDAEBrowserAPIWK* CDAEBrowserAPIWK::GetInstance() {
 
 CDAEBrowserAPIWK::CDAEBrowserAPIWK()
     : m_service(std::make_unique<DBusService<IDAEBrowserAPI>>(kService, idaebrowser_api_proxy_new_sync,
-                                                              on_signal, this, CallSite(__func__))) {}
+                                                              on_signal, this, CallSite(__func__))) {
+    m_service->OnEnd([this] { OnSubscriptionsLost(); });
+}
 
 CDAEBrowserAPIWK::~CDAEBrowserAPIWK() = default;
 
@@ -231,16 +234,31 @@ bool CDAEBrowserAPIWK::GetTime(unsigned long& utc, int& offset) const {
 }
 
 TDSMCCJobId CDAEBrowserAPIWK::StreamEventSubscribe(const char* url, const char* name) {
-    return m_service->Call<TDSMCCJobId>(__func__, idaebrowser_api_call_stream_event_subscribe_sync, url, name,
-                                        kResult);
+    const auto job = m_service->Call<TDSMCCJobId>(__func__, idaebrowser_api_call_stream_event_subscribe_sync,
+                                                  url, name, kResult);
+    if (job != 0)
+        ++m_streamEvents;
+    return job;
 }
 
 bool CDAEBrowserAPIWK::StreamEventUnsubscribe(TDSMCCJobId id) {
+    m_streamEvents -= m_streamEvents > 0 ? 1 : 0;
     return m_service->Call<bool>(__func__, idaebrowser_api_call_stream_event_unsubscribe_sync, id, kResult);
 }
 
 void CDAEBrowserAPIWK::SendStreamEventUnsubscribe(TDSMCCJobId id) {
+    m_streamEvents -= m_streamEvents > 0 ? 1 : 0;
     m_service->Send("StreamEventUnsubscribe", idaebrowser_api_call_stream_event_unsubscribe, id);
+}
+
+uint64_t CDAEBrowserAPIWK::Life() const {
+    return m_service->Life();
+}
+
+// Pages are not told, and may have what they need to subscribe again only when they load.
+void CDAEBrowserAPIWK::OnSubscriptionsLost() {
+    if (const size_t lost = std::exchange(m_streamEvents, 0))
+        HBBTV_LOG_WARNING("the receiver has gone, and %zu stream event subscriptions with it", lost);
 }
 
 void CDAEBrowserAPIWK::SubscribeEvents(IPluginController* controller) {

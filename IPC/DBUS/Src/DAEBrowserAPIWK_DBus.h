@@ -78,6 +78,7 @@ class CDAEBrowserAPIWK final : public IDAEBrowserAPICommon {
     [[nodiscard]] TDSMCCJobId StreamEventSubscribe(const char* url, const char* name) override;
     bool StreamEventUnsubscribe(TDSMCCJobId id) override;
     void SendStreamEventUnsubscribe(TDSMCCJobId id) override;
+    [[nodiscard]] uint64_t Life() const override;
 
     void SubscribeEvents(IPluginController* controller) override;
     void UnsubscribeEvents(IPluginController* controller) override;
@@ -88,6 +89,9 @@ class CDAEBrowserAPIWK final : public IDAEBrowserAPICommon {
     void SendPlayReadyDataToPlugins(const IPRResponse* response);
 
  private:
+    void OnSubscriptionsLost();
+
     PluginSubscribers m_subscribers;
     std::unique_ptr<DBusService<_IDAEBrowserAPI>> m_service;
+    size_t m_streamEvents = 0;  // subscriptions of this life of the receiver
 };

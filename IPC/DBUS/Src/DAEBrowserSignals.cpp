@@ -11,6 +11,7 @@
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/ByteArray.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "IPC/DBUS/Src/DBusLink.h"
 
 namespace {
 
@@ -68,13 +69,14 @@ void OnPluginEventDrmError(CDAEBrowserAPIWK& client, GVariant* parameters) {
     client.SendEventToPlugins(event_t::WithRecord(event, plugin, &params));
 }
 
+constexpr size_t kMostShown = 4096;
 constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 void OnSASMessage(CDAEBrowserAPIWK& client, GVariant* parameters) {
     const GVariantPtr data(g_variant_get_child_value(parameters, 0));
     const std::span<const uint8_t> bytes = BytesOf(data.get());
     std::string digits;
-    for (const uint8_t byte : bytes) {
+    for (const uint8_t byte : bytes.first(std::min(bytes.size(), kMostShown))) {
         if (byte >= 0x10)
             digits += kHexDigits[byte >> 4];
         digits += kHexDigits[byte & 0x0F];
@@ -132,8 +134,7 @@ constexpr struct {
 }  // namespace
 
 void DispatchDAEBrowserSignal(CDAEBrowserAPIWK& client, const char* name, GVariant* parameters) {
-    const GCharPtr text(g_variant_print(parameters, TRUE));
-    HBBTV_LOG_DEBUG("DAEBrowserAPIWK received Signal: %s: %s", name, text.get());
+    HBBTV_LOG_DEBUG("DAEBrowserAPIWK received Signal: %s: %s", name, TextOf(parameters).c_str());
     const auto* known =
         std::ranges::find(kSignals, std::string_view(name), [](const auto& signal) { return signal.name; });
     if (known != std::end(kSignals))

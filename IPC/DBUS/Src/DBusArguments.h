@@ -65,8 +65,8 @@ class Storage {
     Wire value{};
 };
 
-// One argument of ours at one parameter of the generated function: Pass() is what is passed, Size() its bytes,
-// Commit() takes over what was returned. Commit() is called after success only.
+// One argument of ours at one parameter of the generated function: Pass() is what is passed, Size() its
+// bytes, Commit() takes over what was returned. Commit() is called after success only.
 template <typename Parameter, typename Argument>
 class Slot {
     static_assert(std::is_arithmetic_v<Parameter>, "an output needs Out, OutWith, kResult or ResultWith");

@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr size_t kLongestArgument = 1024 * 1024;
 constexpr int kMostAnswersDue = 64;
 
 std::atomic<int> s_answersDue = 0;
@@ -88,13 +87,11 @@ bool IsAbsent(const GError& error) {
 }
 
 bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error) {
-    const auto* const tooLong =
-        std::ranges::find_if(sizes, [](size_t size) { return size > kLongestArgument; });
+    const auto* const tooLong = std::ranges::find_if(sizes, [](size_t size) { return size > kLongestText; });
     if (tooLong == sizes.end())
         return true;
     error.reset(g_error_new(G_IO_ERROR, G_IO_ERROR_MESSAGE_TOO_LARGE,
-                            "an argument of %zu bytes is not sent, the most is %zu", *tooLong,
-                            kLongestArgument));
+                            "an argument of %zu bytes is not sent, the most is %zu", *tooLong, kLongestText));
     return false;
 }
 

@@ -22,8 +22,6 @@
 #include "IPC/DBUS/Src/DBusLink.h"
 #include "IPC/DBUS/Src/GLibHandles.h"
 
-inline constexpr char kObjectPath[] = "/org/vantrel/hbbtv";
-
 // What the log says about one operation, and the place that says it. Made from __func__.
 struct CallSite {
     CallSite(const char* name, std::string text = {}, const char* client = nullptr,  // NOLINT
@@ -169,15 +167,20 @@ class DBusService {
     DBusService(const ServiceDescription&, GeneratedMaker<Proxy>, SignalFunction, gpointer,
                 const char*) = delete;
 
+    // Without a result of the wire's: whether it was answered.
     template <typename R = void, typename... Parameters, typename... Arguments>
-    R Call(const CallSite& site, gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
+    std::conditional_t<std::is_void_v<R>, bool, R> Call(const CallSite& site,
+                                                        gboolean (*function)(Proxy*, Parameters...),
+                                                        const Arguments&... arguments) {
         dbus_call::LogCall(m_service, site);
         struct Nothing {};
         GErrorPtr error;
-        auto result = CallSync<std::conditional_t<std::is_void_v<R>, Nothing, R>>(m_link, error, function,
-                                                                                  arguments...);
+        [[maybe_unused]] auto result = CallSync<std::conditional_t<std::is_void_v<R>, Nothing, R>>(
+            m_link, error, function, arguments...);
         Report(site, error);
-        if constexpr (!std::is_void_v<R>)
+        if constexpr (std::is_void_v<R>)
+            return !error;
+        else
             return result;
     }
 

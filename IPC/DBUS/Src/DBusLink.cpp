@@ -8,14 +8,35 @@
 
 namespace {
 
-// No interface has properties. To load them, a proxy would wait for a service that may be silent.
-constexpr GDBusProxyFlags kFlags = G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES;
-constexpr auto kSilentFlags =
-    static_cast<GDBusProxyFlags>(kFlags | G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS);
+// No interface has properties. To load them, a proxy would wait for a service that may be silent. Signals are
+// the link's: a proxy only complains on standard error about one of the wrong types.
+constexpr auto kFlags = static_cast<GDBusProxyFlags>(G_DBUS_PROXY_FLAGS_DO_NOT_LOAD_PROPERTIES |
+                                                     G_DBUS_PROXY_FLAGS_DO_NOT_CONNECT_SIGNALS);
 
 bool IsNobody(const GError* error) {
     return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
            g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER);
+}
+
+// Why the signal is refused; empty when it is not.
+std::string FaultOf(GDBusProxy* proxy, const gchar* signal, GVariant* parameters) {
+    const GDBusSignalInfo* const info =
+        g_dbus_interface_info_lookup_signal(g_dbus_proxy_get_interface_info(proxy), signal);
+    std::string expected = "(";
+    for (GDBusArgInfo* const* each = info != nullptr ? info->args : nullptr;
+         each != nullptr && *each != nullptr; ++each)
+        expected += (*each)->signature;
+    expected += ")";
+    const std::string actual = g_variant_get_type_string(parameters);
+    if (info != nullptr && actual != expected)
+        return actual + " is not " + expected;
+    for (gsize i = 0; i < g_variant_n_children(parameters); ++i) {
+        const GVariantPtr child(g_variant_get_child_value(parameters, i));
+        if (g_variant_is_of_type(child.get(), G_VARIANT_TYPE_STRING) &&
+            g_variant_get_size(child.get()) - 1 > kLongestText)
+            return "a text of " + std::to_string(g_variant_get_size(child.get()) - 1) + " bytes";
+    }
+    return {};
 }
 
 GObjectPtr<GDBusProxy> Another(GDBusProxy* proxy) {
@@ -23,6 +44,13 @@ GObjectPtr<GDBusProxy> Another(GDBusProxy* proxy) {
 }
 
 }  // namespace
+
+std::string TextOf(GVariant* parameters) {
+    constexpr gsize kMost = 64 * 1024;
+    if (g_variant_get_size(parameters) > kMost)
+        return std::to_string(g_variant_get_size(parameters)) + " bytes";
+    return GCharPtr(g_variant_print(parameters, TRUE)).get();
+}
 
 DBusLink::DBusLink(const char* service, ProxyMaker make, SignalFunction onSignal, gpointer data)
     : m_service(service),
@@ -40,8 +68,11 @@ void DBusLink::Attach(GDBusConnection* connection, GErrorPtr& error) {
     m_proxy.reset(m_make(connection, kFlags, OutPointer(error)));
     if (!m_proxy)
         return;
-    if (m_onSignal != nullptr)
-        m_signalHandler = g_signal_connect(m_proxy.get(), "g-signal", G_CALLBACK(m_onSignal), m_data);
+    if (m_onSignal != nullptr) {
+        m_subscription =
+            g_dbus_connection_signal_subscribe(connection, m_service, m_service, nullptr, kObjectPath,
+                                               nullptr, G_DBUS_SIGNAL_FLAGS_NONE, OnSignal, this, nullptr);
+    }
     m_ownerHandler =
         g_signal_connect(m_proxy.get(), "notify::g-name-owner", G_CALLBACK(OnOwnerNotified), this);
     const GCharPtr owner(g_dbus_proxy_get_name_owner(m_proxy.get()));
@@ -49,11 +80,10 @@ void DBusLink::Attach(GDBusConnection* connection, GErrorPtr& error) {
 }
 
 void DBusLink::Detach() {
-    // A delivery that is under way may keep the proxy beyond us.
-    for (gulong* handler : {&m_signalHandler, &m_ownerHandler}) {
-        if (const gulong id = std::exchange(*handler, 0))
-            g_signal_handler_disconnect(m_proxy.get(), id);
-    }
+    if (const guint id = std::exchange(m_subscription, 0))
+        g_dbus_connection_signal_unsubscribe(g_dbus_proxy_get_connection(m_proxy.get()), id);
+    if (const gulong id = std::exchange(m_ownerHandler, 0))
+        g_signal_handler_disconnect(m_proxy.get(), id);
     m_ahead.reset();
     m_proxy.reset();
 }
@@ -121,11 +151,22 @@ bool DBusLink::Learn(const GError* error) {
 
 void DBusLink::AskForOwner() {
     GErrorPtr error;
-    m_ahead.reset(m_make(g_dbus_proxy_get_connection(m_proxy.get()), kSilentFlags, OutPointer(error)));
+    m_ahead.reset(m_make(g_dbus_proxy_get_connection(m_proxy.get()), kFlags, OutPointer(error)));
     if (error)
         HBBTV_LOG_ERROR("%s: no proxy: %s", m_service, error->message);
     const GCharPtr owner(m_ahead ? g_dbus_proxy_get_name_owner(m_ahead.get()) : nullptr);
     SetOwner(owner.get());
+}
+
+void DBusLink::OnSignal(GDBusConnection* /*connection*/, const gchar* /*sender*/, const gchar* /*path*/,
+                        const gchar* /*interface*/, const gchar* signal, GVariant* parameters,
+                        gpointer self) {
+    auto& link = *static_cast<DBusLink*>(self);
+    const std::string fault = FaultOf(link.m_proxy.get(), signal, parameters);
+    if (fault.empty())
+        link.m_onSignal(signal, parameters, link.m_data);
+    else
+        HBBTV_LOG_ERROR("%s.%s refused: %s", link.m_service, signal, fault.c_str());
 }
 
 void DBusLink::OnOwnerNotified(GDBusProxy* proxy, GParamSpec* /*property*/, gpointer self) {

@@ -10,8 +10,14 @@
 
 #include "IPC/DBUS/Src/GLibHandles.h"
 
-using SignalFunction = void (*)(GDBusProxy* proxy, gchar* sender, gchar* signal, GVariant* parameters,
-                                gpointer data);
+inline constexpr char kObjectPath[] = "/org/vantrel/hbbtv";
+// No page and no receiver needs a longer one, and a process that sends 128 MiB loses its connection.
+inline constexpr size_t kLongestText = 1024 * 1024;
+
+// What comes is of the types that the interface says; a signal that the interface lacks may be of any.
+using SignalFunction = void (*)(const char* signal, GVariant* parameters, gpointer data);
+// A signal's arguments for the log.
+[[nodiscard]] std::string TextOf(GVariant* parameters);
 
 class DBusLink {
  public:
@@ -45,6 +51,8 @@ class DBusLink {
     [[nodiscard]] static bool IsAnswer(const GError* error);
 
  private:
+    static void OnSignal(GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar* signal,
+                         GVariant* parameters, gpointer self);
     static void OnOwnerNotified(GDBusProxy* proxy, GParamSpec*, gpointer self);
 
     [[nodiscard]] bool IsConnected() const;
@@ -63,7 +71,7 @@ class DBusLink {
     // Calls may come from another thread than the signals' one. Not held while a call is under way.
     mutable std::recursive_mutex m_mutex;
     GObjectPtr<GDBusProxy> m_proxy;
-    gulong m_signalHandler = 0;
+    guint m_subscription = 0;
     gulong m_ownerHandler = 0;
     // A proxy learns of its name's owner from the main loop, which does not run while a page does. When it is
     // known to be behind, calls take this one, until it has caught up.

@@ -18,8 +18,7 @@ DBusLink* s_link = nullptr;
 // Requests may come from another thread than the one that delivers the responses.
 std::atomic<DsmccFileCallback> dsmCallback = nullptr;
 
-void on_signal(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* signal, GVariant* parameters,
-               gpointer /*data*/) {
+void on_signal(const char* signal, GVariant* parameters, gpointer /*data*/) {
     // Without a request there has been nobody to answer.
     const DsmccFileCallback callback = dsmCallback;
     if (std::string_view(signal) != "FileResponse" || callback == nullptr)

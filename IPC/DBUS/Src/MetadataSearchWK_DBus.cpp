@@ -74,8 +74,8 @@ IProgrammeCacheCommon* IProgrammeCacheWK::GetInstance() {
     return TheOne<CProgrammeCacheWK>();
 }
 
-void CMetadataSearchManagerWK::StartSearch(uint32_t id) {
-    m_service->Call(__func__, imeta_data_search_call_start_search_sync, id);
+bool CMetadataSearchManagerWK::StartSearch(uint32_t id) {
+    return m_service->Call(__func__, imeta_data_search_call_start_search_sync, id);
 }
 
 void CMetadataSearchManagerWK::AbortSearch(uint32_t id) {
@@ -96,6 +96,10 @@ bool CMetadataSearchCacheWK::Retain(uint32_t id) {
 
 void CMetadataSearchCacheWK::Release(uint32_t id) {
     m_service->Send(__func__, imeta_data_search_call_mds_release, id);
+}
+
+uint64_t CMetadataSearchCacheWK::Life() const {
+    return m_service->Life();
 }
 
 uint32_t CMetadataSearchCacheWK::Add(int target) {
@@ -174,6 +178,10 @@ void CQueryCacheWK::Release(uint32_t id) {
     m_service->Send(__func__, imeta_data_search_call_qc_release, id);
 }
 
+uint64_t CQueryCacheWK::Life() const {
+    return m_service->Life();
+}
+
 uint32_t CQueryCacheWK::Add(EQueryType type) {
     return m_service->Call<uint32_t>(__func__, imeta_data_search_call_qc_add_op_sync, type, kResult);
 }
@@ -220,6 +228,10 @@ bool CSearchResultsCacheWK::Retain(uint32_t id) {
 
 void CSearchResultsCacheWK::Release(uint32_t id) {
     m_service->Send(__func__, imeta_data_search_call_sr_release, id);
+}
+
+uint64_t CSearchResultsCacheWK::Life() const {
+    return m_service->Life();
 }
 
 uint32_t CSearchResultsCacheWK::Add(uint32_t mdsId) {

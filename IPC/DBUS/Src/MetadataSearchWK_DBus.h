@@ -22,7 +22,7 @@ using MetadataSearchService = std::shared_ptr<DBusService<_IMetaDataSearch>>;
 
 class CMetadataSearchManagerWK final : public IMetadataSearchManagerCommon {
  public:
-    void StartSearch(uint32_t id) override;
+    [[nodiscard]] bool StartSearch(uint32_t id) override;
     void AbortSearch(uint32_t id) override;
     void CancelSearch(uint32_t id) override;
     void SendCancelSearch(uint32_t id) override;
@@ -35,6 +35,7 @@ class CMetadataSearchCacheWK final : public IMetadataSearchCacheCommon {
  public:
     bool Retain(uint32_t id) override;
     void Release(uint32_t id) override;
+    [[nodiscard]] uint64_t Life() const override;
     [[nodiscard]] uint32_t Add(int target) override;
     bool SetQuery(uint32_t id, uint32_t queryId) override;
     bool GetQuery(uint32_t id, uint32_t& queryId) override;
@@ -56,6 +57,7 @@ class CQueryCacheWK final : public IQueryCacheCommon {
  public:
     bool Retain(uint32_t id) override;
     void Release(uint32_t id) override;
+    [[nodiscard]] uint64_t Life() const override;
     [[nodiscard]] uint32_t Add(EQueryType type) override;
     [[nodiscard]] uint32_t Add(EQueryType type, EQueryMode mode, uint32_t value) override;
     [[nodiscard]] uint32_t Add(EQueryType type, EQueryMode mode, const std::string& value) override;
@@ -72,6 +74,7 @@ class CSearchResultsCacheWK final : public ISearchResultsCacheCommon {
  public:
     bool Retain(uint32_t id) override;
     void Release(uint32_t id) override;
+    [[nodiscard]] uint64_t Life() const override;
     [[nodiscard]] uint32_t Add(uint32_t mdsId) override;
     bool Parent(uint32_t id, uint32_t& mdsId) const override;
     bool QueryResults(uint32_t id, bool& complete, uint32_t& offset, uint32_t& count,
