@@ -65,14 +65,19 @@ DBusLink::~DBusLink() {
 }
 
 void DBusLink::Attach(GDBusConnection* connection, GErrorPtr& error) {
+    // First, because nobody waits for it: once the proxy has its answer, the bus knows what we listen to.
+    const guint subscription =
+        m_onSignal == nullptr
+            ? 0
+            : g_dbus_connection_signal_subscribe(connection, m_service, m_service, nullptr, kObjectPath, nullptr,
+                                                 G_DBUS_SIGNAL_FLAGS_NONE, OnSignal, this, nullptr);
     m_proxy.reset(m_make(connection, kFlags, OutPointer(error)));
-    if (!m_proxy)
+    if (!m_proxy) {
+        if (subscription != 0)
+            g_dbus_connection_signal_unsubscribe(connection, subscription);
         return;
-    if (m_onSignal != nullptr) {
-        m_subscription =
-            g_dbus_connection_signal_subscribe(connection, m_service, m_service, nullptr, kObjectPath,
-                                               nullptr, G_DBUS_SIGNAL_FLAGS_NONE, OnSignal, this, nullptr);
     }
+    m_subscription = subscription;
     m_ownerHandler =
         g_signal_connect(m_proxy.get(), "notify::g-name-owner", G_CALLBACK(OnOwnerNotified), this);
     const GCharPtr owner(g_dbus_proxy_get_name_owner(m_proxy.get()));
