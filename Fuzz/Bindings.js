@@ -169,7 +169,9 @@ var fuzz = (function () {
     attempt(() => tv.bindToCurrentChannel());
     attempt(() => { av.data = 'http://media.invalid/a.mp4'; av.play(1); });
     pump(() => tv.playState === 2 && av.playState === 1);
-    attempt(() => tv.addStreamEventListener('dvb://current/events', 'demo', listener));
+    let isTriggered = false;
+    attempt(() => tv.addStreamEventListener('dvb://current/events', 'demo', (event) => { isTriggered = true; keep(event); }));
+    pump(() => isTriggered);
     attempt(() => tv.addEventListener('ParentalRatingChange', listener));
     attempt(() => natives('OipfApplicationManager')[0].addEventListener('LowMemory', listener));
     attempt(() => natives('OipfApplicationManager')[0].getOwnerApplication());

@@ -1,6 +1,11 @@
-// Any text as a scenario, and any change to the default one: read, or refused with a reason. The first byte says which.
+// Any text as a scenario, any change to the default one, and any use of its world: done, or refused with a
+// reason. The first byte says which.
+#include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <span>
 #include <string>
 
@@ -12,13 +17,16 @@
 #include "Host/Receiver/World/KeyCodes.h"
 #include "Host/Receiver/World/Scenario.h"
 #include "Host/Receiver/World/Urls.h"
+#include "Tests/Bus/ReceiverSimulation.h"
 
 namespace {
 
 using nlohmann::json;
+namespace fs = std::filesystem;
 
 int s_read = 0;
 int s_refused = 0;
+int s_served = 0;
 
 const json& defaultScenario() {
     static const json s_default = json::parse(std::ifstream(HBBTV_DEFAULT_SCENARIO));
@@ -54,10 +62,33 @@ json& placeIn(json& document, Choices& choices) {
     return *place;
 }
 
+const json& anyValue(Choices& choices) {
+    static const std::array<json, 22> s_values = {nullptr,
+                                                  true,
+                                                  0,
+                                                  -1,
+                                                  1,
+                                                  255,
+                                                  65536,
+                                                  2147483647,
+                                                  -2147483648LL,
+                                                  4294967295U,
+                                                  INT64_MIN,
+                                                  UINT64_MAX,
+                                                  1e308,
+                                                  -0.5,
+                                                  "",
+                                                  "*",
+                                                  "0G",
+                                                  "dvb://1.2.3/../x",
+                                                  std::string("a\0b", 3),
+                                                  std::string(70000, 'x'),
+                                                  json::array(),
+                                                  json::object()};
+    return s_values.at(choices.below(s_values.size()));
+}
+
 void change(json& document, Choices& choices) {
-    static const std::array<json, 22> s_values = {
-        nullptr, true, 0, -1, 1, 255, 65536, 2147483647, -2147483648LL, 4294967295U, INT64_MIN, UINT64_MAX, 1e308, -0.5,
-        "", "*", "0G", "dvb://1.2.3/../x", std::string("a\0b", 3), std::string(70000, 'x'), json::array(), json::object()};
     json& place = placeIn(document, choices);
     switch (choices.below(4)) {
         case 0: {
@@ -72,7 +103,7 @@ void change(json& document, Choices& choices) {
                 place.push_back(place.empty() ? json() : json(place.front()));
             break;
         default:
-            place = s_values.at(choices.below(s_values.size()));
+            place = anyValue(choices);
     }
 }
 
@@ -104,6 +135,69 @@ void judgeAddress(const std::string& text) {
     Require(keyCode(text).value_or(0) <= 463);
 }
 
+// A place of the scenario, or one beside it.
+std::string anyPointer(Choices& choices) {
+    static const json s_known = defaultScenario().flatten();
+    static const std::array<const char*, 8> s_tails = {"", "", "", "/-", "/0", "/4294967296", "/~", "/a/b"};
+    std::string pointer = std::next(s_known.begin(), static_cast<int>(choices.below(s_known.size()))).key();
+    for (auto left = choices.below(3); left > 0 && !pointer.empty(); --left)
+        pointer.resize(pointer.rfind('/'));
+    return pointer + s_tails.at(choices.below(s_tails.size()));
+}
+
+std::string anyFileAddress(Choices& choices) {
+    static const std::array<const char*, 16> s_parts = {
+        "/", "/", "//", "..", "../",       "%2e%2e",     "%2F",      "%00",
+        "%", ".", "?",  "#",  "reply.bin", "SASMessage", "Scenario", "key.bin"};
+    std::string url = choices.below(2) ? "dvb:/" : "dvb://1.2.3/";
+    for (auto left = choices.below(12); left > 0; --left)
+        url += s_parts.at(choices.below(s_parts.size()));
+    return url;
+}
+
+// What it tells of a file is one of its folder's, whatever the address; whatever has become of it, it can be
+// written down and read again.
+void useWorld(Choices& choices) {
+    static const std::string s_folder = fs::path(HBBTV_DEFAULT_SCENARIO).parent_path() / "../../Fuzz/corpus";
+    static const std::set<std::string> s_answers = [] {
+        std::set<std::string> answers = {"file 1  0"};
+        for (const auto& entry : fs::directory_iterator(s_folder + "/SASMessage")) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            answers.insert("file 1 " + std::string(std::istreambuf_iterator<char>(file), {}) + " 1");
+        }
+        return answers;
+    }();
+    json document = defaultScenario();
+    document["carousel"] = {{"folder", "SASMessage"}, {"reply_ms", 0}};
+    ReceiverTest::Simulation simulation(document.dump(), s_folder);
+    Receiver::World& world = simulation.world;
+    for (int left = 8; left > 0 && choices.left(); --left) {
+        const std::string pointer = anyPointer(choices);
+        switch (choices.below(4)) {
+            case 0:
+                readOrRefuse([&] { world.setValue(pointer, anyValue(choices).dump()); });
+                break;
+            case 1:
+                readOrRefuse([&] { (void)world.value(pointer); });
+                break;
+            case 2:
+                world.setKeyMask(static_cast<uint32_t>(choices.below(65536)) * 0x10001U);
+                break;
+            default:
+                (void)simulation.me.carousel().request(1, anyFileAddress(choices));
+        }
+        simulation.timers.pass(1000);
+        Require((world.scenario().keys.mask & ~world.scenario().keys.maximum) == 0);
+        for (const std::string& told : simulation.events.take()) {
+            Require(!told.starts_with("file") || s_answers.contains(told));
+            s_served += told.starts_with("file") && told.ends_with(" 1") ? 1 : 0;
+        }
+    }
+    json whole = world.value("");
+    whole.erase("state");
+    (void)Receiver::readScenario(whole, s_folder);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -116,7 +210,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         return 0;
     const std::span<const uint8_t> rest(data + 1, size - 1);
     const std::string text(rest.begin(), rest.end());
-    switch (data[0] % 3) {
+    switch (data[0] % 4) {
         case 0:
             readOrRefuse([&] { (void)Receiver::readScenario(Receiver::parseJson(text), "."); });
             break;
@@ -127,12 +221,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             readOrRefuse([&] { (void)Receiver::readScenario(document, "."); });
             break;
         }
-        default:
+        case 2:
             judgeAddress(text);
+            break;
+        default: {
+            Choices choices(rest);
+            useWorld(choices);
+        }
     }
     return 0;
 }
 
 void RequireEnoughWasMet() {
-    Require(s_read > 20 && s_refused > 500);
+    Require(s_read > 20 && s_refused > 500 && s_served > 0);
 }
