@@ -1,8 +1,10 @@
 #include "Host/Media/Pipeline.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
+#include "Host/Media/MediaErrors.h"
 #include "Host/Media/SoundDevice.h"
 
 namespace Media {
@@ -79,6 +81,30 @@ void onElement(GstBin*, GstBin*, GstElement* element, gpointer) {
                           waitForTrial, element, nullptr);
 }
 
+// What readers of the network itself read.
+bool isNetworkReader(GstElementFactory* factory) {
+    constexpr const char* schemes[] = {"http", "https", "icy", "icyx"};
+    const auto* protocols = gst_element_factory_get_uri_protocols(factory);
+    return std::all_of(
+        protocols, protocols + g_strv_length(const_cast<char**>(protocols)), [&](const char* protocol) {
+            return std::any_of(std::begin(schemes), std::end(schemes),
+                               [&](const char* scheme) { return g_ascii_strcasecmp(protocol, scheme) == 0; });
+        });
+}
+
+// Lists of segments, references to other media and redirections may name any address. What this process has
+// no reader for, nothing in it can read.
+void forgetReadersOfLocalThings() {
+    auto* registry = gst_registry_get();
+    GList* all = gst_registry_get_feature_list(registry, GST_TYPE_ELEMENT_FACTORY);
+    for (auto* each = all; each != nullptr; each = each->next) {
+        auto* factory = GST_ELEMENT_FACTORY(each->data);
+        if (gst_element_factory_get_uri_type(factory) == GST_URI_SRC && !isNetworkReader(factory))
+            gst_registry_remove_feature(registry, GST_PLUGIN_FEATURE(factory));
+    }
+    gst_plugin_feature_list_free(all);
+}
+
 std::uint32_t milliseconds(gint64 time) {
     return static_cast<std::uint32_t>(
         std::clamp<gint64>(time / GST_MSECOND, 0, std::numeric_limits<std::uint32_t>::max()));
@@ -120,6 +146,8 @@ void Pipeline::say(const char* what) {
 }
 
 void Pipeline::open(const std::string& url) {
+    if (isRemote(url))
+        forgetReadersOfLocalThings();
     g_object_set(m_element, "uri", url.c_str(), nullptr);
     setState(GST_STATE_PAUSED);
 }

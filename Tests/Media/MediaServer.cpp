@@ -112,6 +112,11 @@ void MediaServer::answer(GSocketConnection* connection, const Request& request) 
         hold(connection, never);
         return;
     }
+    if (request.manner == "elsewhere") {
+        send("HTTP/1.1 302 Found\r\nLocation: file://" + request.file.string() +
+             "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+        return;
+    }
     if (!std::filesystem::is_regular_file(request.file)) {
         send("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
         return;

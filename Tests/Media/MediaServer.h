@@ -6,6 +6,7 @@
 //     /silent/       the request is read and never answered
 //     /dropped/      half of the file; the rest, and every later request, meets a closed connection
 //     /stalled/      half of the file, and then nothing for as long as the client stays
+//     /elsewhere/    the client is sent to the file itself, at its file: address
 //
 // What is not there is answered with 404.
 #pragma once
