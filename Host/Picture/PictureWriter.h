@@ -1,4 +1,4 @@
-// The receiver's end: takes the frames that a player decodes. Any thread may call it.
+// The decoding process's end: takes the frames of its film. Any thread may call it.
 #pragma once
 
 #include <cstdint>
