@@ -20,6 +20,11 @@ constexpr std::uint32_t glanceMs = 500;
 // The tracks of a medium do not end together to the millisecond, and a demuxer that is sent behind the end of
 // one of them never shows the end of the medium.
 constexpr std::uint32_t nearestToEndMs = 100;
+// A film that has come to a place asked for exactly is this much before it at most, and not long behind it.
+constexpr std::uint32_t seekTolerance = 100;
+constexpr std::uint32_t latestLookMs = 1000;
+// The part of the limit after which a position is asked for once more.
+constexpr std::uint32_t patienceShare = 5;
 
 // A medium that ends this much before its end was cut off.
 std::uint32_t tolerance(std::uint32_t duration) {
@@ -338,13 +343,25 @@ void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) 
     m_progress.seeking = true;
     m_progress.seekTarget = milliseconds;
     m_lastPosition = milliseconds;
-    m_seekLimit.start(m_limitMs, [this] { fail(MediaError::PositionNotAvailable); });
     const bool exact = rate <= fastestWithSound && !m_rewinding;
-    m_pipeline.seek(rate, milliseconds, exact ? Pipeline::Seek::Exact : Pipeline::Seek::KeyFrames);
+    const auto mode = exact ? Pipeline::Seek::Exact : Pipeline::Seek::KeyFrames;
+    m_progress.seekChecked = exact;
+    m_pipeline.seek(rate, milliseconds, mode);
+    // A demuxer of transport streams now and then loses one that soon follows another, and stands still.
+    m_seekLimit.start(m_limitMs / patienceShare, [this, rate, milliseconds, mode] {
+        m_progress.seekChecked = false;
+        m_pipeline.seek(rate, milliseconds, mode);
+        m_seekLimit.start(m_limitMs, [this] { fail(MediaError::PositionNotAvailable); });
+    });
 }
 
 void Film::seekDone() {
     if (!m_progress.seeking)
+        return;
+    // A pipeline that was still on its way to another state says that it has come there in the same words.
+    const auto here = m_pipeline.position();
+    if (m_progress.seekChecked && here &&
+        (*here + seekTolerance < m_progress.seekTarget || *here > m_progress.seekTarget + latestLookMs))
         return;
     m_progress.seeking = false;
     m_seekLimit.stop();

@@ -58,6 +58,7 @@ class Film {
         int buffered = 100;               // percent
         int bestBuffered = 0;             // since the waiting began
         bool seeking = false;
+        bool seekChecked = false;  // whether it is over only when the film is there
         std::uint32_t seekTarget = 0;
         std::optional<std::uint32_t> nextSeek;  // wanted while another one was under way
         bool announceSeek = false;

@@ -3,6 +3,9 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <random>
+
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -151,6 +154,32 @@ TEST_F(ARealPlayer, PlaysStreamsInSegments) {
         ASSERT_TRUE(WaitFor([&] { return listener.has("position 10500"); }));
         ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; }));
         ASSERT_TRUE(reaches(MediaState::Finished));
+    }
+}
+
+// HBBTV_MEDIA_ROUNDS says how often; the places are the same in every run.
+TEST_F(ARealPlayer, IsWhereTheLastOfQuickSeeksWanted) {
+    const char* wanted = std::getenv("HBBTV_MEDIA_ROUNDS");
+    const int rounds = wanted == nullptr ? 8 : std::atoi(wanted);
+    alarm(120 + 10 * static_cast<unsigned>(rounds));
+    std::mt19937 chance(1);
+    const auto below = [&chance](unsigned limit) { return chance() % limit; };
+    ASSERT_TRUE(plays(server.url("good/film.ts")));
+    for (int round = 0; round < rounds; ++round) {
+        SCOPED_TRACE(round);
+        listener.heard.clear();
+        std::uint32_t place = 0;
+        for (auto seeks = 2 + below(5); seeks > 0; --seeks) {
+            place = (below(2) == 0 ? 500 : 6500) + below(4000);
+            ASSERT_TRUE(player->seek(place));
+            (void)WaitFor([] { return false; }, std::chrono::milliseconds(below(60)));
+        }
+        const auto told = "position " + std::to_string(place);
+        const auto colour = place < 6000 ? Colour::Red : Colour::Blue;
+        EXPECT_TRUE(WaitFor([&] { return listener.has(told) && screen.colour() == colour; })) << place;
+        EXPECT_GE(player->position() + 100, place);
+        EXPECT_LT(player->position(), place + 1500);
+        EXPECT_TRUE(reachesPosition(place + 100)) << place;
     }
 }
 
