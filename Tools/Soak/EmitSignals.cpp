@@ -24,8 +24,8 @@ class Emitter {
     void tick() {
         const gint64 now = g_get_monotonic_time();
         m_due += static_cast<double>(now - std::exchange(m_last, now)) * m_rate / G_USEC_PER_SEC;
-        // A program that was stopped for a while does not make up for it.
-        for (m_due = std::min(m_due, m_rate / 4.0); m_due >= 1; --m_due)
+        // A program that was stopped for a while makes up for a second of it at most.
+        for (m_due = std::min<double>(m_due, m_rate); m_due >= 1; --m_due)
             emit();
         if (now - m_printed >= G_USEC_PER_SEC) {
             m_printed = now;

@@ -29,8 +29,9 @@ const { values: options } = parseArgs({
 const second = 1000;
 const minute = 60 * second;
 const eventsPerSecond = 200;
-// Of memory so much more is no growth; everything else is counted.
-const memoryAllowance = 1.05;
+// Of memory so much more is no growth, and less than half a MiB never is: a small program's pages come and go.
+// Everything else is counted.
+const memoryAllowance = (before) => Math.max(before * 1.05, before + 0.5);
 // Threads that WebKit keeps for a while end after ten seconds.
 const settling = 12 * second;
 const lifeOfReceiver = 5 * minute;
@@ -48,6 +49,8 @@ const jobs = options.jobs.split(',');
 const started = Date.now();
 const elapsed = () => Date.now() - started;
 const done = { navigations: 0, emitted: 0, heard: 0 };
+// Milliseconds that were not spent at rest.
+let busy = 0;
 // How often a job got to where it wanted.
 const reached = Object.fromEntries(jobs.map((job) => [job, 0]));
 const checks = { passed: 0, failed: 0 };
@@ -76,11 +79,15 @@ function sample(atRest = false) {
   return held;
 }
 
+const shown = (number) => (Number.isInteger(number) ? number : number.toFixed(1));
+
 // In words, what of `held` is more than it was `before`; what is not in `before` has nothing to be compared with.
 function growth(before, held) {
   return Object.keys(before).flatMap((program) => Object.keys(before[program])
-    .filter((what) => held[program][what] > before[program][what] * (what === 'memory' ? memoryAllowance : 1))
-    .map((what) => `${what} of the ${program} grew from ${before[program][what]} to ${held[program][what]}`));
+    .filter((what) => held[program][what] >
+      (what === 'memory' ? memoryAllowance(before[program][what]) : before[program][what]))
+    .map((what) => `${what} of the ${program} grew from ${shown(before[program][what])} to ${
+      shown(held[program][what])}${what === 'memory' ? ' MiB' : ''}`));
 }
 
 const countsOf = (held) => JSON.stringify(held, (key, value) => (key === 'memory' ? undefined : value));
@@ -129,12 +136,15 @@ async function restartReceiver() {
   await television.receiver.start();
 }
 
+const eventRate = () => done.emitted / (busy / second);
+
 function printLine(held) {
   const short = ([program, { memory, descriptors, threads }]) =>
     `${program} ${memory.toFixed(1)} MiB ${descriptors} fd ${threads} thr`;
   const minutes = elapsed() / minute;
   console.log(`${minutes.toFixed(1).padStart(5)} min: ${done.navigations} navigations (${
-    (done.navigations / minutes).toFixed(0)}/min), ${done.emitted} events, ${done.heard} heard; ${
+    (done.navigations / minutes).toFixed(0)}/min), ${done.emitted} events (${
+    eventRate().toFixed(0)}/s while busy), ${done.heard} heard; ${
     Object.entries(held).map(short).join('; ')}; native objects ${nativeObjects}`);
 }
 
@@ -184,7 +194,9 @@ async function soak() {
       delete before.receiver;
       delete before['media processes'];
     }
+    const begin = Date.now();
     await Promise.all([round(url, !restart && !options.bare), restart && restartReceiver()]);
+    busy += Date.now() - begin;
     if (elapsed() >= nextRest && !isOver()) {
       nextRest = (Math.floor(elapsed() / minute) + 1) * minute;
       truncateSync(television.workplace.logFile);
@@ -204,6 +216,7 @@ async function soak() {
       check(growth(one, held).length === 0, `at the end ${growth(one, held)}`);
     }
   }
+  check(eventRate() > eventsPerSecond * 0.9, `only ${eventRate().toFixed(0)} events a second`);
   if (options.bare) return;
   check(done.heard > 0, 'no page heard an event');
   for (const job in reached) check(reached[job] > 0, `no page got through: ${job}`);
