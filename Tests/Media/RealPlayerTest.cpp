@@ -124,12 +124,19 @@ TEST_F(ARealPlayer, PlaysFasterSlowerAndBackwards) {
             return listener.has(announced.str()) && player->state() == MediaState::Playing;
         })) << speed;
         EXPECT_EQ(player->speed(), speed);
-        const auto from = player->position();
-        const auto start = Clock::now();
-        ASSERT_TRUE(reachesPosition(from + static_cast<std::uint32_t>(speed * 500)));
-        const auto pace = (player->position() - from) / millisecondsSince(start);
-        EXPECT_GT(pace, speed * 0.6) << speed;
-        EXPECT_LT(pace, speed * 1.6) << speed;
+        // On a busy machine the film may begin with a stutter; then it keeps its pace.
+        auto from = player->position();
+        auto start = Clock::now();
+        EXPECT_TRUE(WaitFor([&] {
+            const auto elapsed = millisecondsSince(start);
+            if (elapsed < 200)
+                return false;
+            const auto here = player->position();
+            const auto pace = (here - from) / elapsed;
+            from = here;
+            start = Clock::now();
+            return pace > speed * 0.75 && pace < speed * 1.25;
+        })) << speed;
     }
     ASSERT_TRUE(player->seek(8000));
     ASSERT_TRUE(player->play(-8.0));
