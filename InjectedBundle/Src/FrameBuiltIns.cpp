@@ -13,6 +13,7 @@ namespace {
 struct Captured {
     ProtectedValue reportError;
     ProtectedValue completeUrl;
+    ProtectedValue parseXml;
 };
 
 std::map<JSGlobalContextRef, Captured>& Frames() {
@@ -62,7 +63,15 @@ void FrameBuiltIns::Capture(JSGlobalContextRef frame) {
         const { apply } = Reflect, Url = URL, get = (type, name) => Object.getOwnPropertyDescriptor(type.prototype, name).get,
             href = get(Url, "href"), baseURI = get(Node, "baseURI");
         return path => apply(href, new Url(path, apply(baseURI, document, [])), []);
+    })())"),
+                       Take(frame, R"((() => {
+        const { apply } = Reflect, Parser = DOMParser, parse = Parser.prototype.parseFromString;
+        return text => apply(parse, new Parser(), [text, "text/xml"]);
     })())")};
+}
+
+bool FrameBuiltIns::AreOf(JSGlobalContextRef frame) {
+    return Frames().contains(frame);
 }
 
 void FrameBuiltIns::Forget(JSGlobalContextRef frame) {
@@ -86,6 +95,10 @@ std::string FrameBuiltIns::CompleteUrl(JSContextRef context, const std::string& 
     if (const JSValueRef url = CallWith(frame, &Captured::completeUrl, MakeString(frame, path)))
         (void)ToUtf8(frame, url, text, nullptr);
     return text;
+}
+
+JSValueRef FrameBuiltIns::ParseXml(JSContextRef context, JSValueRef text) {
+    return CallWith(JSContextGetGlobalContext(context), &Captured::parseXml, text);
 }
 
 }  // namespace OipfJavaScript

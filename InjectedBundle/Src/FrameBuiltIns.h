@@ -14,6 +14,8 @@ class FrameBuiltIns {
 
     static void Capture(JSGlobalContextRef frame);
     static void Forget(JSGlobalContextRef frame);
+    // Whether the frame is there: captured and not forgotten.
+    [[nodiscard]] static bool AreOf(JSGlobalContextRef frame);
 
     // Tells the log, and the frame's window as if nothing had caught it, what a handler has thrown. `place`
     // begins the line. Runs page code.
@@ -22,6 +24,9 @@ class FrameBuiltIns {
     // The URL of a path in the frame's document, which knows a `base` element and dots; empty when there is
     // none.
     [[nodiscard]] static std::string CompleteUrl(JSContextRef context, const std::string& path);
+
+    // The document that an XML text describes; null when there is none.
+    [[nodiscard]] static JSValueRef ParseXml(JSContextRef context, JSValueRef text);
 };
 
 }  // namespace OipfJavaScript

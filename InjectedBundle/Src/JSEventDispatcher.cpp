@@ -96,6 +96,8 @@ void JSEventDispatcher::DropHandlers(const std::function<bool(JSGlobalContextRef
         entry.second->isDropped = belongs(entry.second->Frame());
         return entry.second->isDropped;
     };
+    // Letting go calls into the engine, which may free objects: those in the copy have handlers until their
+    // turn.
     const std::set<JSEventDispatcher*> holders = Holders();
     for (JSEventDispatcher* dispatcher : holders) {
         std::erase_if(dispatcher->m_dom1, drop);
@@ -108,9 +110,11 @@ bool JSEventDispatcher::IsFunction(const char* eventName, JSValueRef value) cons
     // What is an object is its own conversion to one.
     if (value == nullptr || !JSValueIsObject(m_caller, value))
         return false;
-    if (JSObjectIsFunction(m_caller, const_cast<JSObjectRef>(value)))
+    const auto function = const_cast<JSObjectRef>(value);
+    // A script runs on after its frame is gone, and nobody would take its handler away any more.
+    if (JSObjectIsFunction(m_caller, function) && FrameBuiltIns::AreOf(FrameOf(m_caller, function)))
         return true;
-    HBBTV_LOG_DEBUG("%s(%s) - value is not a function", m_name.c_str(), eventName);
+    HBBTV_LOG_DEBUG("%s(%s) - value is not a function of a frame", m_name.c_str(), eventName);
     return false;
 }
 

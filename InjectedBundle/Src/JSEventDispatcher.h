@@ -68,7 +68,6 @@ class JSEventDispatcher {
     [[nodiscard]] Handler MakeHandler(JSValueRef value);
     bool CallHandlers(const char* eventName, const Handler& handler, std::vector<Handler> listeners,
                       std::span<const char* const> paramNames, std::span<const JSValueRef> paramValues);
-    [[nodiscard]] bool HasHandlers() const { return !m_dom1.empty() || !m_dom2.empty(); }
     void ForgetIfIdle();
 
     JSGlobalContextRef m_caller;

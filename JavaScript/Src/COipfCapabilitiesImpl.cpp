@@ -2,6 +2,7 @@
 
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/JSConversions.h"
 #include "InjectedBundle/Src/JSHandles.h"
 
@@ -30,17 +31,15 @@ std::string NameOf(JSContextRef context, JSValueRef thrown) {
 JSValueRef COipfCapabilitiesImpl::GetXmlCapabilities(JSContextRef context) {
     HBBTV_LOG_INFO("[%s:%d] %s", kTag, __LINE__, __func__);
     // The text goes in as it is: escaping it is the receiver's part, and receivers do it.
-    const std::string script = "var parser = new DOMParser(); var xmlDoc = parser.parseFromString(\"" +
-                               CDAEBrowserAPIWK::GetInstance()->GetXmlCapabilities() +
-                               "\", \"text/xml\"); return xmlDoc;";
+    const std::string script = "return \"" + CDAEBrowserAPIWK::GetInstance()->GetXmlCapabilities() + "\";";
     JSValueRef thrown = nullptr;
-    JSValueRef document = nullptr;
-    const JSObjectRef parse = JSObjectMakeFunction(context, nullptr, 0, nullptr,
-                                                   JSStringHandle(script.c_str()).Get(), nullptr, 1, &thrown);
-    if (parse != nullptr && thrown == nullptr)
-        document = JSObjectCallAsFunction(context, parse, nullptr, 0, nullptr, &thrown);
-    if (thrown == nullptr)
-        return document;
+    JSValueRef text = nullptr;
+    const JSObjectRef read = JSObjectMakeFunction(context, nullptr, 0, nullptr,
+                                                  JSStringHandle(script.c_str()).Get(), nullptr, 1, &thrown);
+    if (read != nullptr && thrown == nullptr)
+        text = JSObjectCallAsFunction(context, read, nullptr, 0, nullptr, &thrown);
+    if (text != nullptr && thrown == nullptr)
+        return FrameBuiltIns::ParseXml(context, text);
 
     std::string reason;
     if (!ToUtf8(context, thrown, reason, nullptr) || reason.empty())

@@ -24,6 +24,11 @@ const populate = () => {
   video.type = "video/broadcast";
   video.onPlayStateChange = () => {};
   root.appendChild(video);
+  // A script that runs on after its frame is gone.
+  const frame = root.appendChild(document.createElement("iframe"));
+  const late = frame.contentWindow.eval("(object => object.addEventListener('LowMemory', () => object))");
+  frame.remove();
+  late(window.oipfObjectFactory.createApplicationManagerObject());
 };
 
 describe("Navigation", () => {

@@ -107,7 +107,7 @@ TEST_F(ABinding, IsAPlainObjectWithoutANativeOne) {
 TEST_F(ABinding, ReadsACollectionByItemAndByIndex) {
     EXPECT_EQ(Value("strings.length"), "number 3");
     EXPECT_EQ(Value("[strings[0], strings.item(1), strings[2]].join('|')"), "string eng||d\u00e9u");
-    EXPECT_EQ(Value("strings[3]"), "undefined");
+    EXPECT_EQ(Value("[strings[3], 2 in strings, 3 in strings].join()"), "string ,true,false");
     EXPECT_EQ(Value("strings.item(3)"), "undefined");
     EXPECT_EQ(Value("strings.item(-1)"), "undefined");
     EXPECT_EQ(Value("strings.item(Infinity)"), "undefined");

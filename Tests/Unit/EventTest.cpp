@@ -108,10 +108,20 @@ TEST_F(AnEventTarget, TellsTheLogAndTheWindowOfTheListenerWhatItsListenersThrow)
     EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - failed to call DOM level 1 call-back function."), 1);
     EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - TypeError: mine (http://tv/page.js:2)"), 1);
     EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - of the child"), 1);
+    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - (no text)"), 1);
     EXPECT_EQ(LogCapture::Errors(), 6);
 }
 
 TEST_F(AnEventTarget, IsDeafToWhatThePageDidToItsBuiltIns) {
+    // Listeners of frames whose prototypes have other names hear first and last.
+    const auto listen = [&](FakeFrame& frame) {
+        frame.Share("manager", page.main);
+        frame.Eval(R"(var right = 0; manager.addEventListener('ApplicationLoadError', e => {
+            right += e instanceof Object && typeof e.app.show === 'function';
+        }))");
+    };
+    FakeFrame &first = page.AddFrame(), &last = page.AddFrame();
+    listen(first);
     Eval(R"(var right = 0, events = new Set();
         const mine = {get() { return 'mine'; }, set() { throw 'mine'; }, configurable: true};
         for (let i = 0; i < 300; ++i) Object.defineProperty(Array.prototype, i, mine);
@@ -124,13 +134,16 @@ TEST_F(AnEventTarget, IsDeafToWhatThePageDidToItsBuiltIns) {
         for (let i = 0; i < 200; ++i) {
             manager.addEventListener('ApplicationLoadError', e => {
                 right += e.type === 'ApplicationLoadError' && e.target === manager && !events.has(e) &&
-                         typeof e.app.show === 'function' && manager.app === e.app;
+                         typeof e.app.show === 'function' && manager.app === e.app && e instanceof Object &&
+                         manager instanceof Object;
                 events.add(e);
             });
         })");
+    listen(last);
     for (int i = 0; i < 2; ++i)
         LoadError();
-    EXPECT_EQ(Eval("right + ' ' + events.has(manager.event)"), "400 true");
+    EXPECT_EQ(Eval("right + ' ' + manager.event.type"), "400 ApplicationLoadError");
+    EXPECT_EQ(first.Eval("right") + last.Eval("right"), "22");
 }
 
 TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
@@ -207,6 +220,8 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
             each.onApplicationLoadError = () => log.push('child');
         });)");
         Eval("manager.onLowMemory = () => log.push('main');");
+        child.Eval("var late = () => log.push('late')");
+        page.main.Share("late", child);
         LowMemory();
         LoadError();
         EXPECT_EQ(Eval("log.splice(0).sort().join()"), "child,child,child on 0,child on 1,main,main on theirs");
@@ -224,7 +239,9 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
         LowMemory();
         LoadError();
         EXPECT_EQ(Eval("log.splice(0).sort().join()"), "main,main on theirs") << "even in the dispatch that removes it";
-        Eval("theirs.onLowMemory = null; delete theirs;");
+        Eval("manager.addEventListener('LowMemory', late); theirs.onLowMemory = late;");
+        LowMemory();
+        EXPECT_EQ(Log(), "main") << "a script that runs on gives no handlers any more";
     }
 
     FakePage other;

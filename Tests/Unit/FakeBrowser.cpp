@@ -69,7 +69,8 @@ void FakeFrame::Navigate() {
     JSGlobalContextRelease(context);
     context = JSGlobalContextCreateInGroup(Engine(), nullptr);
     SetGlobal("collect", JSObjectMakeFunctionWithCallback(context, nullptr, &Collect));
-    Eval("var reported = []; function reportError(error) { reported.push(error); }");
+    Eval(R"(var reported = []; function reportError(error) { reported.push(error); }
+        class DOMParser { parseFromString(text, type) { return {text, type}; } })");
     ClientOf<WKBundlePageLoaderClientV6>(page.loaderClient)
         ->didClearWindowObjectForFrame(RefOf(page), RefOf(*this), nullptr, nullptr);
 }
