@@ -50,6 +50,11 @@ COipfVideoBroadcastImpl::COipfVideoBroadcastImpl(JSContextRef context)
     : PlayerObject(context, CBroadcastPlayerWK::GetInstance(), ++s_instance_id),
       m_streamEvents(std::make_unique<CStreamEventHandler>()) {}
 
+COipfVideoBroadcastImpl::~COipfVideoBroadcastImpl() {
+    if (m_hold && m_player != nullptr)
+        m_player->SendRelease(m_playerId);
+}
+
 bool COipfVideoBroadcastImpl::IsBroadcastRelated() const {
     return CDAEBrowserAPIWK::GetInstance()->IsBroadcastRelated();
 }
@@ -217,8 +222,8 @@ JSValueRef COipfVideoBroadcastImpl::customAddStreamEventListener(const CallArgum
         return JSValueMakeNull(call.context);
     }
     const std::string id = "streamId" + std::to_string(++streamId);
-    t_AddCallbackFunction(call.context, call.thisObject, id.c_str(), arguments.listener);
-    m_streamEvents->AddEventListener(arguments.targetURL, arguments.eventName, id, arguments.listener);
+    if (t_AddCallbackFunction(call.context, call.thisObject, id.c_str(), arguments.listener))
+        m_streamEvents->AddEventListener(arguments.targetURL, arguments.eventName, id, arguments.listener);
     return JSValueMakeUndefined(call.context);
 }
 

@@ -20,8 +20,9 @@ class jiProgrammeCollection;
 class COipfVideoBroadcastImpl final
     : public PlayerObject<jiOipfVideoBroadcast, COipfVideoBroadcastBase, IBroadcastPlayerCommon> {
  public:
-    // Its end neither stops nor releases the player: what is presented goes on.
     explicit COipfVideoBroadcastImpl(JSContextRef context);
+    // Gives its player back: nobody can any more.
+    ~COipfVideoBroadcastImpl() override;
 
     void SetWidth(uint32_t width) { m_window.width = width; }
     void SetHeight(uint32_t height) { m_window.height = height; }

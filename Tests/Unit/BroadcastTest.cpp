@@ -92,7 +92,7 @@ TEST_F(ABroadcastObject, AsksThePlayerUnderItsOwnIdentifier) {
     EXPECT_EQ(Value("tv.programmes"), "null");
 }
 
-TEST_F(ABroadcastObject, GivesItsPlayerBackWithItsPageOrFrame) {
+TEST_F(ABroadcastObject, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
     Eval(
         "var other = PrivateObjectFactory.createVideoBroadcastObject(); other.bindToCurrentChannel(); "
         "tv.onPlayStateChange = function() { tv.bindToCurrentChannel(); }; tv.bindToCurrentChannel()");
@@ -112,10 +112,22 @@ TEST_F(ABroadcastObject, GivesItsPlayerBackWithItsPageOrFrame) {
         EXPECT_THAT(player.TakeCalls(), ElementsAre("Release (" + std::to_string(next++) + ",)")) << call;
     }
     FakeFrame& idle = page.AddFrame();
-    idle.Eval("var tv = PrivateObjectFactory.createVideoBroadcastObject(); tv.nextChannel(); tv.release()");
+    idle.Eval(
+        "var theirs = [...Array(20)].map(() => PrivateObjectFactory.createVideoBroadcastObject()); "
+        "theirs[0].nextChannel(); theirs[0].release()");
+    page.main.Share("theirs", idle);
     (void)player.TakeCalls();
     idle.Remove();
     EXPECT_THAT(player.TakeCalls(), IsEmpty());
+    // Who still holds them may begin anew.
+    Eval("theirs.forEach((each, i) => { each.nextChannel(); if (i % 2) each.release(); }); theirs = null");
+    idle.Eval("theirs = null");
+    (void)player.TakeCalls();
+    page.main.CollectGarbage();
+    const std::vector<std::string> calls = player.TakeCalls(7);
+    EXPECT_THAT(calls, testing::Each(testing::StartsWith("Release (")));
+    EXPECT_THAT(calls.size(), testing::AllOf(testing::Ge(7U), testing::Le(10U)))
+        << "but for false references";
 }
 
 TEST_F(ABroadcastObject, MakesChannelsFromWhatAPageKnows) {

@@ -310,16 +310,17 @@ TEST_F(AnAVControl, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
     FakeFrame& child = page.AddFrame();
     child.Eval(
         "var av = PrivateObjectFactory.createVideoMpegObject(); av.play(1); av.release(); "
-        "av.queue('http://x/a')");
+        "av.queue('http://x/a'); var theirs = [...Array(20)].map(() => "
+        "PrivateObjectFactory.createVideoMpegObject())");
+    page.main.Share("theirs", child);
     ChangeState(5);
     (void)player.TakeCalls();
     child.Remove();
     EXPECT_THAT(player.TakeCalls(), ElementsAre("ReleasePlayer (" + std::to_string(id + 2) + ",)"));
 
-    Eval(
-        "(function() { for (var i = 0; i < 20; i++) { var each = "
-        "PrivateObjectFactory.createVideoMpegObject(); "
-        "each.play(1); if (i % 2) each.release(); } })()");
+    // Who still holds the others may begin anew.
+    Eval("theirs.forEach((each, i) => { each.play(1); if (i % 2) each.release(); }); theirs = null");
+    child.Eval("theirs = null");
     (void)player.TakeCalls();
     page.main.CollectGarbage();
     const std::vector<std::string> calls = player.TakeCalls(14);

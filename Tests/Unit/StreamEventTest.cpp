@@ -99,6 +99,11 @@ TEST_F(AStreamEvent, IsNotHeardByAListenerThatWasRemoved) {
     EXPECT_NE(Log(), "") << "another event of the same function";
     // The receiver may use the identifier again before anything came for the old one.
     Eval("tv.removeStreamEventListener('dvb://x', 'tock', f)");
+    (void)api.TakeCalls();
+    Eval("tv.addEventListener('PlayStateChange', f); tv.removeStreamEventListener('dvb://x', 'tock', f)");
+    EXPECT_EQ(Unsubscribed(42), 0U);
+    Fire(E_VBO_STATE_CHANGE, id, 1, 1000);
+    EXPECT_NE(Log(), "") << "nothing was there to be removed";
     Subscribe(42, "'dvb://x', 'tack', f");
     Send(42);
     EXPECT_EQ(Eval("log.splice(0).length / 5"), "1");
