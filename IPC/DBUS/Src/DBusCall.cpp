@@ -83,7 +83,9 @@ void SetAbsent(GErrorPtr& error) {
 }
 
 bool IsAbsent(const GError& error) {
-    return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_NOT_CONNECTED) != FALSE;
+    // The call that the bus closes the connection upon may be the first to hear of it.
+    return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_NOT_CONNECTED) != FALSE ||
+           g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CLOSED) != FALSE;
 }
 
 bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error) {
