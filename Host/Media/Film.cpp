@@ -75,11 +75,20 @@ std::uint32_t Film::position() const {
         return rewoundTo();
     if (m_progress.seeking)
         return m_progress.nextSeek.value_or(m_progress.seekTarget);
-    m_lastPosition = m_pipeline.position().value_or(m_lastPosition);
+    auto here = m_pipeline.position().value_or(m_lastPosition);
     if (m_duration != 0)
-        m_lastPosition = std::min(m_lastPosition, m_duration);
+        here = std::min(here, m_duration);
+    // What has run out of data says that it is at the medium's end before the pipeline says that it has ended.
+    if (here + tolerance(m_duration) >= m_duration && isTooEarlyToEnd())
+        return m_lastPosition;
+    m_lastPosition = here;
     m_lastLook = m_timers.now();
     return m_lastPosition;
+}
+
+bool Film::isTooEarlyToEnd() const {
+    const auto reached = m_lastPosition + static_cast<double>(m_timers.now() - m_lastLook);
+    return m_progress.rate == 1.0 && m_duration > 0 && reached + tolerance(m_duration) < m_duration;
 }
 
 double Film::pace() const {
@@ -283,8 +292,7 @@ void Film::buffered(int percent) {
 
 void Film::reachedEnd() {
     // At its end a pipeline says that all of the medium has been played, even if some of it never came.
-    const auto reached = m_lastPosition + static_cast<double>(m_timers.now() - m_lastLook);
-    if (m_progress.rate == 1.0 && m_duration > 0 && reached + tolerance(m_duration) < m_duration) {
+    if (isTooEarlyToEnd()) {
         fail(MediaError::Corrupt);
         return;
     }

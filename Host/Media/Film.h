@@ -82,6 +82,8 @@ class Film {
     }
     [[nodiscard]] bool isBuffering() const { return !m_progress.live && m_progress.buffered < 100; }
     [[nodiscard]] std::uint32_t rewoundTo() const;
+    // From where the film was seen last it cannot have come to the end of the medium by now.
+    [[nodiscard]] bool isTooEarlyToEnd() const;
 
     void handleElement(GstMessage* message);
     void handleApplication(GstMessage* message);
