@@ -133,15 +133,34 @@ void FakeService::Stop() {
     m_connection.reset();
 }
 
+std::vector<std::string> FakeService::Methods() const {
+    std::vector<std::string> names;
+    for (GDBusMethodInfo* const* each = m_info->methods; each != nullptr && *each != nullptr; ++each)
+        names.emplace_back((*each)->name);
+    return names;
+}
+
+std::pair<std::vector<std::string>, std::vector<std::string>> FakeService::TypesOf(
+    const std::string& method) const {
+    const auto typesOf = [](GDBusArgInfo* const* arguments) {
+        std::vector<std::string> types;
+        for (; arguments != nullptr && *arguments != nullptr; ++arguments)
+            types.emplace_back((*arguments)->signature);
+        return types;
+    };
+    const GDBusMethodInfo* const info =
+        g_dbus_interface_info_lookup_method(const_cast<GDBusInterfaceInfo*>(m_info), method.c_str());
+    return {typesOf(info->in_args), typesOf(info->out_args)};
+}
+
 void FakeService::Reply(const std::string& method, const std::string& values) {
     const std::lock_guard guard(m_mutex);
-    m_answers[method].values = values;
+    m_answers[method] = {.values = values};
 }
 
 void FakeService::ReplyOfAnyType(const std::string& method, const std::string& values) {
     const std::lock_guard guard(m_mutex);
-    m_answers[method].values = values;
-    m_answers[method].ofAnyType = true;
+    m_answers[method] = {.values = values, .ofAnyType = true};
 }
 
 void FakeService::Fail(const std::string& method, const std::string& message) {

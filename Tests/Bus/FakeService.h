@@ -26,9 +26,15 @@ class FakeService {
     void Stop();
     void Start();
 
-    // Owns its name and answers nothing, as a process that is stopped; goes on with all that was asked meanwhile.
+    // Owns its name and answers nothing, as a process that is stopped; goes on with all that was asked
+    // meanwhile.
     void Hang();
     void GoOn();
+
+    [[nodiscard]] std::vector<std::string> Methods() const;
+    // Of a method: those of its arguments and those of its answer.
+    [[nodiscard]] std::pair<std::vector<std::string>, std::vector<std::string>> TypesOf(
+        const std::string& method) const;
 
     // What a method answers from now on. Values are written as GVariant text: "(uint32 7, true)". A method
     // that nothing was said about answers zeros.
@@ -45,14 +51,15 @@ class FakeService {
     // The interface's signals and the values of their arguments, zeros all.
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> Signals() const;
 
-    // The calls since the last time, as "Show (7,)"; those that nobody waited for may have to be waited for here.
+    // The calls since the last time, as "Show (7,)"; those that nobody waited for may have to be waited for
+    // here.
     [[nodiscard]] std::vector<std::string> TakeCalls(size_t atLeast = 0);
 
  private:
     struct Answer {
-        std::string values;
+        std::string values{};
         bool ofAnyType = false;
-        std::string failure;
+        std::string failure{};
         unsigned delay = 0;
     };
     struct Unref {

@@ -1,9 +1,8 @@
-// Services that are not there, die, come back, are slow; and clients that outlive the program.
+// Services that are not there, die, come back; and clients that outlive the program.
 
 #include <chrono>
 #include <cstdlib>
 #include <memory>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -98,41 +97,6 @@ TEST_F(AClient, MakesAConnectionThatTheBusClosedAnew) {
     service->Emit("PluginEvent", "(400, 0)");
     EXPECT_TRUE(WaitFor([&] { return counter.events == 1; }));
     client.UnsubscribeEvents(&counter);
-}
-
-TEST_F(AClient, WaitsForASlowAnswer) {
-    const auto service = NewService();
-    service->Delay("IsTrusted", 300);
-    CDAEBrowserAPIWK client;
-    EXPECT_TRUE(client.IsTrusted());
-    EXPECT_EQ(LogCapture::Errors(), 0);
-}
-
-TEST_F(AClient, IsFreedWhenItsServiceDiesWithACallUnderWay) {
-    const auto service = NewService();
-    service->Delay("IsTrusted", 60000);
-    CDAEBrowserAPIWK client;
-    std::thread killer([&] {
-        while (service->TakeCalls().empty())
-            std::this_thread::yield();
-        service->Stop();
-    });
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(client.IsTrusted());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
-    killer.join();
-}
-
-TEST_F(AClient, RefusesAnAnswerOfTheWrongType) {
-    const auto service = NewService();
-    service->ReplyOfAnyType("IsTrusted", "('yes', 1)");
-    service->ReplyOfAnyType("GetCountryID", "()");
-    CDAEBrowserAPIWK client;
-    EXPECT_FALSE(client.IsTrusted());
-    std::string country = "untouched";
-    client.GetCountryID(country);
-    EXPECT_EQ(country, "untouched");
-    EXPECT_EQ(LogCapture::Errors(), 2);
 }
 
 TEST(AConnection, AsksForANameAndLogsWhetherItGotIt) {
