@@ -88,8 +88,8 @@ const rows = {
     ["GetMimeType", () => playing().then(it => it.type), "video/mp4"],
     ["GetPlayPosition", () => playing().then(it => typeof it.playPosition), "number"],
     ["GetPlayTime", () => playing().then(it => it.playTime), 0, 600000],
-    // The last one that was told.
-    ["GetSpeed", () => playing().then(it => it.speed), 1],
+    // The last one that was told, which is a moment after the state.
+    ["GetSpeed", () => playing().then(it => until(() => it.speed === 1).then(() => it.speed)), 1],
     ["SetVolume", () => playing().then(it => it.setVolume(50)), false, true],
     ["GetNrTracks", () => playing().then(it => it.nrTracks), 0, 1],
     ["GetCurrentTrack", () => playing().then(it => it.currentTrackIndex), 0],
