@@ -97,7 +97,11 @@ function tries(turn) {
     await browser.open(television.server.url(path));
   }
 
+  // The last thing that a page did may have been to become independent of the broadcast, and a channel that its player
+  // was still tuning to goes with the player: the viewer chooses one again.
   async function nextPage() {
+    await receiver.setWorld("/broadcast/current_channel", 1);
+    await receiver.setWorld("/broadcast/related", true);
     await open(television.server.write("matrix.html", page));
     await checkPage();
   }
@@ -197,8 +201,6 @@ function tries(turn) {
       }, `${row.does}`);
       await isCalled(name);
       await open("/pages/plain.html");
-      // The last thing that a page did may have been to become independent of the broadcast.
-      await receiver.setWorld("/broadcast/related", true);
     },
     async "service gone"(name, row) {
       await receiver.delay(name, 60000);
