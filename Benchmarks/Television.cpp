@@ -169,7 +169,7 @@ void StreamEventToListener(benchmark::State& state) {
     Script script;
     CDAEBrowserAPIWK* client = CDAEBrowserAPIWK::GetInstance();
     const std::array<JSValueRef, 1> television{
-        OipfJavaScript::MakeObject<OipfJavaScript::jiOipfVideoBroadcast>(script.Context())};
+        OipfJavaScript::MakeObject<OipfJavaScript::jiOipfVideoBroadcast>(script.Context(), script.Context())};
     script.Keep(television[0]);
     const JSObjectRef subscribe = script.Function(
         "function (tv) { globalThis.heard = 0;"
