@@ -5,16 +5,21 @@
 
 #include <string>
 
+#include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/JSHandles.h"
 
 namespace Benchmarks {
 
 class Script {
    public:
-    Script() : m_context(JSGlobalContextCreate(nullptr)) {}
+    // Handlers are taken from frames alone.
+    Script() : m_context(JSGlobalContextCreate(nullptr)) { OipfJavaScript::FrameBuiltIns::Capture(m_context); }
     Script(const Script&) = delete;
     Script& operator=(const Script&) = delete;
-    ~Script() { JSGlobalContextRelease(m_context); }
+    ~Script() {
+        OipfJavaScript::FrameBuiltIns::Forget(m_context);
+        JSGlobalContextRelease(m_context);
+    }
 
     [[nodiscard]] JSGlobalContextRef Context() const { return m_context; }
 
