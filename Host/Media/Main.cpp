@@ -1,11 +1,13 @@
 // hbbtv-media: plays one film for the receiver, which starts it and to whose line it listens. Ends with the
 // line.
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include "Host/Inc/CommandLine.h"
 #include "Host/Media/Film.h"
 #include "Host/Receiver/GLibTimers.h"
 #include "Host/Receiver/Media/MediaWords.h"
@@ -17,7 +19,6 @@ using namespace Receiver;
 
 constexpr int lineNumber = 3;
 constexpr std::uint32_t tickMs = 200;
-constexpr char usage[] = "usage: hbbtv-media [--sound SINK], started by hbbtv-receiver\n";
 
 // What most media need. Loaded ahead, it does not keep a film waiting.
 constexpr const char* usualElements[] = {"souphttpsrc",  "filesrc",    "urisourcebin",  "decodebin3",
@@ -140,13 +141,13 @@ class Player : private MediaListener {
 int main(int count, char** arguments) {
     // Whatever ends the receiver, and wherever this process is stuck then.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::string sound;
-    if (count == 3 && std::string(arguments[1]) == "--sound") {
-        sound = arguments[2];
-    } else if (count != 1) {
-        std::cerr << usage;
-        return 2;
-    }
+    const Host::CommandLine commandLine = {"hbbtv-media", HBBTV_VERSION, nullptr,
+                                           "Plays one film for hbbtv-receiver, which starts it."};
+    char* sound = nullptr;
+    const GOptionEntry entries[] = {{"sound", 0, 0, G_OPTION_ARG_STRING, &sound, "Where sound goes", "SINK"}, {}};
+    std::string problem;
+    if (!Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)}, problem))
+        return Host::refuseCommandLine(commandLine, problem);
     const Host::GMainLoopHandle loop(g_main_loop_new(nullptr, FALSE));
     GError* error = nullptr;
     // The first time this may look through all of GStreamer's plugins.
@@ -157,7 +158,7 @@ int main(int count, char** arguments) {
     for (const auto* name : usualElements)
         if (auto* factory = gst_element_factory_find(name))
             gst_object_unref(gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)));
-    const Player player(sound);
+    const Player player(Host::takeText(sound).value_or(""));
     g_main_loop_run(loop.get());
     return 0;
 }

@@ -10,8 +10,8 @@
 #include <gio/gio.h>
 #include <glib-unix.h>
 
+#include "Host/Inc/CommandLine.h"
 #include "Host/Receiver/BusReceiver.h"
-#include "Host/Receiver/CommandLine.h"
 #include "Host/Receiver/World/JsonReader.h"
 
 namespace {
@@ -99,15 +99,19 @@ int serve(const std::string& scenario) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    const auto commandLine =
-        Receiver::parseCommandLine(std::vector<std::string>(arguments + 1, arguments + std::max(count, 1)));
-    if (commandLine.help) {
-        std::cout << Receiver::Usage;
-        return 0;
-    }
-    if (!commandLine.problem.empty()) {
-        std::cerr << programName << commandLine.problem << "\n" << Receiver::Usage;
-        return 2;
-    }
-    return serve(commandLine.scenario);
+    const Host::CommandLine line = {
+        "hbbtv-receiver", HBBTV_VERSION, nullptr,
+        "Simulates a television receiver on the session bus, in the world that the scenario describes.\n"
+        "Prints \"hbbtv-receiver: ready\" once all its names are owned; SIGTERM or SIGINT ends it.",
+        "Exit codes: 0 ended as asked, 1 could not start or lost the bus, 2 wrong arguments."};
+    char* file = nullptr;
+    const GOptionEntry entries[] = {
+        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &file, "The world, a JSON file", "FILE"}, {}};
+    std::string problem;
+    const bool parsed =
+        Host::parseCommandLine(line, entries, {arguments + 1, arguments + std::max(count, 1)}, problem);
+    const auto scenario = Host::takeText(file);
+    if (parsed && scenario.value_or("").empty())
+        problem = "--scenario needs a file";
+    return problem.empty() ? serve(*scenario) : Host::refuseCommandLine(line, problem);
 }
