@@ -5,8 +5,8 @@
 namespace Host::ShellChannel {
 
 // Initialisation data of a web process: the connection's address, the bundle's path (empty for none),
-// automation.
-inline constexpr char kUserDataType[] = "(ssb)";
+// automation, whether WebKit writes the console to the terminal.
+inline constexpr char kUserDataType[] = "(ssbb)";
 
 // The connection is peer to peer, so there are no bus names. A body or reply is (is there one, its text).
 inline constexpr char kPath[] = "/org/vantrel/hbbtv/shell";

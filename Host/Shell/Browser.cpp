@@ -203,9 +203,8 @@ void Browser::viewDidFinishLoad(BrowserView& view) {
         m_check.pageDidLoad(view);
 }
 
-void Browser::viewDidFailLoad(BrowserView& view, const std::string& reason) {
-    if (view.id() == kFirstViewId)
-        m_check.pageDidFail(reason);
+void Browser::viewDidFailLoad(BrowserView&) {
+    m_check.pageDidFail();
 }
 
 void Browser::viewWantsToClose(BrowserView& view) {

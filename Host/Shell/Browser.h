@@ -37,7 +37,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void viewDidReplaceDocument(BrowserView& view) override;
     void viewDidChangeUrl(BrowserView& view) override;
     void viewDidFinishLoad(BrowserView& view) override;
-    void viewDidFailLoad(BrowserView& view, const std::string& reason) override;
+    void viewDidFailLoad(BrowserView& view) override;
     void viewWantsToClose(BrowserView& view) override;
 
     void didReceiveMessage(std::uint64_t page, const std::string& name,

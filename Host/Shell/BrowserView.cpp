@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <libsoup/soup.h>
+
 #include "Host/Shell/ShellPages.h"
 
 namespace Shell {
@@ -14,6 +16,33 @@ namespace {
 constexpr char kHbbTVMimeType[] = "application/vnd.hbbtv.xhtml+xml";
 
 constexpr char kBlankUrl[] = "about:blank";
+
+constexpr std::uint32_t kFirstErrorStatus = 400;
+
+// Empty for a response that is one.
+std::string errorOf(WebKitURIResponse* response) {
+    const std::uint32_t status = response ? webkit_uri_response_get_status_code(response) : 0;
+    if (status < kFirstErrorStatus)
+        return {};
+    // The carousel speaks no HTTP to a viewer.
+    if (g_str_has_prefix(webkit_uri_response_get_uri(response), "dvb:"))
+        return kNoSuchFile;
+    return "HTTP status " + std::to_string(status) + " (" + soup_status_get_phrase(status) + ")";
+}
+
+void tellOfResource(WebKitWebResource* resource, const char* reason) {
+    g_message("cannot load %s: %s", webkit_web_resource_get_uri(resource), reason);
+}
+
+void onResourceFinished(WebKitWebResource* resource, gpointer) {
+    if (const std::string error = errorOf(webkit_web_resource_get_response(resource)); !error.empty())
+        tellOfResource(resource, error.c_str());
+}
+
+void onResourceFailed(WebKitWebResource* resource, GError* error, gpointer) {
+    if (!g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED))
+        tellOfResource(resource, error->message);
+}
 
 const char* wordsFor(WebKitWebProcessTerminationReason reason) {
     switch (reason) {
@@ -40,6 +69,7 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
 
     g_signal_connect(m_view.get(), "load-changed", G_CALLBACK(onLoadChanged), this);
     g_signal_connect(m_view.get(), "load-failed", G_CALLBACK(onLoadFailed), this);
+    g_signal_connect(m_view.get(), "resource-load-started", G_CALLBACK(onResourceStarted), this);
     g_signal_connect(m_view.get(), "notify::uri", G_CALLBACK(onUriChanged), this);
     g_signal_connect(m_view.get(), "decide-policy", G_CALLBACK(onDecidePolicy), this);
     g_signal_connect(m_view.get(), "create", G_CALLBACK(onCreate), this);
@@ -71,20 +101,16 @@ void BrowserView::showPlainPage() {
     webkit_web_view_load_html(m_view.get(), plainPage().c_str(), nullptr);
 }
 
-void BrowserView::showError(const std::string& url, const std::string& reason) {
+void BrowserView::fail(const std::string& url, const std::string& reason) {
+    g_warning("view %d: cannot show %s: %s", m_id, url.c_str(), reason.c_str());
     m_ownPageRequested = true;
     webkit_web_view_load_alternate_html(m_view.get(), errorPage(url, reason).c_str(), url.c_str(), nullptr);
+    m_listener.viewDidFailLoad(*this);
 }
 
 std::string BrowserView::url() const {
     const char* uri = webkit_web_view_get_uri(m_view.get());
     return uri ? uri : "";
-}
-
-std::uint32_t BrowserView::httpStatus() const {
-    WebKitWebResource* resource = webkit_web_view_get_main_resource(m_view.get());
-    WebKitURIResponse* response = resource ? webkit_web_resource_get_response(resource) : nullptr;
-    return response ? webkit_uri_response_get_status_code(response) : 0;
 }
 
 void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
@@ -102,20 +128,15 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
             break;
         case WEBKIT_LOAD_FINISHED: {
             view.m_provisional = false;
-            if (view.m_ownPage)
+            if (view.showsOwnPage())
                 break;
             // A forbidden port: WebKit reports no failure, it shows nothing.
             const std::string requested = std::exchange(view.m_requestedUrl, {});
             if (view.url() == kBlankUrl && !requested.empty() && requested != kBlankUrl) {
-                view.m_listener.viewDidFailLoad(view, "WebKit refused " + requested);
+                view.fail(requested, "WebKit forbids its port");
                 break;
             }
-            constexpr std::uint32_t kFirstErrorStatus = 400;
-            const std::uint32_t status = view.httpStatus();
-            if (status < kFirstErrorStatus)
-                view.m_listener.viewDidFinishLoad(view);
-            else
-                view.m_listener.viewDidFailLoad(view, "HTTP status " + std::to_string(status));
+            view.m_listener.viewDidFinishLoad(view);
             break;
         }
         case WEBKIT_LOAD_REDIRECTED:
@@ -131,31 +152,50 @@ gboolean BrowserView::onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* 
         g_error_matches(error, WEBKIT_POLICY_ERROR,
                         WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE))
         return FALSE;
-    auto& view = *static_cast<BrowserView*>(self);
-    g_warning("view %d: cannot load %s: %s", view.m_id, url, error->message);
-    view.showError(url, error->message);
-    view.m_listener.viewDidFailLoad(view, error->message);
+    static_cast<BrowserView*>(self)->fail(url, error->message);
     return TRUE;
+}
+
+void BrowserView::onResourceStarted(WebKitWebView* webView, WebKitWebResource* resource, WebKitURIRequest*,
+                                    gpointer) {
+    if (resource == webkit_web_view_get_main_resource(webView))
+        return;
+    g_signal_connect(resource, "finished", G_CALLBACK(onResourceFinished), nullptr);
+    g_signal_connect(resource, "failed", G_CALLBACK(onResourceFailed), nullptr);
 }
 
 void BrowserView::onUriChanged(WebKitWebView*, GParamSpec*, gpointer self) {
     auto& view = *static_cast<BrowserView*>(self);
     // A load that has only started may still fail or become a download.
-    if (view.m_provisional || view.m_ownPage || view.m_ownPageRequested || view.url() == view.m_reportedUrl)
+    if (view.m_provisional || view.showsOwnPage() || view.url() == view.m_reportedUrl)
         return;
     view.m_reportedUrl = view.url();
     view.m_listener.viewDidChangeUrl(view);
 }
 
 gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
-                                     WebKitPolicyDecisionType type, gpointer) {
+                                     WebKitPolicyDecisionType type, gpointer self) {
     if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE)
         return FALSE;
-    WebKitURIResponse* response =
-        webkit_response_policy_decision_get_response(WEBKIT_RESPONSE_POLICY_DECISION(decision));
-    if (g_strcmp0(webkit_uri_response_get_mime_type(response), kHbbTVMimeType) != 0)
-        return FALSE;
-    webkit_policy_decision_use(decision);
+    auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+    WebKitURIResponse* response = webkit_response_policy_decision_get_response(reply);
+    const char* mimeType = webkit_uri_response_get_mime_type(response);
+    const bool known = webkit_response_policy_decision_is_mime_type_supported(reply) ||
+                       g_strcmp0(mimeType, kHbbTVMimeType) == 0;
+    // What the page around a frame shows is its own affair, but nothing is ever downloaded.
+    if (!webkit_response_policy_decision_is_main_frame_main_resource(reply)) {
+        known ? webkit_policy_decision_use(decision) : webkit_policy_decision_ignore(decision);
+        return TRUE;
+    }
+    std::string error = errorOf(response);
+    if (error.empty() && !known)
+        error = std::string("this is no page: ") + mimeType;
+    if (error.empty()) {
+        webkit_policy_decision_use(decision);
+        return TRUE;
+    }
+    webkit_policy_decision_ignore(decision);
+    static_cast<BrowserView*>(self)->fail(webkit_uri_response_get_uri(response), error);
     return TRUE;
 }
 
@@ -168,10 +208,7 @@ GtkWidget* BrowserView::onCreate(WebKitWebView*, WebKitNavigationAction*, gpoint
 void BrowserView::onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason,
                                       gpointer self) {
     auto& view = *static_cast<BrowserView*>(self);
-    const char* words = wordsFor(reason);
-    g_warning("view %d: %s", view.m_id, words);
-    view.showError(view.url(), words);
-    view.m_listener.viewDidFailLoad(view, words);
+    view.fail(view.url(), wordsFor(reason));
 }
 
 void BrowserView::onClose(WebKitWebView*, gpointer self) {

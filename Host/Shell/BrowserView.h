@@ -19,8 +19,8 @@ class BrowserViewListener {
     // The main frame shows another URL, by a navigation or by a fragment.
     virtual void viewDidChangeUrl(BrowserView& view) = 0;
     virtual void viewDidFinishLoad(BrowserView& view) = 0;
-    // An error page is shown instead.
-    virtual void viewDidFailLoad(BrowserView& view, const std::string& reason) = 0;
+    // An error page is shown instead, and the terminal has a line of it.
+    virtual void viewDidFailLoad(BrowserView& view) = 0;
     // The page asked to be closed (a WebDriver closes windows in this way).
     virtual void viewWantsToClose(BrowserView& view) = 0;
 
@@ -59,6 +59,8 @@ class BrowserView {
     static gboolean onLoadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* url, GError* error,
                                  gpointer self);
     static void onUriChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
+    static void onResourceStarted(WebKitWebView* view, WebKitWebResource* resource, WebKitURIRequest* request,
+                                  gpointer self);
     static gboolean onDecidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision,
                                    WebKitPolicyDecisionType type, gpointer self);
     static GtkWidget* onCreate(WebKitWebView* view, WebKitNavigationAction* action, gpointer self);
@@ -66,8 +68,8 @@ class BrowserView {
                                     gpointer self);
     static void onClose(WebKitWebView* view, gpointer self);
 
-    void showError(const std::string& url, const std::string& reason);
-    [[nodiscard]] std::uint32_t httpStatus() const;
+    void fail(const std::string& url, const std::string& reason);
+    [[nodiscard]] bool showsOwnPage() const { return m_ownPage || m_ownPageRequested; }
 
     std::int32_t m_id;
     BrowserViewListener& m_listener;

@@ -61,8 +61,7 @@ void finish(WebKitURISchemeRequest* request, unsigned status, const std::string&
 }
 
 void finishMissing(WebKitURISchemeRequest* request) {
-    const std::string page =
-        errorPage(webkit_uri_scheme_request_get_uri(request), "The object carousel has no such file.");
+    const std::string page = errorPage(webkit_uri_scheme_request_get_uri(request), kNoSuchFile);
     const GBytesHandle bytes(g_bytes_new(page.data(), page.size()));
     finish(request, kNotFound, "text/html; charset=utf-8", bytes.get());
 }

@@ -2,45 +2,33 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <functional>
-#include <map>
 
+#include "Host/Inc/CommandLine.h"
 #include "Host/Shell/KeyMap.h"
 
 namespace Shell {
 
+using namespace Host;
+
 namespace {
 
-constexpr char kUsage[] =
-    "usage: hbbtv-shell [--scenario FILE] [--profile 1.2.1|none] [--screenshot FILE] [--exit-after-load]\n"
-    "                   [--automation] [--no-receiver] [--carousel-limit SECONDS] URL\n";
-
-constexpr char kHelp[] =
-    "\n"
-    "Shows an HbbTV application in a television browser of 1280x720 pixels.\n"
-    "\n"
-    "  --scenario FILE     the receiver's world (a JSON file), given to hbbtv-receiver\n"
-    "  --profile VERSION   the HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token\n"
-    "  --screenshot FILE   write what is on the screen to a PNG file when the page has loaded\n"
-    "  --exit-after-load   leave when the page has loaded; if it has an element with the id \"verdict\", "
-    "when that\n"
-    "                      element's data-verdict is \"pass\" or \"fail\"; prints \"verdict: "
-    "pass|fail|none\"\n"
-    "  --automation        let a WebDriver control the views; no URL is needed\n"
-    "  --no-receiver       do not start hbbtv-receiver when there is none on the session bus\n"
-    "  --carousel-limit SECONDS\n"
-    "                      how long a file of the object carousel may take (1 to 600; 30)\n"
-    "  --help              this text\n"
-    "\n"
-    "Exit code: 0, or with --exit-after-load 1 for a failed load, a failed or a missing verdict; 2 for a "
-    "bad\n"
-    "command line or a scenario that the receiver refuses.\n"
+constexpr char kDescription[] =
+    "Exit code: 0; 1 for no display, and with --exit-after-load for a page or an application that cannot be\n"
+    "shown, a failed verdict or one that does not come; 2 for a bad command line or a scenario that the\n"
+    "receiver refuses.\n"
     "\n"
     "Environment: HBBTV_BUNDLE (the bundle's path; empty: none), HBBTV_RECEIVER (the receiver's path),\n"
-    "HBBTV_MEDIA (the path of the program that plays films for the receiver).\n"
+    "HBBTV_MEDIA (the path of the program that plays films for the receiver), HBBTV_LOG_LEVEL (the bundle's\n"
+    "own lines: debug, info, warning, error or none), WEBKIT_INSPECTOR_SERVER (ADDRESS:PORT for a remote Web\n"
+    "Inspector).\n"
     "\n"
     "Remote control on the keyboard:\n";
+
+CommandLine commandLine() {
+    return {"hbbtv-shell", HBBTV_VERSION, "URL",
+            "Shows an HbbTV application in a television browser of 1280x720 pixels.",
+            kDescription + keyTableText()};
+}
 
 bool isProfile(const std::string& text) {
     return text.size() == 5 && text[1] == '.' && text[3] == '.' &&
@@ -48,95 +36,79 @@ bool isProfile(const std::string& text) {
                        [](unsigned char c) { return c == '.' || std::isdigit(c) != 0; });
 }
 
-bool readNumber(const std::string& text, unsigned smallest, unsigned largest, unsigned& number) {
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stopped == end && number >= smallest && number <= largest;
-}
-
-// Takes the value of an option; the reason when it is no good.
-using TakeValue = std::function<std::string(Options&, const std::string&)>;
-
-const std::map<std::string, TakeValue>& valueOptions() {
-    static const std::map<std::string, TakeValue> s_options = {
-        {"--scenario",
-         [](Options& options, const std::string& value) {
-             options.scenario = value;
-             return std::string();
-         }},
-        {"--screenshot",
-         [](Options& options, const std::string& value) {
-             options.screenshot = value;
-             return std::string();
-         }},
-        {"--profile",
-         [](Options& options, const std::string& value) -> std::string {
-             if (value != "none" && !isProfile(value))
-                 return "not a profile: " + value;
-             options.profile = value == "none" ? "" : value;
-             return {};
-         }},
-        {"--carousel-limit",
-         [](Options& options, const std::string& value) -> std::string {
-             if (!readNumber(value, 1, 600, options.carouselLimitSeconds))
-                 return "not a number of seconds: " + value;
-             return {};
-         }},
-    };
-    return s_options;
-}
-
-const std::map<std::string, void (*)(Options&)>& switches() {
-    static const std::map<std::string, void (*)(Options&)> s_switches = {
-        {"--exit-after-load", [](Options& options) { options.exitAfterLoad = true; }},
-        {"--automation", [](Options& options) { options.automation = true; }},
-        {"--no-receiver", [](Options& options) { options.receiver = false; }},
-    };
-    return s_switches;
+// What is wrong with the values, empty for nothing.
+std::string problemOf(const Options& options, int carouselLimit, size_t urls) {
+    constexpr int kLongestCarouselLimit = 600;
+    if (!options.profile.empty() && !isProfile(options.profile))
+        return "not a profile: " + options.profile;
+    if (carouselLimit < 1 || carouselLimit > kLongestCarouselLimit)
+        return "not a number of seconds from 1 to 600: " + std::to_string(carouselLimit);
+    if (options.requireVerdict && !options.exitAfterLoad)
+        return "--require-verdict goes with --exit-after-load";
+    if (urls > 1)
+        return "more than one URL";
+    return urls == 0 && !options.automation ? "no URL" : "";
 }
 
 }  // namespace
 
-ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
+std::optional<Options> parseOptions(const std::vector<std::string>& arguments, std::string& problem) {
     Options options;
-    for (size_t at = 0; at < arguments.size(); ++at) {
-        const std::string& argument = arguments[at];
-        if (argument == "--help")
-            return HelpWanted{};
-        if (const auto found = switches().find(argument); found != switches().end()) {
-            found->second(options);
-            continue;
-        }
-        const size_t equals = argument.find('=');
-        if (const auto found = valueOptions().find(argument.substr(0, equals));
-            found != valueOptions().end()) {
-            if (equals == std::string::npos && ++at == arguments.size())
-                return BadUsage{argument + " needs a value"};
-            const std::string value =
-                equals == std::string::npos ? arguments[at] : argument.substr(equals + 1);
-            if (value.empty())
-                return BadUsage{found->first + " needs a value"};
-            if (const std::string reason = found->second(options, value); !reason.empty())
-                return BadUsage{reason};
-            continue;
-        }
-        if (argument.empty() || argument[0] == '-')
-            return BadUsage{"unknown option: " + argument};
-        if (!options.url.empty())
-            return BadUsage{"more than one URL"};
-        options.url = argument;
-    }
-    if (options.url.empty() && !options.automation)
-        return BadUsage{"no URL"};
-    return options;
+    char* scenario = nullptr;
+    char* profile = nullptr;
+    char* screenshot = nullptr;
+    char** urls = nullptr;
+    int carouselLimit = static_cast<int>(options.carouselLimitSeconds);
+    gboolean exitAfterLoad = FALSE;
+    gboolean requireVerdict = FALSE;
+    gboolean automation = FALSE;
+    gboolean noReceiver = FALSE;
+    gboolean quiet = FALSE;
+    const GOptionEntry entries[] = {
+        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
+         "The receiver's world (a JSON file), given to hbbtv-receiver", "FILE"},
+        {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
+         "The HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token", "VERSION"},
+        {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &screenshot,
+         "Write what is on the screen to a PNG file when the page has loaded", "FILE"},
+        {"exit-after-load", 0, 0, G_OPTION_ARG_NONE, &exitAfterLoad,
+         "Leave when the page has loaded; if it has an element with the id \"verdict\", when that element's "
+         "data-verdict is \"pass\" or \"fail\"; prints \"verdict: pass|fail|none\"",
+         nullptr},
+        {"require-verdict", 0, 0, G_OPTION_ARG_NONE, &requireVerdict,
+         "With --exit-after-load: a page that gives no verdict has failed", nullptr},
+        {"quiet", 'q', 0, G_OPTION_ARG_NONE, &quiet,
+         "Neither the page's console nor what it could not load on the terminal", nullptr},
+        {"automation", 0, 0, G_OPTION_ARG_NONE, &automation,
+         "Let a WebDriver control the views; no URL is needed", nullptr},
+        {"no-receiver", 0, 0, G_OPTION_ARG_NONE, &noReceiver,
+         "Do not start hbbtv-receiver when there is none on the session bus", nullptr},
+        {"carousel-limit", 0, 0, G_OPTION_ARG_INT, &carouselLimit,
+         "How long a file of the object carousel may take (1 to 600; 30)", "SECONDS"},
+        {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &urls, nullptr, nullptr},
+        {}};
+    const bool parsed = parseCommandLine(commandLine(), entries, arguments, problem);
+    const GStrings ownedUrls(urls);
+    options.scenario = takeText(scenario);
+    options.screenshot = takeText(screenshot);
+    options.profile = takeText(profile).value_or(options.profile);
+    if (options.profile == "none")
+        options.profile.clear();
+    options.exitAfterLoad = exitAfterLoad;
+    options.requireVerdict = requireVerdict;
+    options.automation = automation;
+    options.receiver = !noReceiver;
+    options.quiet = quiet;
+    options.carouselLimitSeconds = static_cast<unsigned>(carouselLimit);
+    if (urls)
+        options.url = urls[0];
+    if (parsed)
+        problem = problemOf(options, carouselLimit, urls ? g_strv_length(urls) : 0);
+    return problem.empty() ? std::optional<Options>(options) : std::nullopt;
 }
 
-std::string usageText() {
-    return kUsage;
-}
-
-std::string helpText() {
-    return std::string(kUsage) + kHelp + keyTableText();
+int refuseOptions(const std::string& problem) {
+    return refuseCommandLine(commandLine(), problem);
 }
 
 }  // namespace Shell

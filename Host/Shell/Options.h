@@ -3,7 +3,6 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace Shell {
@@ -15,22 +14,18 @@ struct Options {
     std::optional<std::string> screenshot;
     unsigned carouselLimitSeconds = 30;
     bool exitAfterLoad = false;
+    bool requireVerdict = false;
     bool automation = false;
     bool receiver = true;
+    bool quiet = false;
 };
 
-struct HelpWanted {};
+// The arguments without the program's name; nothing, with the reason, when they are no good. Automation needs no
+// URL, because the driver navigates. A call for help ends the program.
+[[nodiscard]] std::optional<Options> parseOptions(const std::vector<std::string>& arguments,
+                                                  std::string& problem);
 
-struct BadUsage {
-    std::string reason;
-};
-
-using ParsedOptions = std::variant<Options, HelpWanted, BadUsage>;
-
-// The arguments without the program's name. Automation needs no URL, because the driver navigates.
-[[nodiscard]] ParsedOptions parseOptions(const std::vector<std::string>& arguments);
-
-[[nodiscard]] std::string usageText();
-[[nodiscard]] std::string helpText();
+// Tells the reason; the exit code.
+[[nodiscard]] int refuseOptions(const std::string& problem);
 
 }  // namespace Shell

@@ -16,16 +16,16 @@ constexpr unsigned kTimeLimitSeconds = 20;
 constexpr char kWorld[] = "hbbtv-shell";
 
 constexpr char kVerdictScript[] = R"(
-    const element = document.getElementById('verdict');
-    if (!element)
+    const element = () => document.getElementById('verdict');
+    if (!required && !element())
         return 'none';
-    const read = () => element.getAttribute('data-verdict');
+    const read = () => element()?.getAttribute('data-verdict');
     const given = verdict => verdict === 'pass' || verdict === 'fail';
     if (given(read()))
         return read();
     return new Promise(resolve => {
-        new MutationObserver(() => given(read()) && resolve(read()))
-            .observe(element, { attributes: true, attributeFilter: ['data-verdict'] });
+        new MutationObserver(() => given(read()) && resolve(read())).observe(document,
+            { subtree: true, childList: true, attributes: true, attributeFilter: ['id', 'data-verdict'] });
     });
 )";
 
@@ -60,21 +60,29 @@ void PageCheck::pageDidLoad(BrowserView& view) {
     runStep(m_options.exitAfterLoad ? Step::Verdict : Step::Frames);
 }
 
-void PageCheck::pageDidFail(const std::string& reason) {
-    if (m_left || !m_options.exitAfterLoad)
-        return;
-    m_failure = "the page did not load: " + reason;
+void PageCheck::pageDidFail() {
+    m_failed = true;
     finish();
 }
 
+void PageCheck::fail(const std::string& reason) {
+    g_warning("%s", reason.c_str());
+    m_failed = true;
+}
+
+// A page without a verdict is judged at once, unless it is required to give one.
 void PageCheck::runStep(Step step) {
     if (m_cancellable)
         g_cancellable_cancel(m_cancellable.get());
     m_cancellable.reset(g_cancellable_new());
     m_step = step;
+    GVariantDict arguments;
+    g_variant_dict_init(&arguments, nullptr);
+    // WebKit takes no booleans.
+    g_variant_dict_insert(&arguments, "required", "d", m_options.requireVerdict ? 1.0 : 0.0);
     webkit_web_view_call_async_javascript_function(
-        m_view.get(), step == Step::Verdict ? kVerdictScript : kFramesScript, -1, nullptr, kWorld, nullptr,
-        m_cancellable.get(), onScriptDone, this);
+        m_view.get(), step == Step::Verdict ? kVerdictScript : kFramesScript, -1, g_variant_dict_end(&arguments),
+        kWorld, nullptr, m_cancellable.get(), onScriptDone, this);
 }
 
 void PageCheck::onScriptDone(GObject* view, GAsyncResult* result, gpointer self) {
@@ -112,7 +120,7 @@ void PageCheck::takeScreenshot() {
     m_screenshot = std::make_unique<Screenshot>(*m_options.screenshot);
     m_screenshot->take(m_screen.videoPlane(), views, [this](const std::string& error) {
         if (!error.empty())
-            m_failure = "no screenshot: " + error;
+            fail("no screenshot: " + error);
         finish();
     });
 }
@@ -120,20 +128,18 @@ void PageCheck::takeScreenshot() {
 gboolean PageCheck::onTimeout(gpointer self) {
     auto& check = *static_cast<PageCheck*>(self);
     check.m_clock.forget();
-    check.m_failure = "no verdict of a loaded page within " + std::to_string(kTimeLimitSeconds) + " s";
+    check.fail("no verdict of a loaded page within " + std::to_string(kTimeLimitSeconds) + " s");
     check.finish();
     return G_SOURCE_REMOVE;
 }
 
 void PageCheck::finish() {
-    if (!m_failure.empty())
-        g_warning("%s", m_failure.c_str());
     if (m_left || !m_options.exitAfterLoad)
         return;
     m_left = true;
     m_clock.reset();
     std::cout << "verdict: " << m_verdict << std::endl;
-    m_leave(m_failure.empty() && m_verdict != "fail" ? 0 : 1);
+    m_leave(!m_failed && m_verdict != "fail" ? 0 : 1);
 }
 
 }  // namespace Shell

@@ -24,7 +24,8 @@ class PageCheck {
 
     // Of the first view. A page that goes on to another one is judged by that one.
     void pageDidLoad(BrowserView& view);
-    void pageDidFail(const std::string& reason);
+    // Of any view; why has been told.
+    void pageDidFail();
 
  private:
     enum class Step { Verdict, Frames };
@@ -36,6 +37,7 @@ class PageCheck {
     void stepDone(const std::string& answer);
     void takeScreenshot();
     void finish();
+    void fail(const std::string& reason);
     void restartClock();
 
     const Options& m_options;
@@ -47,7 +49,7 @@ class PageCheck {
     std::unique_ptr<Screenshot> m_screenshot;
     Step m_step = Step::Verdict;
     std::string m_verdict = "none";
-    std::string m_failure;
+    bool m_failed = false;
     bool m_left = false;
 };
 

@@ -5,6 +5,9 @@
 
 namespace Shell {
 
+// The words for a missing file of the object carousel.
+inline constexpr char kNoSuchFile[] = "The object carousel has no such file.";
+
 // For a load that failed; readable at three metres.
 [[nodiscard]] std::string errorPage(const std::string& url, const std::string& reason);
 

@@ -27,13 +27,13 @@ WebKitWebContext* makeContext(const std::string& folder) {
     return context;
 }
 
-WebKitSettings* makeSettings(const std::string& profile) {
+WebKitSettings* makeSettings(const Options& options) {
     WebKitSettings* settings = webkit_settings_new_with_settings(
         "enable-developer-extras", TRUE, "enable-page-cache", FALSE, "enable-smooth-scrolling", FALSE,
         "javascript-can-open-windows-automatically", FALSE, "media-playback-requires-user-gesture", FALSE,
-        nullptr);
+        "enable-write-console-messages-to-stdout", static_cast<gboolean>(!options.quiet), nullptr);
     webkit_settings_set_user_agent(
-        settings, userAgentWithProfile(webkit_settings_get_user_agent(settings), profile).c_str());
+        settings, userAgentWithProfile(webkit_settings_get_user_agent(settings), options.profile).c_str());
     return settings;
 }
 
@@ -52,12 +52,13 @@ WebKitUserContentManager* makeContent() {
 
 WebSetup::WebSetup(const Options& options, std::string channelAddress)
     : m_automation(options.automation),
+      m_showsConsole(!options.quiet),
       m_channelAddress(std::move(channelAddress)),
       m_adapterFolder(findAdapterFolder().value_or("")),
       m_bundle(findBundle().value_or("")),
       m_context(makeContext(m_data.path())),
       m_content(makeContent()),
-      m_settings(makeSettings(options.profile)) {
+      m_settings(makeSettings(options)) {
     if (m_adapterFolder.empty())
         g_warning("no web-process adapter beside this program: pages run without the bundle");
     else if (m_bundle.empty())
@@ -81,7 +82,8 @@ void WebSetup::onInitializeWebExtensions(WebKitWebContext* context, gpointer sel
     webkit_web_context_set_web_extensions_directory(context, setup.m_adapterFolder.c_str());
     webkit_web_context_set_web_extensions_initialization_user_data(
         context, g_variant_new(ShellChannel::kUserDataType, setup.m_channelAddress.c_str(),
-                               setup.m_bundle.c_str(), static_cast<gboolean>(setup.m_automation)));
+                               setup.m_bundle.c_str(), static_cast<gboolean>(setup.m_automation),
+                               static_cast<gboolean>(setup.m_showsConsole)));
 }
 
 }  // namespace Shell

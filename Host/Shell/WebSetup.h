@@ -27,6 +27,7 @@ class WebSetup {
     static void onInitializeWebExtensions(WebKitWebContext* context, gpointer self);
 
     bool m_automation;
+    bool m_showsConsole;
     std::string m_channelAddress;
     std::string m_adapterFolder;
     std::string m_bundle;  // Empty for none.

@@ -7,12 +7,12 @@
 #include "Host/Shell/Browser.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/SessionBus.h"
+#include "Host/Shell/TerminalLog.h"
 
 namespace {
 
-constexpr int kBadUsage = 2;
-
 int runBrowser(int argc, char** argv, Shell::Options options) {
+    Shell::logToTerminal(options.quiet);
     const Shell::SessionBus bus;
     if (!gtk_init_check(&argc, &argv)) {
         std::cerr << "hbbtv-shell: no display; xvfb-run gives one to a machine without a screen\n";
@@ -24,14 +24,7 @@ int runBrowser(int argc, char** argv, Shell::Options options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    Shell::ParsedOptions parsed = Shell::parseOptions({argv + 1, argv + argc});
-    if (std::holds_alternative<Shell::HelpWanted>(parsed)) {
-        std::cout << Shell::helpText();
-        return 0;
-    }
-    if (const auto* bad = std::get_if<Shell::BadUsage>(&parsed)) {
-        std::cerr << "hbbtv-shell: " << bad->reason << "\n" << Shell::usageText();
-        return kBadUsage;
-    }
-    return runBrowser(argc, argv, std::get<Shell::Options>(std::move(parsed)));
+    std::string problem;
+    auto options = Shell::parseOptions({argv + 1, argv + argc}, problem);
+    return options ? runBrowser(argc, argv, *std::move(options)) : Shell::refuseOptions(problem);
 }

@@ -26,8 +26,9 @@ std::string lastLinkError() {
 
 }  // namespace
 
-BundleHost::BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation)
-    : m_shell(shellAddress), m_automation(automation) {
+BundleHost::BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation,
+                       bool showsConsole)
+    : m_shell(shellAddress), m_automation(automation), m_showsConsole(showsConsole) {
     g_signal_connect(extension, "page-created", G_CALLBACK(onPageCreated), this);
     g_signal_connect(webkit_script_world_get_default(), "window-object-cleared",
                      G_CALLBACK(onWindowObjectCleared), this);
@@ -73,7 +74,7 @@ WKBundleScriptWorldRef BundleHost::normalWorld() {
 
 void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpointer self) {
     auto& host = *static_cast<BundleHost*>(self);
-    const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage));
+    const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage, !host.m_showsConsole));
     host.m_pages.insert_or_assign(webPage, page);
     g_object_weak_ref(G_OBJECT(webPage), onPageGone, self);
     if (host.m_carousel.serves())

@@ -21,7 +21,8 @@ namespace WebProcess {
 
 class BundleHost final : public WKObject, private DocumentEndListener {
  public:
-    BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation);
+    BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation,
+               bool showsConsole);
 
     // Why not, when the bundle cannot be loaded; pages work without it.
     [[nodiscard]] std::optional<std::string> loadBundle(const char* path);
@@ -57,6 +58,7 @@ class BundleHost final : public WKObject, private DocumentEndListener {
     ShellConnection m_shell;
     CarouselLoader m_carousel;
     bool m_automation;
+    bool m_showsConsole;
     WKBundleClientV1 m_client{};
     WKRetained<WKObject> m_pageGroup;  // Made with the first page.
     std::vector<UserScript> m_userScripts;

@@ -11,10 +11,11 @@ extern "C" G_MODULE_EXPORT void webkit_web_extension_initialize_with_user_data(W
     const char* address = nullptr;
     const char* bundlePath = nullptr;
     gboolean automation = FALSE;
-    g_variant_get(userData, "(&s&sb)", &address, &bundlePath, &automation);
+    gboolean showsConsole = FALSE;
+    g_variant_get(userData, "(&s&sbb)", &address, &bundlePath, &automation, &showsConsole);
 
     // Lives as long as the web process: WebKit's signals and the bundle refer to it until the end.
-    static auto* host = new WebProcess::BundleHost(extension, address, automation);
+    static auto* host = new WebProcess::BundleHost(extension, address, automation, showsConsole);
     if (*bundlePath == '\0')
         return;
     if (const auto error = host->loadBundle(bundlePath))

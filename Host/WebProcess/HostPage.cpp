@@ -23,8 +23,10 @@ bool isMainDocument(SoupMessageHeaders* headers) {
 
 }  // namespace
 
-HostPage::HostPage(WebKitWebPage* page) : m_page(page), m_id(webkit_web_page_get_id(page)) {
-    g_signal_connect(page, "console-message-sent", G_CALLBACK(onConsoleMessage), this);
+HostPage::HostPage(WebKitWebPage* page, bool hearsConsole)
+    : m_page(page), m_id(webkit_web_page_get_id(page)) {
+    if (hearsConsole)
+        g_signal_connect(page, "console-message-sent", G_CALLBACK(onConsoleMessage), this);
     g_signal_connect(page, "send-request", G_CALLBACK(onSendRequest), this);
     g_signal_connect(page, "notify::uri", G_CALLBACK(onUriChanged), this);
 }

@@ -14,7 +14,8 @@ namespace WebProcess {
 
 class HostPage final : public WKObject {
  public:
-    explicit HostPage(WebKitWebPage* page);
+    // What WebKit writes to the terminal, the bundle need not log as well.
+    HostPage(WebKitWebPage* page, bool hearsConsole);
     ~HostPage() override;
 
     // WebKit's page is gone: nothing more arrives, and its frames go with it.

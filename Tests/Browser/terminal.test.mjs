@@ -1,0 +1,119 @@
+// What the developer of an application reads on the terminal: hbbtv-shell as a program, its words and exit codes.
+import assert from "node:assert/strict";
+import { once } from "node:events";
+import { after, before, describe, it } from "node:test";
+import { PageServer } from "./Harness/pages.mjs";
+import { shell } from "./Harness/programs.mjs";
+import { Television } from "./Harness/television.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+import { Workplace } from "./Harness/workplace.mjs";
+
+const forbidden = "http://127.0.0.1:1/";
+const closed = "http://127.0.0.1:2/";
+
+const faulty = `<!DOCTYPE html><html><body><div id="verdict"></div><img src="${closed}"><script src="missing.js"></script>
+<script>
+console.log("first", 2, ["third", 4], "\\u00e4");
+console.error("so", "bad");
+fetch("gone.json");
+setTimeout(() => { throw new TypeError("too late"); });
+setTimeout(() => {
+  Promise.reject(new Error("broken promise"));
+  setTimeout(() => { document.getElementById("verdict").dataset.verdict = "pass"; }, 300);
+});
+</script></body></html>`;
+
+describe("The terminal", () => {
+  let workplace, server;
+
+  before(async () => {
+    workplace = await Workplace.create();
+    server = await PageServer.start();
+    delete workplace.env.HBBTV_LOG_LEVEL;
+    server.intercept("/app.bin", (_, response) =>
+      response.writeHead(200, { "Content-Type": "application/x-thing" }).end("thing"));
+  });
+
+  after(async () => {
+    await server?.close();
+    await workplace?.close();
+  });
+
+  // Runs the shell to its end.
+  async function run(...args) {
+    const start = workplace.lines.length;
+    const program = workplace.start(shell(), args);
+    await once(program, "close");
+    return { code: program.exitCode, text: workplace.lines.slice(start).join("\n") };
+  }
+
+  function assertTells(text, ...patterns) {
+    for (const pattern of patterns)
+      assert.match(text, pattern);
+  }
+
+  it("shows the console, what was not caught and what was not loaded", async () => {
+    const url = server.write("faulty.html", faulty);
+    const { code, text } = await run("--exit-after-load", url);
+    assert.equal(code, 0, text);
+    assertTells(text,
+      /faulty\.html:3:12: CONSOLE LOG first 2 third,4 ä$/m,
+      /faulty\.html:4:14: CONSOLE ERROR so bad$/m,
+      /faulty\.html:6:\d+: CONSOLE JS ERROR TypeError: too late$/m,
+      /CONSOLE JS ERROR Unhandled Promise Rejection: Error: broken promise$/m,
+      /^hbbtv-shell: cannot load http:\S+\/written\/missing\.js: HTTP status 404 \(Not Found\)$/m,
+      /^hbbtv-shell: cannot load http:\S+\/written\/gone\.json: HTTP status 404 \(Not Found\)$/m,
+      new RegExp(`^hbbtv-shell: cannot load ${closed}: .+`, "m"));
+    assert.doesNotMatch(text, /\[bootstrap\]|user-script/);
+
+    const quiet = await run("--quiet", "--exit-after-load", url);
+    assert.equal(quiet.code, 0);
+    assert.doesNotMatch(quiet.text, /CONSOLE|cannot load/);
+  });
+
+  it("tells why a page is not shown, with exit code 1", async () => {
+    const starts = server.write("starts.html", `<!DOCTYPE html><html><body><div id="verdict"></div><script>
+      oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
+        .createApplication("${server.url("/gone.html")}", false);
+    </script></body></html>`);
+    for (const [url, reason, shown = url, view = 1] of [
+      [starts, /HTTP status 404/, server.url("/gone.html"), 2],
+      [server.url("/nowhere.html"), /HTTP status 404 \(Not Found\)/],
+      [server.url("/app.bin"), /no page: application\/x-thing/],
+      [forbidden, /forbids its port/],
+      [closed, /Connection refused/]
+    ]) {
+      const { code, text } = await run("--exit-after-load", url);
+      assert.equal(code, 1, url);
+      const line = text.split("\n").find(each => each.startsWith(`hbbtv-shell: view ${view}: cannot show ${shown}: `));
+      assert.match(line ?? text, reason);
+    }
+  });
+});
+
+describe("A viewer", () => {
+  let television;
+
+  before(async () => { television = await Television.start(); });
+  after(() => television?.close());
+
+  const words = () => television.browser.run(() => document.body.innerText);
+
+  it("reads why an application is not shown, the first one and one that it starts", async () => {
+    const { browser, server, workplace } = television;
+    await browser.open(server.url("/nowhere.html")).catch(() => {});
+    await waitFor("the words of the first", async () => (await words()).includes("HTTP status 404 (Not Found)"));
+
+    await television.open("plain.html");
+    await browser.run(() => {
+      oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
+        .createApplication("/nothing.html", false);
+    });
+    const first = await browser.driver.getWindowHandle();
+    const started = await waitFor("its window", async () =>
+      (await browser.driver.getAllWindowHandles()).find(handle => handle !== first));
+    await browser.driver.switchTo().window(started);
+    await waitFor("the words of the second", async () => (await words()).includes("HTTP status 404 (Not Found)"));
+    assert.ok(workplace.lines.some(line => /^hbbtv-shell: view 2: cannot show .*nothing\.html: HTTP/.test(line)));
+  });
+});
