@@ -1,7 +1,7 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
 import { spawn } from "node:child_process";
-import { createWriteStream, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync } from "node:fs";
+import { appendFileSync, mkdirSync, mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -25,7 +25,6 @@ export class Workplace {
 
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
-  #log;
   // Variables of the shell alone, which hands them to the web process.
   preload = {};
   // What the processes have written so far, as in the log file.
@@ -38,7 +37,6 @@ export class Workplace {
       return path;
     };
     this.logFile = join(this.#folder, "processes.log");
-    this.#log = createWriteStream(this.logFile, { flags: "a" });
     this.env = {
       PATH: process.env.PATH,
       LANG: "C.UTF-8",
@@ -60,35 +58,38 @@ export class Workplace {
     this.#addSanitizers(process.env.HBBTV_SANITIZER);
     process.once("exit", code => {
       this.#children.forEach(child => child.kill("SIGKILL"));
-      const reports = readdirSync(this.#folder).filter(name => name.startsWith("sanitizer."));
-      for (const report of reports)
-        console.error(readFileSync(join(this.#folder, report), "utf8"));
-      process.exitCode = code || reports.length;
-      if (process.exitCode)
+      if (code)
         console.error(`Output of the processes of the failed tests: ${this.logFile}`);
       else
         rmSync(this.#folder, { recursive: true, force: true });
     });
   }
 
-  // A bundle with sanitizers in it needs their library in a web process that was built without. What they find, in any
-  // process, fails the test program. WebKit then takes its memory from the C library, so that the engine's is looked at
-  // as well.
+  // A bundle with sanitizers in it needs their library in a web process that was built without. WebKit then takes its
+  // memory from the C library, so that the engine's is looked at as well. Reports come with the other output: the two
+  // sanitizers are two libraries, and only one of them would know of a log file.
   #addSanitizers(library) {
     if (!library)
       return;
     this.preload = { LD_PRELOAD: library };
-    const log = `log_path=${join(this.#folder, "sanitizer")}`;
     Object.assign(this.env, {
-      ASAN_OPTIONS: `${log}:detect_leaks=0:alloc_dealloc_mismatch=0`,
-      UBSAN_OPTIONS: `${log}:print_stacktrace=1`,
+      ASAN_OPTIONS: "detect_leaks=0:alloc_dealloc_mismatch=0:handle_abort=1",
+      UBSAN_OPTIONS: "print_stacktrace=1:print_summary=1",
       Malloc: "1"
     });
   }
 
   #note(name, line) {
     this.lines.push(line);
-    this.#log.write(`[${name}] ${line}\n`);
+    appendFileSync(this.logFile, `[${name}] ${line}\n`);
+    if (this.preload.LD_PRELOAD && /SUMMARY: \w+Sanitizer|the web process crashed/.test(line))
+      this.#failWithReport();
+  }
+
+  // At once, because WebDriver waits for ever for the page of a web process that died.
+  #failWithReport() {
+    console.error(this.lines.slice(this.lines.findLastIndex(line => /==ERROR: | runtime error: /.test(line))).join("\n"));
+    process.exit(1);
   }
 
   // Starts a program and writes its output to the log.
@@ -147,6 +148,5 @@ export class Workplace {
   async close() {
     for (const child of Array.from(this.#children).reverse())
       await this.stop(child);
-    this.#log.end();
   }
 }
