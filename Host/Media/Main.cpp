@@ -144,9 +144,11 @@ int main(int count, char** arguments) {
     const Host::CommandLine commandLine = {"hbbtv-media", HBBTV_VERSION, nullptr,
                                            "Plays one film for hbbtv-receiver, which starts it."};
     char* sound = nullptr;
-    const GOptionEntry entries[] = {{"sound", 0, 0, G_OPTION_ARG_STRING, &sound, "Where sound goes", "SINK"}, {}};
+    const GOptionEntry entries[] = {{"sound", 0, 0, G_OPTION_ARG_STRING, &sound, "Where sound goes", "SINK"},
+                                    {}};
     std::string problem;
-    if (!Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)}, problem))
+    if (!Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)},
+                                problem))
         return Host::refuseCommandLine(commandLine, problem);
     const Host::GMainLoopHandle loop(g_main_loop_new(nullptr, FALSE));
     GError* error = nullptr;

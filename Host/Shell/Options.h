@@ -20,8 +20,8 @@ struct Options {
     bool quiet = false;
 };
 
-// The arguments without the program's name; nothing, with the reason, when they are no good. Automation needs no
-// URL, because the driver navigates. A call for help ends the program.
+// The arguments without the program's name; nothing, with the reason, when they are no good. Automation needs
+// no URL, because the driver navigates. A call for help ends the program.
 [[nodiscard]] std::optional<Options> parseOptions(const std::vector<std::string>& arguments,
                                                   std::string& problem);
 

@@ -81,8 +81,8 @@ void PageCheck::runStep(Step step) {
     // WebKit takes no booleans.
     g_variant_dict_insert(&arguments, "required", "d", m_options.requireVerdict ? 1.0 : 0.0);
     webkit_web_view_call_async_javascript_function(
-        m_view.get(), step == Step::Verdict ? kVerdictScript : kFramesScript, -1, g_variant_dict_end(&arguments),
-        kWorld, nullptr, m_cancellable.get(), onScriptDone, this);
+        m_view.get(), step == Step::Verdict ? kVerdictScript : kFramesScript, -1,
+        g_variant_dict_end(&arguments), kWorld, nullptr, m_cancellable.get(), onScriptDone, this);
 }
 
 void PageCheck::onScriptDone(GObject* view, GAsyncResult* result, gpointer self) {

@@ -21,8 +21,7 @@ namespace WebProcess {
 
 class BundleHost final : public WKObject, private DocumentEndListener {
  public:
-    BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation,
-               bool showsConsole);
+    BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation, bool showsConsole);
 
     // Why not, when the bundle cannot be loaded; pages work without it.
     [[nodiscard]] std::optional<std::string> loadBundle(const char* path);
