@@ -120,6 +120,7 @@ void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPag
     if (host.m_automation)
         defineCollectGarbage(context);
     page->didClearWindowObject(*frame, normalWorld());
+    defineKeyNames(context);
     host.runUserScripts(context, kWKInjectAtDocumentStart, frame->isMainFrame());
     if (host.hasUserScripts(kWKInjectAtDocumentEnd))
         listenForDocumentEnd(context, host);

@@ -69,6 +69,17 @@ void runBrowserExtensions(JSGlobalContextRef context) {
     runScript(context, s_browserExtensions.data(), "browser extensions");
 }
 
+void defineKeyNames(JSGlobalContextRef context) {
+    static const std::string s_script = R"(
+        for (const name of Object.keys(globalThis.KeyEvent ?? {})) {
+            if (name.startsWith('VK_'))
+                Object.defineProperty(globalThis, name,
+                    { value: KeyEvent[name], writable: true, enumerable: false, configurable: true });
+        }
+    )";
+    runScript(context, s_script, "key names");
+}
+
 void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener) {
     static constexpr char kName[] = "document end";
     static const JSClassRef listenerClass = [] {

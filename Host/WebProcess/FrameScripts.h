@@ -11,6 +11,10 @@ namespace WebProcess {
 // Runs a whole script; an exception is logged with the script's name and goes no further.
 void runScript(JSGlobalContextRef context, const std::string& source, const char* name);
 
+// Key constants as global names, as a television's browser has them; to be called when the bundle has defined
+// KeyEvent.
+void defineKeyNames(JSGlobalContextRef context);
+
 // The extensions that the television's browser has and WebKitGTK has not.
 void runBrowserExtensions(JSGlobalContextRef context);
 

@@ -142,6 +142,14 @@ describe("An application", () => {
       assert.deepEqual(await browser.run(() => window.keys), [404, 37, 13, 53, 415]);
     });
 
+    it("by their bare names, which a page may take for its own things", async () => {
+      await television.show("bare.html", `<!DOCTYPE html><html><body><script src="/pages/watch.js"></script>
+        <script>window.bare = [VK_UP, VK_RED, VK_0];</script>
+        <script>const VK_DOWN = "mine"; function VK_LEFT() {} var VK_BLUE = 7; window.own = [VK_DOWN, VK_BLUE];</script>`);
+      assert.deepEqual(await browser.run(() => [bare, own, typeof VK_LEFT, Object.keys(window).includes("VK_UP")]),
+        [[38, 403, 48], ["mine", 7], "function", false]);
+    });
+
     it("as far as the receiver lets it", async () => {
       const maximum = await receiver.getWorld("/keys/maximum");
       await receiver.setWorld("/keys/maximum", 31);
