@@ -75,6 +75,9 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
     g_signal_connect(m_view.get(), "create", G_CALLBACK(onCreate), this);
     g_signal_connect(m_view.get(), "web-process-terminated", G_CALLBACK(onProcessTerminated), this);
     g_signal_connect(m_view.get(), "close", G_CALLBACK(onClose), this);
+    // The screen keeps its size, and the inspector its keyboard: it has a window of its own.
+    g_signal_connect(webkit_web_view_get_inspector(m_view.get()), "attach", G_CALLBACK(onAttachInspector),
+                     nullptr);
     gtk_widget_show(widget());
 }
 
@@ -209,6 +212,11 @@ void BrowserView::onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminatio
                                       gpointer self) {
     auto& view = *static_cast<BrowserView*>(self);
     view.fail(view.url(), wordsFor(reason));
+}
+
+gboolean BrowserView::onAttachInspector(WebKitWebInspector* inspector, gpointer) {
+    webkit_web_inspector_detach(inspector);
+    return TRUE;
 }
 
 void BrowserView::onClose(WebKitWebView*, gpointer self) {

@@ -66,6 +66,7 @@ class BrowserView {
     static GtkWidget* onCreate(WebKitWebView* view, WebKitNavigationAction* action, gpointer self);
     static void onProcessTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                                     gpointer self);
+    static gboolean onAttachInspector(WebKitWebInspector* inspector, gpointer self);
     static void onClose(WebKitWebView* view, gpointer self);
 
     void fail(const std::string& url, const std::string& reason);

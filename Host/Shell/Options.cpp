@@ -19,8 +19,9 @@ constexpr char kDescription[] =
     "\n"
     "Environment: HBBTV_BUNDLE (the bundle's path; empty: none), HBBTV_RECEIVER (the receiver's path),\n"
     "HBBTV_MEDIA (the path of the program that plays films for the receiver), HBBTV_LOG_LEVEL (the bundle's\n"
-    "own lines: debug, info, warning, error or none), WEBKIT_INSPECTOR_SERVER (ADDRESS:PORT for a remote Web\n"
-    "Inspector).\n"
+    "own lines: debug, info, warning, error or none), WEBKIT_INSPECTOR_SERVER and "
+    "WEBKIT_INSPECTOR_HTTP_SERVER\n"
+    "(ADDRESS:PORT for a remote Web Inspector).\n"
     "\n"
     "Remote control on the keyboard:\n";
 

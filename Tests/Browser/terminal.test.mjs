@@ -1,7 +1,9 @@
 // What the developer of an application reads on the terminal: hbbtv-shell as a program, its words and exit codes.
 import assert from "node:assert/strict";
+import { execFile } from "node:child_process";
 import { once } from "node:events";
 import { after, before, describe, it } from "node:test";
+import { promisify } from "node:util";
 import { PageServer } from "./Harness/pages.mjs";
 import { shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
@@ -91,13 +93,29 @@ describe("The terminal", () => {
   });
 });
 
-describe("A viewer", () => {
+describe("A developer", () => {
   let television;
 
   before(async () => { television = await Television.start(); });
   after(() => television?.close());
 
   const words = () => television.browser.run(() => document.body.innerText);
+
+  it("has the inspector in a window of its own, with its keyboard", async () => {
+    const { browser } = television;
+    const xdotool = async (...args) => (await promisify(execFile)("xdotool", args, { env: television.workplace.env }))
+      .stdout.trim();
+    await television.open("plain.html");
+    await browser.run(() => { window.former = true; });
+    await xdotool("key", "F12");
+    const inspector = await waitFor("the window", () => xdotool("search", "--name", "Web Inspector").catch(() => ""));
+    await xdotool("windowfocus", inspector);
+    await waitFor("its Ctrl+R has loaded the page anew", async () => {
+      await xdotool("key", "ctrl+r");
+      return browser.run(() => !window.former);
+    }, 30000);
+    assert.equal(await browser.run(() => innerHeight), 720);
+  });
 
   it("reads why an application is not shown, the first one and one that it starts", async () => {
     const { browser, server, workplace } = television;
