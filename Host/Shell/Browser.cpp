@@ -12,7 +12,8 @@ using namespace Host;
 
 namespace {
 
-constexpr std::int32_t kFirstViewId = 1;
+// The receiver knows the views of all shells of its bus by their ids.
+constexpr std::int32_t kViewsOfAShell = 1000;
 // As for every bad argument.
 constexpr int kRefusedScenario = 2;
 // How a shell reports a program that a signal has ended.
@@ -34,10 +35,11 @@ std::optional<ReceiverProcess> runReceiver(const Options& options, GDBusConnecti
 
 }  // namespace
 
-Browser::Browser(Options options, GDBusConnection* bus)
+Browser::Browser(Options options, const SessionBus& bus)
     : m_options(std::move(options)),
-      m_receiverProcess(runReceiver(m_options, bus)),
-      m_receiver(bus, *this),
+      m_firstViewId((bus.number() - 1) * kViewsOfAShell + 1),
+      m_receiverProcess(runReceiver(m_options, bus.connection())),
+      m_receiver(bus.connection(), *this),
       m_loop(g_main_loop_new(nullptr, FALSE)),
       m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
@@ -48,6 +50,9 @@ Browser::Browser(Options options, GDBusConnection* bus)
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
     m_receiver.tellPlanes();
+    if (m_firstViewId != 1)
+        g_message("another shell shows its views on this bus; those of this one count from %d",
+                  m_firstViewId);
     if (m_options.automation)
         m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
 }
@@ -61,7 +66,7 @@ int Browser::run() {
     // The receiver has told why.
     if (m_receiverProcess && m_receiverProcess->refusedScenario())
         return kRefusedScenario;
-    openView(kFirstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
+    openView(m_firstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
     g_main_loop_run(m_loop.get());
     return m_exitCode;
 }
@@ -107,10 +112,10 @@ BrowserView* Browser::findView(std::int32_t id) const {
 
 WebKitWebView* Browser::viewForAutomation() {
     if (!std::exchange(m_firstViewHandedOut, true)) {
-        if (const BrowserView* view = findView(kFirstViewId))
+        if (const BrowserView* view = findView(m_firstViewId))
             return view->webView();
     }
-    return openView(m_views.empty() ? kFirstViewId : m_views.rbegin()->first + 1, "").webView();
+    return openView(m_views.empty() ? m_firstViewId : m_views.rbegin()->first + 1, "").webView();
 }
 
 bool Browser::handleKey(const GdkEventKey& event) {
@@ -147,7 +152,8 @@ void Browser::applicationStarted(std::int32_t id, const std::string& url) {
         view->load(url);
         return;
     }
-    openView(id, url);
+    if (id >= m_firstViewId && id - m_firstViewId < kViewsOfAShell)
+        openView(id, url);
 }
 
 // An empty screen would look like a fault: the last view stays.
@@ -199,7 +205,7 @@ void Browser::viewDidChangeUrl(BrowserView& view) {
 }
 
 void Browser::viewDidFinishLoad(BrowserView& view) {
-    if (view.id() == kFirstViewId)
+    if (view.id() == m_firstViewId)
         m_check.pageDidLoad(view);
 }
 

@@ -17,6 +17,7 @@
 #include "Host/Shell/ReceiverProcess.h"
 #include "Host/Shell/RemoteControl.h"
 #include "Host/Shell/Screen.h"
+#include "Host/Shell/SessionBus.h"
 #include "Host/Shell/WebProcessChannel.h"
 #include "Host/Shell/WebSetup.h"
 
@@ -24,8 +25,8 @@ namespace Shell {
 
 class Browser final : public BrowserViewListener, public WebProcessMessages, public ReceiverEvents {
  public:
-    // Without a session bus (null) there is no receiver.
-    Browser(Options options, GDBusConnection* bus);
+    // Without a connection to the bus there is no receiver.
+    Browser(Options options, const SessionBus& bus);
     ~Browser();
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
@@ -66,6 +67,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void leave(int exitCode);
 
     Options m_options;
+    std::int32_t m_firstViewId;
     // First, because it blocks: a signal then still ends the shell by itself.
     std::optional<ReceiverProcess> m_receiverProcess;
     ReceiverControl m_receiver;

@@ -26,17 +26,18 @@ void endWithParent(gpointer) {
 
 }  // namespace
 
-std::unique_ptr<ChildProcess> ChildProcess::start(const std::vector<std::string>& command) {
+std::unique_ptr<ChildProcess> ChildProcess::start(const std::vector<std::string>& command, Errors errors) {
     std::vector<char*> arguments;
     for (const std::string& argument : command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
-    constexpr auto kFlags =
-        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD | G_SPAWN_CLOEXEC_PIPES);
+    const auto flags =
+        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD | G_SPAWN_CLOEXEC_PIPES |
+                                 (errors == Errors::Hidden ? G_SPAWN_STDERR_TO_DEV_NULL : G_SPAWN_DEFAULT));
     GErrorSlot error;
     GPid pid = 0;
     int output = -1;
-    if (!g_spawn_async_with_pipes(nullptr, arguments.data(), nullptr, kFlags, endWithParent, nullptr, &pid,
+    if (!g_spawn_async_with_pipes(nullptr, arguments.data(), nullptr, flags, endWithParent, nullptr, &pid,
                                   nullptr, &output, nullptr, error.out())) {
         g_warning("%s", error.message());
         return nullptr;

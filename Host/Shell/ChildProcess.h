@@ -12,9 +12,12 @@ namespace Shell {
 
 class ChildProcess {
  public:
-    // Its standard output comes to us, its standard error is ours. Null (the reason is logged) if it cannot
-    // be run.
-    [[nodiscard]] static std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command);
+    enum class Errors { Shown, Hidden };
+
+    // Its standard output comes to us, its standard error is ours unless it is hidden. Null (the reason is
+    // logged) if it cannot be run.
+    [[nodiscard]] static std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command,
+                                                             Errors errors = Errors::Shown);
 
     // Asks it to end, and makes it end if it does not.
     ~ChildProcess();

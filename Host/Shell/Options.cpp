@@ -64,6 +64,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     gboolean requireVerdict = FALSE;
     gboolean automation = FALSE;
     gboolean noReceiver = FALSE;
+    gboolean sessionBus = FALSE;
     gboolean quiet = FALSE;
     const GOptionEntry entries[] = {
         {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
@@ -83,7 +84,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
         {"automation", 0, 0, G_OPTION_ARG_NONE, &automation,
          "Let a WebDriver control the views; no URL is needed", nullptr},
         {"no-receiver", 0, 0, G_OPTION_ARG_NONE, &noReceiver,
-         "Do not start hbbtv-receiver when there is none on the session bus", nullptr},
+         "Do not start hbbtv-receiver when there is none on the bus", nullptr},
+        {"session-bus", 0, 0, G_OPTION_ARG_NONE, &sessionBus,
+         "Use the session's bus, and a receiver that is there, instead of a bus of the shell's own", nullptr},
         {"carousel-limit", 0, 0, G_OPTION_ARG_INT, &carouselLimit,
          "How long a file of the object carousel may take (1 to 600; 30)", "SECONDS"},
         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &urls, nullptr, nullptr},
@@ -99,6 +102,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.requireVerdict = requireVerdict;
     options.automation = automation;
     options.receiver = !noReceiver;
+    options.sessionBus = sessionBus;
     options.quiet = quiet;
     options.carouselLimitSeconds = static_cast<unsigned>(carouselLimit);
     if (urls)

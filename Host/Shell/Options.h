@@ -17,6 +17,7 @@ struct Options {
     bool requireVerdict = false;
     bool automation = false;
     bool receiver = true;
+    bool sessionBus = false;
     bool quiet = false;
 };
 

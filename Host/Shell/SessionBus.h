@@ -1,8 +1,7 @@
-// The session bus: the user's, or one of the shell's own where the user has none.
+// The bus on which the receiver is: one of the shell's own, or the session's.
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "Host/Inc/GHandles.h"
 #include "Host/Shell/ChildProcess.h"
@@ -11,11 +10,15 @@ namespace Shell {
 
 class SessionBus {
  public:
-    // Finds or starts a bus. Must be made before anything that may use one, because it sets the environment.
-    SessionBus();
+    // Starts a bus of its own unless the session's is to be shared. Must be made before anything that may use
+    // one, because it sets the environment.
+    explicit SessionBus(bool shared);
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
     ~SessionBus();
+
+    // Shells that share a bus have numbers, from 1.
+    [[nodiscard]] int number() const { return m_number; }
 
     // Null without a bus; the reason has been logged.
     [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
@@ -23,6 +26,7 @@ class SessionBus {
  private:
     std::unique_ptr<ChildProcess> m_daemon;
     Host::GObjectHandle<GDBusConnection> m_connection;
+    int m_number = 1;
 };
 
 }  // namespace Shell

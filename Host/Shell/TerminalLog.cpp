@@ -19,6 +19,8 @@ void printNothing(const char*, GLogLevelFlags, const char*, gpointer) {}
 void logToTerminal(bool quiet) {
     g_log_set_handler(G_LOG_DOMAIN, G_LOG_LEVEL_WARNING, printLine, nullptr);
     g_log_set_handler(G_LOG_DOMAIN, G_LOG_LEVEL_MESSAGE, quiet ? printNothing : printLine, nullptr);
+    // GTK misses the accessibility service on a bus of the shell's own.
+    g_log_set_handler("dbind", G_LOG_LEVEL_WARNING, printNothing, nullptr);
 }
 
 }  // namespace Shell

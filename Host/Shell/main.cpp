@@ -13,12 +13,12 @@ namespace {
 
 int runBrowser(int argc, char** argv, Shell::Options options) {
     Shell::logToTerminal(options.quiet);
-    const Shell::SessionBus bus;
+    const Shell::SessionBus bus(options.sessionBus);
     if (!gtk_init_check(&argc, &argv)) {
         std::cerr << "hbbtv-shell: no display; xvfb-run gives one to a machine without a screen\n";
         return 1;
     }
-    return Shell::Browser(std::move(options), bus.connection()).run();
+    return Shell::Browser(std::move(options), bus).run();
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ class Screens {
   async with(body) {
     const path = join(this.workplace.env.HOME, `${++this.#count}.png`);
     const url = this.server.write(`plane-${this.#count}.html`, body);
-    const program = this.workplace.start(shell(), ["--exit-after-load", "--screenshot", path, url]);
+    const program = this.workplace.start(shell(), ["--session-bus", "--exit-after-load", "--screenshot", path, url]);
     await program.ended;
     assert.equal(program.exitCode, 0);
     return new Picture(path);
@@ -222,7 +222,7 @@ describe("The video plane of a shell that comes later", () => {
       { url: "*/song*", components: [{ type: "audio", encoding: "MPEG1_L3", pid: 1 }] },
       { url: "*", duration_ms: 600000 }
     ]);
-    const other = screens.workplace.start(shell(), [screens.server.write("busy.html", busyPage)]);
+    const other = screens.workplace.start(shell(), ["--session-bus", screens.server.write("busy.html", busyPage)]);
     await playersShown(3);
     const picture = await screens.with(nothing);
     assertCardAt(picture, 0, 0, 320, 180);

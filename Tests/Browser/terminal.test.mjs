@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
 import { once } from "node:events";
 import { after, before, describe, it } from "node:test";
-import { promisify } from "node:util";
+import { isDeepStrictEqual, promisify } from "node:util";
 import { PageServer } from "./Harness/pages.mjs";
 import { shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
@@ -66,7 +66,7 @@ describe("The terminal", () => {
       /^hbbtv-shell: cannot load http:\S+\/written\/missing\.js: HTTP status 404 \(Not Found\)$/m,
       /^hbbtv-shell: cannot load http:\S+\/written\/gone\.json: HTTP status 404 \(Not Found\)$/m,
       new RegExp(`^hbbtv-shell: cannot load ${closed}: .+`, "m"));
-    assert.doesNotMatch(text, /\[bootstrap\]|user-script/);
+    assert.doesNotMatch(text, /\[bootstrap\]|user-script|dbus-daemon|at-spi/i);
 
     const quiet = await run("--quiet", "--exit-after-load", url);
     assert.equal(quiet.code, 0);
@@ -90,6 +90,35 @@ describe("The terminal", () => {
       const line = text.split("\n").find(each => each.startsWith(`hbbtv-shell: view ${view}: cannot show ${shown}: `));
       assert.match(line ?? text, reason);
     }
+  });
+});
+
+describe("A second shell", () => {
+  let television;
+
+  before(async () => { television = await Television.start(); });
+  after(() => television?.close());
+
+  const starts = `<!DOCTYPE html><script>oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
+    .createApplication("/pages/plain.html", false);</script>`;
+
+  it("has a bus of its own, or else views of its own", async () => {
+    const { browser, receiver, server, workplace } = television;
+    await television.open("plain.html");
+    const views = async () => Object.entries((await receiver.getWorld("/state/views"))).map(([id, { url }]) => [id, url]);
+    const first = ["1", server.url("/pages/plain.html")];
+    const url = server.write("starts.html", starts);
+    const alone = workplace.start(shell(), [url]);
+    await waitFor("it loads", () => server.requested.has("/written/starts.html"));
+    assert.deepEqual(await views(), [first]);
+    await workplace.stop(alone);
+
+    const second = workplace.start(shell(), ["--session-bus", url]);
+    const expected = [first, ["1001", url], ["1002", first[1]]];
+    await waitFor("its views", async () => isDeepStrictEqual(await views(), expected)).catch(async error =>
+      assert.deepEqual(await views(), expected, error.message));
+    assert.equal((await browser.driver.getAllWindowHandles()).length, 1);
+    await workplace.stop(second);
   });
 });
 

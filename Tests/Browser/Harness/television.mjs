@@ -26,7 +26,7 @@ export class Television {
 
   async startShell(args) {
     await this.browser?.close();
-    this.browser = await Browser.start(this.workplace, shell(), ["--automation", ...args]);
+    this.browser = await Browser.start(this.workplace, shell(), ["--automation", "--session-bus", ...args]);
   }
 
   // Opens a page of Tests/Browser/pages.
