@@ -53,6 +53,11 @@ Browser::Browser(Options options, const SessionBus& bus)
     if (m_firstViewId != 1)
         g_message("another shell shows its views on this bus; those of this one count from %d",
                   m_firstViewId);
+    if (m_options.reloadFolder)
+        m_folderWatch.emplace(*m_options.reloadFolder, [this] {
+            for (const auto& [id, view] : m_views)
+                view->reload();
+        });
     if (m_options.automation)
         m_automation.emplace(m_web.context(), [this] { return viewForAutomation(); });
 }

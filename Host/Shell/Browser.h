@@ -11,6 +11,7 @@
 #include "Host/Shell/Automation.h"
 #include "Host/Shell/BrowserView.h"
 #include "Host/Shell/CarouselScheme.h"
+#include "Host/Shell/FolderWatch.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/PageCheck.h"
 #include "Host/Shell/ReceiverControl.h"
@@ -83,6 +84,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     PageCheck m_check;
     std::map<std::int32_t, std::unique_ptr<BrowserView>> m_views;
     std::optional<Automation> m_automation;
+    std::optional<FolderWatch> m_folderWatch;
     bool m_firstViewHandedOut = false;
 };
 

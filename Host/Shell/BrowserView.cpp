@@ -92,7 +92,7 @@ void BrowserView::load(const std::string& url) {
 }
 
 void BrowserView::reload() {
-    webkit_web_view_reload(m_view.get());
+    webkit_web_view_reload_bypass_cache(m_view.get());
 }
 
 void BrowserView::showInspector() {

@@ -57,6 +57,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     Options options;
     char* scenario = nullptr;
     char* profile = nullptr;
+    char* userAgent = nullptr;
+    char* profileFolder = nullptr;
+    char* reloadFolder = nullptr;
     char* screenshot = nullptr;
     char** urls = nullptr;
     int carouselLimit = static_cast<int>(options.carouselLimitSeconds);
@@ -65,12 +68,21 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     gboolean automation = FALSE;
     gboolean noReceiver = FALSE;
     gboolean sessionBus = FALSE;
+    gboolean ignoreTlsErrors = FALSE;
     gboolean quiet = FALSE;
     const GOptionEntry entries[] = {
         {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
          "The receiver's world (a JSON file), given to hbbtv-receiver", "FILE"},
         {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
          "The HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token", "VERSION"},
+        {"user-agent", 0, 0, G_OPTION_ARG_STRING, &userAgent,
+         "The whole user agent; it needs an HbbTV token of its own for the page to find objects", "TEXT"},
+        {"ignore-tls-errors", 0, 0, G_OPTION_ARG_NONE, &ignoreTlsErrors,
+         "Load from servers whose certificate is no good", nullptr},
+        {"profile-dir", 0, 0, G_OPTION_ARG_FILENAME, &profileFolder,
+         "Keep cookies and what pages store in this folder, for the next shell", "FOLDER"},
+        {"reload", 0, 0, G_OPTION_ARG_FILENAME, &reloadFolder,
+         "Load the page anew when something in this folder changes", "FOLDER"},
         {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &screenshot,
          "Write what is on the screen to a PNG file when the page has loaded", "FILE"},
         {"exit-after-load", 0, 0, G_OPTION_ARG_NONE, &exitAfterLoad,
@@ -94,6 +106,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     const bool parsed = parseCommandLine(commandLine(), entries, arguments, problem);
     const GStrings ownedUrls(urls);
     options.scenario = takeText(scenario);
+    options.userAgent = takeText(userAgent);
+    options.profileFolder = takeText(profileFolder);
+    options.reloadFolder = takeText(reloadFolder);
     options.screenshot = takeText(screenshot);
     options.profile = takeText(profile).value_or(options.profile);
     if (options.profile == "none")
@@ -103,6 +118,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.automation = automation;
     options.receiver = !noReceiver;
     options.sessionBus = sessionBus;
+    options.ignoreTlsErrors = ignoreTlsErrors;
     options.quiet = quiet;
     options.carouselLimitSeconds = static_cast<unsigned>(carouselLimit);
     if (urls)

@@ -9,7 +9,10 @@ namespace Shell {
 
 struct Options {
     std::string url;
-    std::string profile = "1.2.1";  // Empty for a user agent without the HbbTV token.
+    std::string profile = "1.2.1";         // Empty for a user agent without the HbbTV token.
+    std::optional<std::string> userAgent;  // Instead of WebKit's own with the profile.
+    std::optional<std::string> profileFolder;
+    std::optional<std::string> reloadFolder;
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
     unsigned carouselLimitSeconds = 30;
@@ -18,6 +21,7 @@ struct Options {
     bool automation = false;
     bool receiver = true;
     bool sessionBus = false;
+    bool ignoreTlsErrors = false;
     bool quiet = false;
 };
 

@@ -14,11 +14,16 @@ extern const std::string_view s_televisionStyle;
 
 namespace {
 
-// Nothing outlives the shell. An ephemeral session would do the same, but WebKit withholds console messages
-// there.
-WebKitWebContext* makeContext(const std::string& folder) {
+// An ephemeral session would also keep nothing, but WebKit withholds console messages there.
+WebKitWebContext* makeContext(const Options& options, const std::string& folder) {
     const GObjectHandle<WebKitWebsiteDataManager> data(webkit_website_data_manager_new(
         "base-data-directory", folder.c_str(), "base-cache-directory", folder.c_str(), nullptr));
+    if (options.ignoreTlsErrors)
+        webkit_website_data_manager_set_tls_errors_policy(data.get(), WEBKIT_TLS_ERRORS_POLICY_IGNORE);
+    if (options.profileFolder)
+        webkit_cookie_manager_set_persistent_storage(
+            webkit_website_data_manager_get_cookie_manager(data.get()), (folder + "/cookies").c_str(),
+            WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
     // A view keeps its web process from page to page, as on a television: the bundle's state lives in it.
     auto* context =
         WEBKIT_WEB_CONTEXT(g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "website-data-manager", data.get(),
@@ -27,13 +32,17 @@ WebKitWebContext* makeContext(const std::string& folder) {
     return context;
 }
 
+std::string absolute(const std::string& path) {
+    return GChars(g_canonicalize_filename(path.c_str(), nullptr)).get();
+}
+
 WebKitSettings* makeSettings(const Options& options) {
     WebKitSettings* settings = webkit_settings_new_with_settings(
         "enable-developer-extras", TRUE, "enable-page-cache", FALSE, "enable-smooth-scrolling", FALSE,
         "javascript-can-open-windows-automatically", FALSE, "media-playback-requires-user-gesture", FALSE,
         "enable-write-console-messages-to-stdout", static_cast<gboolean>(!options.quiet), nullptr);
-    webkit_settings_set_user_agent(
-        settings, userAgentWithProfile(webkit_settings_get_user_agent(settings), options.profile).c_str());
+    const std::string own = userAgentWithProfile(webkit_settings_get_user_agent(settings), options.profile);
+    webkit_settings_set_user_agent(settings, options.userAgent.value_or(own).c_str());
     return settings;
 }
 
@@ -56,7 +65,8 @@ WebSetup::WebSetup(const Options& options, std::string channelAddress)
       m_channelAddress(std::move(channelAddress)),
       m_adapterFolder(findAdapterFolder().value_or("")),
       m_bundle(findBundle().value_or("")),
-      m_context(makeContext(m_data.path())),
+      m_data(options.profileFolder ? nullptr : std::make_unique<TemporaryFolder>()),
+      m_context(makeContext(options, m_data ? m_data->path() : absolute(*options.profileFolder))),
       m_content(makeContent()),
       m_settings(makeSettings(options)) {
     if (m_adapterFolder.empty())

@@ -1,6 +1,7 @@
 // What all views share: one web context, its settings, and the web processes' adapter and bundle.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <webkit2/webkit2.h>
@@ -30,8 +31,8 @@ class WebSetup {
     bool m_showsConsole;
     std::string m_channelAddress;
     std::string m_adapterFolder;
-    std::string m_bundle;  // Empty for none.
-    TemporaryFolder m_data;
+    std::string m_bundle;                     // Empty for none.
+    std::unique_ptr<TemporaryFolder> m_data;  // Null when what pages store is to last.
     Host::GObjectHandle<WebKitWebContext> m_context;
     Host::GObjectHandle<WebKitUserContentManager> m_content;
     Host::GObjectHandle<WebKitSettings> m_settings;

@@ -2,6 +2,9 @@
 import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
 import { once } from "node:events";
+import { mkdirSync, readFileSync, writeFileSync } from "node:fs";
+import { createServer } from "node:https";
+import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { isDeepStrictEqual, promisify } from "node:util";
 import { PageServer } from "./Harness/pages.mjs";
@@ -90,6 +93,66 @@ describe("The terminal", () => {
       const line = text.split("\n").find(each => each.startsWith(`hbbtv-shell: view ${view}: cannot show ${shown}: `));
       assert.match(line ?? text, reason);
     }
+  });
+});
+
+describe("An option", () => {
+  let workplace, server;
+
+  before(async () => {
+    workplace = await Workplace.create();
+    server = await PageServer.start();
+  });
+
+  after(async () => {
+    await server?.close();
+    await workplace?.close();
+  });
+
+  const judged = condition => `<!DOCTYPE html><html><body><div id="verdict"></div><script>
+document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "fail";</script></body></html>`;
+
+  // The exit code of a shell that leaves when the page has given its verdict.
+  async function verdict(url, ...args) {
+    const program = workplace.start(shell(), ["--quiet", "--no-receiver", "--exit-after-load", ...args, url]);
+    await program.ended;
+    return program.exitCode;
+  }
+
+  it("gives the user agent, and takes a certificate as it is", async () => {
+    const [key, cert] = ["key.pem", "cert.pem"].map(name => join(workplace.env.HOME, name));
+    await promisify(execFile)("openssl", ["req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
+      "-nodes", "-subj", "/CN=localhost", "-keyout", key, "-out", cert]);
+    const secure = createServer({ key: readFileSync(key), cert: readFileSync(cert) }, (_, response) =>
+      response.writeHead(200, { "Content-Type": "text/html" }).end(judged("navigator.userAgent === 'Mine HbbTV/1.5.1'")));
+    await new Promise(listening => secure.listen(0, "127.0.0.1", listening));
+    const url = `https://127.0.0.1:${secure.address().port}/`;
+    assert.equal(await verdict(url, "--user-agent", "Mine HbbTV/1.5.1"), 1);
+    assert.match(workplace.lines.join("\n"), /cannot show https:.*TLS certificate/);
+    assert.equal(await verdict(url, "--user-agent=Mine HbbTV/1.5.1", "--ignore-tls-errors"), 0);
+    secure.close();
+  });
+
+  it("keeps what a page stores", async () => {
+    const url = server.write("stores.html", judged(`[localStorage.kept, document.cookie].join() === "yes,kept=yes"
+      || (localStorage.kept = "yes", document.cookie = "kept=yes; max-age=3600", false)`));
+    const folder = join(workplace.env.HOME, "profile");
+    assert.deepEqual([await verdict(url, "--profile-dir", folder), await verdict(url, "--profile-dir", folder),
+      await verdict(url)], [1, 0, 1]);
+  });
+
+  it("loads a page anew when a file beside it changes, also one that could not be shown", async () => {
+    const folder = join(workplace.env.HOME, "page");
+    mkdirSync(join(folder, "scripts"), { recursive: true });
+    const told = text => waitFor(text, () => workplace.lines.some(line => line.endsWith(text)));
+    const program = workplace.start(shell(), ["--no-receiver", "--reload", folder, `file://${folder}/index.html`]);
+    await told("No such file or directory");
+    writeFileSync(join(folder, "scripts/a.js"), "console.log('round 1');");
+    writeFileSync(join(folder, "index.html"), "<script src='scripts/a.js'></script>");
+    await told("LOG round 1");
+    writeFileSync(join(folder, "scripts/a.js"), "console.log('round 2');");
+    await told("LOG round 2");
+    await workplace.stop(program);
   });
 });
 
