@@ -1,11 +1,18 @@
-// hbbtv-media: plays one film for the receiver, which starts it and to whose line it listens. Ends with the
+// hbbtv-media: plays films for the receiver, which starts it, each in a process of its own. It loads
+// GStreamer once, and becomes two for each film whose line the receiver hands it; that process ends with the
 // line.
 #include <algorithm>
 #include <csignal>
 #include <iostream>
 
+// The header of glibc 2.36 does not say that it is C.
+extern "C" {
+#include <sys/pidfd.h>
+}
 #include <sys/prctl.h>
 #include <unistd.h>
+
+#include <gio/gunixconnection.h>
 
 #include "Host/Inc/CommandLine.h"
 #include "Host/Media/Film.h"
@@ -21,10 +28,22 @@ constexpr int lineNumber = 3;
 constexpr std::uint32_t tickMs = 200;
 
 // What most media need. Loaded ahead, it does not keep a film waiting.
-constexpr const char* usualElements[] = {"souphttpsrc",  "filesrc",    "urisourcebin",  "decodebin3",
-                                         "parsebin",     "qtdemux",    "tsdemux",       "h264parse",
-                                         "aacparse",     "avdec_h264", "avdec_aac",     "videoconvert",
-                                         "audioconvert", "multiqueue", "mpegaudioparse"};
+constexpr const char* usualPlugins[] = {"app",
+                                        "audioconvert",
+                                        "audiofx",
+                                        "audioparsers",
+                                        "audioresample",
+                                        "coreelements",
+                                        "isomp4",
+                                        "libav",
+                                        "mpegtsdemux",
+                                        "playback",
+                                        "soup",
+                                        "typefindfunctions",
+                                        "videoconvertscale",
+                                        "videofilter",
+                                        "videoparsersbad",
+                                        "volume"};
 
 // What is under way when the film is over needs no end of its own.
 [[noreturn]] void leave() {
@@ -33,15 +52,16 @@ constexpr const char* usualElements[] = {"souphttpsrc",  "filesrc",    "urisourc
 
 class Player : private MediaListener {
  public:
-    explicit Player(const std::string& sound)
+    Player(Host::Descriptor line, const std::string& sound)
         : m_tick(m_timers),
           m_picture([this](bool shown) { pictureChanged(shown); }),
           // Never destroyed, as it wants it.
           m_pipeline(*new Media::Pipeline(m_picture, sound, [this](GstMessage* each) { hear(each); })),
           m_film(m_pipeline, m_timers, *this),
-          m_link(Host::Descriptor(lineNumber), MediaLink::Writes::Wait,
+          m_link(std::move(line), MediaLink::Writes::Wait,
                  {[this](MediaMessage& message) { obey(message); }, leave}) {
-        say(MediaWords::Ready);
+        // By a descriptor, nobody else can be mistaken for this process.
+        say(MediaWords::Ready, nullptr, Host::Descriptor(pidfd_open(getpid(), 0)));
     }
 
  private:
@@ -136,13 +156,47 @@ class Player : private MediaListener {
     std::uint32_t m_number = 0;
 };
 
+// Whatever ends the process that started this one, and wherever this one is stuck then.
+void endWithParent() {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+[[noreturn]] void play(Host::Descriptor line, const std::string& sound) {
+    const Host::GMainLoopHandle loop(g_main_loop_new(nullptr, FALSE));
+    const Player player(std::move(line), sound);
+    g_main_loop_run(loop.get());
+    leave();
+}
+
+// Nothing here makes a thread or a main context, which no other process could share.
+[[noreturn]] void serve(const std::string& sound) {
+    const Host::GObjectHandle<GSocket> socket(g_socket_new_from_fd(lineNumber, nullptr));
+    if (!socket)
+        leave();
+    const Host::GObjectHandle<GSocketConnection> receiver(
+        g_socket_connection_factory_create_connection(socket.get()));
+    // Nobody waits for those that have ended.
+    std::signal(SIGCHLD, SIG_IGN);
+    for (;;) {
+        Host::Descriptor line(
+            g_unix_connection_receive_fd(G_UNIX_CONNECTION(receiver.get()), nullptr, nullptr));
+        if (!line)
+            leave();
+        if (fork() != 0)
+            continue;
+        endWithParent();
+        std::signal(SIGCHLD, SIG_DFL);
+        g_socket_close(socket.get(), nullptr);
+        play(std::move(line), sound);
+    }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-    // Whatever ends the receiver, and wherever this process is stuck then.
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    endWithParent();
     const Host::CommandLine commandLine = {"hbbtv-media", HBBTV_VERSION, nullptr,
-                                           "Plays one film for hbbtv-receiver, which starts it."};
+                                           "Plays films for hbbtv-receiver, which starts it."};
     char* sound = nullptr;
     const GOptionEntry entries[] = {{"sound", 0, 0, G_OPTION_ARG_STRING, &sound, "Where sound goes", "SINK"},
                                     {}};
@@ -150,17 +204,14 @@ int main(int count, char** arguments) {
     if (!Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)},
                                 problem))
         return Host::refuseCommandLine(commandLine, problem);
-    const Host::GMainLoopHandle loop(g_main_loop_new(nullptr, FALSE));
     GError* error = nullptr;
     // The first time this may look through all of GStreamer's plugins.
     if (!gst_init_check(nullptr, nullptr, &error)) {
         std::cerr << "hbbtv-media: there is no GStreamer: " << error->message << std::endl;
         return 1;
     }
-    for (const auto* name : usualElements)
-        if (auto* factory = gst_element_factory_find(name))
-            gst_object_unref(gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)));
-    const Player player(Host::takeText(sound).value_or(""));
-    g_main_loop_run(loop.get());
-    return 0;
+    for (const auto* name : usualPlugins)
+        if (auto* plugin = gst_plugin_load_by_name(name))
+            gst_object_unref(plugin);
+    serve(Host::takeText(sound).value_or(""));
 }

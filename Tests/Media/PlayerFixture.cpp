@@ -108,6 +108,11 @@ std::vector<int> mediaProcesses(int parent) {
     return found;
 }
 
+std::vector<int> filmProcesses(int parent) {
+    const auto programs = mediaProcesses(parent);
+    return programs.empty() ? programs : mediaProcesses(programs.front());
+}
+
 RealPlayer::RealPlayer() : player(makePlayer(listener, screen)) {}
 
 void RealPlayer::TearDown() {

@@ -51,8 +51,9 @@ class Screen : public Receiver::PictureSink {
     std::unique_ptr<Host::PictureView> m_view;
 };
 
-// The processes of films that this program, or another one, has for children.
+// The program for films that this program, or another one, has for a child; and the processes of its films.
 [[nodiscard]] std::vector<int> mediaProcesses(int parent);
+[[nodiscard]] std::vector<int> filmProcesses(int parent);
 
 class RealPlayer : public testing::Test {
  protected:

@@ -111,23 +111,16 @@ void ChildMediaPlayer::connect() {
         m_silence.start(0, [this, error] { fail(error); });
         return;
     }
+    // The first time GStreamer may look through all of its plugins.
     m_silence.start(m_scenario.media.connectLimitMs + longestSilenceMs, [this] { m_child->kill(); });
     m_child->listen({[this](MediaMessage& message) { hear(message); }, [this] { childEnded(); }});
-    if (m_child->isReady())
-        tellToLoad();
-}
-
-void ChildMediaPlayer::tellToLoad() {
-    m_loaded = true;
-    m_silence.start(longestSilenceMs, [this] { m_child->kill(); });
     tell(MediaWords::Load, g_variant_new(MediaWords::Load.type, m_url.c_str(), m_speed,
                                          m_scenario.media.connectLimitMs, m_volume));
 }
 
-// What a child has not been told before it is ready, it is told with Load.
 void ChildMediaPlayer::tell(const MediaWord& word, GVariant* content) {
     const Host::GVariantHandle owned(content == nullptr ? nullptr : g_variant_ref_sink(content));
-    if (m_loaded)
+    if (m_child != nullptr)
         m_child->send(word, ++m_number, owned.get());
 }
 
@@ -135,9 +128,7 @@ void ChildMediaPlayer::dropChild() {
     m_silence.stop();
     m_components.clear();
     m_picture.clear();
-    auto child = std::move(m_child);
-    if (!std::exchange(m_loaded, false) && child != nullptr)
-        m_children.giveBack(std::move(child));
+    m_child.reset();
 }
 
 void ChildMediaPlayer::fail(std::int32_t error) {
@@ -162,9 +153,7 @@ void ChildMediaPlayer::childEnded() {
 // A listener may load another medium: behind a call to it, this child may be gone.
 void ChildMediaPlayer::hear(MediaMessage& message) {
     m_silence.start(longestSilenceMs, [this] { m_child->kill(); });
-    if (message.is(MediaWords::Ready) && !m_loaded) {
-        tellToLoad();
-    } else if (message.is(MediaWords::Film)) {
+    if (message.is(MediaWords::Film)) {
         hearOfFilm(message);
     } else if (message.is(MediaWords::State)) {
         hearOfState(message);
@@ -181,7 +170,7 @@ void ChildMediaPlayer::hear(MediaMessage& message) {
             m_picture.show(std::move(message.file));
         else
             m_picture.clear();
-    } else if (!std::exchange(m_complained, true)) {
+    } else if (!message.is(MediaWords::Ready) && !std::exchange(m_complained, true)) {
         g_warning("the process that plays a film says what nobody knows: %.40s", message.word.c_str());
     }
 }
@@ -204,8 +193,6 @@ void ChildMediaPlayer::hearOfFilm(const MediaMessage& message) {
 }
 
 void ChildMediaPlayer::hearOfState(const MediaMessage& message) {
-    // Not earlier: while a film begins, it needs the processor for itself.
-    m_children.prepare();
     std::int32_t state = 0;
     std::int32_t error = 0;
     g_variant_get(message.content.get(), MediaWords::State.type, &state, &error);

@@ -44,7 +44,6 @@ class ChildMediaPlayer : public MediaPlayer {
                m_state == MediaState::Buffering;
     }
     void connect();
-    void tellToLoad();
     void tell(const MediaWord& word, GVariant* content = nullptr);
     void dropChild();
     void fail(std::int32_t error);
@@ -71,7 +70,6 @@ class ChildMediaPlayer : public MediaPlayer {
     std::vector<Component> m_components;
     std::unique_ptr<MediaChild> m_child;
     std::uint32_t m_number = 0;  // of the last command
-    bool m_loaded = false;       // The child has been told what to play.
     bool m_complained = false;   // of what it says
     Timer m_silence;
 };

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <gio/gunixconnection.h>
+
 #include "Host/Inc/GHandles.h"
 #include "Host/Receiver/Media/MediaLink.h"
 
@@ -14,47 +16,43 @@ namespace Receiver {
 
 class MediaChild {
  public:
-    // Null, and a line in the log, when there is no such program or it cannot be run.
-    [[nodiscard]] static std::unique_ptr<MediaChild> start(const std::vector<std::string>& arguments);
+    // It is made by the program, and tells of itself when it is there.
+    MediaChild(Host::GObjectHandle<GSubprocess> program, Host::Descriptor line);
     MediaChild(const MediaChild&) = delete;
     MediaChild& operator=(const MediaChild&) = delete;
     // Tells it to end.
     ~MediaChild();
 
-    // GStreamer is loaded: it can begin at once.
-    [[nodiscard]] bool isReady() const { return m_ready; }
-    // The callbacks may destroy the child. Until then, what it says is ignored, and its end is noted.
+    // The callbacks may destroy the child. Until then, what it says waits.
     void listen(MediaLink::Callbacks callbacks) { m_callbacks = std::move(callbacks); }
     // A child that takes nothing any more is killed.
     void send(const MediaWord& word, std::uint32_t number, GVariant* content = nullptr);
     void kill();
 
  private:
-    MediaChild(Host::GObjectHandle<GSubprocess> process, Host::Descriptor line);
-
-    Host::GObjectHandle<GSubprocess> m_process;
-    bool m_ready = false;
+    Host::GObjectHandle<GSubprocess> m_program;
+    Host::Descriptor m_process;
     MediaLink::Callbacks m_callbacks;
     MediaLink m_link;
 };
 
-// Where the players get theirs. One is started ahead, so that a film need not wait for GStreamer to be
-// loaded.
+// Where the players get theirs: a program that has loaded GStreamer, and becomes two for each film.
 class MediaChildren {
  public:
     // The arguments are those of the program.
     explicit MediaChildren(std::vector<std::string> arguments = {}) : m_arguments(std::move(arguments)) {}
 
-    // Starts the spare one, unless it is there.
-    void prepare();
+    // Starts the program, unless it is there. False, and a line in the log, when it cannot be run.
+    bool prepare();
     // Null when none can be started.
     [[nodiscard]] std::unique_ptr<MediaChild> take();
-    // One that has not been told anything yet. Whoever plays and stops at once starts no further ones.
-    void giveBack(std::unique_ptr<MediaChild> child);
 
  private:
+    [[nodiscard]] bool hand(const Host::Descriptor& line);
+
     std::vector<std::string> m_arguments;
-    std::unique_ptr<MediaChild> m_spare;
+    Host::GObjectHandle<GSubprocess> m_program;
+    Host::GObjectHandle<GUnixConnection> m_line;
 };
 
 }  // namespace Receiver

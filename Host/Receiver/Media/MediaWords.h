@@ -14,7 +14,7 @@ inline constexpr MediaWord Present{"present", "an"};  // pids
 inline constexpr MediaWord Volume{"volume", "i"};
 
 // From the process, with the number of the last command that it has carried out.
-inline constexpr MediaWord Ready{"ready", "()"};
+inline constexpr MediaWord Ready{"ready", "()"};  // first, with a descriptor of the process
 // When on the monotonic clock, the position then, the duration, how fast the position moves, the speed, and
 // whether the medium can be had from anywhere. Milliseconds.
 inline constexpr MediaWord Film{"film", "(xuuddb)"};
