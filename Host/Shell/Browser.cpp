@@ -19,6 +19,10 @@ constexpr int kRefusedScenario = 2;
 // How a shell reports a program that a signal has ended.
 constexpr int kSignalExitCode = 128;
 
+bool isExit(unsigned keyval, unsigned state) {
+    return keyval == GDK_KEY_HomePage || (keyval == GDK_KEY_Escape && (state & GDK_SHIFT_MASK) != 0);
+}
+
 // A file's path serves as well as a URL.
 std::string urlOf(const std::string& argument) {
     if (!g_file_test(argument.c_str(), G_FILE_TEST_EXISTS))
@@ -40,6 +44,7 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_firstViewId((bus.number() - 1) * kViewsOfAShell + 1),
       m_receiverProcess(runReceiver(m_options, bus.connection())),
       m_receiver(bus.connection(), *this),
+      m_broadcast(m_options.profile, m_receiver),
       m_loop(g_main_loop_new(nullptr, FALSE)),
       m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
@@ -71,9 +76,78 @@ int Browser::run() {
     // The receiver has told why.
     if (m_receiverProcess && m_receiverProcess->refusedScenario())
         return kRefusedScenario;
-    openView(m_firstViewId, m_options.url.empty() ? std::string() : urlOf(m_options.url));
+    startOver();
     g_main_loop_run(m_loop.get());
     return m_exitCode;
+}
+
+void Browser::startOver() {
+    m_behindRed.reset();
+    while (!m_views.empty() && m_views.rbegin()->first != m_firstViewId)
+        closeView(m_views.rbegin()->first);
+    const std::string& start = m_options.ait.value_or(m_options.url);
+    const std::string url = start.empty() ? start : urlOf(start);
+    m_broadcast.forgetBoundaries(m_firstViewId);
+    BrowserView* first = findView(m_firstViewId);
+    if (!first) {
+        first = &openView(m_firstViewId, m_options.ait ? "" : url);
+    } else if (!m_options.ait) {
+        m_screen.setVisible(*first, true);
+        first->load(url);
+    }
+    if (m_options.ait)
+        first->loadAit(url);
+    topChanged();
+}
+
+void Browser::waitForRed(BrowserView& view, const std::string& heading, const AitApplication& application) {
+    m_behindRed = application;
+    view.showPlainPage(heading,
+                       application.name.empty() ? "Press red (F1)." : "Press red (F1): " + application.name);
+    m_screen.setVisible(view, true);
+    topChanged();
+}
+
+bool Browser::takeRed(std::uint32_t keyCode) {
+    if (!m_behindRed || keyCode != kRedKey)
+        return false;
+    const AitApplication application = *std::exchange(m_behindRed, std::nullopt);
+    BrowserView* view = m_screen.top();
+    if (application.url.empty() || !view) {
+        startOver();
+        return true;
+    }
+    m_broadcast.setBoundaries(view->id(), application.boundaries);
+    topChanged();
+    view->load(application.url);
+    return true;
+}
+
+void Browser::viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) {
+    std::string reasons;
+    const auto applications = m_broadcast.applicationsOf(xml, url, reasons);
+    if (applications.empty()) {
+        view.fail(url, reasons);
+        return;
+    }
+    if (!reasons.empty())
+        g_message("%s: %s", url.c_str(), reasons.c_str());
+    const AitApplication& application = applications.front();
+    const bool isOfBroadcast = m_options.ait && view.id() == m_firstViewId;
+    if (isOfBroadcast)
+        m_broadcast.announce(applications);
+    if (isOfBroadcast && !application.startsItself()) {
+        waitForRed(view, "The broadcast has an application", application);
+        return;
+    }
+    m_broadcast.setBoundaries(view.id(), application.boundaries);
+    topChanged();
+    view.load(application.url);
+}
+
+void Browser::topChanged() {
+    if (const BrowserView* top = m_screen.top())
+        m_broadcast.changeTop(top->id());
 }
 
 void Browser::leave(int exitCode) {
@@ -96,6 +170,7 @@ BrowserView& Browser::openView(std::int32_t id, const std::string& url) {
     view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
     m_receiver.registerView(id, url);
     m_screen.add(*view);
+    topChanged();
     if (!url.empty())
         view->load(url);
     return *view;
@@ -107,7 +182,9 @@ void Browser::closeView(std::int32_t id) {
         return;
     m_screen.remove(*found->second);
     m_views.erase(found);
+    m_broadcast.forgetBoundaries(id);
     m_receiver.unregisterView(id);
+    topChanged();
 }
 
 BrowserView* Browser::findView(std::int32_t id) const {
@@ -136,6 +213,13 @@ bool Browser::handleKey(const GdkEventKey& event) {
             view->reload();
         return true;
     }
+    if (isExit(event.keyval, event.state)) {
+        if (isPress)
+            startOver();
+        return true;
+    }
+    if (isPress && takeRed(keyCodeOf(event.keyval).value_or(0)))
+        return true;
     return m_remoteControl.handleKeyEvent(view, event);
 }
 
@@ -154,6 +238,8 @@ void Browser::receiverVanished() {
 
 void Browser::applicationStarted(std::int32_t id, const std::string& url) {
     if (BrowserView* view = findView(id)) {
+        m_broadcast.forgetBoundaries(id);
+        topChanged();
         view->load(url);
         return;
     }
@@ -170,13 +256,13 @@ void Browser::applicationDestroyed(std::int32_t id) {
         closeView(id);
         return;
     }
-    view->showPlainPage();
-    m_screen.setVisible(*view, true);
+    waitForRed(*view, "No application is running", {});
 }
 
 void Browser::applicationVisibilityChanged(std::int32_t id, bool visible) {
     if (BrowserView* view = findView(id))
         m_screen.setVisible(*view, visible);
+    topChanged();
 }
 
 void Browser::planeShown(const PlanePlayer& player, const PlaneContent& content) {
@@ -195,7 +281,8 @@ void Browser::keyMaskChanged(std::uint32_t mask) {
 }
 
 void Browser::keyPressed(std::uint32_t keyCode) {
-    m_remoteControl.press(m_screen.top(), keyCode);
+    if (!takeRed(keyCode))
+        m_remoteControl.press(m_screen.top(), keyCode);
 }
 
 // The players of the document before may live on in the receiver, but nobody looks through their holes. Which

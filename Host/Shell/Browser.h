@@ -9,6 +9,7 @@
 
 #include "Host/Inc/GHandles.h"
 #include "Host/Shell/Automation.h"
+#include "Host/Shell/Broadcast.h"
 #include "Host/Shell/BrowserView.h"
 #include "Host/Shell/CarouselScheme.h"
 #include "Host/Shell/FolderWatch.h"
@@ -40,6 +41,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void viewDidChangeUrl(BrowserView& view) override;
     void viewDidFinishLoad(BrowserView& view) override;
     void viewDidFailLoad(BrowserView& view) override;
+    void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) override;
     void viewWantsToClose(BrowserView& view) override;
 
     void didReceiveMessage(std::uint64_t page, const std::string& name,
@@ -65,6 +67,13 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     [[nodiscard]] BrowserView* findView(std::int32_t id) const;
     [[nodiscard]] WebKitWebView* viewForAutomation();
     [[nodiscard]] bool handleKey(const GdkEventKey& event);
+    // What the command line asks for, in the first view and alone.
+    void startOver();
+    // Nothing runs; the red key starts the application, or all over again.
+    void waitForRed(BrowserView& view, const std::string& heading, const AitApplication& application);
+    // True for a key that the shell itself waits for.
+    [[nodiscard]] bool takeRed(std::uint32_t keyCode);
+    void topChanged();
     void leave(int exitCode);
 
     Options m_options;
@@ -73,6 +82,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     std::optional<ReceiverProcess> m_receiverProcess;
     ReceiverControl m_receiver;
     RemoteControl m_remoteControl;
+    Broadcast m_broadcast;
     int m_exitCode = 0;
     Host::GMainLoopHandle m_loop;
     Host::GSourceHandle m_terminate;
@@ -85,6 +95,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     std::map<std::int32_t, std::unique_ptr<BrowserView>> m_views;
     std::optional<Automation> m_automation;
     std::optional<FolderWatch> m_folderWatch;
+    std::optional<AitApplication> m_behindRed;
     bool m_firstViewHandedOut = false;
 };
 

@@ -4,6 +4,7 @@
 
 #include <libsoup/soup.h>
 
+#include "Host/Shell/Ait.h"
 #include "Host/Shell/ShellPages.h"
 
 namespace Shell {
@@ -82,11 +83,18 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
 }
 
 BrowserView::~BrowserView() {
+    g_cancellable_cancel(m_cancellable.get());
     g_signal_handlers_disconnect_by_data(m_view.get(), this);
     gtk_widget_destroy(widget());
 }
 
+void BrowserView::loadAit(const std::string& url) {
+    load(url);
+    m_aitRequested = true;
+}
+
 void BrowserView::load(const std::string& url) {
+    m_aitRequested = false;
     m_requestedUrl = url;
     webkit_web_view_load_uri(m_view.get(), url.c_str());
 }
@@ -99,9 +107,9 @@ void BrowserView::showInspector() {
     webkit_web_inspector_show(webkit_web_view_get_inspector(m_view.get()));
 }
 
-void BrowserView::showPlainPage() {
+void BrowserView::showPlainPage(const std::string& heading, const std::string& text) {
     m_ownPageRequested = true;
-    webkit_web_view_load_html(m_view.get(), plainPage().c_str(), nullptr);
+    webkit_web_view_load_html(m_view.get(), plainPage(heading, text).c_str(), nullptr);
 }
 
 void BrowserView::fail(const std::string& url, const std::string& reason) {
@@ -121,6 +129,7 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
     switch (event) {
         case WEBKIT_LOAD_STARTED:
             view.m_provisional = true;
+            view.m_isAit = false;
             view.m_ownPage = std::exchange(view.m_ownPageRequested, false);
             break;
         case WEBKIT_LOAD_COMMITTED:
@@ -139,7 +148,11 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
                 view.fail(requested, "WebKit forbids its port");
                 break;
             }
-            view.m_listener.viewDidFinishLoad(view);
+            if (view.m_isAit)
+                webkit_web_resource_get_data(webkit_web_view_get_main_resource(view.m_view.get()),
+                                             view.m_cancellable.get(), onAitRead, self);
+            else
+                view.m_listener.viewDidFinishLoad(view);
             break;
         }
         case WEBKIT_LOAD_REDIRECTED:
@@ -170,7 +183,7 @@ void BrowserView::onResourceStarted(WebKitWebView* webView, WebKitWebResource* r
 void BrowserView::onUriChanged(WebKitWebView*, GParamSpec*, gpointer self) {
     auto& view = *static_cast<BrowserView*>(self);
     // A load that has only started may still fail or become a download.
-    if (view.m_provisional || view.showsOwnPage() || view.url() == view.m_reportedUrl)
+    if (view.m_provisional || view.m_isAit || view.showsOwnPage() || view.url() == view.m_reportedUrl)
         return;
     view.m_reportedUrl = view.url();
     view.m_listener.viewDidChangeUrl(view);
@@ -183,8 +196,9 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
     auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
     WebKitURIResponse* response = webkit_response_policy_decision_get_response(reply);
     const char* mimeType = webkit_uri_response_get_mime_type(response);
+    const bool isAit = g_strcmp0(mimeType, kAitMimeType) == 0;
     const bool known = webkit_response_policy_decision_is_mime_type_supported(reply) ||
-                       g_strcmp0(mimeType, kHbbTVMimeType) == 0;
+                       g_strcmp0(mimeType, kHbbTVMimeType) == 0 || isAit;
     // What the page around a frame shows is its own affair, but nothing is ever downloaded.
     if (!webkit_response_policy_decision_is_main_frame_main_resource(reply)) {
         known ? webkit_policy_decision_use(decision) : webkit_policy_decision_ignore(decision);
@@ -193,12 +207,14 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
     std::string error = errorOf(response);
     if (error.empty() && !known)
         error = std::string("this is no page: ") + mimeType;
+    auto& view = *static_cast<BrowserView*>(self);
     if (error.empty()) {
+        view.m_isAit = isAit || std::exchange(view.m_aitRequested, false);
         webkit_policy_decision_use(decision);
         return TRUE;
     }
     webkit_policy_decision_ignore(decision);
-    static_cast<BrowserView*>(self)->fail(webkit_uri_response_get_uri(response), error);
+    view.fail(webkit_uri_response_get_uri(response), error);
     return TRUE;
 }
 
@@ -217,6 +233,19 @@ void BrowserView::onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminatio
 gboolean BrowserView::onAttachInspector(WebKitWebInspector* inspector, gpointer) {
     webkit_web_inspector_detach(inspector);
     return TRUE;
+}
+
+void BrowserView::onAitRead(GObject* resource, GAsyncResult* result, gpointer self) {
+    GErrorSlot error;
+    gsize length = 0;
+    const GChars xml(reinterpret_cast<char*>(
+        webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(resource), result, &length, error.out())));
+    // Cancelled: the view is gone.
+    if (error.is(G_IO_ERROR, G_IO_ERROR_CANCELLED))
+        return;
+    auto& view = *static_cast<BrowserView*>(self);
+    if (view.m_isAit)
+        view.m_listener.viewDidLoadAit(view, view.url(), {xml ? xml.get() : "", length});
 }
 
 void BrowserView::onClose(WebKitWebView*, gpointer self) {

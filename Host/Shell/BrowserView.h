@@ -21,6 +21,8 @@ class BrowserViewListener {
     virtual void viewDidFinishLoad(BrowserView& view) = 0;
     // An error page is shown instead, and the terminal has a line of it.
     virtual void viewDidFailLoad(BrowserView& view) = 0;
+    // A table came instead of a page; another page is to be loaded.
+    virtual void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) = 0;
     // The page asked to be closed (a WebDriver closes windows in this way).
     virtual void viewWantsToClose(BrowserView& view) = 0;
 
@@ -43,10 +45,14 @@ class BrowserView {
     BrowserView& operator=(const BrowserView&) = delete;
 
     void load(const std::string& url);
+    // Whatever its type is.
+    void loadAit(const std::string& url);
     void reload();
     void showInspector();
-    // For a view whose application is gone.
-    void showPlainPage();
+    // For a view whose application is gone, or has not begun.
+    void showPlainPage(const std::string& heading, const std::string& text);
+    // An error page with the reason, which the terminal is told too.
+    void fail(const std::string& url, const std::string& reason);
 
     [[nodiscard]] std::int32_t id() const { return m_id; }
     [[nodiscard]] std::string url() const;
@@ -67,9 +73,9 @@ class BrowserView {
     static void onProcessTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                                     gpointer self);
     static gboolean onAttachInspector(WebKitWebInspector* inspector, gpointer self);
+    static void onAitRead(GObject* resource, GAsyncResult* result, gpointer self);
     static void onClose(WebKitWebView* view, gpointer self);
 
-    void fail(const std::string& url, const std::string& reason);
     [[nodiscard]] bool showsOwnPage() const { return m_ownPage || m_ownPageRequested; }
 
     std::int32_t m_id;
@@ -80,6 +86,10 @@ class BrowserView {
     // Loads of the shell's own pages (errors, the plain page) are nobody's business.
     bool m_ownPageRequested = false;
     bool m_ownPage = false;
+    bool m_aitRequested = false;
+    bool m_isAit = false;
+    // Of what is asked of WebKit on this object's behalf.
+    Host::GObjectHandle<GCancellable> m_cancellable{g_cancellable_new()};
     bool m_provisional = false;
     bool m_hasDocument = false;
 };

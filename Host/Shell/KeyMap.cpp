@@ -21,7 +21,7 @@ enum KeyCode : std::uint32_t {
     kUp = 38,
     kRight = 39,
     kDown = 40,
-    kRed = 403,
+    kRed = kRedKey,
     kGreen = 404,
     kYellow = 405,
     kBlue = 406,
@@ -215,6 +215,7 @@ std::string keyTableText() {
         text += line + mapping.remote + "\n";
     }
     text += "  0 to 9, A to Z      the same\n";
+    text += "  Shift+Escape        EXIT: the broadcast's application, or the page, begins again\n";
     text += "\nFor the developer: F12 opens the Web Inspector, Ctrl+R loads the page anew.\n";
     return text;
 }

@@ -23,6 +23,8 @@ enum KeyGroup : std::uint32_t {
 };
 inline constexpr std::uint32_t kAllKeyGroups = 2047;
 
+inline constexpr std::uint32_t kRedKey = 403;
+
 // The remote-control code of a GDK keyval; nothing for keys that a remote control does not have.
 [[nodiscard]] std::optional<std::uint32_t> keyCodeOf(std::uint32_t keyval);
 

@@ -46,9 +46,9 @@ std::string problemOf(const Options& options, int carouselLimit, size_t urls) {
         return "not a number of seconds from 1 to 600: " + std::to_string(carouselLimit);
     if (options.requireVerdict && !options.exitAfterLoad)
         return "--require-verdict goes with --exit-after-load";
-    if (urls > 1)
-        return "more than one URL";
-    return urls == 0 && !options.automation ? "no URL" : "";
+    if (urls + (options.ait ? 1 : 0) > 1)
+        return "more than one URL or AIT";
+    return urls == 0 && !options.ait && !options.automation ? "no URL" : "";
 }
 
 }  // namespace
@@ -60,6 +60,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     char* userAgent = nullptr;
     char* profileFolder = nullptr;
     char* reloadFolder = nullptr;
+    char* ait = nullptr;
     char* screenshot = nullptr;
     char** urls = nullptr;
     int carouselLimit = static_cast<int>(options.carouselLimitSeconds);
@@ -73,6 +74,11 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     const GOptionEntry entries[] = {
         {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
          "The receiver's world (a JSON file), given to hbbtv-receiver", "FILE"},
+        {"ait", 0, 0, G_OPTION_ARG_FILENAME, &ait,
+         "Instead of a URL: the broadcast's applications, an AIT in XML. The one that is AUTOSTART begins, "
+         "else the red "
+         "key starts one",
+         "FILE|URL"},
         {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
          "The HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token", "VERSION"},
         {"user-agent", 0, 0, G_OPTION_ARG_STRING, &userAgent,
@@ -109,6 +115,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.userAgent = takeText(userAgent);
     options.profileFolder = takeText(profileFolder);
     options.reloadFolder = takeText(reloadFolder);
+    options.ait = takeText(ait);
     options.screenshot = takeText(screenshot);
     options.profile = takeText(profile).value_or(options.profile);
     if (options.profile == "none")

@@ -13,6 +13,7 @@ struct Options {
     std::optional<std::string> userAgent;  // Instead of WebKit's own with the profile.
     std::optional<std::string> profileFolder;
     std::optional<std::string> reloadFolder;
+    std::optional<std::string> ait;  // Of the broadcast; there is no URL then.
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
     unsigned carouselLimitSeconds = 30;

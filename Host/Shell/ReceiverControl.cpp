@@ -112,12 +112,23 @@ void ReceiverControl::unregisterView(std::int32_t view) {
 }
 
 std::optional<std::uint32_t> ReceiverControl::keyMask() {
-    const GVariantHandle reply = call("GetWorld", g_variant_new("(s)", "/keys/mask"), "(s)");
-    if (!reply)
+    const std::string json = world("/keys/mask");
+    if (json.empty())
         return std::nullopt;
+    return static_cast<std::uint32_t>(std::strtoul(json.c_str(), nullptr, 10));
+}
+
+std::string ReceiverControl::world(const char* pointer) {
+    const GVariantHandle reply = call("GetWorld", g_variant_new("(s)", pointer), "(s)");
+    if (!reply)
+        return {};
     const char* json = nullptr;
     g_variant_get(reply.get(), "(&s)", &json);
-    return static_cast<std::uint32_t>(std::strtoul(json, nullptr, 10));
+    return json;
+}
+
+void ReceiverControl::setWorld(const char* pointer, const std::string& json) {
+    (void)call("SetWorld", g_variant_new("(ss)", pointer, json.c_str()), "()");
 }
 
 void ReceiverControl::tellPlanes() {

@@ -46,6 +46,9 @@ class ReceiverControl {
     void unregisterView(std::int32_t view);
     // The mask as it is now; nothing without a receiver.
     [[nodiscard]] std::optional<std::uint32_t> keyMask();
+    // A value of the receiver's world, as JSON; empty without a receiver.
+    [[nodiscard]] std::string world(const char* pointer);
+    void setWorld(const char* pointer, const std::string& json);
     // Tells what players show already, as if they began now.
     void tellPlanes();
     // Null when the player has no frames (any more).

@@ -23,8 +23,8 @@ std::string errorPage(const std::string& url, const std::string& reason) {
     return page("The application cannot be shown", reason, url);
 }
 
-std::string plainPage() {
-    return page("No application is running", "The last application has ended.", "");
+std::string plainPage(const std::string& heading, const std::string& text) {
+    return page(heading, text, "");
 }
 
 }  // namespace Shell

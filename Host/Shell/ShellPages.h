@@ -12,6 +12,6 @@ inline constexpr char kNoSuchFile[] = "The object carousel has no such file.";
 [[nodiscard]] std::string errorPage(const std::string& url, const std::string& reason);
 
 // For a screen that no application uses.
-[[nodiscard]] std::string plainPage();
+[[nodiscard]] std::string plainPage(const std::string& heading, const std::string& text);
 
 }  // namespace Shell

@@ -38,7 +38,8 @@ TEST(TheShellsCommandLine, IsReadInAnyOrder) {
 TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
     EXPECT_EQ(refusalOf({}), "no URL");
     EXPECT_EQ(refusalOf({"--automation"}), "accepted");
-    EXPECT_EQ(refusalOf({"a.html", "b.html"}), "more than one URL");
+    EXPECT_EQ(refusalOf({"a.html", "b.html"}), "more than one URL or AIT");
+    EXPECT_EQ(refusalOf({"--ait", "a.aitx"}), "accepted");
     EXPECT_EQ(refusalOf({"u", "--require-verdict"}), "--require-verdict goes with --exit-after-load");
     EXPECT_EQ(refusalOf({"--colour", "u"}), "Unknown option --colour");
     for (const std::string profile : {"1.2", "1.2.1.0", "a.b.c", "12.1.", "HbbTV"})

@@ -21,6 +21,7 @@ const contentTypes = [
   ['.hbbtv.xhtml', 'application/vnd.hbbtv.xhtml+xml; charset=utf-8'],
   ['.xhtml', 'application/xhtml+xml; charset=utf-8'],
   ['.html', 'text/html; charset=utf-8'],
+  ['.aitx', 'application/vnd.dvb.ait+xml'],
   ['.css', 'text/css; charset=utf-8'],
   ['.js', 'text/javascript; charset=utf-8'],
   ['.mjs', 'text/javascript; charset=utf-8'],

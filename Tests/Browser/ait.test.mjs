@@ -1,0 +1,119 @@
+// Applications that are signalled by a table: the broadcast's own, with the keys of the keyboard, and others.
+import assert from "node:assert/strict";
+import { execFile } from "node:child_process";
+import { once } from "node:events";
+import { after, before, describe, it } from "node:test";
+import { promisify } from "node:util";
+import { PageServer } from "./Harness/pages.mjs";
+import { shell } from "./Harness/programs.mjs";
+import { Receiver } from "./Harness/receiver.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+import { Workplace } from "./Harness/workplace.mjs";
+
+const application = (id, control, location, { version = "2", boundary = "", base = "" } = {}) => `<mhp:Application>
+<mhp:appName Language="eng">Number ${id}</mhp:appName>
+<mhp:applicationIdentifier><mhp:orgId>19</mhp:orgId><mhp:appId>${id}</mhp:appId></mhp:applicationIdentifier>
+<mhp:applicationDescriptor><mhp:type><mhp:OtherApp>application/vnd.hbbtv.xhtml+xml</mhp:OtherApp></mhp:type>
+<mhp:controlCode>${control}</mhp:controlCode><mhp:priority>0A</mhp:priority>
+<mhp:mhpVersion><mhp:profile>0</mhp:profile><mhp:versionMajor>1</mhp:versionMajor>
+<mhp:versionMinor>${version}</mhp:versionMinor><mhp:versionMicro>1</mhp:versionMicro></mhp:mhpVersion>
+</mhp:applicationDescriptor>
+<mhp:applicationTransport xsi:type="mhp:HTTPTransportType"><mhp:URLBase>${base}</mhp:URLBase></mhp:applicationTransport>
+<mhp:applicationLocation>${location}</mhp:applicationLocation>
+${boundary && `<mhp:applicationBoundary><mhp:BoundaryExtension>${boundary}</mhp:BoundaryExtension></mhp:applicationBoundary>`}
+</mhp:Application>`;
+
+const table = (...applications) => `<?xml version="1.0" encoding="UTF-8"?>
+<mhp:ServiceDiscovery xmlns:mhp="urn:dvb:mhp:2009" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance">
+<mhp:ApplicationDiscovery DomainName="test.invalid"><mhp:ApplicationList>${applications.join("")}
+</mhp:ApplicationList></mhp:ApplicationDiscovery></mhp:ServiceDiscovery>`;
+
+// Tells on the terminal where it is; red starts another application.
+const page = `<!DOCTYPE html><html><head><script>console.log("runs " + location);
+var owner = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document);
+owner.privateData.keyset.setValue(1);
+document.addEventListener("keydown", function () { owner.createApplication("/written/other.aitx?c#d", false); });
+</script></head><body></body></html>`;
+
+describe("An application of a table", () => {
+  let workplace, server, receiver, program;
+
+  before(async () => {
+    workplace = await Workplace.create();
+    server = await PageServer.start();
+    receiver = new Receiver(workplace);
+    for (const name of ["auto", "present", "other"])
+      server.write(`${name}.html`, page);
+  });
+
+  after(async () => {
+    await server?.close();
+    await workplace?.close();
+  });
+
+  const press = key => promisify(execFile)("xdotool", ["key", key], { env: workplace.env });
+  const run = (...args) => {
+    workplace.lines.length = 0;
+    program = workplace.start(shell(), ["--session-bus", ...args]);
+  };
+  // The addresses at which applications have begun, in order.
+  const begun = () => workplace.lines.map(line => /CONSOLE LOG runs (.*)$/.exec(line)?.[1]).filter(Boolean);
+  const begins = async (...paths) => {
+    const expected = paths.map(path => server.url(`/written/${path}`));
+    await waitFor(`begun: ${expected}`, () => begun().length >= expected.length)
+      .catch(error => assert.deepEqual(begun(), expected, error.message));
+    assert.deepEqual(begun(), expected);
+  };
+
+  it("begins by itself, starts another one by its table, and begins again with EXIT", async () => {
+    const allowed = "https://allowed.invalid/x/";
+    server.write("other.aitx", table(application(7, "PRESENT", "other.html?b", { base: `${server.origin}/written/`, boundary: allowed })));
+    run("--ait", server.write("broadcast.aitx", table(application(1, "AUTOSTART", "new.html", { version: "3" }),
+      application(2, "PRESENT", "present.html"), application(31, "AUTOSTART", "auto.html?a#x"))));
+    await begins("auto.html?a#x");
+    assert.ok(workplace.lines.some(line => /13\.1 \(Number 1\) does not run: it is for .* 1\.3\.1/.test(line)));
+    assert.deepEqual((await receiver.getWorld("/applications/broadcast")).map(({ id }) => id), ["13.1f", "13.2"]);
+
+    await press("F1");
+    await begins("auto.html?a#x", "other.html?b&c#d");
+    assert.deepEqual(await receiver.getWorld("/applications/boundary_origins"), ["https://allowed.invalid:443"]);
+
+    await press("shift+Escape");
+    await begins("auto.html?a#x", "other.html?b&c#d", "auto.html?a#x");
+    assert.deepEqual(Object.keys(await receiver.getWorld("/state/views")), ["1"]);
+    assert.deepEqual(await receiver.getWorld("/applications/boundary_origins"), []);
+    await workplace.stop(program);
+  });
+
+  it("waits for the red key where it is only present, once more after EXIT", async () => {
+    run("--ait", server.write("present.xml", table(application(2, "PRESENT", "present.html"))));
+    await waitFor("red starts it", async () => {
+      await press("F1");
+      return begun().length > 0;
+    });
+    await press("shift+Escape");
+    await waitFor("red starts it again", async () => {
+      await press("F1");
+      return begun().length === 2;
+    });
+    await begins("present.html", "present.html");
+    await workplace.stop(program);
+  });
+
+  it("is no use where the television has another profile, or the table is none", async () => {
+    for (const [body, words] of [
+      [table(application(1, "AUTOSTART", "new.html", { version: "3" })), /13\.1 .*this television is of 1\.2\.1/],
+      [table(), /the AIT is empty/], ["<html>", /this is no AIT/]
+    ]) {
+      const url = server.write("none.aitx", body);
+      run("--exit-after-load", url);
+      await once(program, "close");
+      assert.equal(program.exitCode, 1);
+      assert.match(workplace.lines.find(line => line.startsWith(`hbbtv-shell: view 1: cannot show ${url}`)) ?? "", words);
+    }
+    run("--exit-after-load", server.write("old.aitx", table(application(1, "PRESENT", "auto.html"))));
+    await once(program, "close");
+    assert.equal(program.exitCode, 0);
+    await begins("auto.html");
+  });
+});
