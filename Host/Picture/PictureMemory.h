@@ -1,4 +1,4 @@
-// How frames lie in the memory that a decoding process shares with the shell.
+// How frames lie in the memory that a decoding process shares with a viewer.
 //
 // Frames are numbered from 1; a frame's number says which buffer it is in. The writer goes round the buffers
 // and never waits: while it fills one, that buffer's number is 0. A reader copies the newest frame and then

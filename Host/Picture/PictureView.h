@@ -1,4 +1,4 @@
-// The shell's end: the newest frame of a player, whole or not at all. The memory is another process's and may
+// The viewer's end: the newest frame of a player, whole or not at all. The memory is another process's and may
 // hold anything at any time; nothing that is read from it is believed unseen.
 #pragma once
 

@@ -54,7 +54,6 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
-    m_receiver.tellPlanes();
     if (m_firstViewId != 1)
         g_message("another shell shows its views on this bus; those of this one count from %d",
                   m_firstViewId);
@@ -227,13 +226,11 @@ void Browser::receiverAppeared() {
     for (const auto& [id, view] : m_views)
         m_receiver.registerView(id, view->url());
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
-    m_receiver.tellPlanes();
 }
 
 void Browser::receiverVanished() {
     g_message("the receiver is gone; all keys reach the page");
     m_remoteControl.setMask(kAllKeyGroups);
-    m_screen.videoPlane().hideAll();
 }
 
 void Browser::applicationStarted(std::int32_t id, const std::string& url) {
@@ -265,17 +262,6 @@ void Browser::applicationVisibilityChanged(std::int32_t id, bool visible) {
     topChanged();
 }
 
-void Browser::planeShown(const PlanePlayer& player, const PlaneContent& content) {
-    VideoPlane& plane = m_screen.videoPlane();
-    plane.show(player, content);
-    if (plane.lacksFrames(player))
-        plane.setFrames(player, m_receiver.openPicture(player));
-}
-
-void Browser::planeHidden(const PlanePlayer& player) {
-    m_screen.videoPlane().hide(player);
-}
-
 void Browser::keyMaskChanged(std::uint32_t mask) {
     m_remoteControl.setMask(mask);
 }
@@ -283,13 +269,6 @@ void Browser::keyMaskChanged(std::uint32_t mask) {
 void Browser::keyPressed(std::uint32_t keyCode) {
     if (!takeRed(keyCode))
         m_remoteControl.press(m_screen.top(), keyCode);
-}
-
-// The players of the document before may live on in the receiver, but nobody looks through their holes. Which
-// view a player belongs to is not known, so with several views all pictures stay.
-void Browser::viewDidReplaceDocument(BrowserView&) {
-    if (m_views.size() == 1)
-        m_screen.videoPlane().hideAll();
 }
 
 void Browser::viewDidChangeUrl(BrowserView& view) {

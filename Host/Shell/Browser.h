@@ -37,7 +37,6 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     [[nodiscard]] int run();
 
  private:
-    void viewDidReplaceDocument(BrowserView& view) override;
     void viewDidChangeUrl(BrowserView& view) override;
     void viewDidFinishLoad(BrowserView& view) override;
     void viewDidFailLoad(BrowserView& view) override;
@@ -54,8 +53,6 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void applicationStarted(std::int32_t id, const std::string& url) override;
     void applicationDestroyed(std::int32_t id) override;
     void applicationVisibilityChanged(std::int32_t id, bool visible) override;
-    void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
-    void planeHidden(const PlanePlayer& player) override;
     void keyMaskChanged(std::uint32_t mask) override;
     void keyPressed(std::uint32_t keyCode) override;
 

@@ -64,7 +64,7 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
     m_view.reset(WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
         WEBKIT_TYPE_WEB_VIEW, "web-context", setup.context, "user-content-manager", setup.content, "settings",
         setup.settings, "is-controlled-by-automation", static_cast<gboolean>(setup.automation), nullptr))));
-    // The video plane lies beneath the pages.
+    // Beneath it are the views of other applications, or black.
     const GdkRGBA transparent = {0, 0, 0, 0};
     webkit_web_view_set_background_color(m_view.get(), &transparent);
 
@@ -134,8 +134,6 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
             break;
         case WEBKIT_LOAD_COMMITTED:
             view.m_provisional = false;
-            if (std::exchange(view.m_hasDocument, true))
-                view.m_listener.viewDidReplaceDocument(view);
             onUriChanged(nullptr, nullptr, self);
             break;
         case WEBKIT_LOAD_FINISHED: {

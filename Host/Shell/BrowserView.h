@@ -14,8 +14,6 @@ class BrowserView;
 
 class BrowserViewListener {
  public:
-    // Another document has taken the place of one in the main frame; its scripts have hardly begun.
-    virtual void viewDidReplaceDocument(BrowserView& view) = 0;
     // The main frame shows another URL, by a navigation or by a fragment.
     virtual void viewDidChangeUrl(BrowserView& view) = 0;
     virtual void viewDidFinishLoad(BrowserView& view) = 0;
@@ -91,7 +89,6 @@ class BrowserView {
     // Of what is asked of WebKit on this object's behalf.
     Host::GObjectHandle<GCancellable> m_cancellable{g_cancellable_new()};
     bool m_provisional = false;
-    bool m_hasDocument = false;
 };
 
 }  // namespace Shell

@@ -4,6 +4,8 @@
 
 #include <jsc/jsc.h>
 
+#include "Host/Shell/Screenshot.h"
+
 namespace Shell {
 
 using namespace Host;
@@ -11,6 +13,8 @@ using namespace Host;
 namespace {
 
 constexpr unsigned kTimeLimitSeconds = 20;
+// From the page's frame to the window's pixels it is two processes and the display.
+constexpr unsigned kPaintingMs = 500;
 
 // A world of our own: the page can neither see nor spoil these scripts.
 constexpr char kWorld[] = "hbbtv-shell";
@@ -72,6 +76,7 @@ void PageCheck::fail(const std::string& reason) {
 
 // A page without a verdict is judged at once, unless it is required to give one.
 void PageCheck::runStep(Step step) {
+    m_painting.reset();
     if (m_cancellable)
         g_cancellable_cancel(m_cancellable.get());
     m_cancellable.reset(g_cancellable_new());
@@ -108,21 +113,19 @@ void PageCheck::stepDone(const std::string& answer) {
         return;
     }
     if (m_options.screenshot)
-        takeScreenshot();
+        m_painting.reset(g_timeout_add(kPaintingMs, onPainted, this));
     else
         finish();
 }
 
-void PageCheck::takeScreenshot() {
-    std::vector<WebKitWebView*> views;
-    for (const BrowserView* view : m_screen.visibleViews())
-        views.push_back(view->webView());
-    m_screenshot = std::make_unique<Screenshot>(*m_options.screenshot);
-    m_screenshot->take(m_screen.videoPlane(), views, [this](const std::string& error) {
-        if (!error.empty())
-            fail("no screenshot: " + error);
-        finish();
-    });
+gboolean PageCheck::onPainted(gpointer self) {
+    auto& check = *static_cast<PageCheck*>(self);
+    check.m_painting.forget();
+    const std::string error = takeScreenshot(check.m_screen.widget(), *check.m_options.screenshot);
+    if (!error.empty())
+        check.fail("no screenshot: " + error);
+    check.finish();
+    return G_SOURCE_REMOVE;
 }
 
 gboolean PageCheck::onTimeout(gpointer self) {

@@ -3,14 +3,12 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "Host/Shell/BrowserView.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/Screen.h"
-#include "Host/Shell/Screenshot.h"
 
 namespace Shell {
 
@@ -35,7 +33,7 @@ class PageCheck {
 
     void runStep(Step step);
     void stepDone(const std::string& answer);
-    void takeScreenshot();
+    static gboolean onPainted(gpointer self);
     void finish();
     void fail(const std::string& reason);
     void restartClock();
@@ -46,7 +44,7 @@ class PageCheck {
     Host::GObjectHandle<WebKitWebView> m_view;
     Host::GObjectHandle<GCancellable> m_cancellable;
     Host::GSourceHandle m_clock;
-    std::unique_ptr<Screenshot> m_screenshot;
+    Host::GSourceHandle m_painting;  // Until the window shows what the page has painted.
     Step m_step = Step::Verdict;
     std::string m_verdict = "none";
     bool m_failed = false;

@@ -3,8 +3,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include <gio/gunixfdlist.h>
-
 namespace Shell {
 
 using namespace Host;
@@ -15,34 +13,6 @@ constexpr char kName[] = "org.vantrel.hbbtv.ReceiverControl";
 constexpr char kInterface[] = "org.vantrel.hbbtv.ReceiverControl";
 constexpr char kPath[] = "/org/vantrel/hbbtv/control";
 constexpr int kCallLimitMs = 2000;
-
-PlanePicture pictureOf(const std::string& name) {
-    if (name == "card")
-        return PlanePicture::Card;
-    if (name == "audio")
-        return PlanePicture::Audio;
-    return name == "frames" ? PlanePicture::Frames : PlanePicture::None;
-}
-
-void changePlane(GVariant* parameters, ReceiverEvents& events) {
-    const char* kind = nullptr;
-    const char* caller = nullptr;
-    const char* title = nullptr;
-    const char* picture = nullptr;
-    gboolean visible = FALSE;
-    gboolean fullScreen = FALSE;
-    PlanePlayer player;
-    PlaneWindow window;
-    g_variant_get(parameters, "(&s&subuuuub&s&s)", &kind, &caller, &player.id, &visible, &window.x, &window.y,
-                  &window.width, &window.height, &fullScreen, &title, &picture);
-    player.kind = kind;
-    player.caller = caller;
-    window.fullScreen = fullScreen;
-    if (visible)
-        events.planeShown(player, {window, title, pictureOf(picture)});
-    else
-        events.planeHidden(player);
-}
 
 }  // namespace
 
@@ -131,52 +101,6 @@ void ReceiverControl::setWorld(const char* pointer, const std::string& json) {
     (void)call("SetWorld", g_variant_new("(ss)", pointer, json.c_str()), "()");
 }
 
-void ReceiverControl::tellPlanes() {
-    const GVariantHandle reply = call("GetPlanes", g_variant_new("()"), "(a(ssuuuuubss))");
-    if (!reply)
-        return;
-    const GVariantHandle planes(g_variant_get_child_value(reply.get(), 0));
-    GVariantIter iterator;
-    const char* kind = nullptr;
-    const char* caller = nullptr;
-    const char* title = nullptr;
-    const char* picture = nullptr;
-    gboolean fullScreen = FALSE;
-    PlanePlayer player;
-    PlaneWindow window;
-    g_variant_iter_init(&iterator, planes.get());
-    while (g_variant_iter_next(&iterator, "(&s&suuuuub&s&s)", &kind, &caller, &player.id, &window.x,
-                               &window.y, &window.width, &window.height, &fullScreen, &title, &picture)) {
-        player.kind = kind;
-        player.caller = caller;
-        window.fullScreen = fullScreen;
-        m_events.planeShown(player, {window, title, pictureOf(picture)});
-    }
-}
-
-std::unique_ptr<PictureView> ReceiverControl::openPicture(const PlanePlayer& player) {
-    if (!m_present)
-        return nullptr;
-    GErrorSlot error;
-    GUnixFDList* list = nullptr;
-    const GVariantHandle reply(g_dbus_connection_call_with_unix_fd_list_sync(
-        m_bus.get(), kName, kPath, kInterface, "OpenPicture",
-        g_variant_new("(ssu)", player.kind.c_str(), player.caller.c_str(), player.id), G_VARIANT_TYPE("(h)"),
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, &list, nullptr, error.out()));
-    const GObjectHandle<GUnixFDList> files(list);
-    if (!reply || !files) {
-        // It may have ended since.
-        g_debug("no frames of the %s player %u: %s", player.kind.c_str(), player.id, error.message());
-        return nullptr;
-    }
-    gint32 index = 0;
-    g_variant_get(reply.get(), "(h)", &index);
-    auto view = PictureView::open(Descriptor(g_unix_fd_list_get(files.get(), index, error.out())));
-    if (!view)
-        g_warning("the frames of the %s player %u are none", player.kind.c_str(), player.id);
-    return view;
-}
-
 void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*, gpointer self) {
     auto& control = *static_cast<ReceiverControl*>(self);
     // The first notice of a receiver that was there from the start is no news.
@@ -209,8 +133,6 @@ void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const
         gboolean visible = FALSE;
         g_variant_get(parameters, "(ib)", &view, &visible);
         events.applicationVisibilityChanged(view, visible);
-    } else if (is("PlaneChanged", "(ssubuuuubss)")) {
-        changePlane(parameters, events);
     } else if (is("KeyMaskChanged", "(u)")) {
         g_variant_get(parameters, "(u)", &number);
         events.keyMaskChanged(number);

@@ -3,13 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Picture/PictureView.h"
-#include "Host/Shell/PlaneLayout.h"
 
 namespace Shell {
 
@@ -23,8 +20,6 @@ class ReceiverEvents {
     virtual void applicationStarted(std::int32_t view, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t view) = 0;
     virtual void applicationVisibilityChanged(std::int32_t view, bool visible) = 0;
-    virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;
-    virtual void planeHidden(const PlanePlayer& player) = 0;
     virtual void keyMaskChanged(std::uint32_t mask) = 0;
     virtual void keyPressed(std::uint32_t keyCode) = 0;
 
@@ -49,10 +44,6 @@ class ReceiverControl {
     // A value of the receiver's world, as JSON; empty without a receiver.
     [[nodiscard]] std::string world(const char* pointer);
     void setWorld(const char* pointer, const std::string& json);
-    // Tells what players show already, as if they began now.
-    void tellPlanes();
-    // Null when the player has no frames (any more).
-    [[nodiscard]] std::unique_ptr<Host::PictureView> openPicture(const PlanePlayer& player);
 
  private:
     static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);

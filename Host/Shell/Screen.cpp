@@ -4,14 +4,27 @@
 
 namespace Shell {
 
+using namespace Host;
+
+namespace {
+
+void paintBlack(GtkWidget* widget) {
+    const GObjectHandle<GtkCssProvider> style(gtk_css_provider_new());
+    gtk_css_provider_load_from_data(style.get(), "* { background: black }", -1, nullptr);
+    gtk_style_context_add_provider(gtk_widget_get_style_context(widget), GTK_STYLE_PROVIDER(style.get()),
+                                   GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+}  // namespace
+
 Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
     : m_keyHandler(std::move(keyHandler)), m_closed(std::move(closed)) {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     gtk_window_set_title(GTK_WINDOW(m_window), "HbbTV");
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     m_overlay = gtk_overlay_new();
+    paintBlack(m_window);
     gtk_widget_set_size_request(m_overlay, kScreenWidth, kScreenHeight);
-    gtk_container_add(GTK_CONTAINER(m_overlay), m_videoPlane.widget());
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
     g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);

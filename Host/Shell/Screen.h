@@ -1,5 +1,4 @@
-// The television screen: a window of 1280x720 with the video plane at the bottom and the views stacked above
-// it.
+// The television screen: a black window of 1280x720 with the views stacked in it.
 #pragma once
 
 #include <functional>
@@ -9,7 +8,6 @@
 #include <gtk/gtk.h>
 
 #include "Host/Shell/BrowserView.h"
-#include "Host/Shell/VideoPlane.h"
 
 namespace Shell {
 
@@ -29,7 +27,8 @@ class Screen {
     void remove(BrowserView& view);
     void setVisible(BrowserView& view, bool visible);
 
-    [[nodiscard]] VideoPlane& videoPlane() { return m_videoPlane; }
+    // All of it, as it is seen.
+    [[nodiscard]] GtkWidget* widget() const { return m_window; }
 
     // The view that the remote control acts on; null when all are hidden.
     [[nodiscard]] BrowserView* top() const;
@@ -44,7 +43,6 @@ class Screen {
 
     std::function<bool(const GdkEventKey&)> m_keyHandler;
     std::function<void()> m_closed;
-    VideoPlane m_videoPlane{kScreenWidth, kScreenHeight};
     GtkWidget* m_window;
     GtkWidget* m_overlay;
     std::vector<BrowserView*> m_views;

@@ -1,14 +1,15 @@
 // What a television's browser has and WebKitGTK has not. Runs in every frame before any other script; nothing
-// of it is enumerable, and a page that uses none of it pays for a few listeners that never fire.
-(() => {
+// of it is enumerable, and a page that uses none of it pays for a few listeners that never fire. `glass` is the
+// adapter's way to paint.
+(glass => {
     'use strict';
 
     // A page may put its own things in these places. What is used after the start is taken here, methods and getters as
     // functions whose first argument is what they work on; options and descriptors inherit from nothing, and arrays
     // are not iterated.
     const {
-        CustomEvent, Document, Event, HTMLObjectElement, IntersectionObserver, MutationObserver, ResizeObserver,
-        requestAnimationFrame,
+        CustomEvent, Document, Event, HTMLObjectElement, ImageData, IntersectionObserver, MutationObserver,
+        ResizeObserver, requestAnimationFrame,
     } = window;
     const { apply, defineProperty, deleteProperty, getOwnPropertyDescriptor, getPrototypeOf, setPrototypeOf } = Reflect;
     const { keys, prototype: everyObject } = Object;
@@ -16,6 +17,7 @@
     const uncurry = Function.prototype.bind.bind(Function.prototype.call);
     const method = (owner, name) => uncurry(window[owner].prototype[name]);
     const getter = (owner, name) => uncurry(getOwnPropertyDescriptor(window[owner].prototype, name).get);
+    const setter = (owner, name) => uncurry(getOwnPropertyDescriptor(window[owner].prototype, name).set);
 
     const hasOwn = method('Object', 'hasOwnProperty');
     const characterCode = method('String', 'charCodeAt');
@@ -31,6 +33,17 @@
     const animationOf = getter('AnimationEvent', 'animationName');
     const keyOf = getter('KeyboardEvent', 'key');
     const localNameOf = getter('Element', 'localName');
+    const getAttribute = method('Element', 'getAttribute');
+    const attachShadow = method('Element', 'attachShadow');
+    const appendChild = method('Node', 'appendChild');
+    const makeElement = method('Document', 'createElementNS');
+    const styleOf = getter('HTMLElement', 'style');
+    const setStyle = setter('CSSStyleDeclaration', 'cssText');
+    const getContext = method('HTMLCanvasElement', 'getContext');
+    const setCanvasWidth = setter('HTMLCanvasElement', 'width');
+    const setCanvasHeight = setter('HTMLCanvasElement', 'height');
+    const putImage = method('CanvasRenderingContext2D', 'putImageData');
+    const bytesOf = getter('ImageData', 'data');
     const rectOf = method('Element', 'getBoundingClientRect');
     const rectsOf = method('Element', 'getClientRects');
     const borderLeft = getter('Element', 'clientLeft');
@@ -77,12 +90,13 @@
 
     // Documents of HbbTV's own type. WebKit parses them as XML of no particular kind, in which new elements
     // belong to no namespace; to a television they are XHTML.
+    const xhtml = 'http://www.w3.org/1999/xhtml';
     const applicationType = 'application/vnd.hbbtv.xhtml+xml';
     if (document.contentType === applicationType) {
         const { createElement, createElementNS } = Document.prototype;
         defineVisible(Document.prototype, 'createElement', function (name, options) {
             return contentTypeOf(this) === applicationType
-                ? apply(createElementNS, this, ['http://www.w3.org/1999/xhtml', name, options])
+                ? apply(createElementNS, this, [xhtml, name, options])
                 : apply(createElement, this, [name, options]);
         });
     }
@@ -166,10 +180,52 @@
         mapSet(presentations, this, { names, observer: announceParams(this) });
     });
 
+    // Panes: the picture in a hole, on a canvas out of the page's reach.
+
+    const panes = new WeakMap(); // Hole to its pane.
+
+    function makePane() {
+        const host = makeElement(document, xhtml, 'hbbtv-glass');
+        const canvas = makeElement(document, xhtml, 'canvas');
+        appendChild(attachShadow(host, { __proto__: null, mode: 'closed' }), canvas);
+        // In the processor's memory, where the pictures come from.
+        const context = getContext(canvas, '2d', { __proto__: null, alpha: false, willReadFrequently: true });
+        let image = null;
+        let size = '';
+        function paint(style, width, height) {
+            setStyle(styleOf(canvas), style);
+            if (width === 0) {
+                return;
+            }
+            if (size !== `${width}x${height}`) {
+                size = `${width}x${height}`;
+                setCanvasWidth(canvas, width);
+                setCanvasHeight(canvas, height);
+                image = new ImageData(width, height);
+            }
+            glass.fill(bytesOf(image));
+            putImage(context, image, 0, 0);
+        }
+        return { host, paint, player: undefined };
+    }
+
+    // A page that empties the hole takes its pane out.
+    function keepPane(hole) {
+        let pane = mapGet(panes, hole);
+        if (!pane) {
+            pane = makePane();
+            mapSet(panes, hole, pane);
+        }
+        if (parentOf(pane.host) !== hole) {
+            appendChild(hole, pane.host);
+        }
+        return pane;
+    }
+
     // Holes: elements of this name through which the video plane shows. Each hears of its box on the screen.
 
     const states = new WeakMap(); // Hole to its state, while it is in the list.
-    let holes = makeList(); // The states: { hole, box, mover }.
+    let holes = makeList(); // The states: { hole, box, mover, emptied }.
     let checkPending = false;
     let resizes = null;
 
@@ -246,6 +302,11 @@
         }
     }
 
+    function isBroadcast(hole) {
+        const object = parentOf(hole);
+        return object !== null && nodeTypeOf(object) === 1 && getAttribute(object, 'type') === 'video/broadcast';
+    }
+
     function check() {
         checkPending = false;
         const all = holes;
@@ -255,15 +316,20 @@
             const place = placeOf(hole);
             const box = boxOf(place);
             const { x, y, width, height } = state.box;
+            const pane = keepPane(hole);
+            if (box.x !== x || box.y !== y || box.width !== width || box.height !== height) {
+                state.box = box;
+                const tell = () =>
+                    dispatch(hole, new CustomEvent('geometrychanged', { __proto__: null, detail: box }));
+                pane.player = glass.place(pane.paint, isBroadcast(hole), pane.player, box.x, box.y, box.width,
+                    box.height, tell);
+            }
             // Out of the document, or not rendered; it begins anew when it is again.
             if (rectCount(rectsOf(hole)) === 0) {
+                glass.remove(pane.paint);
                 forget(state);
             } else {
                 watchPlace(state, place);
-            }
-            if (box.x !== x || box.y !== y || box.width !== width || box.height !== height) {
-                state.box = box;
-                dispatch(hole, new CustomEvent('geometrychanged', { __proto__: null, detail: box }));
             }
         }
     }
@@ -279,18 +345,21 @@
             addListener(window, 'resize', schedule);
             addListener(document, 'scroll', schedule, ofScroll);
         }
-        const state = { hole, box: { x: 0, y: 0, width: 0, height: 0 }, mover: null };
+        const state = { hole, box: { x: 0, y: 0, width: 0, height: 0 }, mover: null,
+            emptied: new MutationObserver(schedule) };
         holes[holes.length] = state;
         mapSet(states, hole, state);
         observeSize(resizes, hole);
+        observeMutations(state.emptied, hole, { __proto__: null, childList: true });
         schedule();
     }
 
     function forget(state) {
-        const { hole, mover } = state;
+        const { hole, mover, emptied } = state;
         if (mover) {
             stopPlace(mover);
         }
+        stopMutations(emptied);
         stopSize(resizes, hole);
         mapDelete(states, hole);
         const rest = makeList();
@@ -358,4 +427,4 @@
             stopEvent(event);
         }
     }, true);
-})();
+})

@@ -116,7 +116,11 @@ void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPag
     const JSGlobalContextRef context = frame->scriptContext();
     if (!context)
         return;
-    runBrowserExtensions(context);
+    std::set<JSGlobalContextRef> contexts;
+    for (const auto& [webKitPage, known] : host.m_pages)
+        known->addScriptContexts(contexts);
+    host.m_glass.keepOnly(contexts);
+    runBrowserExtensions(context, host.m_glass.makeScriptSide(context));
     if (host.m_automation)
         defineCollectGarbage(context);
     page->didClearWindowObject(*frame, normalWorld());

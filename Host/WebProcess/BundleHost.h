@@ -12,6 +12,7 @@
 
 #include "Host/WebProcess/CarouselLoader.h"
 #include "Host/WebProcess/FrameScripts.h"
+#include "Host/WebProcess/Glass.h"
 #include "Host/WebProcess/HostPage.h"
 #include "Host/WebProcess/ShellConnection.h"
 #include "Host/WebProcess/WKObjects.h"
@@ -56,6 +57,7 @@ class BundleHost final : public WKObject, private DocumentEndListener {
 
     ShellConnection m_shell;
     CarouselLoader m_carousel;
+    Glass m_glass;
     bool m_automation;
     bool m_showsConsole;
     WKBundleClientV1 m_client{};

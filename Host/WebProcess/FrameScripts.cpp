@@ -65,8 +65,10 @@ void runScript(JSGlobalContextRef context, const std::string& source, const char
         logException(context, exception, name);
 }
 
-void runBrowserExtensions(JSGlobalContextRef context) {
-    runScript(context, s_browserExtensions.data(), "browser extensions");
+void runBrowserExtensions(JSGlobalContextRef context, JSObjectRef glass) {
+    static constexpr char kName[] = "browser extensions";
+    const JSValueRef arguments[] = {glass};
+    callFunction(context, evaluateFunction(context, s_browserExtensions.data(), kName), arguments, kName);
 }
 
 void defineKeyNames(JSGlobalContextRef context) {

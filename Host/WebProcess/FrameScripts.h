@@ -15,8 +15,8 @@ void runScript(JSGlobalContextRef context, const std::string& source, const char
 // KeyEvent.
 void defineKeyNames(JSGlobalContextRef context);
 
-// The extensions that the television's browser has and WebKitGTK has not.
-void runBrowserExtensions(JSGlobalContextRef context);
+// The extensions that the television's browser has and WebKitGTK has not, with what they reach the glass by.
+void runBrowserExtensions(JSGlobalContextRef context, JSObjectRef glass);
 
 // Who wants to know that a frame's document has been parsed; must outlive every page.
 class DocumentEndListener {

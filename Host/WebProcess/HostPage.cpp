@@ -58,6 +58,11 @@ HostFrame& HostPage::frame(WebKitFrame* frame) {
     return *entry->second;
 }
 
+void HostPage::addScriptContexts(std::set<JSGlobalContextRef>& contexts) const {
+    for (const auto& [frame, wrapper] : m_frames)
+        contexts.insert(wrapper->scriptContext());
+}
+
 void HostPage::onFrameGone(gpointer self, GObject* whereTheFrameWas) {
     auto& page = *static_cast<HostPage*>(self);
     const auto found = page.m_frames.find(reinterpret_cast<WebKitFrame*>(whereTheFrameWas));

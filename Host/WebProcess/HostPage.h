@@ -2,6 +2,7 @@
 // callbacks.
 #pragma once
 
+#include <set>
 #include <unordered_map>
 
 #include <webkit2/webkit-web-extension.h>
@@ -28,6 +29,9 @@ class HostPage final : public WKObject {
     [[nodiscard]] HostFrame* mainFrame();
     // The one object for this frame, made when it is first met.
     [[nodiscard]] HostFrame& frame(WebKitFrame* frame);
+
+    // Those of its frames.
+    void addScriptContexts(std::set<JSGlobalContextRef>& contexts) const;
 
     void didClearWindowObject(HostFrame& frame, WKBundleScriptWorldRef world);
 

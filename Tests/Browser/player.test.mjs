@@ -241,7 +241,7 @@ describe("The picture of the media player", () => {
       ["--scenario", defaultScenario, "--exit-after-load", "--screenshot", path, url]);
     await program.ended;
     assert.equal(program.exitCode, 0);
-    return new Picture(path);
+    return new Picture(readFileSync(path));
   }
 
   // A white ball moves over the film, so that one of the places may be something else.

@@ -1,4 +1,4 @@
-// Frames on their way from the receiver to the shell.
+// Frames on their way from the receiver to the web process.
 #include <algorithm>
 #include <atomic>
 #include <thread>

@@ -5,6 +5,7 @@ import { appendFileSync, mkdirSync, mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
+import { Picture } from "./picture.mjs";
 
 // A test program that is told to end runs its exit handlers, so that nothing of it stays behind.
 for (const [signal, number] of Object.entries({ SIGINT: 2, SIGTERM: 15 }))
@@ -131,9 +132,16 @@ export class Workplace {
   async #startDisplay() {
     if (this.env.DISPLAY)
       return;
-    const args = ["-displayfd", "3", "-screen", "0", "1280x720x24", "-nolisten", "tcp"];
+    // A server that begins anew when its last client leaves refuses the next shell for that moment.
+    const args = ["-displayfd", "3", "-screen", "0", "2560x1440x24", "-nolisten", "tcp", "-noreset"];
     const display = this.start("Xvfb", args, ["ignore", "pipe", "pipe", "pipe"]);
     this.env.DISPLAY = ":" + await this.#firstLine(display, display.stdio[3]);
+  }
+
+  // What is on the display now, from its upper left corner.
+  look(width = 1280, height = 720) {
+    const part = ["-window", "root", "-crop", `${width}x${height}+0+0`, "+repage"];
+    return new Picture(undefined, "import", part, this.env);
   }
 
   async stop(child, signal = "SIGTERM") {

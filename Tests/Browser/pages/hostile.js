@@ -49,7 +49,8 @@
       "Promise", "Symbol", "EventTarget", "Node", "Element", "Document", "HTMLElement", "HTMLObjectElement",
       "HTMLParamElement", "HTMLIFrameElement", "MutationObserver", "MutationRecord", "IntersectionObserver",
       "IntersectionObserverEntry", "ResizeObserver", "NodeList", "HTMLCollection", "NamedNodeMap", "Attr",
-      "CSSStyleDeclaration", "Event", "CustomEvent", "UIEvent", "KeyboardEvent", "AnimationEvent", "DOMRectReadOnly",
+      "CSSStyleDeclaration", "HTMLCanvasElement", "CanvasRenderingContext2D", "ImageData", "ShadowRoot", "Event",
+      "CustomEvent", "UIEvent", "KeyboardEvent", "AnimationEvent", "DOMRectReadOnly",
       "Object"];
     const constructors = names.map(name => window[name]);
     const ofArrays = Object.getPrototypeOf([][Symbol.iterator]());
@@ -59,7 +60,8 @@
       "configurable", "detail", "done", "enumerable", "get", "height", "next", "once", "passive", "set", "signal",
       "subtree", "value", "width", "writable", "x", "y", "added", "removed", "attributeChanged", "data", "type", "play",
       "stop", "release", "profile", "profiles", "mimes", "listener", "native", "seen", "hole", "fallback",
-      "box", "mover"];
+      "box", "mover", "emptied", "paint", "host", "player",
+      "mode", "alpha", "willReadFrequently", "colorSpace"];
     const globals = ["MutationSummary", "requestAnimationFrame", "parseInt", "JSON", "Reflect", "console"];
     const replaced = names.concat(globals);
     const values = replaced.map(name => window[name]);

@@ -1,20 +1,21 @@
-#include "Host/Shell/TestCard.h"
+#include "Host/WebProcess/TestCard.h"
 
 #include <array>
 #include <cmath>
 #include <memory>
 
+#include <pango/pangocairo.h>
+
 #include "Host/Inc/GHandles.h"
 
-namespace Shell {
+namespace WebProcess {
 
 using namespace Host;
 
 namespace {
 
-// Everything is drawn on a card of this size, which is then scaled.
-constexpr double kWidth = 1280;
-constexpr double kHeight = 720;
+constexpr double kWidth = kCardWidth;
+constexpr double kHeight = kCardHeight;
 constexpr double kCell = 80;
 constexpr double kMiddleX = kWidth / 2;
 constexpr double kMiddleY = kHeight / 2;
@@ -132,35 +133,22 @@ void drawCircle(cairo_t* cairo, double seconds) {
     cairo_fill(cairo);
 }
 
-// Until cairo_restore() the card's own coordinates hold, and nothing is drawn outside it.
-void saveAndEnter(cairo_t* cairo, const Rectangle& picture) {
-    cairo_save(cairo);
-    cairo_rectangle(cairo, picture.x, picture.y, picture.width, picture.height);
-    cairo_clip(cairo);
-    cairo_translate(cairo, picture.x, picture.y);
-    cairo_scale(cairo, picture.width / kWidth, picture.height / kHeight);
-}
-
 }  // namespace
 
-void drawTestCard(cairo_t* cairo, const Rectangle& picture, const std::string& title) {
+void drawTestCard(cairo_t* cairo, const std::string& title) {
     const std::unique_ptr<GDateTime, GFree<&g_date_time_unref>> now(g_date_time_new_now_local());
     const GChars clock(g_date_time_format(now.get(), "%H:%M:%S"));
-    saveAndEnter(cairo, picture);
     drawGrid(cairo);
     drawEdges(cairo);
     drawBars(cairo);
     drawText(cairo, title, kNameTop, kGreysTop, kTitleSize);
     drawText(cairo, clock.get(), kClockTop, kClockBottom, kClockSize);
     drawCircle(cairo, g_date_time_get_seconds(now.get()));
-    cairo_restore(cairo);
 }
 
-void drawAudioCard(cairo_t* cairo, const Rectangle& picture, const std::string& title) {
-    saveAndEnter(cairo, picture);
+void drawAudioCard(cairo_t* cairo, const std::string& title) {
     fillBox(cairo, kGround, 0, 0, kWidth, kHeight);
     drawText(cairo, title, kNameTop, kGreysTop, kTitleSize);
-    cairo_restore(cairo);
 }
 
-}  // namespace Shell
+}  // namespace WebProcess

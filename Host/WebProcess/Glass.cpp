@@ -1,0 +1,341 @@
+#include "Host/WebProcess/Glass.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <cairo/cairo.h>
+
+#include "Host/WebProcess/JSHandles.h"
+#include "Host/WebProcess/TestCard.h"
+
+namespace WebProcess {
+
+using namespace Host;
+
+namespace {
+
+// Short beside the time that a picture is shown, so that none waits long; it costs one look at the memory.
+constexpr unsigned kFramesMs = 8;
+// While no other picture has come for a second, and for the clock of a card.
+constexpr unsigned kIdleMs = 100;
+
+// Objects that show nothing now, as far as is remembered; the page may have dropped them.
+constexpr std::size_t kIdlePlayers = 64;
+
+constexpr char kNoStyle[] = "display: none";
+constexpr char kFitting[] = "display: block; object-fit: contain; background: black; ";
+
+Glass* s_glass = nullptr;
+
+std::int32_t integer(JSContextRef context, JSValueRef value) {
+    const double number = JSValueToNumber(context, value, nullptr);
+    return std::abs(number) <= G_MAXINT16 ? static_cast<std::int32_t>(number) : 0;
+}
+
+// The pane's own style, as it lies in its hole.
+std::string styleOf(const std::optional<PlaneLayout>& layout, const Rectangle& box) {
+    const std::string style = kFitting;
+    if (layout && layout->fullScreen)
+        return style + "position: fixed; left: 0; top: 0; width: 100vw; height: 100vh";
+    if (!layout || layout->window == box || layout->window.width <= 0 || layout->window.height <= 0)
+        return style + "width: 100%; height: 100%";
+    const auto pixels = [](const char* name, std::int32_t value) {
+        return std::string(name) + ": " + std::to_string(value) + "px; ";
+    };
+    const Rectangle& window = layout->window;
+    return style + "position: absolute; " + pixels("left", window.x - box.x) +
+           pixels("top", window.y - box.y) + pixels("width", window.width) + pixels("height", window.height);
+}
+
+}  // namespace
+
+void PlayerPicture::change(const PlaneContent& content) {
+    m_content = content;
+    m_frames.reset();
+    m_card = {};
+    m_cardTime = 0;
+    m_number = 0;
+    (void)update();
+}
+
+void PlayerPicture::setFrames(std::unique_ptr<PictureView> frames) {
+    if (!shows(PlanePicture::Frames))
+        return;
+    m_frames = std::move(frames);
+    (void)update();
+}
+
+bool PlayerPicture::update() {
+    if (m_frames) {
+        if (!m_frames->update())
+            return false;
+        m_number = m_frames->width() == 0 ? 0 : ++m_last;
+        return true;
+    }
+    if (!shows(PlanePicture::Card) && !shows(PlanePicture::Audio))
+        return false;
+    // Only the test card has a clock.
+    const std::int64_t time = shows(PlanePicture::Card) ? g_get_real_time() / G_USEC_PER_SEC : 1;
+    if (std::exchange(m_cardTime, time) == time)
+        return false;
+    drawCard();
+    m_number = ++m_last;
+    return true;
+}
+
+void PlayerPicture::drawCard() {
+    m_card.resize(std::size_t{kCardWidth} * kCardHeight);
+    cairo_surface_t* surface =
+        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(m_card.data()),
+                                            CAIRO_FORMAT_RGB24, kCardWidth, kCardHeight, kCardWidth * 4);
+    cairo_t* cairo = cairo_create(surface);
+    if (shows(PlanePicture::Card))
+        drawTestCard(cairo, m_content.title);
+    else
+        drawAudioCard(cairo, m_content.title);
+    cairo_destroy(cairo);
+    cairo_surface_destroy(surface);
+}
+
+int PlayerPicture::width() const {
+    return m_frames ? m_frames->width() : kCardWidth;
+}
+
+int PlayerPicture::height() const {
+    return m_frames ? m_frames->height() : kCardHeight;
+}
+
+const std::uint32_t* PlayerPicture::pixels() const {
+    return m_frames ? m_frames->pixels().data() : m_card.data();
+}
+
+JSObjectRef Glass::makeScriptSide(JSContextRef context) {
+    s_glass = this;
+    m_news.listen();
+    const JSObjectRef side = JSObjectMake(context, nullptr, nullptr);
+    using Function = std::pair<const char*, JSObjectCallAsFunctionCallback>;
+    for (const auto& [name, function] : {Function("place", place), {"remove", remove}, {"fill", fill}}) {
+        const JSStringHandle key = makeString(name);
+        JSObjectSetProperty(context, side, key.get(),
+                            JSObjectMakeFunctionWithCallback(context, key.get(), function),
+                            kJSPropertyAttributeNone, nullptr);
+    }
+    return side;
+}
+
+void Glass::keepOnly(const std::set<JSGlobalContextRef>& contexts) {
+    for (auto pane = m_panes.begin(); pane != m_panes.end();) {
+        const auto next = std::next(pane);
+        if (!contexts.contains(pane->context))
+            drop(pane);
+        pane = next;
+    }
+    forgetPlayers(0);
+    restartClock();
+}
+
+std::list<Glass::Pane>::iterator Glass::find(JSContextRef context, JSValueRef paint) {
+    return std::find_if(m_panes.begin(), m_panes.end(),
+                        [&](const Pane& pane) { return JSValueIsStrictEqual(context, pane.paint, paint); });
+}
+
+bool Glass::isSeen(const PlanePlayer& player) const {
+    return std::any_of(m_panes.begin(), m_panes.end(),
+                       [&](const Pane& pane) { return pane.player == player; });
+}
+
+std::optional<PlanePlayer> Glass::playerIn(const Rectangle& box, bool isBroadcast) const {
+    for (const auto& [player, state] : m_players) {
+        if (player.isBroadcast == isBroadcast && state.layout && state.layout->window == box &&
+            !isSeen(player))
+            return player;
+    }
+    return std::nullopt;
+}
+
+// place(paint, isBroadcast, id, x, y, width, height, tell): the pane is in this box, of which `tell` tells
+// the bundle. Answers the id of the player that it shows, to be given the next time; none is undefined.
+JSValueRef Glass::place(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
+                        JSValueRef*) {
+    Glass& glass = *s_glass;
+    const bool isBroadcast = JSValueToBoolean(context, arguments[1]);
+    const Rectangle box = {integer(context, arguments[3]), integer(context, arguments[4]),
+                           integer(context, arguments[5]), integer(context, arguments[6])};
+    glass.m_news.listen();
+    glass.takeLayouts();
+    (void)JSObjectCallAsFunction(context, JSValueToObject(context, arguments[7], nullptr), nullptr, 0,
+                                 nullptr, nullptr);
+    // The layout that this has led to is that of the hole's player.
+    auto told = glass.takeLayouts();
+    std::erase_if(told, [&](const PlanePlayer& player) { return player.isBroadcast != isBroadcast; });
+    std::optional<PlanePlayer> player;
+    if (!told.empty())
+        player = told.back();
+    else if (JSValueIsNumber(context, arguments[2]))
+        player = PlanePlayer{isBroadcast,
+                             static_cast<std::uint32_t>(JSValueToNumber(context, arguments[2], nullptr))};
+    else
+        player = glass.playerIn(box, isBroadcast);
+
+    auto pane = glass.find(context, arguments[0]);
+    if (pane == glass.m_panes.end()) {
+        const JSObjectRef paint = JSValueToObject(context, arguments[0], nullptr);
+        JSValueProtect(context, paint);
+        pane = glass.m_panes.insert(glass.m_panes.end(), Pane());
+        pane->context = JSGlobalContextRetain(JSContextGetGlobalContext(context));
+        pane->paint = paint;
+    }
+    pane->box = box;
+    pane->player = player;
+    glass.paintAll();
+    return player ? JSValueMakeNumber(context, player->id) : JSValueMakeUndefined(context);
+}
+
+JSValueRef Glass::remove(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
+                         JSValueRef*) {
+    const auto pane = s_glass->find(context, arguments[0]);
+    if (pane != s_glass->m_panes.end())
+        s_glass->drop(pane);
+    s_glass->restartClock();
+    return JSValueMakeUndefined(context);
+}
+
+// fill(bytes): the picture that is being painted, each pixel red, green, blue and opaque.
+JSValueRef Glass::fill(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
+                       JSValueRef*) {
+    const PlayerPicture* picture = s_glass->m_filling;
+    const JSObjectRef bytes = JSValueToObject(context, arguments[0], nullptr);
+    if (!picture || !bytes)
+        return JSValueMakeUndefined(context);
+    const auto count =
+        static_cast<std::size_t>(picture->width()) * static_cast<std::size_t>(picture->height());
+    auto* target = static_cast<std::uint32_t*>(JSObjectGetTypedArrayBytesPtr(context, bytes, nullptr));
+    if (!target || JSObjectGetTypedArrayByteLength(context, bytes, nullptr) != count * sizeof(*target))
+        return JSValueMakeUndefined(context);
+    std::transform(picture->pixels(), picture->pixels() + count, target, [](std::uint32_t pixel) {
+        return 0xFF000000 | (pixel & 0xFF) << 16 | (pixel & 0xFF00) | (pixel >> 16 & 0xFF);
+    });
+    return JSValueMakeUndefined(context);
+}
+
+void Glass::drop(std::list<Pane>::iterator pane) {
+    JSValueUnprotect(pane->context, pane->paint);
+    JSGlobalContextRelease(pane->context);
+    m_panes.erase(pane);
+}
+
+void Glass::forgetPlayers(std::size_t rest) {
+    const auto isIdle = [this](const auto& player) {
+        return !player.second.picture && !isSeen(player.first);
+    };
+    auto idle = static_cast<std::size_t>(std::count_if(m_players.begin(), m_players.end(), isIdle));
+    std::erase_if(m_players, [&](const auto& player) { return idle > rest && isIdle(player) && idle-- > 0; });
+}
+
+std::vector<PlanePlayer> Glass::takeLayouts() {
+    std::vector<PlanePlayer> players;
+    for (const auto& [player, layout] : m_news.takeLayouts()) {
+        m_players[player].layout = layout;
+        players.push_back(player);
+    }
+    return players;
+}
+
+void Glass::layoutsSent() {
+    (void)takeLayouts();
+    paintAll();
+}
+
+void Glass::planeShown(const PlanePlayer& player, const PlaneContent& content) {
+    auto& picture = m_players[player].picture;
+    if (picture && picture->content() == content)
+        return;
+    if (!picture)
+        picture.emplace();
+    picture->change(content);
+    if (picture->lacksFrames())
+        m_news.openFrames(player);
+    paintAll();
+}
+
+void Glass::planeHidden(const PlanePlayer& player) {
+    const auto found = m_players.find(player);
+    if (found == m_players.end())
+        return;
+    found->second.picture.reset();
+    forgetPlayers(kIdlePlayers);
+    paintAll();
+}
+
+void Glass::receiverVanished() {
+    for (auto& [player, state] : m_players)
+        state.picture.reset();
+    paintAll();
+}
+
+void Glass::framesOpened(const PlanePlayer& player, std::unique_ptr<PictureView> frames) {
+    const auto found = m_players.find(player);
+    if (found == m_players.end() || !found->second.picture)
+        return;
+    found->second.picture->setFrames(std::move(frames));
+    paintAll();
+}
+
+void Glass::paintAll() {
+    for (auto& [player, state] : m_players) {
+        if (state.picture && isSeen(player) && state.picture->update())
+            m_lastChange = g_get_monotonic_time();
+    }
+    for (Pane& pane : m_panes)
+        paint(pane);
+    restartClock();
+}
+
+void Glass::paint(Pane& pane) {
+    const auto found = pane.player ? m_players.find(*pane.player) : m_players.end();
+    const bool hasPicture =
+        found != m_players.end() && found->second.picture && found->second.picture->number() != 0;
+    const std::uint64_t number = hasPicture ? found->second.picture->number() : 0;
+    std::string style = hasPicture ? styleOf(found->second.layout, pane.box) : kNoStyle;
+    if (number == pane.painted && style == pane.style)
+        return;
+    const PlayerPicture* picture = number != pane.painted && hasPicture ? &*found->second.picture : nullptr;
+    pane.painted = number;
+    pane.style = std::move(style);
+    m_filling = picture;
+    const JSStringHandle text = makeString(pane.style.c_str());
+    const JSValueRef arguments[] = {JSValueMakeString(pane.context, text.get()),
+                                    JSValueMakeNumber(pane.context, picture ? picture->width() : 0),
+                                    JSValueMakeNumber(pane.context, picture ? picture->height() : 0)};
+    JSValueRef exception = nullptr;
+    (void)JSObjectCallAsFunction(pane.context, pane.paint, nullptr, std::size(arguments), arguments,
+                                 &exception);
+    if (exception)
+        g_warning("a picture was not painted: %s", toText(pane.context, exception).c_str());
+    m_filling = nullptr;
+}
+
+void Glass::restartClock() {
+    bool moves = false;
+    bool hasFrames = false;
+    for (const Pane& pane : m_panes) {
+        const auto found = pane.player ? m_players.find(*pane.player) : m_players.end();
+        if (found == m_players.end() || !found->second.picture)
+            continue;
+        hasFrames = hasFrames || found->second.picture->shows(PlanePicture::Frames);
+        moves = moves || hasFrames || found->second.picture->shows(PlanePicture::Card);
+    }
+    const bool isFast = hasFrames && g_get_monotonic_time() - m_lastChange < G_USEC_PER_SEC;
+    const unsigned interval = !moves ? 0 : isFast ? kFramesMs : kIdleMs;
+    if (interval == std::exchange(m_clockMs, interval))
+        return;
+    m_clock.reset(interval == 0 ? 0 : g_timeout_add(interval, onClock, this));
+}
+
+gboolean Glass::onClock(gpointer self) {
+    static_cast<Glass*>(self)->paintAll();
+    return G_SOURCE_CONTINUE;
+}
+
+}  // namespace WebProcess
