@@ -27,6 +27,7 @@ struct CommandLine {
     const char* parameters;
     const char* summary;
     std::string description = {};  // Stands at the end of the help.
+    bool optionsFirst = false;     // What comes after the first parameter is no option.
 };
 
 // The entries end with an empty one. False, with the reason, for arguments that are no good.
@@ -38,6 +39,7 @@ struct CommandLine {
     const GOptionContextHandle context(g_option_context_new(line.parameters));
     g_option_context_set_summary(context.get(), line.summary);
     g_option_context_set_description(context.get(), line.description.c_str());
+    g_option_context_set_strict_posix(context.get(), line.optionsFirst ? TRUE : FALSE);
     g_option_context_add_main_entries(context.get(), entries, nullptr);
     g_option_context_add_main_entries(context.get(), own, nullptr);
     g_set_prgname(line.program);

@@ -48,6 +48,14 @@ void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
     desk.emitter.emit(signal, arguments.get());
 }
 
+void triggerStreamEvent(ControlDesk& desk, const std::string& name, GVariant* data) {
+    gsize size = 0;
+    const auto* bytes =
+        static_cast<const std::uint8_t*>(g_variant_get_fixed_array(data, &size, sizeof(std::uint8_t)));
+    if (desk.world.triggerStreamEvent(name, {bytes, bytes + size}) == 0)
+        throw ScenarioError("", "no page listens to the stream event \"" + name + "\"");
+}
+
 GVariant* planes(ControlDesk& desk) {
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ssuuuuubss)"));
@@ -113,6 +121,10 @@ void fill(gpointer raw, gpointer) {
                                       [](ControlDesk& desk, const char* signal, GVariant* arguments) {
                                           emitSignal(desk, signal, arguments);
                                       }>;
+    table.handle_trigger_stream_event = answer<receiver_control_complete_trigger_stream_event,
+                                               [](ControlDesk& desk, const char* name, GVariant* data) {
+                                                   triggerStreamEvent(desk, name, data);
+                                               }>;
     table.handle_get_planes =
         answer<receiver_control_complete_get_planes, [](ControlDesk& desk) { return planes(desk); }>;
     table.handle_open_picture = openPicture;

@@ -73,6 +73,9 @@ SessionBus::SessionBus(bool shared) {
     g_dbus_connection_set_exit_on_close(m_connection.get(), FALSE);
     while (!ownName(m_connection.get(), "org.vantrel.hbbtv.Shell" + std::to_string(m_number)))
         ++m_number;
+    const GChars address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (address)
+        m_published.emplace(address.get());
 }
 
 SessionBus::~SessionBus() = default;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "Host/Inc/GHandles.h"
 #include "Host/Shell/ChildProcess.h"
+#include "Host/Shell/PublishedAddress.h"
 
 namespace Shell {
 
@@ -27,6 +29,7 @@ class SessionBus {
     std::unique_ptr<ChildProcess> m_daemon;
     Host::GObjectHandle<GDBusConnection> m_connection;
     int m_number = 1;
+    std::optional<PublishedAddress> m_published;
 };
 
 }  // namespace Shell

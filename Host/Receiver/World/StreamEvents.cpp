@@ -29,6 +29,18 @@ bool StreamEvents::unsubscribe(std::uint32_t jobId) {
     return known;
 }
 
+std::size_t StreamEvents::trigger(const std::string& name, const std::vector<std::uint8_t>& data) {
+    std::size_t count = 0;
+    m_subscriptions.forEach([&](std::uint32_t jobId, const Subscription& subscription) {
+        const auto* from = subscription.name == name ? source(subscription.url, name) : nullptr;
+        if (from == nullptr)
+            return;
+        m_events.streamEvent(m_caller, statusTrigger, from->eventId, name, data, jobId);
+        ++count;
+    });
+    return count;
+}
+
 const StreamEventSource* StreamEvents::source(const std::string& url, const std::string& name) const {
     const auto found = std::find_if(m_scenario.streamEvents.begin(), m_scenario.streamEvents.end(),
                                     [&](const StreamEventSource& candidate) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Host/Receiver/World/BoundedStore.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
@@ -19,6 +20,9 @@ class StreamEvents {
     // The job id, or 0 when the broadcast carries no such event or the caller has too many subscriptions.
     [[nodiscard]] std::uint32_t subscribe(const std::string& url, const std::string& name);
     [[nodiscard]] bool unsubscribe(std::uint32_t jobId);
+
+    // Fires now what is subscribed to under this name; how many that were.
+    std::size_t trigger(const std::string& name, const std::vector<std::uint8_t>& data);
 
     [[nodiscard]] std::size_t size() const { return m_subscriptions.size(); }
 

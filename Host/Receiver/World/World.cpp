@@ -151,6 +151,13 @@ void World::registerView(std::int32_t viewId, const std::string& url) {
     m_tuner.restore();
 }
 
+std::size_t World::triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data) {
+    std::size_t count = 0;
+    for (const auto& [caller, held] : m_callers)
+        count += held->streamEvents().trigger(name, data);
+    return count;
+}
+
 void World::setKeyMask(std::uint32_t mask) {
     const auto before = m_scenario.keys.mask;
     m_scenario.keys.mask = mask & m_scenario.keys.maximum;

@@ -47,6 +47,8 @@ class World {
     // A view that was not known before is a new application: broadcast-related again as the scenario says.
     void registerView(std::int32_t viewId, const std::string& url);
 
+    // For all callers that have subscribed to it; how many subscriptions there were.
+    std::size_t triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data);
     void setKeyMask(std::uint32_t mask);
 
     [[nodiscard]] std::int64_t utc() const;

@@ -3,7 +3,7 @@ import { resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 import { existsSync, readdirSync } from "node:fs";
 
-const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
+export const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
 export const build = resolve(sourceRoot, process.env.HBBTV_BUILD_DIR ?? "build/release");
 
 function first(what, candidates) {
