@@ -1,5 +1,6 @@
 #include "Host/Shell/Browser.h"
 
+#include <cmath>
 #include <csignal>
 #include <utility>
 
@@ -108,7 +109,7 @@ void Browser::waitForRed(BrowserView& view, const std::string& heading, const Ai
 }
 
 bool Browser::takeRed(std::uint32_t keyCode) {
-    if (!m_behindRed || keyCode != kRedKey)
+    if (!m_behindRed || keyCode != kRed)
         return false;
     const AitApplication application = *std::exchange(m_behindRed, std::nullopt);
     BrowserView* view = m_screen.top();
@@ -169,6 +170,10 @@ BrowserView& Browser::openView(std::int32_t id, const std::string& url) {
     view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
     m_receiver.registerView(id, url);
     m_screen.add(*view);
+    // What the views are stacked in.
+    gtk_widget_set_size_request(gtk_widget_get_parent(view->widget()),
+                                static_cast<int>(std::lround(kScreenWidth * m_options.zoom)),
+                                static_cast<int>(std::lround(kScreenHeight * m_options.zoom)));
     topChanged();
     if (!url.empty())
         view->load(url);
@@ -205,6 +210,11 @@ bool Browser::handleKey(const GdkEventKey& event) {
     if (view && event.keyval == GDK_KEY_F12) {
         if (isPress)
             view->showInspector();
+        return true;
+    }
+    if (event.keyval == GDK_KEY_F2 && (event.state & GDK_SHIFT_MASK) != 0) {
+        if (isPress)
+            viewWantsRemotePanel();
         return true;
     }
     if (view && event.keyval == GDK_KEY_r && (event.state & GDK_CONTROL_MASK) != 0) {
@@ -288,6 +298,20 @@ void Browser::viewWantsToClose(BrowserView& view) {
     closeView(view.id());
     if (m_views.empty())
         leave(0);
+}
+
+void Browser::viewWantsRemotePanel() {
+    const BrowserView* view = m_screen.top();
+    if (!view)
+        return;
+    if (!m_remotePanel)
+        m_remotePanel.emplace([this](std::uint32_t keyCode) {
+            if (keyCode == RemotePanel::kExitButton)
+                startOver();
+            else
+                keyPressed(keyCode);
+        });
+    m_remotePanel->toggle(view->widget());
 }
 
 void Browser::didReceiveMessage(std::uint64_t page, const std::string& name,

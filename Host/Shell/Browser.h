@@ -18,6 +18,7 @@
 #include "Host/Shell/ReceiverControl.h"
 #include "Host/Shell/ReceiverProcess.h"
 #include "Host/Shell/RemoteControl.h"
+#include "Host/Shell/RemotePanel.h"
 #include "Host/Shell/Screen.h"
 #include "Host/Shell/SessionBus.h"
 #include "Host/Shell/WebProcessChannel.h"
@@ -42,6 +43,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void viewDidFailLoad(BrowserView& view) override;
     void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) override;
     void viewWantsToClose(BrowserView& view) override;
+    void viewWantsRemotePanel() override;
 
     void didReceiveMessage(std::uint64_t page, const std::string& name,
                            const std::optional<std::string>& body) override;
@@ -91,6 +93,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     PageCheck m_check;
     std::map<std::int32_t, std::unique_ptr<BrowserView>> m_views;
     std::optional<Automation> m_automation;
+    std::optional<RemotePanel> m_remotePanel;
     std::optional<FolderWatch> m_folderWatch;
     std::optional<AitApplication> m_behindRed;
     bool m_firstViewHandedOut = false;

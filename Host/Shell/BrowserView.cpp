@@ -64,6 +64,8 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
     m_view.reset(WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
         WEBKIT_TYPE_WEB_VIEW, "web-context", setup.context, "user-content-manager", setup.content, "settings",
         setup.settings, "is-controlled-by-automation", static_cast<gboolean>(setup.automation), nullptr))));
+    // The page keeps its 1280x720 pixels.
+    webkit_web_view_set_zoom_level(m_view.get(), setup.zoom);
     // Beneath it are the views of other applications, or black.
     const GdkRGBA transparent = {0, 0, 0, 0};
     webkit_web_view_set_background_color(m_view.get(), &transparent);
@@ -75,6 +77,7 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
     g_signal_connect(m_view.get(), "decide-policy", G_CALLBACK(onDecidePolicy), this);
     g_signal_connect(m_view.get(), "create", G_CALLBACK(onCreate), this);
     g_signal_connect(m_view.get(), "web-process-terminated", G_CALLBACK(onProcessTerminated), this);
+    g_signal_connect(m_view.get(), "context-menu", G_CALLBACK(onContextMenu), this);
     g_signal_connect(m_view.get(), "close", G_CALLBACK(onClose), this);
     // The screen keeps its size, and the inspector its keyboard: it has a window of its own.
     g_signal_connect(webkit_web_view_get_inspector(m_view.get()), "attach", G_CALLBACK(onAttachInspector),
@@ -244,6 +247,19 @@ void BrowserView::onAitRead(GObject* resource, GAsyncResult* result, gpointer se
     auto& view = *static_cast<BrowserView*>(self);
     if (view.m_isAit)
         view.m_listener.viewDidLoadAit(view, view.url(), {xml ? xml.get() : "", length});
+}
+
+gboolean BrowserView::onContextMenu(WebKitWebView*, WebKitContextMenu* menu, GdkEvent*, WebKitHitTestResult*,
+                                    gpointer self) {
+    const GObjectHandle<GSimpleAction> action(g_simple_action_new("remote-control", nullptr));
+    g_signal_connect(action.get(), "activate", G_CALLBACK(onRemotePanelWanted), self);
+    webkit_context_menu_append(
+        menu, webkit_context_menu_item_new_from_gaction(G_ACTION(action.get()), "Remote Control", nullptr));
+    return FALSE;
+}
+
+void BrowserView::onRemotePanelWanted(GSimpleAction*, GVariant*, gpointer self) {
+    static_cast<BrowserView*>(self)->m_listener.viewWantsRemotePanel();
 }
 
 void BrowserView::onClose(WebKitWebView*, gpointer self) {

@@ -23,6 +23,8 @@ class BrowserViewListener {
     virtual void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) = 0;
     // The page asked to be closed (a WebDriver closes windows in this way).
     virtual void viewWantsToClose(BrowserView& view) = 0;
+    // From the menu of the right mouse button.
+    virtual void viewWantsRemotePanel() = 0;
 
  protected:
     ~BrowserViewListener() = default;
@@ -35,6 +37,7 @@ class BrowserView {
         WebKitUserContentManager* content;
         WebKitSettings* settings;
         bool automation;
+        double zoom;
     };
 
     BrowserView(std::int32_t id, const Setup& setup, BrowserViewListener& listener);
@@ -72,6 +75,9 @@ class BrowserView {
                                     gpointer self);
     static gboolean onAttachInspector(WebKitWebInspector* inspector, gpointer self);
     static void onAitRead(GObject* resource, GAsyncResult* result, gpointer self);
+    static gboolean onContextMenu(WebKitWebView* view, WebKitContextMenu* menu, GdkEvent* event,
+                                  WebKitHitTestResult* hit, gpointer self);
+    static void onRemotePanelWanted(GSimpleAction* action, GVariant* parameter, gpointer self);
     static void onClose(WebKitWebView* view, gpointer self);
 
     [[nodiscard]] bool showsOwnPage() const { return m_ownPage || m_ownPageRequested; }

@@ -9,43 +9,6 @@ namespace Shell {
 
 namespace {
 
-enum KeyCode : std::uint32_t {
-    kEnter = 13,
-    kPause = 19,
-    kSpace = 32,
-    kPageUp = 33,
-    kPageDown = 34,
-    kEnd = 35,
-    kHome = 36,
-    kLeft = 37,
-    kUp = 38,
-    kRight = 39,
-    kDown = 40,
-    kRed = kRedKey,
-    kGreen = 404,
-    kYellow = 405,
-    kBlue = 406,
-    kRewind = 412,
-    kStop = 413,
-    kPlay = 415,
-    kRecord = 416,
-    kFastForward = 417,
-    kPrevious = 424,
-    kNext = 425,
-    kChannelUp = 427,
-    kChannelDown = 428,
-    kVolumeUp = 447,
-    kVolumeDown = 448,
-    kMute = 449,
-    kInfo = 457,
-    kGuide = 458,
-    kTeletext = 459,
-    kSubtitle = 460,
-    kBack = 461,
-    kMenu = 462,
-    kPlayPause = 463,
-};
-
 struct Mapping {
     std::uint32_t keyval;
     std::uint32_t keyCode;
@@ -216,6 +179,7 @@ std::string keyTableText() {
     }
     text += "  0 to 9, A to Z      the same\n";
     text += "  Shift+Escape        EXIT: the broadcast's application, or the page, begins again\n";
+    text += "\nShift+F2 or the right mouse button shows the remote control, for the mouse.\n";
     text += "\nFor the developer: F12 opens the Web Inspector, Ctrl+R loads the page anew.\n";
     return text;
 }

@@ -23,7 +23,43 @@ enum KeyGroup : std::uint32_t {
 };
 inline constexpr std::uint32_t kAllKeyGroups = 2047;
 
-inline constexpr std::uint32_t kRedKey = 403;
+// Of the keys of a remote control, besides digits and letters.
+enum KeyCode : std::uint32_t {
+    kEnter = 13,
+    kPause = 19,
+    kSpace = 32,
+    kPageUp = 33,
+    kPageDown = 34,
+    kEnd = 35,
+    kHome = 36,
+    kLeft = 37,
+    kUp = 38,
+    kRight = 39,
+    kDown = 40,
+    kRed = 403,
+    kGreen = 404,
+    kYellow = 405,
+    kBlue = 406,
+    kRewind = 412,
+    kStop = 413,
+    kPlay = 415,
+    kRecord = 416,
+    kFastForward = 417,
+    kPrevious = 424,
+    kNext = 425,
+    kChannelUp = 427,
+    kChannelDown = 428,
+    kVolumeUp = 447,
+    kVolumeDown = 448,
+    kMute = 449,
+    kInfo = 457,
+    kGuide = 458,
+    kTeletext = 459,
+    kSubtitle = 460,
+    kBack = 461,
+    kMenu = 462,
+    kPlayPause = 463,
+};
 
 // The remote-control code of a GDK keyval; nothing for keys that a remote control does not have.
 [[nodiscard]] std::optional<std::uint32_t> keyCodeOf(std::uint32_t keyval);

@@ -40,10 +40,14 @@ bool isProfile(const std::string& text) {
 // What is wrong with the values, empty for nothing.
 std::string problemOf(const Options& options, int carouselLimit, size_t urls) {
     constexpr int kLongestCarouselLimit = 600;
+    constexpr double kSmallestZoom = 0.25;
+    constexpr double kLargestZoom = 4;
     if (!options.profile.empty() && !isProfile(options.profile))
         return "not a profile: " + options.profile;
     if (carouselLimit < 1 || carouselLimit > kLongestCarouselLimit)
         return "not a number of seconds from 1 to 600: " + std::to_string(carouselLimit);
+    if (!(options.zoom >= kSmallestZoom && options.zoom <= kLargestZoom))
+        return "not a factor from 0.25 to 4";
     if (options.requireVerdict && !options.exitAfterLoad)
         return "--require-verdict goes with --exit-after-load";
     if (urls + (options.ait ? 1 : 0) > 1)
@@ -83,6 +87,8 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "The HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token", "VERSION"},
         {"user-agent", 0, 0, G_OPTION_ARG_STRING, &userAgent,
          "The whole user agent; it needs an HbbTV token of its own for the page to find objects", "TEXT"},
+        {"zoom", 0, 0, G_OPTION_ARG_DOUBLE, &options.zoom,
+         "The size of the screen on the desktop (0.25 to 4); to the page it stays 1280x720", "FACTOR"},
         {"ignore-tls-errors", 0, 0, G_OPTION_ARG_NONE, &ignoreTlsErrors,
          "Load from servers whose certificate is no good", nullptr},
         {"profile-dir", 0, 0, G_OPTION_ARG_FILENAME, &profileFolder,

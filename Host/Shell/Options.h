@@ -16,6 +16,7 @@ struct Options {
     std::optional<std::string> ait;  // Of the broadcast; there is no URL then.
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
+    double zoom = 1.0;
     unsigned carouselLimitSeconds = 30;
     bool exitAfterLoad = false;
     bool requireVerdict = false;

@@ -62,6 +62,7 @@ WebKitUserContentManager* makeContent() {
 WebSetup::WebSetup(const Options& options, std::string channelAddress)
     : m_automation(options.automation),
       m_showsConsole(!options.quiet),
+      m_zoom(options.zoom),
       m_channelAddress(std::move(channelAddress)),
       m_adapterFolder(findAdapterFolder().value_or("")),
       m_bundle(findBundle().value_or("")),
@@ -82,7 +83,7 @@ WebSetup::~WebSetup() {
 }
 
 BrowserView::Setup WebSetup::viewSetup() const {
-    return {m_context.get(), m_content.get(), m_settings.get(), m_automation};
+    return {m_context.get(), m_content.get(), m_settings.get(), m_automation, m_zoom};
 }
 
 void WebSetup::onInitializeWebExtensions(WebKitWebContext* context, gpointer self) {

@@ -29,6 +29,7 @@ class WebSetup {
 
     bool m_automation;
     bool m_showsConsole;
+    double m_zoom;
     std::string m_channelAddress;
     std::string m_adapterFolder;
     std::string m_bundle;                     // Empty for none.

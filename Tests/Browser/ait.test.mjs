@@ -1,9 +1,7 @@
 // Applications that are signalled by a table: the broadcast's own, with the keys of the keyboard, and others.
 import assert from "node:assert/strict";
-import { execFile } from "node:child_process";
 import { once } from "node:events";
-import { after, before, describe, it } from "node:test";
-import { promisify } from "node:util";
+import { after, afterEach, before, describe, it } from "node:test";
 import { PageServer } from "./Harness/pages.mjs";
 import { shell } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
@@ -51,7 +49,8 @@ describe("An application of a table", () => {
     await workplace?.close();
   });
 
-  const press = key => promisify(execFile)("xdotool", ["key", key], { env: workplace.env });
+  afterEach(() => workplace.stop(program));
+
   const run = (...args) => {
     workplace.lines.length = 0;
     program = workplace.start(shell(), ["--session-bus", ...args]);
@@ -74,30 +73,28 @@ describe("An application of a table", () => {
     assert.ok(workplace.lines.some(line => /13\.1 \(Number 1\) does not run: it is for .* 1\.3\.1/.test(line)));
     assert.deepEqual((await receiver.getWorld("/applications/broadcast")).map(({ id }) => id), ["13.1f", "13.2"]);
 
-    await press("F1");
+    await workplace.pressOnScreen("F1");
     await begins("auto.html?a#x", "other.html?b&c#d");
     assert.deepEqual(await receiver.getWorld("/applications/boundary_origins"), ["https://allowed.invalid:443"]);
 
-    await press("shift+Escape");
+    await workplace.pressOnScreen("shift+Escape");
     await begins("auto.html?a#x", "other.html?b&c#d", "auto.html?a#x");
     assert.deepEqual(Object.keys(await receiver.getWorld("/state/views")), ["1"]);
     assert.deepEqual(await receiver.getWorld("/applications/boundary_origins"), []);
-    await workplace.stop(program);
   });
 
   it("waits for the red key where it is only present, once more after EXIT", async () => {
     run("--ait", server.write("present.xml", table(application(2, "PRESENT", "present.html"))));
     await waitFor("red starts it", async () => {
-      await press("F1");
+      await workplace.pressOnScreen("F1");
       return begun().length > 0;
     });
-    await press("shift+Escape");
+    await workplace.pressOnScreen("shift+Escape");
     await waitFor("red starts it again", async () => {
-      await press("F1");
+      await workplace.pressOnScreen("F1");
       return begun().length === 2;
     });
     await begins("present.html", "present.html");
-    await workplace.stop(program);
   });
 
   it("is no use where the television has another profile, or the table is none", async () => {

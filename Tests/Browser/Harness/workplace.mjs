@@ -1,10 +1,11 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
-import { spawn } from "node:child_process";
+import { execFile, spawn } from "node:child_process";
 import { appendFileSync, mkdirSync, mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
+import { promisify } from "node:util";
 import { Picture } from "./picture.mjs";
 
 // A test program that is told to end runs its exit handlers, so that nothing of it stays behind.
@@ -142,6 +143,17 @@ export class Workplace {
   look(width = 1280, height = 720) {
     const part = ["-window", "root", "-crop", `${width}x${height}+0+0`, "+repage"];
     return new Picture(undefined, "import", part, this.env);
+  }
+
+  // Does as mouse and keyboard do; what xdotool says.
+  async xdotool(...args) {
+    const { stdout } = await promisify(execFile)("xdotool", args.map(String), { env: this.env });
+    return stdout.trim();
+  }
+
+  // A key of the keyboard, over the television's window.
+  pressOnScreen(key) {
+    return this.xdotool("mousemove", 300, 200, "key", key);
   }
 
   async stop(child, signal = "SIGTERM") {

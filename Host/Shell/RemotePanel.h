@@ -1,0 +1,32 @@
+// The remote control as a window, for the mouse.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include <gtk/gtk.h>
+
+namespace Shell {
+
+class RemotePanel {
+ public:
+    // `press` is called with a key code, or with kExitButton.
+    explicit RemotePanel(std::function<void(std::uint32_t)> press);
+    ~RemotePanel();
+    RemotePanel(const RemotePanel&) = delete;
+    RemotePanel& operator=(const RemotePanel&) = delete;
+
+    // Shows or hides it; above the window of the widget, which keeps the keyboard.
+    void toggle(GtkWidget* screen);
+
+    // No key of any page: the shell's own.
+    static constexpr std::uint32_t kExitButton = 0;
+
+ private:
+    static void onClicked(GtkButton* button, gpointer self);
+
+    std::function<void(std::uint32_t)> m_press;
+    GtkWidget* m_window;
+};
+
+}  // namespace Shell
