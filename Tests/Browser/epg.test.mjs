@@ -162,7 +162,8 @@ describe("The programme guide", () => {
     await open();
     await press("GREEN");
     await type("opera");
-    await sees({ results: Array(5).fill("Opera Evening").join("|") });
+    // With fewer letters the results are the same, and go with the next.
+    await sees({ entry: "opera", results: Array(5).fill("Opera Evening").join("|") });
     await press("PAGE_DOWN");
     await sees({ focused: "Opera Evening", channel: "102  Klassik Welle" });
     await press("ENTER");
