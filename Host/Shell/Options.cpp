@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
 
 #include "Host/Inc/CommandLine.h"
 #include "Host/Shell/KeyMap.h"
@@ -38,14 +39,16 @@ bool isProfile(const std::string& text) {
 }
 
 // What is wrong with the values, empty for nothing.
-std::string problemOf(const Options& options, int carouselLimit, size_t urls) {
-    constexpr int kLongestCarouselLimit = 600;
+std::string problemOf(const Options& options, std::initializer_list<int> limits, size_t urls) {
+    constexpr int kLongestLimit = 600;
     constexpr double kSmallestZoom = 0.25;
     constexpr double kLargestZoom = 4;
     if (!options.profile.empty() && !isProfile(options.profile))
         return "not a profile: " + options.profile;
-    if (carouselLimit < 1 || carouselLimit > kLongestCarouselLimit)
-        return "not a number of seconds from 1 to 600: " + std::to_string(carouselLimit);
+    for (const int seconds : limits) {
+        if (seconds < 1 || seconds > kLongestLimit)
+            return "not a number of seconds from 1 to 600: " + std::to_string(seconds);
+    }
     if (!(options.zoom >= kSmallestZoom && options.zoom <= kLargestZoom))
         return "not a factor from 0.25 to 4";
     if (options.requireVerdict && !options.exitAfterLoad)
@@ -68,6 +71,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     char* screenshot = nullptr;
     char** urls = nullptr;
     int carouselLimit = static_cast<int>(options.carouselLimitSeconds);
+    int checkLimit = static_cast<int>(options.checkLimitSeconds);
     gboolean exitAfterLoad = FALSE;
     gboolean requireVerdict = FALSE;
     gboolean automation = FALSE;
@@ -103,6 +107,10 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          nullptr},
         {"require-verdict", 0, 0, G_OPTION_ARG_NONE, &requireVerdict,
          "With --exit-after-load: a page that gives no verdict has failed", nullptr},
+        {"check-limit", 0, 0, G_OPTION_ARG_INT, &checkLimit,
+         "With --exit-after-load: how long a page may take to load, and then to give its verdict (1 to 600; "
+         "20)",
+         "SECONDS"},
         {"quiet", 'q', 0, G_OPTION_ARG_NONE, &quiet,
          "Neither the page's console nor what it could not load on the terminal", nullptr},
         {"automation", 0, 0, G_OPTION_ARG_NONE, &automation,
@@ -134,10 +142,11 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.ignoreTlsErrors = ignoreTlsErrors;
     options.quiet = quiet;
     options.carouselLimitSeconds = static_cast<unsigned>(carouselLimit);
+    options.checkLimitSeconds = static_cast<unsigned>(checkLimit);
     if (urls)
         options.url = urls[0];
     if (parsed)
-        problem = problemOf(options, carouselLimit, urls ? g_strv_length(urls) : 0);
+        problem = problemOf(options, {carouselLimit, checkLimit}, urls ? g_strv_length(urls) : 0);
     return problem.empty() ? std::optional<Options>(options) : std::nullopt;
 }
 

@@ -18,6 +18,7 @@ struct Options {
     std::optional<std::string> screenshot;
     double zoom = 1.0;
     unsigned carouselLimitSeconds = 30;
+    unsigned checkLimitSeconds = 20;
     bool exitAfterLoad = false;
     bool requireVerdict = false;
     bool automation = false;

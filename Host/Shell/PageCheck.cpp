@@ -12,7 +12,6 @@ using namespace Host;
 
 namespace {
 
-constexpr unsigned kTimeLimitSeconds = 20;
 // From the page's frame to the window's pixels it is two processes and the display.
 constexpr unsigned kPaintingMs = 500;
 
@@ -52,7 +51,7 @@ PageCheck::~PageCheck() {
 }
 
 void PageCheck::restartClock() {
-    m_clock.reset(g_timeout_add_seconds(kTimeLimitSeconds, onTimeout, this));
+    m_clock.reset(g_timeout_add_seconds(m_options.checkLimitSeconds, onTimeout, this));
 }
 
 void PageCheck::pageDidLoad(BrowserView& view) {
@@ -131,7 +130,8 @@ gboolean PageCheck::onPainted(gpointer self) {
 gboolean PageCheck::onTimeout(gpointer self) {
     auto& check = *static_cast<PageCheck*>(self);
     check.m_clock.forget();
-    check.fail("no verdict of a loaded page within " + std::to_string(kTimeLimitSeconds) + " s");
+    check.fail("no verdict of a loaded page within " + std::to_string(check.m_options.checkLimitSeconds) +
+               " s");
     check.finish();
     return G_SOURCE_REMOVE;
 }

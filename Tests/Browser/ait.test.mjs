@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { once } from "node:events";
 import { after, afterEach, before, describe, it } from "node:test";
 import { PageServer } from "./Harness/pages.mjs";
-import { shell } from "./Harness/programs.mjs";
+import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
@@ -103,12 +103,12 @@ describe("An application of a table", () => {
       [table(), /the AIT is empty/], ["<html>", /this is no AIT/]
     ]) {
       const url = server.write("none.aitx", body);
-      run("--exit-after-load", url);
+      run(...exitAfterLoad, url);
       await once(program, "close");
       assert.equal(program.exitCode, 1);
       assert.match(workplace.lines.find(line => line.startsWith(`hbbtv-shell: view 1: cannot show ${url}`)) ?? "", words);
     }
-    run("--exit-after-load", server.write("old.aitx", table(application(1, "PRESENT", "auto.html"))));
+    run(...exitAfterLoad, server.write("old.aitx", table(application(1, "PRESENT", "auto.html"))));
     await once(program, "close");
     assert.equal(program.exitCode, 0);
     await begins("auto.html");

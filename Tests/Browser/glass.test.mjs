@@ -5,7 +5,7 @@ import { after, before, describe, it } from "node:test";
 import { setTimeout as pause } from "node:timers/promises";
 import { join } from "node:path";
 import { Picture } from "./Harness/picture.mjs";
-import { shell } from "./Harness/programs.mjs";
+import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
@@ -150,7 +150,7 @@ for (const [how, environment, scale] of [
       const url = television.server.write("screenshot.html", `${page(channel("left: 200px; top: 100px"))}
         <div id="verdict"></div><script>objects[0].onPlayStateChange = state => state === 2
         && setTimeout(() => { document.getElementById("verdict").dataset.verdict = "pass"; }, 500);</script>`);
-      const program = television.workplace.start(shell(), ["--session-bus", "--exit-after-load", "--screenshot", path, url]);
+      const program = television.workplace.start(shell(), ["--session-bus", ...exitAfterLoad, "--screenshot", path, url]);
       await program.ended;
       assert.equal(program.exitCode, 0);
       const picture = new Picture(readFileSync(path));

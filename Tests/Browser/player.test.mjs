@@ -8,7 +8,7 @@ import { Application, documents } from "./Harness/application.mjs";
 import { makeMedia, mediaFolder } from "./Harness/media.mjs";
 import { PageServer } from "./Harness/pages.mjs";
 import { Picture } from "./Harness/picture.mjs";
-import { defaultScenario, shell } from "./Harness/programs.mjs";
+import { defaultScenario, exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
@@ -238,7 +238,7 @@ describe("The picture of the media player", () => {
   async function screenOf(url) {
     const path = join(workplace.env.HOME, "screen.png");
     const program = workplace.start(shell(),
-      ["--scenario", defaultScenario, "--exit-after-load", "--screenshot", path, url]);
+      ["--scenario", defaultScenario, ...exitAfterLoad, "--screenshot", path, url]);
     await program.ended;
     assert.equal(program.exitCode, 0);
     return new Picture(readFileSync(path));

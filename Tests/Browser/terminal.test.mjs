@@ -8,7 +8,7 @@ import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { isDeepStrictEqual, promisify } from "node:util";
 import { PageServer } from "./Harness/pages.mjs";
-import { shell } from "./Harness/programs.mjs";
+import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
@@ -59,7 +59,7 @@ describe("The terminal", () => {
 
   it("shows the console, what was not caught and what was not loaded", async () => {
     const url = server.write("faulty.html", faulty);
-    const { code, text } = await run("--exit-after-load", url);
+    const { code, text } = await run(...exitAfterLoad, url);
     assert.equal(code, 0, text);
     assertTells(text,
       /faulty\.html:3:12: CONSOLE LOG first 2 third,4 ä$/m,
@@ -71,7 +71,7 @@ describe("The terminal", () => {
       new RegExp(`^hbbtv-shell: cannot load ${closed}: .+`, "m"));
     assert.doesNotMatch(text, /\[bootstrap\]|user-script|dbus-daemon|at-spi/i);
 
-    const quiet = await run("--quiet", "--exit-after-load", url);
+    const quiet = await run("--quiet", ...exitAfterLoad, url);
     assert.equal(quiet.code, 0);
     assert.doesNotMatch(quiet.text, /CONSOLE|cannot load/);
   });
@@ -88,7 +88,7 @@ describe("The terminal", () => {
       [forbidden, /forbids its port/],
       [closed, /Connection refused/]
     ]) {
-      const { code, text } = await run("--exit-after-load", url);
+      const { code, text } = await run(...exitAfterLoad, url);
       assert.equal(code, 1, url);
       const line = text.split("\n").find(each => each.startsWith(`hbbtv-shell: view ${view}: cannot show ${shown}: `));
       assert.match(line ?? text, reason);
@@ -114,7 +114,7 @@ document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "
 
   // The exit code of a shell that leaves when the page has given its verdict.
   async function verdict(url, ...args) {
-    const program = workplace.start(shell(), ["--quiet", "--no-receiver", "--exit-after-load", ...args, url]);
+    const program = workplace.start(shell(), ["--quiet", "--no-receiver", ...exitAfterLoad, ...args, url]);
     await program.ended;
     return program.exitCode;
   }

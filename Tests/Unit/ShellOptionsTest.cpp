@@ -44,12 +44,14 @@ TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
     EXPECT_EQ(refusalOf({"--colour", "u"}), "Unknown option --colour");
     for (const std::string profile : {"1.2", "1.2.1.0", "a.b.c", "12.1.", "HbbTV"})
         EXPECT_EQ(refusalOf({"u", "--profile", profile}), "not a profile: " + profile);
-    EXPECT_EQ(refusalOf({"u", "--carousel-limit=600"}), "accepted");
     EXPECT_EQ(refusalOf({"u", "--zoom=0.25"}), "accepted");
     for (const std::string factor : {"0", "-1", "4.5", "nan", "big"})
         EXPECT_NE(refusalOf({"u", "--zoom", factor}), "accepted") << factor;
-    for (const std::string seconds : {"0", "601", "-1", "1.5", "5s", "99999999999"})
-        EXPECT_NE(refusalOf({"u", "--carousel-limit", seconds}), "accepted") << seconds;
+    for (const std::string limit : {"--carousel-limit", "--check-limit"}) {
+        EXPECT_EQ(refusalOf({"u", limit, "600"}), "accepted");
+        for (const std::string seconds : {"0", "601", "-1", "1.5", "5s", "99999999999"})
+            EXPECT_NE(refusalOf({"u", limit, seconds}), "accepted") << seconds;
+    }
 }
 
 TEST(AUserAgent, CarriesTheProfileWhereThePagesScriptsLookForIt) {

@@ -2,6 +2,7 @@
 import { resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 import { existsSync, readdirSync } from "node:fs";
+import { slowness } from "./wait.mjs";
 
 export const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
 export const build = resolve(sourceRoot, process.env.HBBTV_BUILD_DIR ?? "build/release");
@@ -14,6 +15,8 @@ function first(what, candidates) {
 }
 
 export const shell = () => first("hbbtv-shell", [resolve(build, "Host/Shell/hbbtv-shell")]);
+// Its arguments to leave when a page has loaded, and given its verdict if it gives one.
+export const exitAfterLoad = ["--exit-after-load", "--check-limit", String(20 * slowness)];
 export const receiver = () => first("hbbtv-receiver", [resolve(build, "Host/Receiver/hbbtv-receiver")]);
 
 export const defaultScenario = resolve(sourceRoot, "Examples/scenarios/default.json");
