@@ -26,6 +26,8 @@ async function createWorkplace() {
   const workplace = await Workplace.create();
   const folders = ["Shell", "Receiver", "Control"].map(name => join(build, "Host", name));
   workplace.env.PATH = [...folders, workplace.env.PATH].join(delimiter);
+  // Through bash, which starts the shells here.
+  Object.assign(workplace.env, workplace.preload);
   return workplace;
 }
 
