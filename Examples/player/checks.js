@@ -1,10 +1,10 @@
 // What the player checks about its television: it plays, pauses, seeks, changes the audio track, reaches the end and
 // fails. They are done one after the other, each from where the one before it has left the medium.
-// makeChecks(media, open) has the page's list, and open(index) plays from it.
-function makeChecks(media, open) {
+// makeChecks(media, open, limit) has the page's list, open(index) plays from it, and nothing takes longer than `limit`
+// milliseconds.
+function makeChecks(media, open, limit) {
   'use strict';
 
-  var LIMIT_MS = 6000;
   var LOOK_MS = 20;
   var DAMAGED = 4;
   var NOT_FOUND = 5;
@@ -14,7 +14,7 @@ function makeChecks(media, open) {
 
   // Resolves once it holds, to what it answered; `seen` tells what stood in the way when it never does.
   function until(holds, seen) {
-    var deadline = Date.now() + LIMIT_MS;
+    var deadline = Date.now() + limit;
     return new Promise(function (resolve, reject) {
       (function look() {
         var answer = holds();

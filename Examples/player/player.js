@@ -1,6 +1,7 @@
 // The player's picture and keys: a list of media, what plays in a window or in full screen, how far it is, its
 // audio tracks, and plain words for what cannot be played. With "?check" in its address it tries all of it by
-// itself first; the element "verdict" carries data-verdict="pass" or "fail" then.
+// itself first; the element "verdict" carries data-verdict="pass" or "fail" then. Nothing may take longer than 6 s, or
+// 30 s with "?check=30".
 (function () {
   'use strict';
 
@@ -239,10 +240,10 @@
 
   // --- start and verdict ---
 
-  function runChecks() {
+  function runChecks(limitSeconds) {
     view.open('summary');
     setText('summary', 'checking');
-    verdict.checkInTurn(makeChecks(media, open)).then(function (result) {
+    verdict.checkInTurn(makeChecks(media, open, limitSeconds * 1000)).then(function (result) {
       showEverything();
       verdict.give(result);
     });
@@ -270,7 +271,8 @@
     });
     readList(function () {
       showEverything();
-      if (location.search === '?check') runChecks();
+      var check = /^\?check(?:=(\d+))?$/.exec(location.search);
+      if (check) runChecks(Number(check[1] || 6));
     });
     setInterval(function () { if (medium.state() === medium.PLAYING) showPosition(); }, POSITION_MS);
   }, false);

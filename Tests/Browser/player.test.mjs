@@ -9,7 +9,7 @@ import { makeMedia, mediaFolder } from "./Harness/media.mjs";
 import { PageServer } from "./Harness/pages.mjs";
 import { Picture } from "./Harness/picture.mjs";
 import { defaultScenario, exitAfterLoad, shell } from "./Harness/programs.mjs";
-import { waitFor } from "./Harness/wait.mjs";
+import { slowness, waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
 const [playing, paused, finished] = [1, 2, 5];
@@ -253,7 +253,7 @@ describe("The picture of the media player", () => {
   }
 
   it("is the frame that was sought, where the page leaves room for it", async () => {
-    const picture = await screenOf(server.url("/examples/player/index.html?check"));
+    const picture = await screenOf(server.url(`/examples/player/index.html?check=${6 * slowness}`));
     assertFilm(picture, blue, [[80, 116], [680, 120], [384, 140], [680, 440]]);
     // Outside of it is the page.
     for (const [x, y] of [[40, 280], [720, 280], [384, 80]])

@@ -7,6 +7,7 @@ import { join } from "node:path";
 import { createInterface } from "node:readline";
 import { promisify } from "node:util";
 import { Picture } from "./picture.mjs";
+import { build } from "./programs.mjs";
 
 // A test program that is told to end runs its exit handlers, so that nothing of it stays behind.
 for (const [signal, number] of Object.entries({ SIGINT: 2, SIGTERM: 15 }))
@@ -49,6 +50,8 @@ export class Workplace {
       XDG_DATA_HOME: inside("data"),
       HBBTV_LOG_LEVEL: process.env.HBBTV_LOG_LEVEL ?? "info",
       GSETTINGS_BACKEND: "memory",
+      // The homes are new; the plugins need not be looked through in every one.
+      GST_REGISTRY: join(build, "gstreamer-registry.bin"),
       GTK_A11Y: "none",
       NO_AT_BRIDGE: "1",
       LIBGL_ALWAYS_SOFTWARE: "1"
