@@ -1,5 +1,7 @@
 #include "Host/WebProcess/FrameScripts.h"
 
+#include <malloc.h>
+
 #include <glib.h>
 
 #include "Host/WebProcess/JSHandles.h"
@@ -43,6 +45,7 @@ void callFunction(JSGlobalContextRef context, JSObjectRef function, const JSValu
 JSValueRef collectGarbage(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
                           JSValueRef*) {
     JSSynchronousGarbageCollectForDebugging(context);
+    malloc_trim(0);
     return JSValueMakeUndefined(context);
 }
 

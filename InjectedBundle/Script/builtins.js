@@ -54,6 +54,7 @@ var _hbbtv_vantrel_kept = (() => {
     addListener: method("EventTarget", "addEventListener"),
     removeListener: method("EventTarget", "removeEventListener"),
     eventTarget: getter("Event", "target"),
+    isPersisted: getter("PageTransitionEvent", "persisted"),
     eventDetail: getter("CustomEvent", "detail"),
 
     nodeType: getter("Node", "nodeType"),
@@ -90,6 +91,7 @@ var _hbbtv_vantrel_kept = (() => {
     disconnect: method("MutationObserver", "disconnect"),
     takeMutations: method("MutationObserver", "takeRecords"),
     mutationType: getter("MutationRecord", "type"),
+    mutationTarget: getter("MutationRecord", "target"),
     mutatedAttribute: getter("MutationRecord", "attributeName"),
     oldValue: getter("MutationRecord", "oldValue"),
     addedNodes: getter("MutationRecord", "addedNodes"),

@@ -20,7 +20,7 @@ function _hbbtv_vantrel_recordOf(object) {
     internal: false, // An element of oipfObjectFactory, which the browser makes present its object.
     ended: false, // Its object was taken away; out of the document it stays ordinary.
     seen: "", // Its type, if it was in the document at the last look.
-    observer: null, // Of its attributes and children.
+    mutations: null, // Of its attributes and children, that are still to be looked at.
     listeners: _hbbtv_vantrel_list(), // { type, listener, once, native }, of the native object.
     early: _hbbtv_vantrel_list(), // Lists of arguments, before there is one.
     streamListeners: _hbbtv_vantrel_list(), // Lists of arguments.

@@ -46,6 +46,8 @@ function _hbbtv_vantrel_initialize(object) {
 
 function _hbbtv_vantrel_attach(object, oipf, plugin, attributes) {
   const record = _hbbtv_vantrel_recordOf(object);
+  // What has changed so far is nothing to this native object.
+  _hbbtv_vantrel_flush(record);
   record.oipf = oipf;
   record.plugin = plugin;
   record.ended = false;
@@ -103,10 +105,7 @@ function _hbbtv_vantrel_finalize(object) {
   if (!record || !record.oipf)
     return;
   _hbbtv_vantrel_log("cleaning: " + _hbbtv_vantrel_kept.objectText(object) + " " + _hbbtv_vantrel_typeOf(object));
-  const { oipf, plugin, observer } = record;
-  record.observer = null;
-  if (observer)
-    _hbbtv_vantrel_kept.disconnect(observer);
+  const { oipf, plugin } = record;
   _hbbtv_vantrel_releasePlayer(record);
   _hbbtv_vantrel_callOwn(object, "finalize");
   _hbbtv_vantrel_unfollow(record);
@@ -116,6 +115,7 @@ function _hbbtv_vantrel_finalize(object) {
   _hbbtv_vantrel_hideVideo(record);
   record.oipf = null;
   record.plugin = null;
+  record.mutations = null;
   record.sizes = null;
   record.ended = true;
 }

@@ -96,22 +96,46 @@ function _hbbtv_vantrel_summarise(object, mutations) {
   return summary;
 }
 
+// Of all elements.
+var _hbbtv_vantrel_markupObserver = null;
+
 function _hbbtv_vantrel_watch(record) {
-  const { object } = record;
-  record.observer = new _hbbtv_vantrel_kept.MutationObserver(
-    mutations => _hbbtv_vantrel_attempt(() => _hbbtv_vantrel_markupChanged(record, mutations)));
-  _hbbtv_vantrel_kept.observe(record.observer, object,
+  if (!_hbbtv_vantrel_markupObserver)
+    _hbbtv_vantrel_markupObserver = _hbbtv_vantrel_newObserver(_hbbtv_vantrel_markupChanged);
+  _hbbtv_vantrel_kept.observe(_hbbtv_vantrel_markupObserver, record.object,
     { __proto__: null, attributes: true, attributeOldValue: true, childList: true });
 }
 
-function _hbbtv_vantrel_markupChanged(record, mutations) {
-  _hbbtv_vantrel_notify_attributes([_hbbtv_vantrel_summarise(record.object, mutations)]);
-  _hbbtv_vantrel_restore(record);
+function _hbbtv_vantrel_markupChanged(mutations) {
+  const changed = _hbbtv_vantrel_list();
+  for (let i = 0; i < mutations.length; ++i) {
+    const record = _hbbtv_vantrel_find(_hbbtv_vantrel_kept.mutationTarget(mutations[i]));
+    if (!record || !record.oipf)
+      continue;
+    if (!record.mutations) {
+      record.mutations = _hbbtv_vantrel_list();
+      _hbbtv_vantrel_append(changed, record);
+    }
+    _hbbtv_vantrel_append(record.mutations, mutations[i]);
+  }
+  for (let i = 0; i < changed.length; ++i)
+    _hbbtv_vantrel_applyMarkup(changed[i]);
+}
+
+function _hbbtv_vantrel_applyMarkup(record) {
+  const { mutations } = record;
+  if (!mutations)
+    return;
+  record.mutations = null;
+  _hbbtv_vantrel_attempt(() => {
+    _hbbtv_vantrel_notify_attributes([_hbbtv_vantrel_summarise(record.object, mutations)]);
+    _hbbtv_vantrel_restore(record);
+  });
 }
 
 // Observers run at the end of the task; the page may call the object on the line after setAttribute.
 function _hbbtv_vantrel_flush(record) {
-  const mutations = record.observer ? _hbbtv_vantrel_kept.takeMutations(record.observer) : [];
-  if (mutations.length > 0)
-    _hbbtv_vantrel_attempt(() => _hbbtv_vantrel_markupChanged(record, mutations));
+  if (_hbbtv_vantrel_markupObserver)
+    _hbbtv_vantrel_markupChanged(_hbbtv_vantrel_kept.takeMutations(_hbbtv_vantrel_markupObserver));
+  _hbbtv_vantrel_applyMarkup(record);
 }

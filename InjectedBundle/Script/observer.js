@@ -37,14 +37,23 @@ function _hbbtv_vantrel_only(text) {
   };
 }
 
+// WebKit keeps the document of a frame for ever that is taken out of its page while one of its observers has still to
+// tell of changes. So observers end with their document.
+function _hbbtv_vantrel_newObserver(take) {
+  const observer = new _hbbtv_vantrel_kept.MutationObserver(mutations => _hbbtv_vantrel_attempt(() => take(mutations)));
+  _hbbtv_vantrel_kept.addListener(window, "pagehide", event => _hbbtv_vantrel_attempt(() => {
+    if (!_hbbtv_vantrel_kept.isPersisted(event))
+      _hbbtv_vantrel_kept.disconnect(observer);
+  }), true);
+  return observer;
+}
+
 // Begins to observe the document, once.
 function _hbbtv_vantrel_startObserver() {
   if (_hbbtv_vantrel_isObserving)
     return;
   _hbbtv_vantrel_isObserving = true;
-  const observer = new _hbbtv_vantrel_kept.MutationObserver(
-    mutations => _hbbtv_vantrel_attempt(() => _hbbtv_vantrel_look(mutations)));
-  _hbbtv_vantrel_kept.observe(observer, document, {
+  _hbbtv_vantrel_kept.observe(_hbbtv_vantrel_newObserver(_hbbtv_vantrel_look), document, {
     __proto__: null, childList: true, subtree: true, attributes: true, attributeFilter: _hbbtv_vantrel_only("type")
   });
   _hbbtv_vantrel_look([]);
