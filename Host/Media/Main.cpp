@@ -123,11 +123,13 @@ class Player : private MediaListener {
     }
     void load(GVariant* content) {
         const char* url = nullptr;
+        const char* userAgent = nullptr;
         double speed = 1.0;
         std::uint32_t limitMs = 0;
         std::int32_t volume = 100;
-        g_variant_get(content, "(&sdui)", &url, &speed, &limitMs, &volume);
+        g_variant_get(content, "(&s&sdui)", &url, &userAgent, &speed, &limitMs, &volume);
         m_pipeline.setVolume(volume / 100.0);
+        m_pipeline.setUserAgent(userAgent);
         m_film.load(url, speed, limitMs);
         tick();
     }

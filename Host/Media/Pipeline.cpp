@@ -46,7 +46,10 @@ gboolean refuseTimes(GstPad* pad, GstObject* parent, GstEvent* event) {
     return FALSE;
 }
 
-void onSource(GstElement*, GstElement* source, gpointer) {
+void onSource(GstElement*, GstElement* source, gpointer userAgent) {
+    // Readers of lists ask for the segments as their source asked for the list.
+    if (g_object_class_find_property(G_OBJECT_GET_CLASS(source), "user-agent"))
+        g_object_set(source, "user-agent", static_cast<const std::string*>(userAgent)->c_str(), nullptr);
     const GstObjectHandle<GstPad> pad(gst_element_get_static_pad(source, "src"));
     const char* kind = gst_element_get_metadata(source, GST_ELEMENT_METADATA_KLASS);
     if (pad != nullptr && kind != nullptr && g_strrstr(kind, "Network") != nullptr)
@@ -121,7 +124,7 @@ Pipeline::Pipeline(PictureOutput& picture, const std::string& sound, MessageHand
     gst_util_set_object_arg(G_OBJECT(m_element), "flags", playbinFlags);
     g_object_set(m_element, "video-sink", picture.makeSink(), "audio-sink", makeSoundSink(sound),
                  "audio-filter", filter, nullptr);
-    g_signal_connect(m_element, "source-setup", G_CALLBACK(onSource), nullptr);
+    g_signal_connect(m_element, "source-setup", G_CALLBACK(onSource), &m_userAgent);
     g_signal_connect(m_element, "deep-element-added", G_CALLBACK(onElement), nullptr);
     const auto run = [](gpointer work, gpointer) {
         const std::unique_ptr<std::function<void()>> owned(static_cast<std::function<void()>*>(work));

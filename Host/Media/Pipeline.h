@@ -34,6 +34,8 @@ class Pipeline {
     // its process.
     ~Pipeline() = delete;
 
+    // What servers are told; before it is opened.
+    void setUserAgent(const std::string& userAgent) { m_userAgent = userAgent; }
     // Once.
     void open(const std::string& url);
     void setState(GstState state);
@@ -63,6 +65,7 @@ class Pipeline {
     GstElement* m_element;
     GstElement* m_volume;
     GThreadPool* m_worker;
+    std::string m_userAgent;
 };
 
 }  // namespace Media

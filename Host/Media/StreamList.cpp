@@ -62,11 +62,17 @@ std::string languageOf(GstStream* stream) {
     return language == "und" ? std::string() : language;
 }
 
-// Aspect ratio in hundredths, or number of channels.
+// 5.1 is five main channels, and so on: the one for low frequencies does not count.
+int mainChannels(int channels) {
+    constexpr int fewestWithBass = 6;
+    return channels >= fewestWithBass ? channels - 1 : channels;
+}
+
+// Aspect ratio in hundredths, or number of main channels.
 std::int32_t extraOf(ComponentType type, const GstStructure& format) {
     int channels = 0;
     if (type == ComponentType::Audio && gst_structure_get_int(&format, "channels", &channels))
-        return channels;
+        return mainChannels(channels);
     int width = 0;
     int height = 0;
     if (type != ComponentType::Video || !gst_structure_get_int(&format, "width", &width) ||

@@ -54,7 +54,7 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_carousel(m_web.context(), m_channel, m_options.carouselLimitSeconds),
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
-    m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
+    greetReceiver();
     if (m_firstViewId != 1)
         g_message("another shell shows its views on this bus; those of this one count from %d",
                   m_firstViewId);
@@ -235,7 +235,12 @@ bool Browser::handleKey(const GdkEventKey& event) {
 void Browser::receiverAppeared() {
     for (const auto& [id, view] : m_views)
         m_receiver.registerView(id, view->url());
+    greetReceiver();
+}
+
+void Browser::greetReceiver() {
     m_remoteControl.setMask(m_receiver.keyMask().value_or(kAllKeyGroups));
+    m_receiver.setUserAgent(m_web.userAgent());
 }
 
 void Browser::receiverVanished() {

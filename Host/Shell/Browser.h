@@ -61,6 +61,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     static gboolean onTerminate(gpointer self);
     static gboolean onInterrupt(gpointer self);
 
+    void greetReceiver();
     BrowserView& openView(std::int32_t id, const std::string& url);
     void closeView(std::int32_t id);
     [[nodiscard]] BrowserView* findView(std::int32_t id) const;

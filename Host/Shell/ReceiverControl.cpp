@@ -101,6 +101,11 @@ void ReceiverControl::setWorld(const char* pointer, const std::string& json) {
     (void)call("SetWorld", g_variant_new("(ss)", pointer, json.c_str()), "()");
 }
 
+void ReceiverControl::setUserAgent(const std::string& userAgent) {
+    const GChars escaped(g_strescape(userAgent.c_str(), nullptr));
+    setWorld("/media/user_agent", std::string("\"") + escaped.get() + "\"");
+}
+
 void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*, gpointer self) {
     auto& control = *static_cast<ReceiverControl*>(self);
     // The first notice of a receiver that was there from the start is no news.

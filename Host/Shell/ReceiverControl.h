@@ -44,6 +44,8 @@ class ReceiverControl {
     // A value of the receiver's world, as JSON; empty without a receiver.
     [[nodiscard]] std::string world(const char* pointer);
     void setWorld(const char* pointer, const std::string& json);
+    // Media are fetched with that of the pages.
+    void setUserAgent(const std::string& userAgent);
 
  private:
     static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);

@@ -23,6 +23,7 @@ class WebSetup {
 
     [[nodiscard]] WebKitWebContext* context() const { return m_context.get(); }
     [[nodiscard]] BrowserView::Setup viewSetup() const;
+    [[nodiscard]] std::string userAgent() const { return webkit_settings_get_user_agent(m_settings.get()); }
 
  private:
     static void onInitializeWebExtensions(WebKitWebContext* context, gpointer self);

@@ -15,7 +15,7 @@ import { Workplace } from "./Harness/workplace.mjs";
 const [playing, paused, finished] = [1, 2, 5];
 const audio = 1;
 // The rows of its list.
-const [film, twoLanguages] = [0, 1];
+const [film, twoLanguages, hls, dash] = [0, 1, 3, 4];
 
 const see = ({ text, isOpen }) => {
   const row = name => Array.from(document.querySelectorAll("#list li"))
@@ -182,6 +182,12 @@ describe("The media player", () => {
     await open();
     await press("ENTER");
     await sees({ state: "Playing", title: "The ball" });
+  });
+
+  it("asks servers for media as the page does, also for segments", async () => {
+    await play(hls);
+    await play(dash);
+    assert.deepEqual([...server.agents], [await browser.run(() => navigator.userAgent)]);
   });
 
   it("is silent once the page is left", async () => {

@@ -141,6 +141,8 @@ TEST_F(TheReceiversControl, TellsTheShellWhatApplicationsDo) {
                   "(false,)");
     EXPECT_EQ(call("IDAEBrowserAPI.CreateApplication", "('http://localhost:1/a', 7)").text(), "(true,)");
     // A second one takes the place of the first.
+    ASSERT_TRUE(
+        control("SetWorld", "('/applications/broadcast/0/url', '\"http://localhost/a?b=c#d\"')").value);
     EXPECT_EQ(call("IDAEBrowserAPI.CreateApplication", "('dvb://current.ait/13.1?x=y', 7)").text(),
               "(true,)");
     (void)call("IDAEBrowserAPI.Hide", "(7,)");
@@ -149,7 +151,7 @@ TEST_F(TheReceiversControl, TellsTheShellWhatApplicationsDo) {
     (void)call("IDAEBrowserAPI.DestroyApplication", "(8,)");
     (void)call("IDAEBrowserAPI.Show", "(8,)");
     EXPECT_TRUE(hears({"ApplicationStarted(8, 'http://localhost:1/a')", "ApplicationDestroyed(8,)",
-                       "ApplicationStarted(8, 'http://localhost:8080/index.html?x=y')",
+                       "ApplicationStarted(8, 'http://localhost/a?b=c&x=y#d')",
                        "ApplicationVisibilityChanged(7, false)", "ApplicationVisibilityChanged(7, true)",
                        "ApplicationDestroyed(8,)", "ApplicationDestroyed(8,)"}));
     EXPECT_EQ(control("GetWorld", "('/state/views',)").text(),

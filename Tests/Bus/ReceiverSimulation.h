@@ -50,6 +50,7 @@ class ManualTimers : public Timers {
 class HeardEvents : public ReceiverEvents {
  public:
     std::vector<std::string> heard;
+    std::vector<std::string> payloads;  // Of stream events.
 
     std::vector<std::string> take() { return std::exchange(heard, {}); }
 
@@ -77,7 +78,8 @@ class HeardEvents : public ReceiverEvents {
         hear("data", event, id, first, second);
     }
     void streamEvent(const CallerName&, std::uint32_t, std::int16_t, const std::string& name,
-                     const std::vector<std::uint8_t>&, std::uint32_t jobId) override {
+                     const std::vector<std::uint8_t>& data, std::uint32_t jobId) override {
+        payloads.emplace_back(data.begin(), data.end());
         hear("stream", name, jobId);
     }
     void playReadyResponse(const CallerName&, std::uint32_t id, std::int32_t code,

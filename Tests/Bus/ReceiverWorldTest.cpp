@@ -319,6 +319,15 @@ TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {
     EXPECT_THAT(simulation.events.take(), IsEmpty());
 }
 
+TEST(AWorld, FiresAStreamEventsPayloadsOneAfterAnother) {
+    Simulation simulation(
+        R"({"stream_events": [{"url": "*", "name": "e", "period_ms": 10, "text": ["one", "two"]}]})");
+    (void)simulation.me.streamEvents().subscribe("dvb://x", "e");
+    simulation.timers.pass(30);
+    EXPECT_THAT(simulation.events.payloads, ElementsAre("one", "two", "one"));
+    EXPECT_THROW(simulation.world.setValue("/stream_events/0/text", "[]"), ScenarioError);
+}
+
 TEST(AWorld, FollowsChangesOfTheScenarioWithSubscriptionsUnderWay) {
     Simulation simulation(R"({"stream_events": [{"url": "*", "name": "e", "period_ms": 100}]})");
     const auto fired = "stream e " + std::to_string(simulation.me.streamEvents().subscribe("dvb://x", "e"));

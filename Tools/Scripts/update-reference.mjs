@@ -1,6 +1,6 @@
 #!/usr/bin/env node
 // Writes the generated references anew: Docs/api from the interface descriptions and the bootstrap script, Docs/dbus
-// from the D-Bus descriptions. Pages that nothing generates any more are deleted.
+// from the D-Bus descriptions, Docs/scenario.md from the schema beside it. Pages that nothing generates any more are deleted.
 //
 //     npm run reference
 
@@ -10,6 +10,7 @@ import { fileURLToPath } from 'node:url';
 
 import { dbusReference } from '../../gen/dbus/reference/reference.mjs';
 import { apiReference } from '../../InjectedBundle/gen/reference/reference.mjs';
+import { scenarioReference } from './lib/scenario.mjs';
 
 const docs = fileURLToPath(new URL('../../Docs', import.meta.url));
 
@@ -27,6 +28,7 @@ function main() {
     for (const old of readdirSync(folder).filter((file) => !files.has(file))) rmSync(join(folder, old));
     for (const [file, text] of files) writeFileSync(join(folder, file), text);
   }
+  writeFileSync(join(docs, 'scenario.md'), scenarioReference());
   return 0;
 }
 

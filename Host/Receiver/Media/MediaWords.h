@@ -6,7 +6,7 @@
 namespace Receiver::MediaWords {
 
 // To the process. Commands are numbered from 1.
-inline constexpr MediaWord Load{"load", "(sdui)"};  // address, speed, time limit in milliseconds, volume
+inline constexpr MediaWord Load{"load", "(ssdui)"};  // address, user agent, speed, time limit in milliseconds, volume
 inline constexpr MediaWord Begin{"begin", "()"};    // once: the answer to the first Components
 inline constexpr MediaWord Play{"play", "d"};
 inline constexpr MediaWord Seek{"seek", "u"};

@@ -1,5 +1,6 @@
 #include "Host/Receiver/World/Applications.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "Host/Receiver/World/JsonReader.h"
@@ -10,6 +11,16 @@ namespace Receiver {
 namespace {
 
 constexpr std::size_t largestNumberOfViews = 64;
+
+// An address with the query and the fragment of what referred to it. It may have a query of its own.
+std::string withRest(const std::string& url, const std::string& rest) {
+    const auto hash = std::min(url.find('#'), url.size());
+    const auto fragment = std::min(rest.find('#'), rest.size());
+    auto query = rest.substr(0, fragment);
+    if (!query.empty() && url.substr(0, hash).find('?') != std::string::npos)
+        query.front() = '&';
+    return url.substr(0, hash) + query + (fragment < rest.size() ? rest.substr(fragment) : url.substr(hash));
+}
 
 }  // namespace
 
@@ -94,7 +105,7 @@ std::string Applications::resolved(const std::string& url) const {
         return url;
     for (const auto& application : m_scenario.applications.broadcast) {
         if (application.id == reference->application)
-            return application.url + reference->rest;
+            return withRest(application.url, reference->rest);
     }
     return url;
 }

@@ -178,8 +178,13 @@ void JsonObject::texts(const char* key, std::vector<std::string>& target) {
 
 void JsonObject::finish() const {
     for (const auto& member : m_value.json().items()) {
-        if (!m_asked.contains(member.key()))
-            throw ScenarioError(m_value.place() + "/" + escapedForPointer(member.key()), "unknown key");
+        if (m_asked.contains(member.key()))
+            continue;
+        std::string known;
+        for (const auto& key : m_asked)
+            known += (known.empty() ? "" : ", ") + key;
+        throw ScenarioError(m_value.place() + "/" + escapedForPointer(member.key()),
+                            "unknown key; there are " + known);
     }
 }
 

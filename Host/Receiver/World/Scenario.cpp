@@ -158,6 +158,16 @@ BroadcastApplication readBroadcastApplication(const JsonValue& value) {
     return application;
 }
 
+// The value alone, or those of a list that has some.
+std::vector<JsonValue> oneOrMore(const JsonValue& value) {
+    if (!value.json().is_array())
+        return {value};
+    const auto all = value.elements();
+    if (all.empty())
+        value.refuse("must not be empty");
+    return all;
+}
+
 StreamEventSource readStreamEvent(const JsonValue& value) {
     JsonObject object(value);
     StreamEventSource source;
@@ -165,14 +175,21 @@ StreamEventSource readStreamEvent(const JsonValue& value) {
     object.require("name", [&](const JsonValue& name) { source.name = nonEmptyText(name); });
     object.number("event_id", source.eventId);
     object.number("period_ms", source.periodMs, 10, 86400000);
-    object.read("data", [&](const JsonValue& data) { source.data = data.bytes(); });
+    object.read("data", [&](const JsonValue& data) {
+        for (const auto& each : oneOrMore(data))
+            source.payloads.push_back(each.bytes());
+    });
     object.read("text", [&](const JsonValue& text) {
-        if (!source.data.empty())
+        if (!source.payloads.empty())
             text.refuse("the payload is given twice, as \"data\" and as \"text\"");
-        const auto payload = text.text();
-        source.data.assign(payload.begin(), payload.end());
+        for (const auto& each : oneOrMore(text)) {
+            const auto payload = each.text();
+            source.payloads.emplace_back(payload.begin(), payload.end());
+        }
     });
     object.finish();
+    if (source.payloads.empty())
+        source.payloads.emplace_back();
     return source;
 }
 
@@ -327,6 +344,7 @@ void readMedia(const JsonValue& value, Scenario& scenario) {
     object.number("connect_ms", scenario.media.connectMs, 0, 600000);
     object.number("connect_limit_ms", scenario.media.connectLimitMs, 100, 600000);
     object.number("maximum_players", scenario.media.maximumPlayers, 0, 64);
+    object.text("user_agent", scenario.media.userAgent);
     object.read("items",
                 [&](const JsonValue& list) { scenario.media.items = readList(list, readMediaItem); });
     object.finish();
@@ -375,6 +393,8 @@ const Channel* Scenario::channel(std::uint32_t id) const {
 Scenario readScenario(const nlohmann::json& document, const std::string& folder) {
     Scenario scenario;
     JsonObject object{JsonValue(document, "")};
+    // For editors.
+    object.read("$schema", [](const JsonValue& value) { (void)value.text(); });
     object.read("locale", [&](const JsonValue& value) { readLocale(value, scenario); });
     object.read("clock", [&](const JsonValue& value) { readClock(value, scenario); });
     object.read("keys", [&](const JsonValue& value) { readKeys(value, scenario); });

@@ -24,7 +24,7 @@ struct Component {
     std::string language;
     // Subtitles: for the hearing impaired; audio: audio description. The wire has one flag for both.
     bool impaired = false;
-    // Video: aspect ratio in hundredths; audio: number of channels. The wire has one value for both.
+    // Video: aspect ratio in hundredths; audio: number of main channels, 5 for 5.1. The wire has one value for both.
     std::int32_t extra = 0;
 };
 
@@ -81,7 +81,8 @@ struct StreamEventSource {
     std::string name;
     std::int16_t eventId = 0;
     std::uint32_t periodMs = 1000;
-    std::vector<std::uint8_t> data;
+    // One after another, and from the first again; never empty.
+    std::vector<std::vector<std::uint8_t>> payloads;
 };
 
 struct DrmSystem {
@@ -178,6 +179,8 @@ struct Scenario {
         // How long a real one may take, and may keep a player waiting for more.
         std::uint32_t connectLimitMs = 10000;
         std::uint32_t maximumPlayers = 4;
+        // What servers of media are told; the shell says it anew.
+        std::string userAgent = "HbbTV/1.2.1 (; Vantrel; Desktop; 1.0; ; )";
         std::vector<MediaItem> items;
     } media;
     std::vector<StreamEventSource> streamEvents;

@@ -60,7 +60,8 @@ void StreamEvents::trigger(std::uint32_t jobId) {
     const auto* from = source(subscription->url, subscription->name);
     waitForTrigger(jobId, *subscription, from == nullptr ? retryMs : from->periodMs);
     if (from != nullptr)
-        m_events.streamEvent(m_caller, statusTrigger, from->eventId, from->name, from->data, jobId);
+        m_events.streamEvent(m_caller, statusTrigger, from->eventId, from->name,
+                             from->payloads[subscription->fired++ % from->payloads.size()], jobId);
 }
 
 }  // namespace Receiver

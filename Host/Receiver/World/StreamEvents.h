@@ -33,6 +33,7 @@ class StreamEvents {
 
         std::string url;
         std::string name;
+        std::size_t fired = 0;
         Timer timer;
     };
 

@@ -46,6 +46,8 @@ export class PageServer {
   #interceptors = new Map();
   // The paths that were asked for.
   requested = new Set();
+  // The user agents that have asked.
+  agents = new Set();
   #http = createServer((request, response) => this.#answer(request, response));
 
   get origin() {
@@ -74,6 +76,7 @@ export class PageServer {
   #answer(request, response) {
     const { pathname } = new URL(request.url, this.origin);
     this.requested.add(pathname);
+    this.agents.add(request.headers["user-agent"]);
     const serve = () => this.#serve(pathname, request, response);
     const interceptor = this.#interceptors.get(pathname);
     if (interceptor)
