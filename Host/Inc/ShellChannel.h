@@ -18,6 +18,11 @@ inline constexpr char kAnnouncePage[] = "AnnouncePage";
 inline constexpr char kMessageType[] = "(ts(bs))";
 inline constexpr char kReplyType[] = "((bs))";
 
+// Synchronous, with the code of a key that the page is about to get; without an answer it does not. Only when
+// a driver may press keys, which knows no remote control.
+inline constexpr char kDriverKeyPressed[] = "DriverKeyPressed";
+inline constexpr char kDriverKeyReleased[] = "DriverKeyReleased";
+
 inline constexpr char kIntrospection[] = R"xml(
 <node>
   <interface name="org.vantrel.hbbtv.ShellChannel">

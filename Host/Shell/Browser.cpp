@@ -1,11 +1,15 @@
 #include "Host/Shell/Browser.h"
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <cstdlib>
 #include <utility>
 
 #include <gdk/gdkkeysyms.h>
 #include <glib-unix.h>
+
+#include "Host/Inc/ShellChannel.h"
 
 namespace Shell {
 
@@ -325,15 +329,21 @@ void Browser::didReceiveMessage(std::uint64_t page, const std::string& name,
             body ? body->c_str() : "-");
 }
 
-std::optional<std::string> Browser::answerMessage(std::uint64_t page, const std::string& name) {
-    if (name != "GetViewId") {
-        g_warning("no answer to the message \"%s\"", name.c_str());
+std::optional<std::string> Browser::answerMessage(std::uint64_t page, const std::string& name,
+                                                  const std::optional<std::string>& body) {
+    const auto found = std::find_if(m_views.begin(), m_views.end(),
+                                    [page](const auto& each) { return each.second->pageId() == page; });
+    if (found == m_views.end())
         return std::nullopt;
+    if (name == "GetViewId")
+        return std::to_string(found->first);
+    if (name == ShellChannel::kDriverKeyPressed || name == ShellChannel::kDriverKeyReleased) {
+        const auto keyCode = std::strtoul(body.value_or("").c_str(), nullptr, 10);
+        const bool passes = m_remoteControl.takeDriverKey(*found->second, static_cast<std::uint32_t>(keyCode),
+                                                          name == ShellChannel::kDriverKeyPressed);
+        return passes ? std::optional<std::string>("") : std::nullopt;
     }
-    for (const auto& [id, view] : m_views) {
-        if (view->pageId() == page)
-            return std::to_string(id);
-    }
+    g_warning("no answer to the message \"%s\"", name.c_str());
     return std::nullopt;
 }
 

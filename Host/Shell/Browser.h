@@ -47,8 +47,8 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
 
     void didReceiveMessage(std::uint64_t page, const std::string& name,
                            const std::optional<std::string>& body) override;
-    [[nodiscard]] std::optional<std::string> answerMessage(std::uint64_t page,
-                                                           const std::string& name) override;
+    [[nodiscard]] std::optional<std::string> answerMessage(std::uint64_t page, const std::string& name,
+                                                           const std::optional<std::string>& body) override;
 
     void receiverAppeared() override;
     void receiverVanished() override;

@@ -94,6 +94,37 @@ std::optional<std::uint32_t> keyCodeOf(std::uint32_t keyval) {
     return found == std::end(kMappings) ? std::nullopt : std::optional(found->keyCode);
 }
 
+std::optional<std::uint32_t> keyCodeOfDriver(std::uint32_t domKeyCode) {
+    enum : std::uint32_t {
+        kBackspace = 8,
+        kEscape = 27,
+        kPad0 = 96,
+        kPad9 = 105,
+        kPadPlus = 107,
+        kPadMinus = 109
+    };
+    enum : std::uint32_t { kContextMenu = 93, kF1 = 112, kF11 = 122 };
+    if (domKeyCode >= kF1 && domKeyCode <= kF11)
+        return keyCodeOf(GDK_KEY_F1 + domKeyCode - kF1);
+    if (domKeyCode >= kPad0 && domKeyCode <= kPad9)
+        return domKeyCode - kPad0 + '0';
+    switch (domKeyCode) {
+        case kBackspace:
+        case kEscape:
+            return kBack;
+        case kSpace:
+            return kPlayPause;
+        case kPadPlus:
+            return kChannelUp;
+        case kPadMinus:
+            return kChannelDown;
+        case kContextMenu:
+            return kMenu;
+        default:
+            return nativeKeyvalOf(domKeyCode) ? std::optional(domKeyCode) : std::nullopt;
+    }
+}
+
 KeyGroup keyGroupOf(std::uint32_t keyCode) {
     switch (keyCode) {
         case kRed:

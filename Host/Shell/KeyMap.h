@@ -64,6 +64,9 @@ enum KeyCode : std::uint32_t {
 // The remote-control code of a GDK keyval; nothing for keys that a remote control does not have.
 [[nodiscard]] std::optional<std::uint32_t> keyCodeOf(std::uint32_t keyval);
 
+// The same for a key that a driver presses in the page, by the code that the page would see.
+[[nodiscard]] std::optional<std::uint32_t> keyCodeOfDriver(std::uint32_t domKeyCode);
+
 // The group of a remote-control code; what is in no other group is in kGroupOther.
 [[nodiscard]] KeyGroup keyGroupOf(std::uint32_t keyCode);
 

@@ -59,7 +59,7 @@ bool RemoteControl::handleKeyEvent(BrowserView* view, const GdkEventKey& event) 
     // Tabulator, punctuation and the like: nothing of a remote control, yet of use in a form.
     if (!keyCode)
         return !passes(kGroupOther);
-    if (!passes(keyGroupOf(*keyCode)))
+    if (!passesKey(*keyCode, event.type == GDK_KEY_PRESS))
         return true;
     const auto native = nativeKeyvalOf(*keyCode);
     if (native && gdk_keyval_to_lower(event.keyval) == *native)
@@ -68,8 +68,28 @@ bool RemoteControl::handleKeyEvent(BrowserView* view, const GdkEventKey& event) 
     return true;
 }
 
+bool RemoteControl::takeDriverKey(BrowserView& view, std::uint32_t domKeyCode, bool pressed) const {
+    const auto keyCode = keyCodeOfDriver(domKeyCode);
+    if (!keyCode)
+        return passes(kGroupOther);
+    if (!passesKey(*keyCode, pressed))
+        return false;
+    if (*keyCode == domKeyCode)
+        return true;
+    send(view, *keyCode, pressed);
+    return false;
+}
+
+bool RemoteControl::passesKey(std::uint32_t keyCode, bool pressed) const {
+    const KeyGroup group = keyGroupOf(keyCode);
+    if (!passes(group) && pressed)
+        g_message("the page does not get the key %u: its group, 0x%x, is not in the key mask, 0x%x", keyCode,
+                  group, m_mask);
+    return passes(group);
+}
+
 void RemoteControl::press(BrowserView* view, std::uint32_t keyCode) const {
-    if (!view || !passes(keyGroupOf(keyCode)))
+    if (!view || !passesKey(keyCode, true))
         return;
     send(*view, keyCode, true);
     send(*view, keyCode, false);

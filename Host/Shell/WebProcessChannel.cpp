@@ -89,15 +89,15 @@ void WebProcessChannel::onMethodCall(GDBusConnection* connection, const char*, c
     gboolean hasBody = FALSE;
     const char* text = nullptr;
     g_variant_get(parameters, "(t&s(b&s))", &page, &name, &hasBody, &text);
+    const auto body = hasBody ? std::optional<std::string>(text) : std::nullopt;
     if (g_str_equal(method, ShellChannel::kPostSynchronousMessage)) {
-        const auto reply = channel.m_messages.answerMessage(page, name);
+        const auto reply = channel.m_messages.answerMessage(page, name, body);
         g_dbus_method_invocation_return_value(
             invocation, g_variant_new(ShellChannel::kReplyType, static_cast<gboolean>(reply.has_value()),
                                       reply ? reply->c_str() : ""));
         return;
     }
-    channel.m_messages.didReceiveMessage(page, name,
-                                         hasBody ? std::optional<std::string>(text) : std::nullopt);
+    channel.m_messages.didReceiveMessage(page, name, body);
     g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 

@@ -18,8 +18,8 @@ class WebProcessMessages {
     virtual void didReceiveMessage(std::uint64_t page, const std::string& name,
                                    const std::optional<std::string>& body) = 0;
     // Nothing when there is no answer.
-    [[nodiscard]] virtual std::optional<std::string> answerMessage(std::uint64_t page,
-                                                                   const std::string& name) = 0;
+    [[nodiscard]] virtual std::optional<std::string> answerMessage(
+        std::uint64_t page, const std::string& name, const std::optional<std::string>& body) = 0;
 
  protected:
     ~WebProcessMessages() = default;

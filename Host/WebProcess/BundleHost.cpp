@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "Host/Inc/ShellChannel.h"
+
 namespace WebProcess {
 
 namespace {
@@ -120,6 +122,8 @@ void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPag
     for (const auto& [webKitPage, known] : host.m_pages)
         known->addScriptContexts(contexts);
     host.m_glass.keepOnly(contexts);
+    if (host.m_automation)
+        judgeKeys(context, host);
     runBrowserExtensions(context, host.m_glass.makeScriptSide(context));
     if (host.m_automation)
         defineCollectGarbage(context);
@@ -132,6 +136,12 @@ void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPag
 
 void BundleHost::didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) {
     runUserScripts(context, kWKInjectAtDocumentEnd, isMainFrame);
+}
+
+bool BundleHost::lets(unsigned keyCode, bool pressed) {
+    const char* name =
+        pressed ? Host::ShellChannel::kDriverKeyPressed : Host::ShellChannel::kDriverKeyReleased;
+    return postSynchronously(name, std::to_string(keyCode)).has_value();
 }
 
 void BundleHost::runUserScripts(JSGlobalContextRef context, WKUserScriptInjectionTime time,

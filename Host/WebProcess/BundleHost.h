@@ -20,7 +20,7 @@
 
 namespace WebProcess {
 
-class BundleHost final : public WKObject, private DocumentEndListener {
+class BundleHost final : public WKObject, private DocumentEndListener, private KeyJudge {
  public:
     BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation, bool showsConsole);
 
@@ -50,6 +50,7 @@ class BundleHost final : public WKObject, private DocumentEndListener {
     static void onWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame,
                                       gpointer self);
     void didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) override;
+    bool lets(unsigned keyCode, bool pressed) override;
 
     void runUserScripts(JSGlobalContextRef context, WKUserScriptInjectionTime time, bool isMainFrame);
     [[nodiscard]] bool hasUserScripts(WKUserScriptInjectionTime time) const;

@@ -49,6 +49,14 @@ JSValueRef collectGarbage(JSContextRef context, JSObjectRef, JSObjectRef, size_t
     return JSValueMakeUndefined(context);
 }
 
+JSValueRef judgeKey(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,
+                    const JSValueRef arguments[], JSValueRef*) {
+    auto* judge = static_cast<KeyJudge*>(JSObjectGetPrivate(function));
+    const auto keyCode =
+        count > 1 ? static_cast<unsigned>(JSValueToNumber(context, arguments[0], nullptr)) : 0;
+    return JSValueMakeBoolean(context, judge->lets(keyCode, JSValueToBoolean(context, arguments[1])));
+}
+
 JSValueRef reachedDocumentEnd(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,
                               const JSValueRef arguments[], JSValueRef*) {
     auto* listener = static_cast<DocumentEndListener*>(JSObjectGetPrivate(function));
@@ -99,6 +107,39 @@ void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& liste
                          "window === window.top), { capture: true, once: true }))",
                          kName);
     const JSValueRef arguments[] = {JSObjectMake(context, listenerClass, &listener)};
+    callFunction(context, listen, arguments, kName);
+}
+
+void judgeKeys(JSGlobalContextRef context, KeyJudge& judge) {
+    static constexpr char kName[] = "driver keys";
+    static const JSClassRef judgeClass = [] {
+        JSClassDefinition definition = kJSClassDefinitionEmpty;
+        definition.className = "KeyJudge";
+        definition.callAsFunction = judgeKey;
+        return JSClassCreate(&definition);  // Kept for the process.
+    }();
+    // Keys of private characters come from the remote control. A page may replace every built-in.
+    const JSObjectRef listen = evaluateFunction(context, R"((lets => {
+        const { apply, getOwnPropertyDescriptor } = Reflect;
+        const { preventDefault, stopImmediatePropagation } = Event.prototype;
+        const { charCodeAt } = String.prototype;
+        const getter = name => getOwnPropertyDescriptor(KeyboardEvent.prototype, name).get;
+        const keyOf = getter('key');
+        const codeOf = getter('keyCode');
+        const judge = (event, pressed) => {
+            const key = apply(keyOf, event, []);
+            const isRemote = key.length === 1 && apply(charCodeAt, key, [0]) >= 0xe000
+                && apply(charCodeAt, key, [0]) <= 0xf8ff;
+            if (event.isTrusted && !isRemote && !lets(apply(codeOf, event, []), pressed)) {
+                apply(preventDefault, event, []);
+                apply(stopImmediatePropagation, event, []);
+            }
+        };
+        addEventListener('keydown', event => judge(event, true), true);
+        addEventListener('keyup', event => judge(event, false), true);
+    }))",
+                                                kName);
+    const JSValueRef arguments[] = {JSObjectMake(context, judgeClass, &judge)};
     callFunction(context, listen, arguments, kName);
 }
 

@@ -30,6 +30,19 @@ class DocumentEndListener {
 // Tells the listener once, before the page's own listeners hear of it.
 void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener);
 
+// Who decides whether the frame gets a key that is neither the remote control's nor known to be; must outlive
+// every page.
+class KeyJudge {
+ public:
+    virtual bool lets(unsigned keyCode, bool pressed) = 0;
+
+ protected:
+    ~KeyJudge() = default;
+};
+
+// To be called before anything else listens to keys.
+void judgeKeys(JSGlobalContextRef context, KeyJudge& judge);
+
 // A non-enumerable "__collectGarbage" on the window, for tests.
 void defineCollectGarbage(JSGlobalContextRef context);
 

@@ -163,6 +163,8 @@ function documentedCommands() {
 }
 
 describe("The documents", () => {
+  // Each starts a whole shell, one after another.
+  const slow = 60000;
   let workplace, server;
 
   before(async () => {
@@ -185,8 +187,8 @@ describe("The documents", () => {
   async function showsAPage(line) {
     const start = workplace.lines.length;
     const program = workplace.start("bash", ["-c", `cd "$HOME" && exec ${here(line)}`]);
-    await waitFor("a page", async () => (await run(workplace, "hbbtv-control get state.views.1.url")).out);
-    await waitFor("its script", () => workplace.lines.slice(start).some(told => /\[bootstrap\]/.test(told)));
+    await waitFor("a page", async () => (await run(workplace, "hbbtv-control get state.views.1.url")).out, slow);
+    await waitFor("its script", () => workplace.lines.slice(start).some(told => /\[bootstrap\]/.test(told)), slow);
     await workplace.stop(program);
     assert.doesNotMatch(workplace.lines.slice(start).join("\n"), /^hbbtv-shell: (?!to look behind)/m, line);
   }
@@ -202,7 +204,7 @@ describe("The documents", () => {
         assert.equal((await run(workplace, `cd "$HOME" && ${here(line)}`)).code, 0, document);
     }
     const television = workplace.start(shell(), [`${server.url}index.html`]);
-    await waitFor("the page", () => workplace.lines.some(line => line.endsWith("LOG listening")));
+    await waitFor("the page", () => workplace.lines.some(line => line.endsWith("LOG listening")), slow);
     for (const { document, line } of all.filter(each => !shells.includes(each))) {
       const endless = line.includes("--follow") ? "timeout 1 " : "";
       const { code, err } = await run(workplace, endless + line);

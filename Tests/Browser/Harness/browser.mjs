@@ -20,13 +20,18 @@ async function answers(url) {
   }
 }
 
+export async function startDriver(workplace) {
+  const port = await freePort();
+  const url = `http://127.0.0.1:${port}`;
+  const program = workplace.start("WebKitWebDriver", [`--port=${port}`]);
+  await waitFor("WebKitWebDriver answers", () => answers(url));
+  return { url, program };
+}
+
 // `close` ends the session and the driver program; everything else is selenium's WebDriver, as `driver`.
 export class Browser {
   static async start(workplace, binary, args) {
-    const port = await freePort();
-    const url = `http://127.0.0.1:${port}`;
-    const program = workplace.start("WebKitWebDriver", [`--port=${port}`]);
-    await waitFor("WebKitWebDriver answers", () => answers(url));
+    const { url, program } = await startDriver(workplace);
     // Not by the driver program's own variables: what is preloaded there keeps it from starting.
     const command = ["/usr/bin/env", ...Object.entries(workplace.preload).map(pair => pair.join("=")), binary, ...args];
     const capabilities = new webdriver.Capabilities({
