@@ -75,6 +75,9 @@ inline constexpr char kFilesIntrospection[] = R"xml(
 </node>
 )xml";
 
+// The message to a page, a boolean: no view is beneath its own, but the running channel.
+inline constexpr char kIsLowest[] = "IsLowest";
+
 // Keys that no keyboard has travel as the key of the private character that is this far from their code.
 inline constexpr unsigned kFirstPrivateCharacter = 0xE000;
 

@@ -129,6 +129,8 @@ void fill(gpointer raw, gpointer) {
                                                }>;
     table.handle_get_planes =
         answer<receiver_control_complete_get_planes, [](ControlDesk& desk) { return planes(desk); }>;
+    table.handle_get_running_channel = answer<receiver_control_complete_get_running_channel,
+                                              [](ControlDesk& desk) { return desk.world.runningChannel(); }>;
     table.handle_open_picture = openPicture;
     table.handle_delay_method =
         answer<receiver_control_complete_delay_method,

@@ -80,6 +80,10 @@ void DbusEvents::planeHidden(const PlanePlayer& player) {
                                         Names::of(PlanePicture::None));
 }
 
+void DbusEvents::runningChannelChanged(const std::string& name) {
+    receiver_control_emit_running_channel_changed(RECEIVER_CONTROL(m_control), name.c_str());
+}
+
 void DbusEvents::applicationStarted(std::int32_t viewId, const std::string& url) {
     receiver_control_emit_application_started(RECEIVER_CONTROL(m_control), viewId, url.c_str());
 }

@@ -291,6 +291,7 @@ void Browser::keyPressed(std::uint32_t keyCode) {
 }
 
 void Browser::viewDidChangeUrl(BrowserView& view) {
+    m_screen.tellLowest();
     m_receiver.changeUrl(view.id(), view.url());
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Host/Inc/ShellChannel.h"
+
 namespace Shell {
 
 using namespace Host;
@@ -69,7 +71,19 @@ std::vector<BrowserView*> Screen::visibleViews() const {
     return visible;
 }
 
+void Screen::tellLowest() {
+    bool isLowest = true;
+    for (const BrowserView* view : visibleViews()) {
+        webkit_web_view_send_message_to_page(
+            view->webView(),
+            webkit_user_message_new(ShellChannel::kIsLowest, g_variant_new_boolean(isLowest)), nullptr,
+            nullptr, nullptr);
+        isLowest = false;
+    }
+}
+
 void Screen::focusTop() {
+    tellLowest();
     if (BrowserView* view = top())
         gtk_widget_grab_focus(view->widget());
 }

@@ -30,6 +30,9 @@ class Screen {
     // All of it, as it is seen.
     [[nodiscard]] GtkWidget* widget() const { return m_window; }
 
+    // Tells each view whether it is the lowest. Pages that come later are to be told again.
+    void tellLowest();
+
     // The view that the remote control acts on; null when all are hidden.
     [[nodiscard]] BrowserView* top() const;
     // What is on the screen, bottom up.

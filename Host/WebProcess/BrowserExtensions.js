@@ -37,6 +37,10 @@
     const attachShadow = method('Element', 'attachShadow');
     const appendChild = method('Node', 'appendChild');
     const makeElement = method('Document', 'createElementNS');
+    const bodyOf = getter('Document', 'body');
+    const propertyOf = method('CSSStyleDeclaration', 'getPropertyValue');
+    const startsWith = method('String', 'startsWith');
+    const computedStyle = uncurry(window.getComputedStyle);
     const styleOf = getter('HTMLElement', 'style');
     const setStyle = setter('CSSStyleDeclaration', 'cssText');
     const getContext = method('HTMLCanvasElement', 'getContext');
@@ -184,10 +188,11 @@
 
     const panes = new WeakMap(); // Hole to its pane.
 
-    function makePane() {
-        const host = makeElement(document, xhtml, 'hbbtv-glass');
+    // In a new closed shadow tree of the host.
+    function makeCanvas(host) {
         const canvas = makeElement(document, xhtml, 'canvas');
-        appendChild(attachShadow(host, { __proto__: null, mode: 'closed' }), canvas);
+        const root = attachShadow(host, { __proto__: null, mode: 'closed' });
+        appendChild(root, canvas);
         // In the processor's memory, where the pictures come from.
         const context = getContext(canvas, '2d', { __proto__: null, alpha: false, willReadFrequently: true });
         let image = null;
@@ -206,7 +211,12 @@
             glass.fill(bytesOf(image));
             putImage(context, image, 0, 0);
         }
-        return { host, paint, player: undefined };
+        return { root, paint };
+    }
+
+    function makePane() {
+        const host = makeElement(document, xhtml, 'hbbtv-glass');
+        return { host, paint: makeCanvas(host).paint, player: undefined };
     }
 
     // A page that empties the hole takes its pane out.
@@ -220,6 +230,65 @@
             appendChild(hole, pane.host);
         }
         return pane;
+    }
+
+    // The running channel behind a page that has no background, or one that it shines through.
+
+    const noColour = 'rgba(0, 0, 0, 0)';
+    const hidden = 'display: none';
+    let behind = null; // { body, canvas, veil } of the body that there was.
+
+    // The background of the whole page, which lies beneath everything that can be put into it; null for one that hides
+    // all, or may.
+    function rootColour(body) {
+        let colour = noColour;
+        for (let element = parentOf(body); colour === noColour; element = body) {
+            const style = computedStyle(window, element);
+            if (propertyOf(style, 'background-image') !== 'none') {
+                return null;
+            }
+            colour = propertyOf(style, 'background-color');
+            if (element === body) {
+                break;
+            }
+        }
+        return startsWith(colour, 'rgba') ? colour : null;
+    }
+
+    function makeBehind(body) {
+        try {
+            const canvas = makeCanvas(body);
+            const veil = makeElement(document, xhtml, 'div');
+            appendChild(canvas.root, veil);
+            appendChild(canvas.root, makeElement(document, xhtml, 'slot'));
+            return { body, canvas, veil };
+        } catch {
+            // Its shadow tree is the page's own.
+            return { body, canvas: null, veil: null };
+        }
+    }
+
+    // True when nothing is to be seen of it.
+    function paintBehind(style, width, height) {
+        const body = bodyOf(document);
+        const colour = body === null || style === hidden ? null : rootColour(body);
+        if (colour !== null && (behind === null || behind.body !== body)) {
+            behind = makeBehind(body);
+            if (width === 0) {
+                return true;
+            }
+        }
+        if (behind === null || behind.canvas === null) {
+            return true;
+        }
+        behind.canvas.paint(colour === null ? hidden : style, colour === null ? 0 : width, height);
+        setStyle(styleOf(behind.veil),
+            colour === null || colour === noColour ? hidden : `${style}; background: ${colour}`);
+        return colour === null;
+    }
+
+    if (window === window.top) {
+        glass.behind(paintBehind);
     }
 
     // Holes: elements of this name through which the video plane shows. Each hears of its box on the screen.

@@ -8,6 +8,8 @@
 
 namespace WebProcess {
 
+using namespace Host;
+
 namespace {
 
 // WebKit's own name for them in messages and stack traces.
@@ -79,6 +81,7 @@ void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpoi
     const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage, !host.m_showsConsole));
     host.m_pages.insert_or_assign(webPage, page);
     g_object_weak_ref(G_OBJECT(webPage), onPageGone, self);
+    g_signal_connect(webPage, "user-message-received", G_CALLBACK(onUserMessage), self);
     if (host.m_carousel.serves())
         host.m_shell.announcePage(page->id());
 
@@ -92,6 +95,15 @@ void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpoi
     if (host.m_client.didCreatePage)
         host.m_client.didCreatePage(bundle, toRef<WKBundlePageRef>(page.get()),
                                     host.m_client.base.clientInfo);
+}
+
+gboolean BundleHost::onUserMessage(WebKitWebPage*, WebKitUserMessage* message, gpointer self) {
+    GVariant* value = webkit_user_message_get_parameters(message);
+    if (!g_str_equal(webkit_user_message_get_name(message), ShellChannel::kIsLowest) || !value ||
+        !g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN))
+        return FALSE;
+    static_cast<BundleHost*>(self)->m_glass.setLowest(g_variant_get_boolean(value));
+    return TRUE;
 }
 
 void BundleHost::onPageGone(gpointer self, GObject* whereThePageWas) {

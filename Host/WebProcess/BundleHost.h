@@ -46,6 +46,7 @@ class BundleHost final : public WKObject, private DocumentEndListener, private K
     };
 
     static void onPageCreated(WebKitWebExtension* extension, WebKitWebPage* page, gpointer self);
+    static gboolean onUserMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer self);
     static void onPageGone(gpointer self, GObject* whereThePageWas);
     static void onWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame,
                                       gpointer self);

@@ -26,6 +26,9 @@ constexpr std::size_t kIdlePlayers = 64;
 constexpr char kNoStyle[] = "display: none";
 constexpr char kFitting[] = "display: block; object-fit: contain; background: black; ";
 
+// Above the background of the page, beneath all that is in it.
+constexpr char kBehind[] = "; z-index: -2147483648";
+
 Glass* s_glass = nullptr;
 
 std::int32_t integer(JSContextRef context, JSValueRef value) {
@@ -115,7 +118,8 @@ JSObjectRef Glass::makeScriptSide(JSContextRef context) {
     m_news.listen();
     const JSObjectRef side = JSObjectMake(context, nullptr, nullptr);
     using Function = std::pair<const char*, JSObjectCallAsFunctionCallback>;
-    for (const auto& [name, function] : {Function("place", place), {"remove", remove}, {"fill", fill}}) {
+    for (const auto& [name, function] :
+         {Function("place", place), {"behind", behind}, {"remove", remove}, {"fill", fill}}) {
         const JSStringHandle key = makeString(name);
         JSObjectSetProperty(context, side, key.get(),
                             JSObjectMakeFunctionWithCallback(context, key.get(), function),
@@ -178,18 +182,20 @@ JSValueRef Glass::place(JSContextRef context, JSObjectRef, JSObjectRef, size_t, 
     else
         player = glass.playerIn(box, isBroadcast);
 
-    auto pane = glass.find(context, arguments[0]);
-    if (pane == glass.m_panes.end()) {
-        const JSObjectRef paint = JSValueToObject(context, arguments[0], nullptr);
-        JSValueProtect(context, paint);
-        pane = glass.m_panes.insert(glass.m_panes.end(), Pane());
-        pane->context = JSGlobalContextRetain(JSContextGetGlobalContext(context));
-        pane->paint = paint;
-    }
-    pane->box = box;
-    pane->player = player;
+    const auto found = glass.find(context, arguments[0]);
+    Pane& pane = found == glass.m_panes.end() ? glass.add(context, arguments[0]) : *found;
+    pane.box = box;
+    pane.player = player;
     glass.paintAll();
     return player ? JSValueMakeNumber(context, player->id) : JSValueMakeUndefined(context);
+}
+
+// behind(paint): the pane of a whole page.
+JSValueRef Glass::behind(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
+                         JSValueRef*) {
+    s_glass->add(context, arguments[0]).isBehind = true;
+    s_glass->restartClock();
+    return JSValueMakeUndefined(context);
 }
 
 JSValueRef Glass::remove(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
@@ -217,6 +223,14 @@ JSValueRef Glass::fill(JSContextRef context, JSObjectRef, JSObjectRef, size_t, c
         return 0xFF000000 | (pixel & 0xFF) << 16 | (pixel & 0xFF00) | (pixel >> 16 & 0xFF);
     });
     return JSValueMakeUndefined(context);
+}
+
+Glass::Pane& Glass::add(JSContextRef context, JSValueRef paint) {
+    Pane& pane = m_panes.emplace_back();
+    pane.context = JSGlobalContextRetain(JSContextGetGlobalContext(context));
+    pane.paint = JSValueToObject(context, paint, nullptr);
+    JSValueProtect(context, pane.paint);
+    return pane;
 }
 
 void Glass::drop(std::list<Pane>::iterator pane) {
@@ -271,6 +285,19 @@ void Glass::planeHidden(const PlanePlayer& player) {
 void Glass::receiverVanished() {
     for (auto& [player, state] : m_players)
         state.picture.reset();
+    m_running.reset();
+    paintAll();
+}
+
+void Glass::runningChannelChanged(const std::string& name) {
+    m_running.reset();
+    if (!name.empty())
+        m_running.emplace().change({name, PlanePicture::Card});
+    paintAll();
+}
+
+void Glass::setLowest(bool isLowest) {
+    m_isLowest = isLowest;
     paintAll();
 }
 
@@ -282,37 +309,51 @@ void Glass::framesOpened(const PlanePlayer& player, std::unique_ptr<PictureView>
     paintAll();
 }
 
+const PlayerPicture* Glass::pictureOf(const Pane& pane) const {
+    if (pane.isBehind)
+        return m_running && m_isLowest ? &*m_running : nullptr;
+    const auto found = pane.player ? m_players.find(*pane.player) : m_players.end();
+    return found != m_players.end() && found->second.picture ? &*found->second.picture : nullptr;
+}
+
 void Glass::paintAll() {
     for (auto& [player, state] : m_players) {
         if (state.picture && isSeen(player) && state.picture->update())
             m_lastChange = g_get_monotonic_time();
     }
+    if (m_running && m_isLowest)
+        (void)m_running->update();
     for (Pane& pane : m_panes)
         paint(pane);
     restartClock();
 }
 
 void Glass::paint(Pane& pane) {
-    const auto found = pane.player ? m_players.find(*pane.player) : m_players.end();
-    const bool hasPicture =
-        found != m_players.end() && found->second.picture && found->second.picture->number() != 0;
-    const std::uint64_t number = hasPicture ? found->second.picture->number() : 0;
-    std::string style = hasPicture ? styleOf(found->second.layout, pane.box) : kNoStyle;
-    if (number == pane.painted && style == pane.style)
+    const PlayerPicture* picture = pictureOf(pane);
+    if (picture && picture->number() == 0)
+        picture = nullptr;
+    const std::uint64_t number = picture ? picture->number() : 0;
+    const auto layout = pane.player ? m_players[*pane.player].layout : std::nullopt;
+    std::string style = !picture        ? kNoStyle
+                        : pane.isBehind ? styleOf(PlaneLayout{{}, true}, {}) + kBehind
+                                        : styleOf(layout, pane.box);
+    // What hides a picture behind the page may change at any time.
+    if (number == pane.painted && style == pane.style && !(pane.isBehind && picture))
         return;
-    const PlayerPicture* picture = number != pane.painted && hasPicture ? &*found->second.picture : nullptr;
+    m_filling = number == pane.painted ? nullptr : picture;
     pane.painted = number;
     pane.style = std::move(style);
-    m_filling = picture;
     const JSStringHandle text = makeString(pane.style.c_str());
     const JSValueRef arguments[] = {JSValueMakeString(pane.context, text.get()),
-                                    JSValueMakeNumber(pane.context, picture ? picture->width() : 0),
-                                    JSValueMakeNumber(pane.context, picture ? picture->height() : 0)};
+                                    JSValueMakeNumber(pane.context, m_filling ? m_filling->width() : 0),
+                                    JSValueMakeNumber(pane.context, m_filling ? m_filling->height() : 0)};
     JSValueRef exception = nullptr;
-    (void)JSObjectCallAsFunction(pane.context, pane.paint, nullptr, std::size(arguments), arguments,
-                                 &exception);
+    const JSValueRef isHidden = JSObjectCallAsFunction(pane.context, pane.paint, nullptr,
+                                                       std::size(arguments), arguments, &exception);
     if (exception)
         g_warning("a picture was not painted: %s", toText(pane.context, exception).c_str());
+    else if (JSValueToBoolean(pane.context, isHidden))
+        pane.painted = 0;
     m_filling = nullptr;
 }
 
@@ -320,11 +361,9 @@ void Glass::restartClock() {
     bool moves = false;
     bool hasFrames = false;
     for (const Pane& pane : m_panes) {
-        const auto found = pane.player ? m_players.find(*pane.player) : m_players.end();
-        if (found == m_players.end() || !found->second.picture)
-            continue;
-        hasFrames = hasFrames || found->second.picture->shows(PlanePicture::Frames);
-        moves = moves || hasFrames || found->second.picture->shows(PlanePicture::Card);
+        const PlayerPicture* picture = pictureOf(pane);
+        hasFrames = hasFrames || (picture && picture->shows(PlanePicture::Frames));
+        moves = moves || hasFrames || (picture && picture->shows(PlanePicture::Card));
     }
     const bool isFast = hasFrames && g_get_monotonic_time() - m_lastChange < G_USEC_PER_SEC;
     const unsigned interval = !moves ? 0 : isFast ? kFramesMs : kIdleMs;

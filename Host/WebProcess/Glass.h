@@ -52,13 +52,15 @@ class PlayerPicture {
 
 // One for each web process, kept until the process ends. A pane is what the browser extensions have made for
 // a hole: a function paint(style, width, height) that gives the canvas its style and, unless width is 0, its
-// next picture.
+// next picture; it answers true when the page lets nothing of it be seen.
 class Glass final : private PlaneListener {
  public:
     Glass() : m_news(*this) {}
 
-    // What the extensions reach the glass by: the functions place, remove and fill.
+    // What the extensions reach the glass by: the functions place, behind, remove and fill.
     [[nodiscard]] JSObjectRef makeScriptSide(JSContextRef context);
+    // Whether the running channel is behind the page; of several views it is behind the lowest only.
+    void setLowest(bool isLowest);
     // The documents that there are; what belongs to others goes.
     void keepOnly(const std::set<JSGlobalContextRef>& contexts);
 
@@ -66,6 +68,7 @@ class Glass final : private PlaneListener {
     struct Pane {
         JSGlobalContextRef context = nullptr;  // Retained.
         JSObjectRef paint = nullptr;           // Protected.
+        bool isBehind = false;                 // Behind the page, for the running channel.
         Rectangle box;
         std::optional<PlanePlayer> player;
         std::uint64_t painted = 0;
@@ -78,6 +81,8 @@ class Glass final : private PlaneListener {
 
     static JSValueRef place(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
                             const JSValueRef arguments[], JSValueRef* exception);
+    static JSValueRef behind(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
+                             const JSValueRef arguments[], JSValueRef* exception);
     static JSValueRef remove(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
                              const JSValueRef arguments[], JSValueRef* exception);
     static JSValueRef fill(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
@@ -87,6 +92,7 @@ class Glass final : private PlaneListener {
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
     void planeHidden(const PlanePlayer& player) override;
     void receiverVanished() override;
+    void runningChannelChanged(const std::string& name) override;
     void framesOpened(const PlanePlayer& player, std::unique_ptr<Host::PictureView> frames) override;
     void layoutsSent() override;
 
@@ -96,7 +102,10 @@ class Glass final : private PlaneListener {
     [[nodiscard]] std::optional<PlanePlayer> playerIn(const Rectangle& box, bool isBroadcast) const;
     // Notes what the bundle has sent, and whom it was about.
     std::vector<PlanePlayer> takeLayouts();
+    Pane& add(JSContextRef context, JSValueRef paint);
     void drop(std::list<Pane>::iterator pane);
+    // What the pane has to show now; null for nothing.
+    [[nodiscard]] const PlayerPicture* pictureOf(const Pane& pane) const;
     // Those of which nothing is to be seen, the oldest first, but for this many.
     void forgetPlayers(std::size_t rest);
     void paintAll();
@@ -106,6 +115,8 @@ class Glass final : private PlaneListener {
     PlaneNews m_news;
     std::list<Pane> m_panes;
     std::map<PlanePlayer, Player> m_players;
+    std::optional<PlayerPicture> m_running;
+    bool m_isLowest = true;
     const PlayerPicture* m_filling = nullptr;  // While a pane paints it.
     Host::GSourceHandle m_clock;
     unsigned m_clockMs = 0;

@@ -15,7 +15,7 @@ constexpr char kBroadcastInterface[] = "org.vantrel.hbbtv.IBroadcastPlayer";
 constexpr char kBroadbandInterface[] = "org.vantrel.hbbtv.IAVEventHandler";
 constexpr char kBroadcast[] = "broadcast";
 constexpr char kBroadband[] = "broadband";
-constexpr int kOpenLimitMs = 2000;
+constexpr int kLimitMs = 2000;
 
 PlanePicture pictureOf(const char* name) {
     if (g_str_equal(name, "card"))
@@ -41,16 +41,24 @@ void PlaneNews::listen() {
         g_bus_unwatch_name(m_nameWatch);
     m_bus = std::move(bus);
     g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
-    g_dbus_connection_signal_subscribe(m_bus.get(), kName, kInterface, "PlaneChanged", kPath, nullptr,
+    g_dbus_connection_signal_subscribe(m_bus.get(), kName, kInterface, nullptr, kPath, nullptr,
                                        G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
     g_dbus_connection_add_filter(m_bus.get(), onMessage, this, nullptr);
-    m_nameWatch = g_bus_watch_name_on_connection(m_bus.get(), kName, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
-                                                 onReceiverVanished, this, nullptr);
+    m_nameWatch = g_bus_watch_name_on_connection(m_bus.get(), kName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                                 onReceiverAppeared, onReceiverVanished, this, nullptr);
 }
 
-void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const char*, const char*,
+void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const char*, const char* signal,
                          GVariant* parameters, gpointer self) {
-    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssubuuuubss)")))
+    if (g_str_equal(signal, "RunningChannelChanged") &&
+        g_variant_is_of_type(parameters, G_VARIANT_TYPE("(s)"))) {
+        const char* name = nullptr;
+        g_variant_get(parameters, "(&s)", &name);
+        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(name);
+        return;
+    }
+    if (!g_str_equal(signal, "PlaneChanged") ||
+        !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssubuuuubss)")))
         return;
     const char* kind = nullptr;
     const char* caller = nullptr;
@@ -68,6 +76,21 @@ void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const c
         listener.planeShown(player, {title, pictureOf(picture)});
     else
         listener.planeHidden(player);
+}
+
+void PlaneNews::onReceiverAppeared(GDBusConnection* bus, const char*, const char*, gpointer self) {
+    g_dbus_connection_call(bus, kName, kPath, kInterface, "GetRunningChannel", nullptr, G_VARIANT_TYPE("(s)"),
+                           G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr, onRunningChannel, self);
+}
+
+void PlaneNews::onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self) {
+    GErrorSlot error;
+    const GVariantHandle reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
+    if (!reply)
+        return;
+    const char* name = nullptr;
+    g_variant_get(reply.get(), "(&s)", &name);
+    static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(name);
 }
 
 void PlaneNews::onReceiverVanished(GDBusConnection*, const char*, gpointer self) {
@@ -123,8 +146,8 @@ void PlaneNews::openFrames(const PlanePlayer& player) {
         m_bus.get(), kName, kPath, kInterface, "OpenPicture",
         g_variant_new("(ssu)", player.isBroadcast ? kBroadcast : kBroadband,
                       g_dbus_connection_get_unique_name(m_bus.get()), player.id),
-        G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kOpenLimitMs, nullptr, nullptr,
-        onFramesOpened, new OpenRequest{m_listener, player});
+        G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr, nullptr, onFramesOpened,
+        new OpenRequest{m_listener, player});
 }
 
 void PlaneNews::onFramesOpened(GObject* bus, GAsyncResult* result, gpointer data) {

@@ -57,6 +57,8 @@ class PlaneListener {
     virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;
     virtual void planeHidden(const PlanePlayer& player) = 0;
     virtual void receiverVanished() = 0;
+    // The channel behind the applications; empty for none.
+    virtual void runningChannelChanged(const std::string& name) = 0;
     virtual void framesOpened(const PlanePlayer& player, std::unique_ptr<Host::PictureView> frames) = 0;
     // There are layouts to be taken.
     virtual void layoutsSent() = 0;
@@ -82,6 +84,8 @@ class PlaneNews {
  private:
     static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
                          const char* signal, GVariant* parameters, gpointer self);
+    static void onReceiverAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
+    static void onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self);
     static void onReceiverVanished(GDBusConnection* bus, const char* name, gpointer self);
     static GDBusMessage* onMessage(GDBusConnection* bus, GDBusMessage* message, gboolean incoming,
                                    gpointer self);

@@ -145,12 +145,35 @@ for (const [how, environment, scale] of [
       await sees([[420, 550, ground], [20, 20, ground], [500, 20, ground], ...cardAt(600, 0, 640, 360)]);
     });
 
+    it("has the running channel behind the page, as far as that lets it through, while players are idle", async () => {
+      const dimmed = colour => colour === black ? black : "#808080";
+      const full = cardAt(0, 0, 1280, 720);
+      const box = [[300, 300, menu]];
+      await television.show("behind.html", `<!DOCTYPE html><html><body style="margin: 0"><div style="width: 200px;
+        height: 200px; margin: 200px; background: ${menu}"></div></body></html>`);
+      await sees([...full, ...box]);
+      await run(() => { document.body.style.background = "rgba(0, 0, 0, 0.498)"; });
+      await sees([...full.map(([x, y, colour]) => [x, y, dimmed(colour)]), ...box]);
+      await run(() => { document.documentElement.style.background = "#605020"; });
+      await sees([[680, 5, ground], [680, 300, "#302810"], ...box]);
+      await run(() => {
+        document.documentElement.style.background = document.body.style.background = "";
+        document.body.insertAdjacentHTML("beforeend", `<object type="video/broadcast" id="video"
+          style="position: absolute; left: 900px; top: 100px; width: 320px; height: 180px">`);
+        document.getElementById("video").bindToCurrentChannel();
+      });
+      await sees([[680, 718, black], [10, 2, black], ...cardAt(900, 100, 320, 180), ...box]);
+      await run(() => document.getElementById("video").release());
+      await sees([...full, ...box, [910, 105, black]]);
+    });
+
     it("is written to a file as it is seen", async () => {
       const path = join(television.workplace.env.HOME, "screen.png");
       const url = television.server.write("screenshot.html", `${page(channel("left: 200px; top: 100px"))}
         <div id="verdict"></div><script>objects[0].onPlayStateChange = state => state === 2
         && setTimeout(() => { document.getElementById("verdict").dataset.verdict = "pass"; }, 500);</script>`);
-      const program = television.workplace.start(shell(), ["--session-bus", ...exitAfterLoad, "--screenshot", path, url]);
+      const program = television.workplace.start(shell(),
+        ["--session-bus", ...exitAfterLoad, "--screenshot", path, url]);
       await program.ended;
       assert.equal(program.exitCode, 0);
       const picture = new Picture(readFileSync(path));

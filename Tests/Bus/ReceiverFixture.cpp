@@ -85,7 +85,7 @@ void replaceText(std::string& text, const std::string& from, const std::string& 
 
 void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
               GVariant* arguments, gpointer user) {
-    if (std::string(signal) == "CallRecorded")
+    if (std::string(signal) == "CallRecorded" || std::string(signal) == "RunningChannelChanged")
         return;
     const GChars text(g_variant_print(arguments, FALSE));
     static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + labelled(text.get()));

@@ -51,6 +51,7 @@ class HeardEvents : public ReceiverEvents {
  public:
     std::vector<std::string> heard;
     std::vector<std::string> payloads;  // Of stream events.
+    std::vector<std::string> running;
 
     std::vector<std::string> take() { return std::exchange(heard, {}); }
 
@@ -95,6 +96,7 @@ class HeardEvents : public ReceiverEvents {
         hear("plane", player.pluginId, window.x, window.y, window.width, window.height, window.fullScreen,
              content.title);
     }
+    void runningChannelChanged(const std::string& name) override { running.push_back(name); }
     void planeHidden(const PlanePlayer& player) override { hear("no plane", player.pluginId); }
     void applicationStarted(std::int32_t viewId, const std::string& url) override {
         hear("started", viewId, url);

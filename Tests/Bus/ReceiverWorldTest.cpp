@@ -110,6 +110,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
         EXPECT_FALSE(player.play(unplayable));
     players.release(1);
     EXPECT_THAT(events.take(), ElementsAre("data 200 1 0 1000"));
+    simulation.timers.pass(0);
     EXPECT_EQ(simulation.timers.pending(), 0u);
 }
 
@@ -230,6 +231,27 @@ TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
     EXPECT_THAT(simulation.events.take(),
                 ElementsAre("data 100 1 0 1000", "no plane 1", "data 101 1 0 1000", "data 100 2 0 1000",
                             "no plane 2", "data 101 2 0 1000"));
+}
+
+TEST(TheRunningChannel, IsBehindTheApplicationsWhileNoPlayerDoesAnything) {
+    Simulation simulation(twoChannels);
+    auto& running = simulation.events.running;
+    EXPECT_EQ(simulation.world.runningChannel(), "One");
+    EXPECT_TRUE(simulation.me.broadcast().bindToCurrentChannel(1));
+    simulation.timers.pass(100);
+    EXPECT_THAT(running, ElementsAre("")) << "also when its player shows nothing yet";
+    EXPECT_TRUE(simulation.me.broadcast().stepChannel(1, true));
+    simulation.timers.pass(100);
+    simulation.me.broadcast().release(1);
+    simulation.timers.pass(1);
+    EXPECT_THAT(running, ElementsAre("", "Two"));
+    simulation.world.setValue("/broadcast/channels/1/locked", "true");
+    simulation.timers.pass(1);
+    simulation.world.setValue("/broadcast/current_channel", "1");
+    simulation.timers.pass(1);
+    simulation.world.setValue("/broadcast/related", "false");
+    simulation.timers.pass(1);
+    EXPECT_THAT(running, ElementsAre("", "Two", "", "One", ""));
 }
 
 TEST(ATuner, NeverFinishesAChangeThatIsOvertakenStoppedOrReleased) {

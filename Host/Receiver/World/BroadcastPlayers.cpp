@@ -9,7 +9,6 @@ namespace Receiver {
 namespace {
 
 constexpr std::uint32_t idTypeSiDirect = 13;
-constexpr std::int32_t noParentalLock = 255;
 // What a page that goes away releases.
 constexpr std::uint32_t everyPlayer = 0;
 
@@ -202,18 +201,6 @@ const Channel* BroadcastPlayers::find(const ChannelRequest& request) const {
     return nullptr;
 }
 
-std::optional<std::int32_t> BroadcastPlayers::obstacle(const Channel& channel) const {
-    if (channel.tuningError)
-        return channel.tuningError;
-    if (!channel.authorised)
-        return TuningError::KeyMissing;
-    const auto threshold = m_scenario.parental.lockStatus;
-    const bool rated = threshold != noParentalLock && m_tuner.rating(channel) > threshold;
-    if (channel.locked || channel.manualBlock || rated)
-        return TuningError::ParentalLock;
-    return std::nullopt;
-}
-
 void BroadcastPlayers::tune(std::uint32_t pluginId, std::uint32_t channelId, bool isChange) {
     auto& tuning = player(pluginId);
     tuning.selection.reset();
@@ -226,7 +213,8 @@ void BroadcastPlayers::tune(std::uint32_t pluginId, std::uint32_t channelId, boo
 void BroadcastPlayers::finishTuning(std::uint32_t pluginId, std::uint32_t channelId, bool isChange) {
     // Who only binds gets what the tuner has come to meanwhile.
     const auto* found = isChange ? m_scenario.channel(channelId) : m_tuner.channel();
-    const auto error = found == nullptr ? TuningError::UnknownChannel : obstacle(*found).value_or(NoError);
+    const auto error =
+        found == nullptr ? TuningError::UnknownChannel : m_tuner.obstacle(*found).value_or(NoError);
     if (error == NoError && isChange) {
         m_tuner.change(channelId, identity(pluginId));
         m_tuner.setRelated(true);

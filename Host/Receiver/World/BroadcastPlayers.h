@@ -19,13 +19,6 @@ namespace Receiver {
 
 enum class BroadcastState { Unrealized = 0, Connecting = 1, Presenting = 2, Stopped = 3 };
 
-// Why a channel cannot be shown, as channel-change events say it.
-namespace TuningError {
-inline constexpr std::int32_t ParentalLock = 3;
-inline constexpr std::int32_t KeyMissing = 4;
-inline constexpr std::int32_t UnknownChannel = 5;
-}  // namespace TuningError
-
 struct ChannelRequest {
     std::uint32_t idType = 0;
     std::string dsd;
@@ -68,6 +61,10 @@ class BroadcastPlayers {
     void stop(std::uint32_t pluginId);
 
     [[nodiscard]] BroadcastState state(std::uint32_t pluginId);
+    // No player does anything.
+    [[nodiscard]] bool areUnrealized() const {
+        return idsOf([](BroadcastState state) { return state != BroadcastState::Unrealized; }).empty();
+    }
     // What the player shows or would show; nothing while it is unrealized.
     [[nodiscard]] const Channel* channel(std::uint32_t pluginId);
     void setVolume(std::uint32_t pluginId, std::int32_t volume);
@@ -89,7 +86,6 @@ class BroadcastPlayers {
  private:
     [[nodiscard]] BroadcastPlayer& player(std::uint32_t pluginId);
     [[nodiscard]] const Channel* find(const ChannelRequest& request) const;
-    [[nodiscard]] std::optional<std::int32_t> obstacle(const Channel& channel) const;
     void tune(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
     void finishTuning(std::uint32_t pluginId, std::uint32_t channelId, bool isChange);
     // The event is on the bus before the reply to the call that caused it, so events never overtake each

@@ -1,7 +1,9 @@
 // What there is to see of all players. Each change is told once, and somebody who comes later can ask.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <utility>
 
 #include "Host/Receiver/World/ReceiverEvents.h"
 
@@ -9,7 +11,9 @@ namespace Receiver {
 
 class Plane {
  public:
-    explicit Plane(ReceiverEvents& events) : m_events(events) {}
+    // `mayDiffer` runs whenever a player has done something, seen or not.
+    Plane(ReceiverEvents& events, std::function<void()> mayDiffer)
+        : m_events(events), m_mayDiffer(std::move(mayDiffer)) {}
 
     void show(const PlanePlayer& player, const PlaneContent& content);
     void hide(const PlanePlayer& player);
@@ -19,6 +23,7 @@ class Plane {
 
  private:
     ReceiverEvents& m_events;
+    const std::function<void()> m_mayDiffer;
     std::map<PlanePlayer, PlaneContent> m_shown;
 };
 

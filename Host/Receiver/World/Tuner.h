@@ -4,11 +4,21 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
 
 namespace Receiver {
+
+// Why a channel cannot be shown, as channel-change events say it.
+namespace TuningError {
+inline constexpr std::int32_t ParentalLock = 3;
+inline constexpr std::int32_t KeyMissing = 4;
+inline constexpr std::int32_t UnknownChannel = 5;
+}  // namespace TuningError
+
+inline constexpr std::int32_t noParentalLock = 255;
 
 class Tuner {
  public:
@@ -27,6 +37,19 @@ class Tuner {
     }
     // Of the present programme; 0 for none.
     [[nodiscard]] std::uint8_t rating(const Channel& channel) const { return m_presentRating(channel); }
+
+    // Why the channel cannot be shown now.
+    [[nodiscard]] std::optional<std::int32_t> obstacle(const Channel& channel) const {
+        if (channel.tuningError)
+            return channel.tuningError;
+        if (!channel.authorised)
+            return TuningError::KeyMissing;
+        const auto threshold = m_scenario.parental.lockStatus;
+        const bool rated = threshold != noParentalLock && rating(channel) > threshold;
+        if (channel.locked || channel.manualBlock || rated)
+            return TuningError::ParentalLock;
+        return std::nullopt;
+    }
 
     // 0 is the null channel.
     void change(std::uint32_t channelId, const PlanePlayer& by) {

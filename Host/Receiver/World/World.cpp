@@ -69,7 +69,8 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
       m_timers(timers),
       m_events(events),
       m_applications(m_scenario, events),
-      m_plane(events),
+      m_review(timers),
+      m_plane(events, [this] { reviewRunningChannel(); }),
       m_relatedAtStart(m_scenario.broadcast.related),
       m_origin(utc()),
       m_profiles(m_scenario.capabilities.profiles.begin(), m_scenario.capabilities.profiles.end()),
@@ -101,7 +102,9 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
                      },
                      [this] {
                          return Moment{m_origin, utc()};
-                     }} {}
+                     }} {
+    m_runningChannel = runningChannel();
+}
 
 Caller& World::caller(const CallerName& name) {
     auto& entry = m_callers[name];
@@ -149,6 +152,26 @@ void World::registerView(std::int32_t viewId, const std::string& url) {
         return;
     m_scenario.broadcast.related = m_relatedAtStart;
     m_tuner.restore();
+    reviewRunningChannel();
+}
+
+std::string World::runningChannel() const {
+    const auto* channel = m_tuner.channel();
+    const bool isIdle = std::all_of(m_callers.begin(), m_callers.end(), [](const auto& caller) {
+        return caller.second->broadcast().areUnrealized() && caller.second->media().atWork() == 0;
+    });
+    if (channel == nullptr || !m_scenario.broadcast.related || !isIdle || m_tuner.obstacle(*channel))
+        return "";
+    return channel->name;
+}
+
+void World::reviewRunningChannel() {
+    m_review.start(0, [this] {
+        if (auto now = runningChannel(); now != m_runningChannel) {
+            m_runningChannel = std::move(now);
+            m_events.runningChannelChanged(m_runningChannel);
+        }
+    });
 }
 
 std::size_t World::triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data) {
@@ -227,6 +250,7 @@ void World::adopt(Scenario next) {
     m_scenario = std::move(next);
     for (const auto& [name, caller] : m_callers)
         caller->forgetLostChannels();
+    reviewRunningChannel();
     if (m_scenario.keys.mask != before.keys.mask)
         m_events.keyMaskChanged(m_scenario.keys.mask);
     if (m_scenario.broadcast.currentChannel != before.broadcast.currentChannel) {

@@ -49,6 +49,10 @@ class World {
 
     // For all callers that have subscribed to it; how many subscriptions there were.
     std::size_t triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data);
+
+    // The channel that is to be seen behind the applications; empty for none.
+    [[nodiscard]] std::string runningChannel() const;
+
     void setKeyMask(std::uint32_t mask);
 
     [[nodiscard]] std::int64_t utc() const;
@@ -63,6 +67,8 @@ class World {
     [[nodiscard]] nlohmann::json document() const;
     [[nodiscard]] nlohmann::json state();
     void adopt(Scenario next);
+    // Tells of another running channel once all that happens now has happened.
+    void reviewRunningChannel();
 
     nlohmann::json m_document;
     const std::string m_folder;
@@ -70,6 +76,8 @@ class World {
     Timers& m_timers;
     ReceiverEvents& m_events;
     Applications m_applications;
+    std::string m_runningChannel;
+    Timer m_review;
     Plane m_plane;
     bool m_relatedAtStart;
     std::int64_t m_origin;
