@@ -188,6 +188,17 @@
 
     const panes = new WeakMap(); // Hole to its pane.
 
+    // Said again, a style would be looked at again.
+    function makeStyler(element) {
+        let last = '';
+        return style => {
+            if (style !== last) {
+                last = style;
+                setStyle(styleOf(element), style);
+            }
+        };
+    }
+
     // In a new closed shadow tree of the host.
     function makeCanvas(host) {
         const canvas = makeElement(document, xhtml, 'canvas');
@@ -195,10 +206,11 @@
         appendChild(root, canvas);
         // In the processor's memory, where the pictures come from.
         const context = getContext(canvas, '2d', { __proto__: null, alpha: false, willReadFrequently: true });
+        const restyle = makeStyler(canvas);
         let image = null;
         let size = '';
         function paint(style, width, height) {
-            setStyle(styleOf(canvas), style);
+            restyle(style);
             if (width === 0) {
                 return;
             }
@@ -236,7 +248,7 @@
 
     const noColour = 'rgba(0, 0, 0, 0)';
     const hidden = 'display: none';
-    let behind = null; // { body, canvas, veil } of the body that there was.
+    let behind = null; // { body, canvas, restyleVeil, style } of the body that there was.
 
     // The background of the whole page, which lies beneath everything that can be put into it; null for one that hides
     // all, or may.
@@ -261,11 +273,24 @@
             const veil = makeElement(document, xhtml, 'div');
             appendChild(canvas.root, veil);
             appendChild(canvas.root, makeElement(document, xhtml, 'slot'));
-            return { body, canvas, veil };
+            return { body, canvas, restyleVeil: makeStyler(veil), style: hidden };
         } catch {
             // Its shadow tree is the page's own.
-            return { body, canvas: null, veil: null };
+            return { body, canvas: null };
         }
+    }
+
+    // Black first: without compositing, what a transparent page no longer paints stays for seconds.
+    function hideBehind(shown) {
+        shown.canvas.paint(shown.style, 1, 1);
+        shown.style = hidden;
+        const hide = () => {
+            if (shown.style === hidden) {
+                shown.canvas.paint(hidden, 0, 0);
+                shown.restyleVeil(hidden);
+            }
+        };
+        apply(requestAnimationFrame, window, [() => apply(requestAnimationFrame, window, [hide])]);
     }
 
     // True when nothing is to be seen of it.
@@ -281,9 +306,13 @@
         if (behind === null || behind.canvas === null) {
             return true;
         }
-        behind.canvas.paint(colour === null ? hidden : style, colour === null ? 0 : width, height);
-        setStyle(styleOf(behind.veil),
-            colour === null || colour === noColour ? hidden : `${style}; background: ${colour}`);
+        if (colour !== null) {
+            behind.style = style;
+            behind.canvas.paint(style, width, height);
+            behind.restyleVeil(colour === noColour ? hidden : `${style}; background: ${colour}`);
+        } else if (behind.style !== hidden) {
+            hideBehind(behind);
+        }
         return colour === null;
     }
 

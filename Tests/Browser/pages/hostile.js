@@ -61,7 +61,7 @@
       "subtree", "value", "width", "writable", "x", "y", "added", "removed", "attributeChanged", "data", "type", "play",
       "stop", "release", "profile", "profiles", "mimes", "listener", "native", "seen", "hole", "fallback",
       "box", "mover", "emptied", "paint", "host", "player",
-      "mode", "alpha", "willReadFrequently", "colorSpace", "body", "canvas", "veil", "root"];
+      "mode", "alpha", "willReadFrequently", "colorSpace", "body", "canvas", "restyleVeil", "root"];
     const globals = ["MutationSummary", "requestAnimationFrame", "parseInt", "JSON", "Reflect", "console"];
     const replaced = names.concat(globals);
     const values = replaced.map(name => window[name]);
