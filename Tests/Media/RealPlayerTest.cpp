@@ -308,7 +308,7 @@ class ARealPlayersTracks : public RealPlayer {
 
     Sound sound;
     NoEvents events;
-    Plane plane{events};
+    Plane plane{events, [] {}};
     MediaPlayers players;
 };
 
