@@ -112,8 +112,6 @@ std::optional<std::uint32_t> keyCodeOfDriver(std::uint32_t domKeyCode) {
         case kBackspace:
         case kEscape:
             return kBack;
-        case kSpace:
-            return kPlayPause;
         case kPadPlus:
             return kChannelUp;
         case kPadMinus:
