@@ -68,12 +68,13 @@ export class Application {
 
   look = () => this.television.browser.run(this.script);
 
-  // Waits until the viewer sees all of this.
+  // Waits until the viewer sees all of this: these texts, or texts that match these expressions.
   sees = async expected => {
     let seen;
     await waitFor(`the viewer sees ${JSON.stringify(expected)}`, async () => {
       seen = await this.look();
-      return Object.keys(expected).every(name => seen[name] === expected[name]);
+      return Object.entries(expected).every(([name, value]) =>
+        value instanceof RegExp ? value.test(seen[name]) : seen[name] === value);
     }, 15000).catch(error => assert.deepEqual(seen, { ...seen, ...expected }, error.message));
   };
 }

@@ -1,7 +1,7 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
 import { execFile, spawn } from "node:child_process";
-import { appendFileSync, mkdirSync, mkdtempSync, rmSync } from "node:fs";
+import { mkdirSync, mkdtempSync, openSync, rmSync, writeSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -28,6 +28,8 @@ export class Workplace {
 
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
+  // Held open: whatever becomes of the folder, the tests go on.
+  #log;
   // Variables of the shell alone, which hands them to the web process.
   preload = {};
   // What the processes have written so far, as in the log file.
@@ -40,6 +42,7 @@ export class Workplace {
       return path;
     };
     this.logFile = join(this.#folder, "processes.log");
+    this.#log = openSync(this.logFile, "a");
     this.env = {
       PATH: process.env.PATH,
       LANG: "C.UTF-8",
@@ -86,7 +89,7 @@ export class Workplace {
 
   #note(name, line) {
     this.lines.push(line);
-    appendFileSync(this.logFile, `[${name}] ${line}\n`);
+    writeSync(this.#log, `[${name}] ${line}\n`);
     if (this.preload.LD_PRELOAD && /SUMMARY: \w+Sanitizer|the web process crashed/.test(line))
       this.#failWithReport();
   }
