@@ -6,9 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -99,17 +101,38 @@ class OwnBus : public testing::Environment {
 }  // namespace
 
 bool WaitFor(const std::function<bool()>& fact, std::chrono::milliseconds limit) {
-    const auto end = std::chrono::steady_clock::now() + limit;
     // Facts that come from another thread wake no main loop: look again now and then.
+    constexpr auto tick = std::chrono::milliseconds(5);
+    auto left = limit / tick;
     const guint ticks = g_timeout_add(
-        5, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+        tick.count(),
+        [](gpointer rest) -> gboolean {
+            --*static_cast<decltype(left)*>(rest);
+            return G_SOURCE_CONTINUE;
+        },
+        &left);
     bool holds = fact();
-    while (!holds && std::chrono::steady_clock::now() < end) {
+    while (!holds && left > 0) {
         g_main_context_iteration(nullptr, TRUE);
         holds = fact();
     }
     g_source_remove(ticks);
     return holds;
+}
+
+void ExpectTakes(std::chrono::milliseconds atLeast, std::chrono::milliseconds atMost,
+                 const std::function<void()>& action) {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto tick = std::chrono::milliseconds(5);
+    std::atomic<int> ticks = 0;
+    const std::jthread counter([&](const std::stop_token& stop) {
+        for (; !stop.stop_requested(); ++ticks)
+            std::this_thread::sleep_for(tick);
+    });
+    const auto start = Clock::now();
+    action();
+    EXPECT_GE(Clock::now() - start, atLeast);
+    EXPECT_LE(ticks.load() * tick, atMost);
 }
 
 void GiveTheProgramItsOwnBus() {

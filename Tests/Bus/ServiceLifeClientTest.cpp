@@ -32,10 +32,8 @@ class AClient : public testing::Test {
 };
 
 TEST_F(AClient, MadeBeforeItsServiceFailsAtOnceAndReachesItWhenItAppears) {
-    const auto start = std::chrono::steady_clock::now();
     CDAEBrowserAPIWK client;
-    EXPECT_FALSE(client.IsTrusted());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    ExpectTakes(0s, 5s, [&] { EXPECT_FALSE(client.IsTrusted()); });
     EXPECT_EQ(LogCapture::Errors(), 1);
 
     const auto service = NewService();
@@ -80,10 +78,11 @@ TEST_F(AClient, MakesAConnectionThatTheBusClosedAnew) {
     const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
     close();
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < 20; ++i)
-        EXPECT_FALSE(client.IsTrusted());
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s) << "nobody waits for a bus here";
+    // Nobody waits for a bus here.
+    ExpectTakes(0s, 1s, [&] {
+        for (int i = 0; i < 20; ++i)
+            EXPECT_FALSE(client.IsTrusted());
+    });
     EXPECT_EQ(LogCapture::Errors(), 1);
     setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
     EXPECT_FALSE(client.IsTrusted()) << "one attempt a second";
