@@ -172,8 +172,8 @@ void Pipeline::seek(double rate, std::uint32_t milliseconds, Seek mode) {
                              : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_TRICKMODE |
                                    GST_SEEK_FLAG_TRICKMODE_KEY_UNITS | GST_SEEK_FLAG_TRICKMODE_NO_AUDIO));
     const auto start = static_cast<gint64>(milliseconds) * static_cast<gint64>(GST_MSECOND);
-    const auto openEnd = static_cast<gint64>(GST_CLOCK_TIME_NONE);
-    post([this, rate, start, openEnd, flags] {
+    post([this, rate, start, flags] {
+        const auto openEnd = static_cast<gint64>(GST_CLOCK_TIME_NONE);
         if (!gst_element_seek(m_element, rate, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, start,
                               GST_SEEK_TYPE_SET, openEnd))
             say(PipelineSays::SeekFailed);
