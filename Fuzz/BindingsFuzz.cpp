@@ -16,6 +16,7 @@
 #include "API/Src/IPluginController.h"
 #include "Fuzz/Fuzz.h"
 #include "Host/Inc/GHandles.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/JSHandles.h"
 #include "Platform/Inc/JSCPrivate.h"
@@ -119,8 +120,8 @@ void startBusAndReceiver() {
     // The view of the browser's fake, with an application that may do everything.
     const GObjectHandle<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     const GVariantHandle done(g_dbus_connection_call_sync(
-        connection.get(), "org.vantrel.hbbtv.ReceiverControl", "/org/vantrel/hbbtv/control",
-        "org.vantrel.hbbtv.ReceiverControl", "RegisterView", g_variant_new("(is)", 7, "http://application.invalid/"),
+        connection.get(), Receiver::Names::Control, Receiver::Names::ControlPath, Receiver::Names::Control,
+        "RegisterView", g_variant_new("(is)", 7, "http://application.invalid/"),
         nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, error.out()));
     Require(done != nullptr);
 }

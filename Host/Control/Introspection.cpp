@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "Host/Control/Failure.h"
+#include "Host/Inc/ReceiverNames.h"
 
 namespace Control {
 
@@ -10,7 +11,7 @@ using namespace Host;
 
 namespace {
 
-constexpr std::string_view kPrefix = "org.vantrel.hbbtv.";
+constexpr std::string_view kPrefix = Receiver::Names::Prefix;
 
 Member memberOf(const std::string& path, const GDBusInterfaceInfo& interface, const char* name,
                 GDBusArgInfo** arguments) {

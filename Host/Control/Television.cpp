@@ -4,16 +4,14 @@
 
 #include "Host/Control/Failure.h"
 #include "Host/Control/RunningShells.h"
+#include "Host/Inc/ReceiverNames.h"
 
 namespace Control {
 
 using namespace Host;
+using namespace Receiver;
 
 namespace {
-
-constexpr char kName[] = "org.vantrel.hbbtv.ReceiverControl";
-constexpr char kPath[] = "/org/vantrel/hbbtv/control";
-constexpr char kServicesPath[] = "/org/vantrel/hbbtv";
 
 GObjectHandle<GDBusConnection> connectTo(const std::string& address) {
     GErrorSlot error;
@@ -27,13 +25,7 @@ GObjectHandle<GDBusConnection> connectTo(const std::string& address) {
 }
 
 bool hasReceiver(GDBusConnection* bus) {
-    const GVariantHandle reply(g_dbus_connection_call_sync(
-        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
-        g_variant_new("(s)", kName), G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-    gboolean owned = FALSE;
-    if (reply)
-        g_variant_get(reply.get(), "(b)", &owned);
-    return owned != FALSE;
+    return isNameOwned(bus, Names::Control);
 }
 
 std::string list(const std::map<std::string, std::vector<std::string>>& shells) {
@@ -82,7 +74,7 @@ Television Television::find(const std::optional<std::string>& address) {
 }
 
 GVariantHandle Television::control(const char* method, GVariant* arguments) const {
-    return callSync(m_bus.get(), kName, kPath, kName, method, arguments);
+    return callSync(m_bus.get(), Names::Control, Names::ControlPath, Names::Control, method, arguments);
 }
 
 GVariantHandle Television::call(const Member& method, GVariant* arguments) const {
@@ -92,9 +84,9 @@ GVariantHandle Television::call(const Member& method, GVariant* arguments) const
 
 Introspection Television::introspect() const {
     Introspection all;
-    for (const char* path : {kServicesPath, kPath}) {
-        const auto reply =
-            callSync(m_bus.get(), kName, path, "org.freedesktop.DBus.Introspectable", "Introspect", nullptr);
+    for (const char* path : {Names::ObjectPath, Names::ControlPath}) {
+        const auto reply = callSync(m_bus.get(), Names::Control, path, "org.freedesktop.DBus.Introspectable",
+                                    "Introspect", nullptr);
         const char* xml = nullptr;
         g_variant_get(reply.get(), "(&s)", &xml);
         all.add(path, xml);
@@ -111,14 +103,15 @@ void Television::followCalls(const std::function<void(const char*, const char*)>
         g_variant_get(parameters, "(&s&s)", &method, &arguments);
         (*static_cast<const std::function<void(const char*, const char*)>*>(user))(method, arguments);
     };
-    g_dbus_connection_signal_subscribe(
-        m_bus.get(), kName, kName, "CallRecorded", kPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, recorded,
-        const_cast<std::function<void(const char*, const char*)>*>(&tell), nullptr);
+    g_dbus_connection_signal_subscribe(m_bus.get(), Names::Control, Names::Control, "CallRecorded",
+                                       Names::ControlPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, recorded,
+                                       const_cast<std::function<void(const char*, const char*)>*>(&tell),
+                                       nullptr);
     const auto vanished = [](GDBusConnection*, const char*, gpointer user) {
         g_main_loop_quit(static_cast<GMainLoop*>(user));
     };
-    const unsigned watch = g_bus_watch_name_on_connection(m_bus.get(), kName, G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                                          nullptr, vanished, loop.get(), nullptr);
+    const unsigned watch = g_bus_watch_name_on_connection(
+        m_bus.get(), Names::Control, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, vanished, loop.get(), nullptr);
     g_main_loop_run(loop.get());
     g_bus_unwatch_name(watch);
 }

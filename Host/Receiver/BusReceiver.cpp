@@ -1,7 +1,7 @@
 #include "Host/Receiver/BusReceiver.h"
 
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/Media/ChildMediaPlayer.h"
-#include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/ChosenMediaPlayer.h"
 
 namespace Receiver {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "Host/Receiver/Names.h"
+#include "Host/Inc/ReceiverNames.h"
 
 namespace Receiver {
 

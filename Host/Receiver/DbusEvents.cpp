@@ -1,7 +1,7 @@
 #include "Host/Receiver/DbusEvents.h"
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Receiver/Names.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/PlaneNames.h"
 #include "Host/Receiver/ReceiverControl-generated.h"
 #include "Host/Receiver/Variants.h"

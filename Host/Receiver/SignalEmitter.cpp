@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Receiver/Names.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/World/JsonReader.h"
 
 namespace Receiver {

@@ -10,8 +10,8 @@
 #include <gio/gio.h>
 
 #include "Host/Inc/GHandles.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/CallDispatcher.h"
-#include "Host/Receiver/Names.h"
 #include "Host/Receiver/World/JsonReader.h"
 #include "Host/Receiver/World/World.h"
 

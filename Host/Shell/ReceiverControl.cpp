@@ -3,42 +3,27 @@
 #include <cstdlib>
 #include <utility>
 
+#include "Host/Inc/ReceiverNames.h"
+
 namespace Shell {
 
 using namespace Host;
+using namespace Receiver::Names;
 
 namespace {
 
-constexpr char kName[] = "org.vantrel.hbbtv.ReceiverControl";
-constexpr char kInterface[] = "org.vantrel.hbbtv.ReceiverControl";
-constexpr char kPath[] = "/org/vantrel/hbbtv/control";
 constexpr int kCallLimitMs = 2000;
 
 }  // namespace
-
-bool isNameOwned(GDBusConnection* bus, const char* name) {
-    GErrorSlot error;
-    const GVariantHandle reply(g_dbus_connection_call_sync(
-        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
-        g_variant_new("(s)", name), G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NONE, kCallLimitMs, nullptr,
-        error.out()));
-    if (!reply) {
-        g_warning("the session bus does not answer: %s", error.message());
-        return false;
-    }
-    gboolean owned = FALSE;
-    g_variant_get(reply.get(), "(b)", &owned);
-    return owned;
-}
 
 ReceiverControl::ReceiverControl(GDBusConnection* bus, ReceiverEvents& events)
     : m_bus(retain(bus)), m_events(events) {
     if (!m_bus)
         return;
-    m_present = isNameOwned(bus, kName);
-    m_subscription = g_dbus_connection_signal_subscribe(bus, kName, kInterface, nullptr, kPath, nullptr,
+    m_present = isNameOwned(bus, Control);
+    m_subscription = g_dbus_connection_signal_subscribe(bus, Control, Control, nullptr, ControlPath, nullptr,
                                                         G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
-    m_nameWatch = g_bus_watch_name_on_connection(bus, kName, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared,
+    m_nameWatch = g_bus_watch_name_on_connection(bus, Control, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared,
                                                  onVanished, this, nullptr);
 }
 
@@ -55,7 +40,7 @@ GVariantHandle ReceiverControl::call(const char* method, GVariant* parameters, c
         return nullptr;
     GErrorSlot error;
     GVariantHandle reply(g_dbus_connection_call_sync(
-        m_bus.get(), kName, kPath, kInterface, method, sunk.get(), G_VARIANT_TYPE(replyType),
+        m_bus.get(), Control, ControlPath, Control, method, sunk.get(), G_VARIANT_TYPE(replyType),
         G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, error.out()));
     if (!reply)
         g_warning("the receiver refused %s: %s", method, error.message());
@@ -65,7 +50,7 @@ GVariantHandle ReceiverControl::call(const char* method, GVariant* parameters, c
 void ReceiverControl::send(const char* method, GVariant* parameters) {
     const GVariantHandle sunk(g_variant_ref_sink(parameters));
     if (m_present)
-        g_dbus_connection_call(m_bus.get(), kName, kPath, kInterface, method, sunk.get(), nullptr,
+        g_dbus_connection_call(m_bus.get(), Control, ControlPath, Control, method, sunk.get(), nullptr,
                                G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimitMs, nullptr, nullptr, nullptr);
 }
 

@@ -10,8 +10,6 @@
 
 namespace Shell {
 
-[[nodiscard]] bool isNameOwned(GDBusConnection* bus, const char* name);
-
 class ReceiverEvents {
  public:
     // It is there (again) and knows no view of ours yet.

@@ -5,8 +5,8 @@
 #include <iterator>
 #include <vector>
 
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Shell/InstalledFiles.h"
-#include "Host/Shell/ReceiverControl.h"
 
 namespace Shell {
 
@@ -23,7 +23,7 @@ constexpr const char* kNames[] = {
 
 bool isReceiverRunning(GDBusConnection* bus) {
     return std::all_of(std::begin(kNames), std::end(kNames),
-                       [bus](const char* name) { return isNameOwned(bus, name); });
+                       [bus](const char* name) { return Host::isNameOwned(bus, name); });
 }
 
 void forward(const std::string& line) {

@@ -2,15 +2,15 @@
 
 #include <gio/gunixfdlist.h>
 
+#include "Host/Inc/ReceiverNames.h"
+
 namespace WebProcess {
 
 using namespace Host;
+using namespace Receiver::Names;
 
 namespace {
 
-constexpr char kName[] = "org.vantrel.hbbtv.ReceiverControl";
-constexpr char kInterface[] = "org.vantrel.hbbtv.ReceiverControl";
-constexpr char kPath[] = "/org/vantrel/hbbtv/control";
 constexpr char kBroadcastInterface[] = "org.vantrel.hbbtv.IBroadcastPlayer";
 constexpr char kBroadbandInterface[] = "org.vantrel.hbbtv.IAVEventHandler";
 constexpr char kBroadcast[] = "broadcast";
@@ -41,10 +41,10 @@ void PlaneNews::listen() {
         g_bus_unwatch_name(m_nameWatch);
     m_bus = std::move(bus);
     g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
-    g_dbus_connection_signal_subscribe(m_bus.get(), kName, kInterface, nullptr, kPath, nullptr,
+    g_dbus_connection_signal_subscribe(m_bus.get(), Control, Control, nullptr, ControlPath, nullptr,
                                        G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
     g_dbus_connection_add_filter(m_bus.get(), onMessage, this, nullptr);
-    m_nameWatch = g_bus_watch_name_on_connection(m_bus.get(), kName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+    m_nameWatch = g_bus_watch_name_on_connection(m_bus.get(), Control, G_BUS_NAME_WATCHER_FLAGS_NONE,
                                                  onReceiverAppeared, onReceiverVanished, this, nullptr);
 }
 
@@ -79,8 +79,9 @@ void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const c
 }
 
 void PlaneNews::onReceiverAppeared(GDBusConnection* bus, const char*, const char*, gpointer self) {
-    g_dbus_connection_call(bus, kName, kPath, kInterface, "GetRunningChannel", nullptr, G_VARIANT_TYPE("(s)"),
-                           G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr, onRunningChannel, self);
+    g_dbus_connection_call(bus, Control, ControlPath, Control, "GetRunningChannel", nullptr,
+                           G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr,
+                           onRunningChannel, self);
 }
 
 void PlaneNews::onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self) {
@@ -143,7 +144,7 @@ void PlaneNews::openFrames(const PlanePlayer& player) {
     if (!m_bus)
         return;
     g_dbus_connection_call_with_unix_fd_list(
-        m_bus.get(), kName, kPath, kInterface, "OpenPicture",
+        m_bus.get(), Control, ControlPath, Control, "OpenPicture",
         g_variant_new("(ssu)", player.isBroadcast ? kBroadcast : kBroadband,
                       g_dbus_connection_get_unique_name(m_bus.get()), player.id),
         G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr, nullptr, onFramesOpened,

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <map>
 
-#include "Host/Receiver/Names.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "Tests/Bus/BusFixture.h"
 
 namespace ReceiverTest {

@@ -9,10 +9,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Picture/PictureView.h"
 #include "Host/Picture/PictureWriter.h"
 #include "Host/Receiver/BusReceiver.h"
-#include "Host/Receiver/Names.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 

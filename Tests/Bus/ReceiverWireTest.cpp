@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Receiver/Names.h"
+#include "Host/Inc/ReceiverNames.h"
 #include "Tests/Bus/ReceiverFixture.h"
 
 namespace {

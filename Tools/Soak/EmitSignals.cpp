@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "Host/Inc/GHandles.h"
+#include "Host/Inc/ReceiverNames.h"
 
 namespace {
 
@@ -38,8 +39,8 @@ class Emitter {
     void emit() {
         const auto& [signal, arguments] = m_signals[m_count++ % m_signals.size()];
         // Nobody waits for the answer.
-        g_dbus_connection_call(m_connection, "org.vantrel.hbbtv.ReceiverControl", "/org/vantrel/hbbtv/control",
-                               "org.vantrel.hbbtv.ReceiverControl", "EmitSignal",
+        g_dbus_connection_call(m_connection, Receiver::Names::Control, Receiver::Names::ControlPath,
+                               Receiver::Names::Control, "EmitSignal",
                                g_variant_new("(sv)", signal.c_str(), arguments.get()), nullptr,
                                G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr, nullptr);
     }
