@@ -23,7 +23,7 @@ constexpr unsigned kNotFound = 404;
 struct Waiting {
     GObjectHandle<WebKitURISchemeRequest> request;
     std::uint32_t handle;
-    unsigned limitSeconds;
+    int limitSeconds;
 };
 
 std::string withoutFragment(const char* url) {
@@ -102,8 +102,7 @@ void finishWith(WebKitURISchemeRequest* request, GVariant* reply) {
 
 }  // namespace
 
-CarouselScheme::CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel,
-                               unsigned limitSeconds)
+CarouselScheme::CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel, int limitSeconds)
     : m_channel(channel),
       m_limitSeconds(limitSeconds),
       m_nextHandle(g_random_int()),
@@ -135,8 +134,8 @@ void CarouselScheme::onRequest(WebKitURISchemeRequest* request, gpointer self) {
     GVariant* arguments = g_variant_new("(us)", waiting->handle, url.c_str());
     g_dbus_connection_call(reader, nullptr, ShellChannel::kPath, ShellChannel::kFilesInterface,
                            ShellChannel::kReadFile, arguments, G_VARIANT_TYPE(ShellChannel::kFileReplyType),
-                           G_DBUS_CALL_FLAGS_NONE, static_cast<int>(scheme.m_limitSeconds) * kMilliseconds,
-                           scheme.m_end.get(), onReply, waiting.release());
+                           G_DBUS_CALL_FLAGS_NONE, scheme.m_limitSeconds * kMilliseconds, scheme.m_end.get(),
+                           onReply, waiting.release());
 }
 
 void CarouselScheme::onReply(GObject* connection, GAsyncResult* result, gpointer data) {

@@ -14,7 +14,7 @@ namespace Shell {
 class CarouselScheme {
  public:
     // A file that has not come by the limit does not come any more.
-    CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel, unsigned limitSeconds);
+    CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel, int limitSeconds);
     ~CarouselScheme();
     CarouselScheme(const CarouselScheme&) = delete;
     CarouselScheme& operator=(const CarouselScheme&) = delete;
@@ -24,7 +24,7 @@ class CarouselScheme {
     static void onReply(GObject* connection, GAsyncResult* result, gpointer waiting);
 
     const WebProcessChannel& m_channel;
-    unsigned m_limitSeconds;
+    int m_limitSeconds;
     // Every web process hears all of the receiver's responses, and so does another shell on this bus: no two
     // requests have the same handle.
     std::uint32_t m_nextHandle;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <initializer_list>
 
 #include "Host/Inc/CommandLine.h"
 #include "Host/Shell/KeyMap.h"
@@ -39,13 +38,13 @@ bool isProfile(const std::string& text) {
 }
 
 // What is wrong with the values, empty for nothing.
-std::string problemOf(const Options& options, std::initializer_list<int> limits, size_t urls) {
+std::string problemOf(const Options& options, size_t urls) {
     constexpr int kLongestLimit = 600;
     constexpr double kSmallestZoom = 0.25;
     constexpr double kLargestZoom = 4;
     if (!options.profile.empty() && !isProfile(options.profile))
         return "not a profile: " + options.profile;
-    for (const int seconds : limits) {
+    for (const int seconds : {options.carouselLimitSeconds, options.checkLimitSeconds}) {
         if (seconds < 1 || seconds > kLongestLimit)
             return "not a number of seconds from 1 to 600: " + std::to_string(seconds);
     }
@@ -70,15 +69,6 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     char* ait = nullptr;
     char* screenshot = nullptr;
     char** urls = nullptr;
-    int carouselLimit = static_cast<int>(options.carouselLimitSeconds);
-    int checkLimit = static_cast<int>(options.checkLimitSeconds);
-    gboolean exitAfterLoad = FALSE;
-    gboolean requireVerdict = FALSE;
-    gboolean automation = FALSE;
-    gboolean noReceiver = FALSE;
-    gboolean sessionBus = FALSE;
-    gboolean ignoreTlsErrors = FALSE;
-    gboolean quiet = FALSE;
     const GOptionEntry entries[] = {
         {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
          "The receiver's world (a JSON file), given to hbbtv-receiver", "FILE"},
@@ -93,7 +83,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "The whole user agent; it needs an HbbTV token of its own for the page to find objects", "TEXT"},
         {"zoom", 0, 0, G_OPTION_ARG_DOUBLE, &options.zoom,
          "The size of the screen on the desktop (0.25 to 4); to the page it stays 1280x720", "FACTOR"},
-        {"ignore-tls-errors", 0, 0, G_OPTION_ARG_NONE, &ignoreTlsErrors,
+        {"ignore-tls-errors", 0, 0, G_OPTION_ARG_NONE, &options.ignoreTlsErrors,
          "Load from servers whose certificate is no good", nullptr},
         {"profile-dir", 0, 0, G_OPTION_ARG_FILENAME, &profileFolder,
          "Keep cookies and what pages store in this folder, for the next shell", "FOLDER"},
@@ -101,25 +91,25 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "Load the page anew when something in this folder changes", "FOLDER"},
         {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &screenshot,
          "Write what is on the screen to a PNG file when the page has loaded", "FILE"},
-        {"exit-after-load", 0, 0, G_OPTION_ARG_NONE, &exitAfterLoad,
+        {"exit-after-load", 0, 0, G_OPTION_ARG_NONE, &options.exitAfterLoad,
          "Leave when the page has loaded; if it has an element with the id \"verdict\", when that element's "
          "data-verdict is \"pass\" or \"fail\"; prints \"verdict: pass|fail|none\"",
          nullptr},
-        {"require-verdict", 0, 0, G_OPTION_ARG_NONE, &requireVerdict,
+        {"require-verdict", 0, 0, G_OPTION_ARG_NONE, &options.requireVerdict,
          "With --exit-after-load: a page that gives no verdict has failed", nullptr},
-        {"check-limit", 0, 0, G_OPTION_ARG_INT, &checkLimit,
+        {"check-limit", 0, 0, G_OPTION_ARG_INT, &options.checkLimitSeconds,
          "With --exit-after-load: how long a page may take to load, and then to give its verdict (1 to 600; "
          "20)",
          "SECONDS"},
-        {"quiet", 'q', 0, G_OPTION_ARG_NONE, &quiet,
+        {"quiet", 'q', 0, G_OPTION_ARG_NONE, &options.quiet,
          "Neither the page's console nor what it could not load on the terminal", nullptr},
-        {"automation", 0, 0, G_OPTION_ARG_NONE, &automation,
+        {"automation", 0, 0, G_OPTION_ARG_NONE, &options.automation,
          "Let a WebDriver control the views; no URL is needed", nullptr},
-        {"no-receiver", 0, 0, G_OPTION_ARG_NONE, &noReceiver,
+        {"no-receiver", 0, G_OPTION_FLAG_REVERSE, G_OPTION_ARG_NONE, &options.receiver,
          "Do not start hbbtv-receiver when there is none on the bus", nullptr},
-        {"session-bus", 0, 0, G_OPTION_ARG_NONE, &sessionBus,
+        {"session-bus", 0, 0, G_OPTION_ARG_NONE, &options.sessionBus,
          "Use the session's bus, and a receiver that is there, instead of a bus of the shell's own", nullptr},
-        {"carousel-limit", 0, 0, G_OPTION_ARG_INT, &carouselLimit,
+        {"carousel-limit", 0, 0, G_OPTION_ARG_INT, &options.carouselLimitSeconds,
          "How long a file of the object carousel may take (1 to 600; 30)", "SECONDS"},
         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &urls, nullptr, nullptr},
         {}};
@@ -134,19 +124,10 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.profile = takeText(profile).value_or(options.profile);
     if (options.profile == "none")
         options.profile.clear();
-    options.exitAfterLoad = exitAfterLoad;
-    options.requireVerdict = requireVerdict;
-    options.automation = automation;
-    options.receiver = !noReceiver;
-    options.sessionBus = sessionBus;
-    options.ignoreTlsErrors = ignoreTlsErrors;
-    options.quiet = quiet;
-    options.carouselLimitSeconds = static_cast<unsigned>(carouselLimit);
-    options.checkLimitSeconds = static_cast<unsigned>(checkLimit);
     if (urls)
         options.url = urls[0];
     if (parsed)
-        problem = problemOf(options, {carouselLimit, checkLimit}, urls ? g_strv_length(urls) : 0);
+        problem = problemOf(options, urls ? g_strv_length(urls) : 0);
     return problem.empty() ? std::optional<Options>(options) : std::nullopt;
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <glib.h>
+
 namespace Shell {
 
 struct Options {
@@ -17,15 +19,15 @@ struct Options {
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
     double zoom = 1.0;
-    unsigned carouselLimitSeconds = 30;
-    unsigned checkLimitSeconds = 20;
-    bool exitAfterLoad = false;
-    bool requireVerdict = false;
-    bool automation = false;
-    bool receiver = true;
-    bool sessionBus = false;
-    bool ignoreTlsErrors = false;
-    bool quiet = false;
+    int carouselLimitSeconds = 30;
+    int checkLimitSeconds = 20;
+    gboolean exitAfterLoad = FALSE;
+    gboolean requireVerdict = FALSE;
+    gboolean automation = FALSE;
+    gboolean receiver = TRUE;
+    gboolean sessionBus = FALSE;
+    gboolean ignoreTlsErrors = FALSE;
+    gboolean quiet = FALSE;
 };
 
 // The arguments without the program's name; nothing, with the reason, when they are no good. Automation needs

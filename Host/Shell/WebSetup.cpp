@@ -40,7 +40,7 @@ WebKitSettings* makeSettings(const Options& options) {
     WebKitSettings* settings = webkit_settings_new_with_settings(
         "enable-developer-extras", TRUE, "enable-page-cache", FALSE, "enable-smooth-scrolling", FALSE,
         "javascript-can-open-windows-automatically", FALSE, "media-playback-requires-user-gesture", FALSE,
-        "enable-write-console-messages-to-stdout", static_cast<gboolean>(!options.quiet), nullptr);
+        "enable-write-console-messages-to-stdout", !options.quiet, nullptr);
     const std::string own = userAgentWithProfile(webkit_settings_get_user_agent(settings), options.profile);
     webkit_settings_set_user_agent(settings, options.userAgent.value_or(own).c_str());
     return settings;
