@@ -65,6 +65,17 @@ JSValueRef reachedDocumentEnd(JSContextRef context, JSObjectRef function, JSObje
     return JSValueMakeUndefined(context);
 }
 
+// The function with this as its private data.
+template <auto function>
+JSObjectRef functionOf(JSContextRef context, void* data) {
+    static const JSClassRef functionClass = [] {
+        JSClassDefinition definition = kJSClassDefinitionEmpty;
+        definition.callAsFunction = function;
+        return JSClassCreate(&definition);  // Kept for the process.
+    }();
+    return JSObjectMake(context, functionClass, data);
+}
+
 }  // namespace
 
 void runScript(JSGlobalContextRef context, const std::string& source, const char* name) {
@@ -95,29 +106,17 @@ void defineKeyNames(JSGlobalContextRef context) {
 
 void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener) {
     static constexpr char kName[] = "document end";
-    static const JSClassRef listenerClass = [] {
-        JSClassDefinition definition = kJSClassDefinitionEmpty;
-        definition.className = "DocumentEndListener";
-        definition.callAsFunction = reachedDocumentEnd;
-        return JSClassCreate(&definition);  // Kept for the process.
-    }();
     const JSObjectRef listen =
         evaluateFunction(context,
                          "(reached => addEventListener('DOMContentLoaded', () => reached("
                          "window === window.top), { capture: true, once: true }))",
                          kName);
-    const JSValueRef arguments[] = {JSObjectMake(context, listenerClass, &listener)};
+    const JSValueRef arguments[] = {functionOf<reachedDocumentEnd>(context, &listener)};
     callFunction(context, listen, arguments, kName);
 }
 
 void judgeKeys(JSGlobalContextRef context, KeyJudge& judge) {
     static constexpr char kName[] = "driver keys";
-    static const JSClassRef judgeClass = [] {
-        JSClassDefinition definition = kJSClassDefinitionEmpty;
-        definition.className = "KeyJudge";
-        definition.callAsFunction = judgeKey;
-        return JSClassCreate(&definition);  // Kept for the process.
-    }();
     // Keys of private characters come from the remote control. A page may replace every built-in.
     const JSObjectRef listen = evaluateFunction(context, R"((lets => {
         const { apply, getOwnPropertyDescriptor } = Reflect;
@@ -139,7 +138,7 @@ void judgeKeys(JSGlobalContextRef context, KeyJudge& judge) {
         addEventListener('keyup', event => judge(event, false), true);
     }))",
                                                 kName);
-    const JSValueRef arguments[] = {JSObjectMake(context, judgeClass, &judge)};
+    const JSValueRef arguments[] = {functionOf<judgeKey>(context, &judge)};
     callFunction(context, listen, arguments, kName);
 }
 
