@@ -11,14 +11,6 @@ namespace {
 constexpr char kBoundaries[] = "/applications/boundary_origins";
 constexpr char kApplications[] = "/applications/broadcast";
 
-// Addresses are meant: what JSON would have to escape has no place in one.
-std::string jsonText(const std::string& text) {
-    std::string json = "\"";
-    std::copy_if(text.begin(), text.end(), std::back_inserter(json),
-                 [](unsigned char c) { return c > ' ' && c != '"' && c != '\\'; });
-    return json + "\"";
-}
-
 template <typename Item>
 std::string jsonList(const std::vector<Item>& items, const std::function<std::string(const Item&)>& jsonOf) {
     std::string json;

@@ -16,6 +16,17 @@ constexpr int kCallLimitMs = 2000;
 
 }  // namespace
 
+std::string jsonText(const std::string& text) {
+    std::string json = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            json += '\\';
+        if (static_cast<unsigned char>(c) >= ' ')
+            json += c;
+    }
+    return json + "\"";
+}
+
 ReceiverControl::ReceiverControl(GDBusConnection* bus, ReceiverEvents& events)
     : m_bus(retain(bus)), m_events(events) {
     if (!m_bus)
@@ -87,8 +98,7 @@ void ReceiverControl::setWorld(const char* pointer, const std::string& json) {
 }
 
 void ReceiverControl::setUserAgent(const std::string& userAgent) {
-    const GChars escaped(g_strescape(userAgent.c_str(), nullptr));
-    setWorld("/media/user_agent", std::string("\"") + escaped.get() + "\"");
+    setWorld("/media/user_agent", jsonText(userAgent));
 }
 
 void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*, gpointer self) {

@@ -10,6 +10,9 @@
 
 namespace Shell {
 
+// The text in JSON, without its control characters.
+[[nodiscard]] std::string jsonText(const std::string& text);
+
 class ReceiverEvents {
  public:
     // It is there (again) and knows no view of ours yet.
