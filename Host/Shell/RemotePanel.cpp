@@ -2,12 +2,10 @@
 
 #include <utility>
 
-#include "Host/Inc/GHandles.h"
 #include "Host/Shell/KeyMap.h"
+#include "Host/Shell/Screen.h"
 
 namespace Shell {
-
-using namespace Host;
 
 namespace {
 
@@ -35,14 +33,6 @@ constexpr Button kButtons[] = {
     {"REW", kRewind}, {"PLAY", kPlayPause}, {"STOP", kStop}, {"FWD", kFastForward},
 };
 // clang-format on
-
-void paint(GtkWidget* button, const char* color) {
-    const GObjectHandle<GtkCssProvider> style(gtk_css_provider_new());
-    const GChars css(g_strdup_printf("button { background: %s }", color));
-    gtk_css_provider_load_from_data(style.get(), css.get(), -1, nullptr);
-    gtk_style_context_add_provider(gtk_widget_get_style_context(button), GTK_STYLE_PROVIDER(style.get()),
-                                   GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-}
 
 }  // namespace
 

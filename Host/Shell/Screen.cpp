@@ -8,16 +8,13 @@ namespace Shell {
 
 using namespace Host;
 
-namespace {
-
-void paintBlack(GtkWidget* widget) {
+void paint(GtkWidget* widget, const char* color) {
     const GObjectHandle<GtkCssProvider> style(gtk_css_provider_new());
-    gtk_css_provider_load_from_data(style.get(), "* { background: black }", -1, nullptr);
+    const std::string css = std::string("* { background: ") + color + " }";
+    gtk_css_provider_load_from_data(style.get(), css.c_str(), -1, nullptr);
     gtk_style_context_add_provider(gtk_widget_get_style_context(widget), GTK_STYLE_PROVIDER(style.get()),
                                    GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
-
-}  // namespace
 
 Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
     : m_keyHandler(std::move(keyHandler)), m_closed(std::move(closed)) {
@@ -25,7 +22,7 @@ Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function
     gtk_window_set_title(GTK_WINDOW(m_window), "HbbTV");
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     m_overlay = gtk_overlay_new();
-    paintBlack(m_window);
+    paint(m_window, "black");
     gtk_widget_set_size_request(m_overlay, kScreenWidth, kScreenHeight);
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);

@@ -14,6 +14,9 @@ namespace Shell {
 inline constexpr int kScreenWidth = 1280;
 inline constexpr int kScreenHeight = 720;
 
+// Gives the widget a background.
+void paint(GtkWidget* widget, const char* color);
+
 class Screen {
  public:
     // `keyHandler` sees each key before any view; true keeps it from the view that has the focus.
