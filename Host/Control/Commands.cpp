@@ -16,51 +16,11 @@ namespace {
 constexpr size_t kAny = SIZE_MAX;
 
 // The keys of the shell's table; `press` takes every name and code that the receiver knows.
-constexpr const char* kKeys[] = {
-    "0",
-    "1",
-    "2",
-    "3",
-    "4",
-    "5",
-    "6",
-    "7",
-    "8",
-    "9",
-    "LEFT",
-    "UP",
-    "RIGHT",
-    "DOWN",
-    "ENTER",
-    "BACK",
-    "RED",
-    "GREEN",
-    "YELLOW",
-    "BLUE",
-    "PLAY",
-    "PAUSE",
-    "STOP",
-    "PLAY_PAUSE",
-    "RECORD",
-    "PREV",
-    "NEXT",
-    "REWIND",
-    "FAST_FWD",
-    "PAGE_UP",
-    "PAGE_DOWN",
-    "HOME",
-    "END",
-    "INFO",
-    "GUIDE",
-    "TELETEXT",
-    "SUBTITLE",
-    "MENU",
-    "MUTE",
-    "VOLUME_UP",
-    "VOLUME_DOWN",
-    "CHANNEL_UP",
-    "CHANNEL_DOWN",
-};
+constexpr char kKeys[] =
+    "0\n1\n2\n3\n4\n5\n6\n7\n8\n9\nLEFT\nUP\nRIGHT\nDOWN\nENTER\nBACK\nRED\nGREEN\nYELLOW\nBLUE\n"
+    "PLAY\nPAUSE\nSTOP\nPLAY_PAUSE\nRECORD\nPREV\nNEXT\nREWIND\nFAST_FWD\nPAGE_UP\nPAGE_DOWN\nHOME\n"
+    "END\nINFO\nGUIDE\nTELETEXT\nSUBTITLE\nMENU\nMUTE\nVOLUME_UP\nVOLUME_DOWN\nCHANNEL_UP\n"
+    "CHANNEL_DOWN\n";
 
 void setValue(const Television& television, const std::string& pointer, const nlohmann::json& value) {
     television.control("SetWorld", g_variant_new("(ss)", pointer.c_str(), value.dump().c_str()));
@@ -172,7 +132,7 @@ void complete(const Television& television, const Words& words) {
     const std::string command = words[0];
     const auto tell = [](const std::string& word) { std::cout << word << '\n'; };
     if (command == "press")
-        std::for_each(std::begin(kKeys), std::end(kKeys), tell);
+        std::cout << kKeys;
     else if (command == "set" || command == "get")
         places(television, {});
     else if (command == "tune")
