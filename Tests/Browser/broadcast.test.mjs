@@ -5,8 +5,6 @@ import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [unrealized, connecting, presenting] = [0, 1, 2];
-// All ones, in the wire's signed number.
-const anyPid = -1;
 
 // A page with the element at a known place, which notes all that it hears.
 const page = style => `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script>
@@ -102,33 +100,6 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     await isAt(110, 130, 320, 180);
   });
 
-  it("hears with handlers that were set before it was in the document, or had a type", async () => {
-    await browser.run(() => {
-      const root = document.getElementById("root");
-      window.heard = [];
-      const note = name => state => window.heard.push(`${name} ${state}`);
-      const make = () => document.createElement("object");
-      const untyped = make();
-      untyped.onPlayStateChange = note("untyped");
-      untyped.type = "video/broadcast";
-      const typed = make();
-      typed.type = "video/broadcast";
-      typed.onPlayStateChange = note("typed");
-      const listening = make();
-      listening.setAttribute("type", "video/broadcast");
-      listening.addEventListener("PlayStateChange", event => note("listening")(event.state));
-      window.videos = [untyped, typed, listening];
-      for (const video of window.videos) {
-        root.appendChild(video);
-        video.bindToCurrentChannel();
-      }
-    });
-    await browser.waitFor("all three present", () => window.videos.every(video => video.playState === 2));
-    const heard = await browser.run(() => window.heard);
-    const expected = ["untyped", "typed", "listening"].flatMap(name => [`${name} 1`, `${name} 2`]);
-    assert.deepEqual(heard.sort(), expected.sort());
-  });
-
   it("steps through the channels, stops, comes back and releases", async () => {
     await television.show("steps.html", page(placed));
     await present();
@@ -147,26 +118,6 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
       "state 3", "state 1", "state 2", "state 0"]);
     assert.equal(await browser.run(() => video.currentChannel), null);
     assert.deepEqual(await browser.run(() => window.failures), []);
-  });
-
-  it("chooses components by themselves and by type, and hears of it under both names", async () => {
-    await television.show("components.html", page(placed));
-    await present();
-    await browser.run(() => {
-      window.selections = [];
-      video.onSelectedComponentChanged = type => window.selections.push(`handler ${type}`);
-      for (const name of ["SelectedComponentChanged", "SelectedComponentChange"]) {
-        const note = event => window.selections.push(`${name} ${event.componentType}`);
-        video.addEventListener(name, note, false);
-      }
-      const audios = video.getComponents(video.COMPONENT_TYPE_AUDIO);
-      video.selectComponent(audios[1]);
-      video.selectComponent(video.COMPONENT_TYPE_SUBTITLE);
-    });
-    await browser.waitFor("both are heard of", () => window.selections.length === 6);
-    assert.deepEqual(await argumentsOf("SelectComponent"), [[1, 258], [2, anyPid]]);
-    assert.deepEqual(await browser.run(() => window.selections), [1, 2].flatMap(type =>
-      [`handler ${type}`, `SelectedComponentChanged ${type}`, `SelectedComponentChange ${type}`]));
   });
 
   it("hands stream events to whoever still listens, whatever bytes they carry", async () => {
@@ -243,22 +194,17 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
   it("that is bound again while its page goes, or goes with its frame, keeps no player", async () => {
     const isFree = () => waitFor("no player is held", async () =>
       Object.values(await receiver.getWorld("/state/broadcast_players")).every(({ state }) => state === unrealized));
-    const { server } = television;
-    server.intercept("/pages/plain.html", (request, response, serve) => setTimeout(serve, 200));
-    try {
-      await television.show("again.html", page(placed));
-      await present();
-      await browser.run(() => {
-        video.onPlayStateChange = state => state === 0 && video.bindToCurrentChannel();
-        addEventListener("unload", () => video.bindToCurrentChannel());
-      });
-      await receiver.clearCalls();
-      await television.open("plain.html");
-      assert.ok((await argumentsOf("BindToCurrentChannel")).length >= 2, "it was bound again");
-      await isFree();
-    } finally {
-      server.intercept("/pages/plain.html", null);
-    }
+    await television.show("again.html", page(placed));
+    await present();
+    await browser.run(() => {
+      video.onPlayStateChange = state => state === 0 && video.bindToCurrentChannel();
+      addEventListener("unload", () => video.bindToCurrentChannel());
+    });
+    await receiver.clearCalls();
+    const isBound = async times => (await argumentsOf("BindToCurrentChannel")).length >= times;
+    await television.leaveWhen("it is bound again", () => isBound(1));
+    assert.ok(await isBound(2), "and once more as it goes");
+    await isFree();
     const leaves = [
       () => document.querySelector("iframe").remove(),
       () => { document.querySelector("iframe").src = "/pages/plain.html"; }
@@ -274,22 +220,5 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
       await waitFor("its subscription has ended", async () =>
         (await receiver.getWorld("/state")).stream_event_subscriptions === 0);
     }
-  });
-
-  it("is refused what is not a channel, and hears of channels that nobody knows", async () => {
-    await television.show("refusals.html", page(placed));
-    const seen = await browser.run(() => [
-      video.setChannel(), video.setChannel({}), video.setChannel("ccid://1.1", false), video.setChannel(7),
-      video.createChannelObject(12, 1, 2), video.getComponents(3), video.getComponents(-1)
-    ]);
-    assert.deepEqual(seen, [null, null, null, null, null, null, null]);
-    assert.deepEqual(await argumentsOf("SetChannel"), []);
-    await browser.run(() => video.setChannel(video.createChannelObject(12, 1, 2, 3), false));
-    await browser.waitFor("the error is heard", () => window.heard.includes("error 5"));
-    await browser.run(() => video.setChannel(null, false));
-    assert.deepEqual(await argumentsOf("SetNullChannel"), [[true]]);
-    assert.equal(await browser.run(() => video.currentChannel), null);
-    assert.deepEqual(await browser.run(() => window.failures), []);
-    await receiver.setWorld("/broadcast/related", true);
   });
 });

@@ -4,6 +4,7 @@ import { Browser } from "./browser.mjs";
 import { PageServer } from "./pages.mjs";
 import { shell } from "./programs.mjs";
 import { Receiver } from "./receiver.mjs";
+import { waitFor } from "./wait.mjs";
 import { Workplace } from "./workplace.mjs";
 
 export class Television {
@@ -32,6 +33,12 @@ export class Television {
   // Opens a page of Tests/Browser/pages.
   open(page) {
     return this.browser.open(this.server.url(`/pages/${page}`));
+  }
+
+  // Goes on to plain.html, which comes when the fact is true: until then the page that is left runs.
+  async leaveWhen(what, fact) {
+    this.server.intercept("/pages/plain.html", (request, response, serve) => waitFor(what, fact).finally(serve));
+    await this.open("plain.html").finally(() => this.server.intercept("/pages/plain.html", null));
   }
 
   // Shows a page that is written in the test.
