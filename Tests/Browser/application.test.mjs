@@ -74,28 +74,6 @@ describe("An application", () => {
         ["moved LowMemory", "moved handler", "new handler"]);
     });
 
-    it("and may create and drop objects while it does", async () => {
-      await browser.run(() => {
-        const root = document.getElementById("root");
-        const manager = root.appendChild(makeManager("churning"));
-        manager.onLowMemory = () => {
-          root.innerHTML = "";
-          for (let i = 0; i < 50; ++i)
-            root.appendChild(makeManager("made")).getOwnerApplication();
-          root.innerHTML = "";
-          window.__collectGarbage?.();
-          root.appendChild(makeManager("last")).getOwnerApplication();
-          window.heard.push("done");
-        };
-      });
-      await receiver.emit("PluginEvent", lowMemory);
-      await browser.waitFor("the handler is through", () => window.heard.includes("done"));
-      await browser.run(() => { window.heard = []; });
-      await receiver.emit("PluginEvent", lowMemory);
-      await browser.waitFor("the last one hears the next event", () => window.heard.includes("last handler"));
-      assert.deepEqual(await browser.run(() => window.heard.sort()), ["last LowMemory", "last handler"]);
-    });
-
     it("about an application that could not be loaded, named by an application without a view", async () => {
       await browser.run(() => {
         const manager = document.getElementById("root").appendChild(makeManager("load"));

@@ -99,7 +99,7 @@ describe("The user agent's profile decides", () => {
   const types = ["application/oipfApplicationManager", "video/broadcast", "application/oipfDrmAgent",
     "application/dash+xml", "video/vnd.ms-playready.media.pyv"];
 
-  for (const [profile, supported] of [["none", 0], ["1.1.1", 2], ["1.2.1", 4]]) {
+  for (const [profile, supported] of [["none", 0], ["1.1.1", 2]]) {
     it(`what is supported: ${profile}`, async () => {
       if (profile !== "none")
         await television.startShell(["--profile", profile]);

@@ -174,29 +174,10 @@ describe("The media player", () => {
     await sees({ state: "Playing", cover: null });
   });
 
-  it("survives a receiver that dies while it plays, and plays with the next", async () => {
-    await play(film);
-    await receiver.stop("SIGKILL");
-    assert.equal(await position(), 0);
-    await receiver.start();
-    await open();
-    await press("ENTER");
-    await sees({ state: "Playing", title: "The ball" });
-  });
-
   it("asks servers for media as the page does, also for segments", async () => {
     await play(hls);
     await play(dash);
     assert.deepEqual([...server.agents], [await browser.run(() => navigator.userAgent)]);
-  });
-
-  it("is silent once the page is left", async () => {
-    await play(film);
-    await television.open("plain.html");
-    assert.deepEqual(await receiver.callNames("IAVEventHandler.ReleasePlayer", "IBroadcastPlayer.Release"),
-      ["IAVEventHandler.ReleasePlayer", "IBroadcastPlayer.Release"]);
-    assert.deepEqual(await receiver.argumentsOf("IAVEventHandler.ReleasePlayer"), [[0]]);
-    assert.deepEqual((await receiver.getWorld("/state")).media_players, {});
   });
 
   it("plays two films on one page, each on its own", async () => {

@@ -543,14 +543,5 @@ describe("The bootstrap script", () => {
       }
       assert.deepEqual([lines[0] > 3, lines[1]], [true, 0]);
     });
-
-    it("in XHTML and in frames", async () => {
-      await open("", "script.xhtml");
-      const seen = await browser.run(() => [document.contentType, window.inlineResult,
-        typeof oipfObjectFactory, frames[0].inlineResult, frames[0].oipfObjectFactory !== oipfObjectFactory,
-        typeof window.onload]);
-      assert.deepEqual(seen,
-        ["application/xhtml+xml", "the application", "object", "the application", true, "function"]);
-    });
   });
 });
