@@ -83,6 +83,20 @@ void replaceText(std::string& text, const std::string& from, const std::string& 
         text.replace(at, from.size(), to);
 }
 
+std::string labelled(std::string text) {
+    for (const auto& [name, label] : labels()) {
+        for (const char* end : {"'", "\"", " "})
+            replaceText(text, name + end, label + end);
+    }
+    return text;
+}
+
+std::string named(std::string text) {
+    for (const auto& [name, label] : labels())
+        replaceText(text, "'" + label + "'", "'" + name + "'");
+    return text;
+}
+
 void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
               GVariant* arguments, gpointer user) {
     if (std::string(signal) == "CallRecorded" || std::string(signal) == "RunningChannelChanged")
@@ -99,25 +113,6 @@ std::string listed(const std::vector<std::string>& lines) {
 }
 
 }  // namespace
-
-void setLabel(GDBusConnection* connection, const std::string& label) {
-    std::erase_if(labels(), [&label](const auto& entry) { return entry.second == label; });
-    labels()[g_dbus_connection_get_unique_name(connection)] = label;
-}
-
-std::string labelled(std::string text) {
-    for (const auto& [name, label] : labels()) {
-        for (const char* end : {"'", "\"", " "})
-            replaceText(text, name + end, label + end);
-    }
-    return text;
-}
-
-std::string named(std::string text) {
-    for (const auto& [name, label] : labels())
-        replaceText(text, "'" + label + "'", "'" + name + "'");
-    return text;
-}
 
 Ended runReceiver(const std::vector<std::string>& arguments,
                   const std::vector<std::pair<std::string, std::string>>& environment) {
@@ -202,7 +197,8 @@ void Client::join() {
     m_connection.reset(
         g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, nullptr, error.out()));
     ASSERT_TRUE(m_connection);
-    setLabel(m_connection.get(), m_label);
+    std::erase_if(labels(), [this](const auto& entry) { return entry.second == m_label; });
+    labels()[g_dbus_connection_get_unique_name(m_connection.get())] = m_label;
     m_subscription = g_dbus_connection_signal_subscribe(m_connection.get(), Receiver::Names::Control, nullptr,
                                                         nullptr, nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
                                                         onSignal, &m_signals, nullptr);

@@ -26,12 +26,6 @@ struct Ended {
 // A file of the test program's own folder.
 [[nodiscard]] std::string writeFile(const std::string& name, const std::string& content);
 
-// The unique name of a client reads as its label in what is heard, and stands for it in what is asked, as a
-// text of its own: "'me'". The label goes from one that had it before to this one.
-void setLabel(GDBusConnection* connection, const std::string& label);
-[[nodiscard]] std::string labelled(std::string text);
-[[nodiscard]] std::string named(std::string text);
-
 struct Answer {
     Host::GVariantHandle value;  // null when the call failed
     std::string error;           // without the "GDBus.Error:...: " before it
@@ -40,7 +34,9 @@ struct Answer {
     [[nodiscard]] std::string text() const;
 };
 
-// A client of the bus, as each web process is one, that hears what the receiver says to it and to all.
+// A client of the bus, as each web process is one, that hears what the receiver says to it and to all. Its
+// unique name reads as its label in what is heard, and stands for it in what is asked, as a text of its own:
+// "'me'".
 class Client {
  public:
     explicit Client(std::string label) : m_label(std::move(label)) {}

@@ -7,8 +7,10 @@
 
 #include <unistd.h>
 
+#include <gio/gunixfdlist.h>
 #include <gmock/gmock.h>
 
+#include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/Media/MediaWords.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/ReceiverFixture.h"
@@ -25,12 +27,28 @@ using testing::HasSubstr;
 
 class AReceiverWithARealPlayer : public RunningReceiver {
  protected:
-    void play(const std::string& url) {
-        (void)call("IAVEventHandler.SetLocation", "(uint32 7, 'file:///page.html')");
-        (void)call("IAVEventHandler.SetData", "(uint32 7, '" + url + "')");
-        EXPECT_EQ(call("IAVEventHandler.SetVolume", "(uint32 7, 0)").text(), "(true,)");
-        EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 7,)").text(), "(true,)");
-        EXPECT_EQ(call("IAVEventHandler.Play", "(uint32 7, 1.0)").text(), "(true,)");
+    void play(const std::string& url, const std::string& player = "(uint32 7,") {
+        (void)call("IAVEventHandler.SetLocation", player + " 'file:///page.html')");
+        (void)call("IAVEventHandler.SetData", player + " '" + url + "')");
+        EXPECT_EQ(call("IAVEventHandler.SetVolume", player + " 0)").text(), "(true,)");
+        EXPECT_EQ(call("IAVEventHandler.GetPlayer", player + ")").text(), "(true,)");
+        EXPECT_EQ(call("IAVEventHandler.Play", player + " 1.0)").text(), "(true,)");
+    }
+    // Of the pictures that a shell is given of the player.
+    [[nodiscard]] bool shows(std::uint32_t player, MediaTest::Colour colour) {
+        const char* me = g_dbus_connection_get_unique_name(connection());
+        MediaTest::Screen screen;
+        return WaitFor([&] {
+            GUnixFDList* list = nullptr;
+            const Host::GVariantHandle reply(g_dbus_connection_call_with_unix_fd_list_sync(
+                connection(), Receiver::Names::Control, Receiver::Names::ControlPath,
+                Receiver::Names::Control, "OpenPicture", g_variant_new("(ssu)", "broadband", me, player),
+                G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &list, nullptr, nullptr));
+            const Host::GObjectHandle<GUnixFDList> files(list);
+            if (reply && files)
+                screen.show(Host::Descriptor(g_unix_fd_list_get(files.get(), 0, nullptr)));
+            return screen.colour() == colour;
+        });
     }
     [[nodiscard]] bool hearsOf(const std::string& signal) {
         return WaitFor([&] { return testing::Value(signals(), Contains(signal)); });
@@ -55,6 +73,23 @@ TEST_F(AReceiverWithARealPlayer, TellsPagesAboutTheMediumItself) {
     ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 6, 4)"));
     // What plays at the end of the program ends with it.
     play(fileUrl("film.mp4"));
+}
+
+TEST_F(AReceiverWithARealPlayer, SharesThePicturesOfEachOfItsPlayers) {
+    play(fileUrl("film.mp4"));
+    play(fileUrl("film.mp4"), "(uint32 8,");
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 8, 1, 1000)"));
+    EXPECT_EQ(call("IAVEventHandler.Play", "(uint32 7, 0.0)").text(), "(true,)");
+    EXPECT_EQ(call("IAVEventHandler.Seek", "(uint32 8, uint32 9000)").text(), "(true,)");
+    EXPECT_TRUE(shows(8, MediaTest::Colour::Blue));
+    EXPECT_TRUE(shows(7, MediaTest::Colour::Red));
+    // Another medium of the same player has pictures of its own, and one that is given back none.
+    play(fileUrl("film.mp4"), "(uint32 8,");
+    EXPECT_TRUE(shows(8, MediaTest::Colour::Red));
+    (void)call("IAVEventHandler.ReleasePlayer", "(uint32 8,)");
+    EXPECT_THAT(control("OpenPicture", "('broadband', 'me', uint32 8)").error,
+                HasSubstr("there are no frames"));
 }
 
 // As the system sees the receiver: what it holds, and the processes of its films.
