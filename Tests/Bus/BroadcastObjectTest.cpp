@@ -34,17 +34,10 @@ class AThousandChannels : public ReceiverTest::RunningReceiver {
 
     // How often each method was called with which arguments: "IJSChannelCache.Retain(7,)".
     std::map<std::string, int> Calls() {
-        std::map<std::string, int> calls;
-        const auto answer = control("GetCalls");
-        const Host::GVariantHandle entries(g_variant_get_child_value(answer.value.get(), 0));
-        for (size_t i = 0; i < g_variant_n_children(entries.get()); ++i) {
-            const char* method = nullptr;
-            const char* arguments = nullptr;
-            const Host::GVariantHandle entry(g_variant_get_child_value(entries.get(), i));
-            g_variant_get(entry.get(), "(&s&st)", &method, &arguments, nullptr);
-            ++calls[std::string(method) + arguments];
-        }
-        return calls;
+        std::map<std::string, int> counts;
+        for (const auto& call : calls())
+            ++counts[call];
+        return counts;
     }
 
     FakePage page;

@@ -229,6 +229,19 @@ Answer Client::control(const std::string& method, const std::string& arguments) 
     return call(std::string(controlInterface) + "." + method, arguments);
 }
 
+std::vector<std::string> Client::calls() {
+    std::vector<std::string> all;
+    const auto answer = control("GetCalls");
+    const GVariantHandle entries(g_variant_get_child_value(answer.value.get(), 0));
+    for (size_t i = 0; i < g_variant_n_children(entries.get()); ++i) {
+        const char* method = nullptr;
+        const char* arguments = nullptr;
+        g_variant_get_child(entries.get(), i, "(&s&st)", &method, &arguments, nullptr);
+        all.push_back(std::string(method) + arguments);
+    }
+    return all;
+}
+
 std::string Client::world(const std::string& pointer) {
     const auto answer = control("GetWorld", "('" + pointer + "',)");
     if (!answer.value)

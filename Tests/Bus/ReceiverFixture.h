@@ -50,6 +50,8 @@ class Client {
     // "Interface.Method" and the arguments as GVariant text, "(1, 'a')".
     Answer call(const std::string& method, const std::string& arguments = "()");
     Answer control(const std::string& method, const std::string& arguments = "()");
+    // What all clients have called so far, as "Interface.Method(arguments)".
+    [[nodiscard]] std::vector<std::string> calls();
     // A value of the world as JSON text.
     [[nodiscard]] std::string world(const std::string& pointer);
     // Sends the call and does not wait; *answer is set when the reply comes.

@@ -101,19 +101,13 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
 
     // The calls to the search interface, as "MdsAdd(1,)".
     std::vector<std::string> Calls() {
-        std::vector<std::string> calls;
-        const auto answer = control("GetCalls");
-        const Host::GVariantHandle entries(g_variant_get_child_value(answer.value.get(), 0));
-        for (size_t i = 0; i < g_variant_n_children(entries.get()); ++i) {
-            const char* method = nullptr;
-            const char* arguments = nullptr;
-            const Host::GVariantHandle entry(g_variant_get_child_value(entries.get(), i));
-            g_variant_get(entry.get(), "(&s&st)", &method, &arguments, nullptr);
-            const std::string prefix = "IMetaDataSearch.";
-            if (std::string(method).starts_with(prefix))
-                calls.push_back(std::string(method).substr(prefix.size()) + arguments);
+        std::vector<std::string> searches;
+        const std::string prefix = "IMetaDataSearch.";
+        for (const auto& call : calls()) {
+            if (call.starts_with(prefix))
+                searches.push_back(call.substr(prefix.size()));
         }
-        return calls;
+        return searches;
     }
     // How many calls there were of a method.
     size_t Count(const std::string& method) {
