@@ -32,8 +32,9 @@ const std::map<std::string, List>& Lists() {
           "News|All of it|crid://a|1000 1800 12 -7;|||0 0 0 0;"}},
         {"a(isbnqysbi)",
          {"[(0, 'H.264', true, -1, 65535, 0xff, 'eng', true, 178), (3, 'x', false, 0, 0, 0, '', false, 0), "
-          "(2, 'DVB', true, 7, 8, 9, 'fin', true, 5)]",
-          "0, \"H.264\", true, -1, 65535, 255, 178;2, \"\", true, 7, 0, 9, \"fin\", true;"}},
+          "(2, 'DVB', true, 7, 8, 9, 'fin', true, 5), (1, 'AC3', false, 32767, 12, 1, 'fin', true, 6)]",
+          "0, \"H.264\", true, -1, 65535, 255, 178;2, \"\", true, 7, 0, 9, \"fin\", true;"
+          "1, \"AC3\", false, 32767, 0, 1, \"fin\", true, 6;"}},
     };
     return lists;
 }
@@ -80,7 +81,7 @@ void Round::Expect(const std::string& held) {
 std::string Render(const AVComponentVector& components) {
     std::string text;
     for (const auto& component : components)
-        text += (component ? component->ParamString() : "none") + ";";
+        text += (component ? component->copy()->ParamString() : "none") + ";";
     return text;
 }
 

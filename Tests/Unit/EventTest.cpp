@@ -256,30 +256,6 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
     EXPECT_EQ(child.Eval("log.join()"), "") << "the frames go with their page";
 }
 
-TEST_F(AnEventTarget, LeavesNothingBehindAfterAHundredPages) {
-    const auto visit = [this] {
-        page.StartLoad(page.main);
-        page.main.Navigate();
-        page.main.Eval(R"(
-            var manager = PrivateObjectFactory.createApplicationManagerObject();
-            manager.onLowMemory = function() { manager.seen = true; };
-            manager.addEventListener('ApplicationLoadError', function(e) { manager.last = e; });
-            manager.application = manager.getOwnerApplication();)");
-        LowMemory();
-        LoadError();
-    };
-    visit();
-    page.main.Navigate();
-    page.main.CollectGarbage();
-    const size_t before = BindingObject::AliveCount();
-    for (int i = 0; i < 100; ++i)
-        visit();
-    page.main.Navigate();
-    page.main.CollectGarbage();
-    // The collector scans the machine's stack: a few words may still look like references.
-    EXPECT_LE(BindingObject::AliveCount(), before + 8);
-}
-
 TEST(AnEventTargetWithoutAView, HearsNothing) {
     FakePage page;
     FakeBrowser::Get().viewId.reset();
