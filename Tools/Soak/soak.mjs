@@ -32,7 +32,8 @@ const eventsPerSecond = 200;
 // Of memory so much more is no growth, and a quarter of a MiB never is: the receiver's heap of 0.8 MiB in use takes 40
 // pages more or less, as it happens to lie. Everything else is counted.
 const memoryAllowance = (before) => Math.max(before * 1.05, before + 0.25);
-// Threads that WebKit keeps for a while end after ten seconds; a few take twice as long.
+// Threads that WebKit keeps for a while end after ten seconds; one of them comes and goes, so the most that were seen
+// in the first rest count.
 const settling = 12 * second;
 const lifeOfReceiver = 5 * minute;
 // What the receiver tells all pages, by turns.
@@ -117,6 +118,8 @@ async function rest(before, patience = 30 * second) {
     await collectGarbage(2);
     const last = held;
     held = sample();
+    for (const program of Object.keys(last).filter((name) => !before[name]))
+      held[program].threads = Math.max(held[program].threads, last[program].threads);
     if (countsOf(held) !== countsOf(last)) changed = Date.now();
     const isKnown = Object.keys(held).every((program) => before[program]);
     isNew = Date.now() < deadline &&
