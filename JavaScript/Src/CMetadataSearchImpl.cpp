@@ -130,7 +130,6 @@ std::unique_ptr<jiQuery> CMetadataSearchImpl::Create(JSContextRef context, const
             return MakeBinding<jiQuery>(context, std::move(query));
     }
     HBBTV_LOG_OBJECT(WARNING, "no query of %s by %d", field.c_str(), comparison);
-    Fail();
     return nullptr;
 }
 
