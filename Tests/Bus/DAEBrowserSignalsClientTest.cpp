@@ -149,9 +149,11 @@ TEST_F(ASignal, WithACodeOfARecordButNoRecordHasNone) {
 
 TEST_F(ASignal, OfAnotherNameIsOnlyLogged) {
     m_service.Emit("SomethingNew", "('text', int32 5)");
+    m_service.Emit("SomethingNew", "('" + std::string(64 * 1024, 'x') + "',)");
     WaitForEarlierSignals();
     EXPECT_EQ(m_listener.events.size(), 1U);
     EXPECT_EQ(LogCapture::Count("DAEBrowserAPIWK received Signal: SomethingNew: ('text', 5)"), 1);
+    EXPECT_EQ(LogCapture::Count("DAEBrowserAPIWK received Signal: SomethingNew: 65537 bytes"), 1);
 }
 
 // A middleware that was built from another description, or is broken: no event, one line.

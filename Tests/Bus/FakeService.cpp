@@ -216,13 +216,13 @@ void FakeService::OnCall(GDBusConnection* /*connection*/, const gchar* /*sender*
     }
     if (answer.delay == 0)
         return AnswerCall(invocation, answer);
-    using Pending = std::pair<GDBusMethodInvocation*, Answer>;
+    using Pending = std::pair<GObjectPtr<GDBusMethodInvocation>, Answer>;
     auto* const later = g_timeout_source_new(answer.delay);
     g_source_set_callback(
         later,
         [](gpointer call) -> gboolean {
-            const auto& [answered, with] = *static_cast<Pending*>(call);
-            AnswerCall(answered, with);
+            auto& [answered, with] = *static_cast<Pending*>(call);
+            AnswerCall(answered.release(), with);
             return G_SOURCE_REMOVE;
         },
         new Pending(invocation, answer), [](gpointer call) { delete static_cast<Pending*>(call); });

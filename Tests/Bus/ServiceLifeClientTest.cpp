@@ -29,6 +29,11 @@ class AClient : public testing::Test {
         service->Reply("IsTrusted", "(true,)");
         return service;
     }
+
+    struct Counter final : IPluginController {
+        void OnEvent(event_t) override { ++events; }
+        uint64_t events = 0;
+    } counter;
 };
 
 TEST_F(AClient, MadeBeforeItsServiceFailsAtOnceAndReachesItWhenItAppears) {
@@ -38,22 +43,23 @@ TEST_F(AClient, MadeBeforeItsServiceFailsAtOnceAndReachesItWhenItAppears) {
 
     const auto service = NewService();
     EXPECT_TRUE(client.IsTrusted());
+    service->Stop();
+    service->Start();
+    EXPECT_TRUE(client.IsTrusted());
+    EXPECT_EQ(client.Life(), 1U) << "who had answered was known, though no main loop ran";
 }
 
 TEST_F(AClient, ReachesAServiceThatDiedAndCameBackAndHearsItsSignals) {
-    struct Counter final : IPluginController {
-        void OnEvent(event_t) override { ++events; }
-        int events = 0;
-    } counter;
     const auto service = NewService();
     CDAEBrowserAPIWK client;
     client.SubscribeEvents(&counter);
-    for (int life = 1; life <= 3; ++life) {
+    for (uint64_t life = 0; life < 3; ++life) {
         EXPECT_TRUE(WaitFor([&] { return client.IsTrusted(); }));
         EXPECT_TRUE(WaitFor([&] {
             service->Emit("PluginEvent", "(400, 0)");
-            return counter.events >= life;
+            return counter.events > life;
         }));
+        EXPECT_EQ(client.Life(), life) << "what was known before it was heard of does not count again";
         service->Stop();
         EXPECT_FALSE(client.IsTrusted());
         service->Start();
@@ -63,10 +69,6 @@ TEST_F(AClient, ReachesAServiceThatDiedAndCameBackAndHearsItsSignals) {
 }
 
 TEST_F(AClient, MakesAConnectionThatTheBusClosedAnew) {
-    struct Counter final : IPluginController {
-        void OnEvent(event_t) override { ++events; }
-        int events = 0;
-    } counter;
     const auto service = NewService();
     CDAEBrowserAPIWK client;
     CJSChannelCacheWK other;

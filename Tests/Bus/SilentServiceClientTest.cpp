@@ -1,6 +1,7 @@
 // A middleware that owns its names and does not answer, as a process that is stopped.
 
 #include <chrono>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,18 @@ TEST_F(ASilentMiddleware, CostsItsTimeOnceAndASecondACallUntilItAnswers) {
 
 TEST_F(ASilentMiddleware, IsWaitedForAnewWhenItIsAnotherOne) {
     EXPECT_FALSE(client.IsTrusted());
+    // Another one that ends, be it in the middle of a call, says nothing of this one.
+    cache.GoOn();
+    cache.Delay("Retain", 60000);
+    CJSChannelCacheWK channels;
+    const auto end = std::async(std::launch::async, [this] {
+        (void)cache.TakeCalls(1);
+        cache.Stop();
+    });
+    EXPECT_FALSE(channels.Retain(1));
+    end.wait();
+    EXPECT_FALSE(channels.Retain(1));
+    EXPECT_LT(Patience::Instance().Now(), kFull);
     api.Stop();
     api.Start();
     api.Delay("IsTrusted", 1500);
