@@ -172,6 +172,10 @@ TEST_F(APageThatSearches, CombinesConditions) {
     EXPECT_EQ(Finds("s.createQuery('Programme.channelID', 0, config.channelList[1].ccid)"), "News in brief");
     EXPECT_EQ(Finds("named('news')(s).and(s.createQuery('Programme.startTime', 3, 1700000000))"),
               "News in brief|No news|Late news");
+    EXPECT_EQ(Finds("s.createQuery('Programme.longDescription', 0, '')"
+                    ".and(s.createQuery('Programme.programmeIDType', 0, 0))"
+                    ".and(s.createQuery('Programme.parentalRating', 3, 12))"),
+              "Evening News");
     EXPECT_EQ(Finds("named('film')(s).or(named('brief')(s))"), "News in brief|Film");
     EXPECT_EQ(Finds("named('news')(s).not()"), "Film");
     EXPECT_EQ(Finds("named('')(s)"), "Evening News|News in brief|No news|Film|Late news");
@@ -190,11 +194,12 @@ TEST_F(APageThatSearches, GetsNullForWhatCannotBeMadeAndExceptionsForWrongCalls)
           "s.createQuery('Programme.name', -1, 'x')", "s.createQuery('Programme.name', NaN, 'x')",
           "named('x')(s).and(config)", "s.setQuery(config)", "s.query"})
         EXPECT_EQ(Value(call), "null") << call;
+    EXPECT_EQ(Count("QcAddDataModeStr"), 1U) << "the receiver is not asked for the others";
     for (const char* call :
          {"manager.createSearch()", "manager.createSearch('1')", "s.setQuery()", "s.setQuery(1)",
-          "s.createQuery('Programme.name', 0)", "s.createQuery('Programme.name', 0, true)",
-          "s.addChannelConstraint(1)", "s.findProgrammesFromStream(null, 1)", "s.result.getResults(1)",
-          "s.result.getResults('0', 1)"})
+          "s.setQuery(named('x')(s), 1)", "s.createQuery('Programme.name', 0)",
+          "s.createQuery('Programme.name', 0, true)", "s.addChannelConstraint(1)",
+          "s.findProgrammesFromStream(null, 1)", "s.result.getResults(1)", "s.result.getResults('0', 1)"})
         EXPECT_THAT(Value(call), StartsWith("throws")) << call;
     Eval("s.result.getResults(0, 10)");
     EXPECT_TRUE(Logs("0"));
@@ -320,6 +325,12 @@ TEST_F(APageThatSearches, HearsThatASearchFailed) {
                   query == std::string("QcRetain") ? "boolean true" : "boolean false");
         ASSERT_TRUE(control("ResetMethods").value);
     }
+    ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.MdsSetQuery', 'no')").value);
+    EXPECT_EQ(Value("[s.query].concat(s.setQuery(named('x')(s)), s.query, "
+                    "s.findProgrammesFromStream(config.channelList[0], 1), s.query)"
+                    ".filter(function(q, i, all) { return q === all[0]; }).length"),
+              "number 3")
+        << "what is refused is not remembered";
 }
 
 TEST_F(APageThatSearches, RunsSeveralSearchesAtOnce) {
@@ -342,6 +353,10 @@ TEST_F(APageThatSearches, IsToldOfASearchThatItKeepsNoMore) {
         "(function() { var s = searchFor(named('film')); s.label = 'kept '; s.result.getResults(0, 1); })()");
     page.main.CollectGarbage();
     EXPECT_TRUE(Logs("kept 0"));
+    Eval("log = []; var results = (s => (s.label = 'again ', s.result))(searchFor())");
+    page.main.CollectGarbage();
+    Eval("results.getResults(0, 1); results = null");
+    EXPECT_TRUE(Logs("again 0"));
     // Then it goes, with all it had at the receiver.
     EXPECT_TRUE(WaitFor([this] {
         page.main.CollectGarbage();
