@@ -134,8 +134,8 @@ TEST_F(ABinding, ReadsAChannelWithoutARecordAsItsDefaults) {
                                                         MakeBinding<jiChannel>(uint32_t{0}).release(), nullptr));
     EXPECT_EQ(Value("[none.ccid, none.idType, none.channelType, none.onid, none.name, none.authorised].join()"),
               "string ccid://0.0,12,0,4294967295,,false");
-    EXPECT_EQ(Value("none.nid"), "undefined");
     EXPECT_EQ(Value("none.genre"), "null");
+    EXPECT_EQ(Value("none.nid"), "undefined");
     EXPECT_EQ(Value("none.dsd"), "string ");
 }
 

@@ -71,6 +71,7 @@ TEST_F(ABroadcastObject, IsOutOfBoundsForAnApplicationWithoutABroadcast) {
                                                                   " not available to broadcast independent "
                                                                   "applications");
     }
+    EXPECT_EQ(Thrown("tv.width = 7"), "nothing") << "that was another call";
     EXPECT_EQ(Value("tv.currentChannel"), "null");
     EXPECT_EQ(Value("tv.programmes"), "null");
     EXPECT_EQ(Value("tv.setFullScreen(true)"), "null");

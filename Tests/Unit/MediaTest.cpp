@@ -204,6 +204,7 @@ TEST_F(AnAVControl, HasASizeThatIsNotThePagesInFullScreen) {
     EXPECT_EQ(Thrown("av.width = {}"), "TypeError|Value is not number");
     EXPECT_EQ(Thrown("av.width = 7"), "Width|Readonly in fullscreen mode");
     EXPECT_EQ(Thrown("av.height = 7"), "Height|Readonly in fullscreen mode");
+    EXPECT_EQ(Thrown("av.height = 'high'"), "nothing") << "that was another call";
     EXPECT_EQ(Value("[av.width, av.height].join()"), "string 640,360");
     EXPECT_EQ(Thrown("av.setFullScreen(false); av.width = ' 7 '"), "nothing");
     (void)player.TakeCalls();
