@@ -29,7 +29,7 @@
     },
     OipfAVControl: {
       attributes: ["width", "height", "type", "data", "playState", "onPlayStateChange"],
-      methods: ["play", "setFullScreen", ...visualMethods]
+      methods: ["play", "queue", "setFullScreen", ...visualMethods]
     }
   };
 
@@ -51,7 +51,7 @@
       const { state, calls, listeners } = this.__fake;
       if (name.endsWith("EventListener"))
         refuse(typeof args[0] !== "string" || args.length > 3);
-      if (name === "addEventListener")
+      if (name === "addEventListener" && typeof args[1] === "function")
         listeners.push({ type: args[0], listener: args[1] });
       else if (name === "removeEventListener")
         this.__fake.listeners = listeners.filter(({ listener }) => listener !== args[1]);
