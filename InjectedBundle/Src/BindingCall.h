@@ -14,6 +14,7 @@
 #include "InjectedBundle/Src/BindingTypes.h"
 #include "InjectedBundle/Src/CallArguments.h"
 #include "InjectedBundle/Src/CallStatus.h"
+#include "InjectedBundle/Src/PageRecord.h"
 
 namespace OipfJavaScript {
 
@@ -174,7 +175,7 @@ struct ListenerOperation {
 // Calls the first of the forms whose argument count and types fit. Where there are several, those that take objects
 // are told apart by the objects' classes first.
 template <class Binding, class... Forms>
-JSValueRef CallOperation(const char* where, const CallArguments& call) {
+JSValueRef CallForms(const char* where, const CallArguments& call) {
     Binding* binding = Binding::FromJS(where, call.context, call.thisObject);
     if (binding == nullptr)
         return JSValueMakeNull(call.context);
@@ -187,6 +188,13 @@ JSValueRef CallOperation(const char* where, const CallArguments& call) {
     }
     const bool matched = ((Forms::Matches(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...);
     return matched ? result : Call::RefuseArguments(Binding::ID, where, call);
+}
+
+template <class Binding, class... Forms>
+JSValueRef CallOperation(const char* where, const CallArguments& call) {
+    if (PageRecord::IsOn()) [[unlikely]]
+        return PageRecord::Called(Binding::ID, where, call, &CallForms<Binding, Forms...>);
+    return CallForms<Binding, Forms...>(where, call);
 }
 
 template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>

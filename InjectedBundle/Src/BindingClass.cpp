@@ -1,5 +1,6 @@
 #include "InjectedBundle/Src/BindingClass.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -8,6 +9,7 @@
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingObject.h"
+#include "InjectedBundle/Src/PageRecord.h"
 #include "JavaScript/Src/jiUtility.h"
 
 namespace OipfJavaScript {
@@ -22,6 +24,13 @@ size_t Hash(std::string_view name) {
         hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
     return hash ^ (hash >> 29);
 }
+
+std::vector<const BindingClass*>& AllClasses() {
+    static auto* const s_classes = new std::vector<const BindingClass*>();
+    return *s_classes;
+}
+
+std::string MemberName(const char* id, std::string_view member) { return std::string(id).append(".").append(member); }
 
 }  // namespace
 
@@ -92,6 +101,14 @@ BindingClass::BindingClass(const char* id, std::span<const BindingAttribute> att
     m_definition.callAsConstructor = callbacks.callAsConstructor;
     m_definition.convertToType = callbacks.convertToType;
     m_class = JSClassCreate(&m_definition);
+    AllClasses().push_back(this);
+}
+
+const char* BindingClass::IdOf(JSContextRef context, JSObjectRef object) {
+    const auto found = std::ranges::find_if(AllClasses(), [&](const BindingClass* each) {
+        return JSValueIsObjectOfClass(context, object, each->Class());
+    });
+    return found != AllClasses().end() ? (*found)->Id() : nullptr;
 }
 
 const BindingAttribute* BindingClass::Find(const Name& name) const {
@@ -163,9 +180,8 @@ bool BindingClass::HasProperty(JSObjectRef object, JSStringRef string) const {
     return native != nullptr && *index < m_indexing->length(*native);
 }
 
-JSValueRef BindingClass::GetProperty(JSContextRef context, JSObjectRef object, JSStringRef string,
+inline JSValueRef BindingClass::Read(JSContextRef context, JSObjectRef object, const Name& name,
                                      JSValueRef* exception) const {
-    const Name name(string);
     BindingObject* native = NativeOfOwn("t_GetProperty", object);
     if (native == nullptr)
         return JSValueMakeNull(context);
@@ -178,14 +194,37 @@ JSValueRef BindingClass::GetProperty(JSContextRef context, JSObjectRef object, J
     return JSValueMakeNull(context);
 }
 
+JSValueRef BindingClass::GetProperty(JSContextRef context, JSObjectRef object, JSStringRef string,
+                                     JSValueRef* exception) const {
+    const Name name(string);
+    if (!PageRecord::IsOn()) [[likely]]
+        return Read(context, object, name, exception);
+    HbbTVPlatform::PCRecord record;
+    record.Begin("get", MemberName(m_id, name.Text()), {});
+    const JSValueRef value = Read(context, object, name, exception);
+    PageRecord::SetOutcome(record, context, value, *exception);
+    return value;
+}
+
+inline void BindingClass::Write(JSContextRef context, JSObjectRef object, const BindingAttribute& attribute,
+                                JSValueRef value, JSValueRef* exception) const {
+    if (BindingObject* native = NativeOfOwn("t_SetProperty", object))
+        attribute.set(attribute, context, object, *native, value, exception);
+}
+
 bool BindingClass::SetProperty(JSContextRef context, JSObjectRef object, JSStringRef string, JSValueRef value,
                                JSValueRef* exception) const {
     const BindingAttribute* attribute = Find(Name(string));
     if (attribute == nullptr || attribute->set == nullptr)
         return false;
-    BindingObject* native = NativeOfOwn("t_SetProperty", object);
-    if (native != nullptr)
-        attribute->set(*attribute, context, object, *native, value, exception);
+    if (!PageRecord::IsOn()) [[likely]] {
+        Write(context, object, *attribute, value, exception);
+        return true;
+    }
+    HbbTVPlatform::PCRecord record;
+    record.Begin("set", MemberName(m_id, attribute->name), PageRecord::TextOf(context, value));
+    Write(context, object, *attribute, value, exception);
+    PageRecord::SetOutcome(record, context, nullptr, *exception);
     return true;
 }
 

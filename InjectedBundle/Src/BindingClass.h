@@ -65,6 +65,9 @@ class BindingClass {
     // class: a foreign `this` hands over a private pointer of another type, which must never be used.
     [[nodiscard]] BindingObject* NativeOf(const char* where, JSContextRef context, JSValueRef value) const;
 
+    // The name of the object's class; null when it is none of ours.
+    [[nodiscard]] static const char* IdOf(JSContextRef context, JSObjectRef object);
+
     // Puts the constructor object with its constants on the context's global object.
     void RegisterConstructor(JSContextRef context) const;
     [[nodiscard]] JSObjectRef CreateObject(JSContextRef context, BindingObject* native) const;
@@ -90,6 +93,10 @@ class BindingClass {
     // and would cost more than the whole rest.
     [[nodiscard]] BindingObject* NativeOfOwn(const char* where, JSObjectRef object) const;
     [[nodiscard]] const BindingAttribute* Find(const Name& name) const;
+    [[nodiscard]] JSValueRef Read(JSContextRef context, JSObjectRef object, const Name& name,
+                                  JSValueRef* exception) const;
+    void Write(JSContextRef context, JSObjectRef object, const BindingAttribute& attribute, JSValueRef value,
+               JSValueRef* exception) const;
     void SetConstants(JSContextRef context, JSObjectRef object) const;
 
     const char* m_id;

@@ -78,8 +78,8 @@ void FrameBuiltIns::Forget(JSGlobalContextRef frame) {
     Frames().erase(frame);
 }
 
-void FrameBuiltIns::ReportException(JSGlobalContextRef frame, const std::string& place,
-                                    JSValueRef exception) {
+std::string FrameBuiltIns::ReportException(JSGlobalContextRef frame, const std::string& place,
+                                           JSValueRef exception) {
     std::string text;
     if (!ToUtf8(frame, exception, text, nullptr))
         text = "(no text)";
@@ -87,6 +87,7 @@ void FrameBuiltIns::ReportException(JSGlobalContextRef frame, const std::string&
         text += " (" + file + ":" + TextOf(frame, exception, "line") + ")";
     HBBTV_LOG_ERROR("%s - %s", place.c_str(), text.c_str());
     (void)CallWith(frame, &Captured::reportError, exception);
+    return text;
 }
 
 std::string FrameBuiltIns::CompleteUrl(JSContextRef context, const std::string& path) {

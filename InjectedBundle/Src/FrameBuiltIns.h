@@ -18,8 +18,9 @@ class FrameBuiltIns {
     [[nodiscard]] static bool AreOf(JSGlobalContextRef frame);
 
     // Tells the log, and the frame's window as if nothing had caught it, what a handler has thrown. `place`
-    // begins the line. Runs page code.
-    static void ReportException(JSGlobalContextRef frame, const std::string& place, JSValueRef exception);
+    // begins the line, and the rest of it is the result. Runs page code.
+    static std::string ReportException(JSGlobalContextRef frame, const std::string& place,
+                                       JSValueRef exception);
 
     // The URL of a path in the frame's document, which knows a `base` element and dots; empty when there is
     // none.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CSP/Inc/PCLog.h"
+#include "CSP/Inc/PCRecord.h"
 #include "InjectedBundle/Src/BindingObject.h"
 #include "InjectedBundle/Src/BootstrapScript.h"
 #include "InjectedBundle/Src/PageHandlers.h"
@@ -137,6 +138,7 @@ void Initialize(WKBundleRef bundle) {
         "%s\n***************************************",
         __DATE__, __TIME__);
     HBBTV_LOG_INFO("%s()", "WKBundleInitialize");
+    HbbTVPlatform::PCRecord::Open();
     InitDSMCCDBus();
 
     s_globalBundle = bundle;

@@ -8,6 +8,7 @@
 #include "InjectedBundle/gen/js/jiEvent.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/Src/FrameBuiltIns.h"
+#include "InjectedBundle/Src/PageRecord.h"
 #include "JavaScript/Src/CEventImpl.h"
 #include "Platform/Inc/JSCPrivate.h"
 
@@ -283,28 +284,31 @@ bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handl
 
     const std::string place = name + "(" + eventName + ")";
     bool everyListenerReturned = true;
-    if (handler) {
+    const auto call = [&](const HandlerFunction& called, bool isListener, std::span<const JSValueRef> arguments) {
+        HbbTVPlatform::PCRecord record;
+        if (PageRecord::IsOn()) [[unlikely]]
+            record.BeginLong("handler", name + (isListener ? "." : ".on") + eventName,
+                             PageRecord::TextOf(called.Frame(), paramValues, paramNames));
         JSValueRef exception = nullptr;
-        JSObjectCallAsFunction(handler->Frame(), handler->Function(), target, paramValues.size(), paramValues.data(),
-                               &exception);
-        if (exception != nullptr) {
+        JSObjectCallAsFunction(called.Frame(), called.Function(), target, arguments.size(), arguments.data(), &exception);
+        if (exception == nullptr)
+            return true;
+        if (isListener)
+            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(), eventName,
+                            static_cast<void*>(called.Function()));
+        else
             HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 1 call-back function.", name.c_str(), eventName);
-            FrameBuiltIns::ReportException(handler->Frame(), place, exception);
-        }
-    }
+        record.SetError(FrameBuiltIns::ReportException(called.Frame(), place, exception));
+        return false;
+    };
+    if (handler)
+        call(*handler, false, paramValues);
     std::ranges::sort(pending, std::less<>(), [](const Pending& each) { return each.listener->Function(); });
     for (const auto& [listener, event] : pending) {
         if (listener->isDropped)
             continue;
-        JSValueRef exception = nullptr;
         const JSValueRef argument = event;
-        JSObjectCallAsFunction(listener->Frame(), listener->Function(), target, 1, &argument, &exception);
-        if (exception != nullptr) {
-            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(), eventName,
-                            static_cast<void*>(listener->Function()));
-            FrameBuiltIns::ReportException(listener->Frame(), place, exception);
-            everyListenerReturned = false;
-        }
+        everyListenerReturned = call(*listener, true, {&argument, 1}) && everyListenerReturned;
     }
     return everyListenerReturned;
 }

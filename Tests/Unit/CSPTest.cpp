@@ -1,7 +1,10 @@
 // Assertions, the console printer and the lock beneath it.
 
+#include <unistd.h>
+
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <mutex>
@@ -9,15 +12,18 @@
 #include <thread>
 #include <vector>
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
 #include "CSP/Inc/PCDebug.h"
 #include "CSP/Inc/PCError.h"
 #include "CSP/Inc/PCMutex.h"
+#include "CSP/Inc/PCRecord.h"
 
 using HbbTVPlatform::PCError;
 using HbbTVPlatform::PCMutex;
 using HbbTVPlatform::PCRealDebug;
+using HbbTVPlatform::PCRecord;
 
 namespace {
 
@@ -156,6 +162,39 @@ TEST(AnErrorNumber, IsTheThreadsOwn) {
     PCError::Set(EINVAL);
     std::thread([] { PCError::Set(ENOENT); }).join();
     EXPECT_EQ(PCError::Num(), EINVAL);
+}
+
+TEST(ARecord, IsALineThatAPipeTakesInOnePieceWhateverItsTextsAre) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    EXPECT_FALSE(PCRecord::IsOn());
+    setenv("HBBTV_RECORD", ("/proc/self/fd/" + std::to_string(ends[1])).c_str(), 1);
+    PCRecord::Open();
+    ASSERT_TRUE(PCRecord::IsOn());
+    std::string umlauts;
+    for (int i = 0; i < 2000; ++i)
+        umlauts += "\u00e4";
+    {
+        PCRecord outer;
+        outer.Begin("call", "Outer.call", umlauts);
+        outer.SetResult(std::string(5000, '\n'));
+        outer.SetError("a \"quoted\" \\ text");
+        PCRecord inner;
+        inner.BeginLong("bus", "Inner.call", std::string(5000, '"'));
+    }
+    // What encloses something long is told of before it, and both once more when they are over.
+    const char* const names[] = {"Outer.call", "Inner.call", "Inner.call", "Outer.call"};
+    std::string lines(1 << 16, '\0');
+    lines.resize(static_cast<size_t>(read(ends[0], lines.data(), lines.size())));
+    for (const std::string name : names) {
+        const size_t length = lines.find('\n') + 1;
+        const std::string line = lines.substr(0, length);
+        lines.erase(0, length);
+        EXPECT_LE(length, static_cast<size_t>(PIPE_BUF));
+        EXPECT_NE(line.find(name), std::string::npos) << line;
+        EXPECT_TRUE(g_utf8_validate(line.data(), static_cast<gssize>(line.size()), nullptr)) << line;
+    }
+    EXPECT_EQ(lines, "");
 }
 
 }  // namespace

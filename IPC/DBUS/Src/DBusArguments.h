@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "IPC/DBUS/Src/DBusLink.h"
 #include "IPC/DBUS/Src/GLibHandles.h"
 #include "IPC/DBUS/Src/WireString.h"
 
@@ -48,6 +49,17 @@ void Assign(T& target, const Wire& wire) {
         target = wire;
 }
 
+// For a recording, which cuts long ones. Never empty.
+template <typename Wire>
+std::string TextOf(const Wire& value) {
+    if constexpr (std::is_arithmetic_v<Wire>)
+        return std::to_string(value);
+    else if constexpr (std::is_same_v<Wire, GVariant*>)
+        return value != nullptr ? ::TextOf(value, false) : "null";
+    else
+        return value != nullptr ? '"' + std::string(value) + '"' : "null";
+}
+
 // Where the generated function writes one output; frees what is to be freed.
 template <typename Wire>
 class Storage {
@@ -65,31 +77,49 @@ class Storage {
     Wire value{};
 };
 
+class InputSlot {
+ public:
+    [[nodiscard]] std::string Output() const { return {}; }
+    template <typename R>
+    void Commit(R& /*result*/) {}
+};
+
+template <typename Wire>
+class OutputSlot {
+ public:
+    [[nodiscard]] size_t Size() const { return 0; }
+    Wire* Pass() { return &m_wire.value; }
+    [[nodiscard]] std::string Input() const { return {}; }
+    [[nodiscard]] std::string Output() const { return TextOf(m_wire.value); }
+
+ protected:
+    Storage<Wire> m_wire;
+};
+
 // One argument of ours at one parameter of the generated function: Pass() is what is passed, Size() its
-// bytes, Commit() takes over what was returned. Commit() is called after success only.
+// bytes, Commit() takes over what was returned, Input() and Output() are the texts of either, empty for the
+// other. Commit() is called after success only, and Output() before it.
 template <typename Parameter, typename Argument>
-class Slot {
+class Slot : public InputSlot {
     static_assert(std::is_arithmetic_v<Parameter>, "an output needs Out, OutWith, kResult or ResultWith");
 
  public:
     explicit Slot(const Argument& argument) : m_value(static_cast<Parameter>(argument)) {}
     [[nodiscard]] size_t Size() const { return sizeof m_value; }
     Parameter Pass() { return m_value; }
-    template <typename R>
-    void Commit(R& /*result*/) {}
+    [[nodiscard]] std::string Input() const { return TextOf(m_value); }
 
  private:
     Parameter m_value;
 };
 
 template <typename Argument>
-class Slot<const gchar*, Argument> {
+class Slot<const gchar*, Argument> : public InputSlot {
  public:
     explicit Slot(const Argument& argument) : m_text(argument) {}
     [[nodiscard]] size_t Size() const { return std::strlen(m_text.c_str()); }
     const gchar* Pass() { return m_text.c_str(); }
-    template <typename R>
-    void Commit(R& /*result*/) {}
+    [[nodiscard]] std::string Input() const { return TextOf(m_text.c_str()); }
 
  private:
     WireString m_text;
@@ -97,80 +127,65 @@ class Slot<const gchar*, Argument> {
 
 // A variant made for the call; the caller keeps it.
 template <>
-class Slot<GVariant*, GVariantPtr> {
+class Slot<GVariant*, GVariantPtr> : public InputSlot {
  public:
     explicit Slot(const GVariantPtr& argument) : m_variant(argument.get()) {}
     [[nodiscard]] size_t Size() const { return g_variant_get_size(m_variant); }
     GVariant* Pass() { return m_variant; }
-    template <typename R>
-    void Commit(R& /*result*/) {}
+    [[nodiscard]] std::string Input() const { return TextOf(m_variant); }
 
  private:
     GVariant* m_variant;
 };
 
 template <typename Wire, typename T>
-class Slot<Wire*, Out<T>> {
+class Slot<Wire*, Out<T>> : public OutputSlot<Wire> {
  public:
     explicit Slot(const Out<T>& out) : m_target(out.target) {}
-    [[nodiscard]] size_t Size() const { return 0; }
-    Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& /*result*/) {
         if (m_target != nullptr)
-            Assign(*m_target, m_wire.value);
+            Assign(*m_target, this->m_wire.value);
     }
 
  private:
     T* m_target;
-    Storage<Wire> m_wire;
 };
 
 template <typename Wire, typename Function>
-class Slot<Wire*, OutWith<Function>> {
+class Slot<Wire*, OutWith<Function>> : public OutputSlot<Wire> {
  public:
     explicit Slot(const OutWith<Function>& out) : m_function(out.function) {}
-    [[nodiscard]] size_t Size() const { return 0; }
-    Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& /*result*/) {
-        m_function(m_wire.value);
+        m_function(this->m_wire.value);
     }
 
  private:
     const Function& m_function;
-    Storage<Wire> m_wire;
 };
 
 template <typename Wire>
-class Slot<Wire*, Result> {
+class Slot<Wire*, Result> : public OutputSlot<Wire> {
  public:
     explicit Slot(const Result& /*argument*/) {}
-    [[nodiscard]] size_t Size() const { return 0; }
-    Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& result) {
-        Assign(result, m_wire.value);
+        Assign(result, this->m_wire.value);
     }
-
- private:
-    Storage<Wire> m_wire;
 };
 
 template <typename Wire, typename Function>
-class Slot<Wire*, ResultWith<Function>> {
+class Slot<Wire*, ResultWith<Function>> : public OutputSlot<Wire> {
  public:
     explicit Slot(const ResultWith<Function>& out) : m_function(out.function) {}
-    [[nodiscard]] size_t Size() const { return 0; }
-    Wire* Pass() { return &m_wire.value; }
     template <typename R>
     void Commit(R& result) {
-        result = m_function(m_wire.value);
+        result = m_function(this->m_wire.value);
     }
 
  private:
     const Function& m_function;
-    Storage<Wire> m_wire;
 };
 
 }  // namespace dbus_call

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
+#include <iterator>
 #include <memory>
+#include <vector>
 
 #include "CSP/Inc/PCLog.h"
 #include "IPC/DBUS/Src/DBusUtils.h"
@@ -22,6 +24,13 @@ namespace {
 constexpr int kMostAnswersDue = 64;
 
 std::atomic<int> s_answersDue = 0;
+
+std::string NamedOnes(GDBusArgInfo* const* infos, std::initializer_list<std::string> texts) {
+    std::vector<std::string> some;
+    std::ranges::copy_if(texts, std::back_inserter(some),
+                         [](const std::string& text) { return !text.empty(); });
+    return Named(infos, some);
+}
 
 }  // namespace
 
@@ -97,6 +106,22 @@ bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error) {
     return false;
 }
 
+RecordedCall::~RecordedCall() {
+    if (HasBegun() && m_error)
+        m_record.SetError(m_error->message);
+}
+
+void RecordedCall::Begin(const DBusLink& link, std::initializer_list<std::string> inputs) {
+    m_method = link.MethodOf(m_operation);
+    m_record.BeginLong(m_kind, std::string(m_interface) + '.' + m_operation,
+                       NamedOnes(m_method != nullptr ? m_method->in_args : nullptr, inputs));
+}
+
+void RecordedCall::SetAnswer(std::initializer_list<std::string> outputs) {
+    m_record.StopClock();
+    m_record.SetResult(NamedOnes(m_method != nullptr ? m_method->out_args : nullptr, outputs));
+}
+
 Sent* NewSent(const ServiceDescription& service, const CallSite& site) {
     if (++s_answersDue > kMostAnswersDue) {
         --s_answersDue;
@@ -110,8 +135,14 @@ void OnAnswer(GObject* proxy, GAsyncResult* result, gpointer sent) {
     --s_answersDue;
     GErrorPtr error;
     const GVariantPtr answer(g_dbus_proxy_call_finish(G_DBUS_PROXY(proxy), result, OutPointer(error)));
-    if (error)
+    if (error) {
         LogCallFailure(call->service, call->site, *error);
+        if (HbbTVPlatform::PCRecord::IsOn()) {
+            HbbTVPlatform::PCRecord record;
+            record.Begin("send", std::string(call->service.interface) + '.' + call->site.operation, {});
+            record.SetError(error->message);
+        }
+    }
     if (DBusLink::IsAnswer(error.get()))
         Patience::Instance().Answered();
 }

@@ -18,6 +18,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "CSP/Inc/PCRecord.h"
 #include "IPC/DBUS/Src/DBusArguments.h"
 #include "IPC/DBUS/Src/DBusLink.h"
 #include "IPC/DBUS/Src/GLibHandles.h"
@@ -67,6 +68,29 @@ void SetAbsent(GErrorPtr& error);
 // False, and an error, for an argument of more than 1 MiB.
 [[nodiscard]] bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error);
 
+// A call in the recording: as it begins, and with its answer or the error. The texts are those of its slots,
+// of which the empty ones are none.
+class RecordedCall {
+ public:
+    RecordedCall(const char* kind, const char* interface, const char* operation, const GErrorPtr& error)
+        : m_kind(kind), m_interface(interface), m_operation(operation), m_error(error) {}
+    RecordedCall(const RecordedCall&) = delete;
+    RecordedCall& operator=(const RecordedCall&) = delete;
+    ~RecordedCall();
+
+    [[nodiscard]] bool HasBegun() const { return m_record.HasBegun(); }
+    void Begin(const DBusLink& link, std::initializer_list<std::string> inputs);
+    void SetAnswer(std::initializer_list<std::string> outputs);
+
+ private:
+    const char* const m_kind;
+    const char* const m_interface;
+    const char* const m_operation;
+    const GErrorPtr& m_error;
+    const GDBusMethodInfo* m_method = nullptr;
+    HbbTVPlatform::PCRecord m_record;
+};
+
 // A call that nobody waits for, until its answer comes. That may be after the client has ended.
 struct Sent {
     const ServiceDescription& service;
@@ -84,11 +108,13 @@ Proxy* As(const GObjectPtr<GDBusProxy>& proxy) {
 }
 
 template <typename R, typename Proxy, typename... Parameters, typename... Arguments, size_t... I>
-R Invoke(std::index_sequence<I...> /*indices*/, DBusLink& link, GErrorPtr& error,
+R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& link, GErrorPtr& error,
          gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
     using Types = std::tuple<Parameters...>;
     [[maybe_unused]] std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
     R result{};
+    if (HbbTVPlatform::PCRecord::IsOn())
+        record.Begin(link, {std::get<I>(slots).Input()...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return result;
     for (bool isRepeated = false;; isRepeated = true) {
@@ -97,8 +123,11 @@ R Invoke(std::index_sequence<I...> /*indices*/, DBusLink& link, GErrorPtr& error
             SetAbsent(error);
             return result;
         }
-        if (function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, OutPointer(error)))
+        if (function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, OutPointer(error))) {
+            if (record.HasBegun())
+                record.SetAnswer({std::get<I>(slots).Output()...});
             (std::get<I>(slots).Commit(result), ...);
+        }
         if (!link.Learn(error.get()) || isRepeated)
             return result;
     }
@@ -110,6 +139,9 @@ void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& servi
           const Arguments&... arguments) {
     using Types = std::tuple<Parameters...>;
     std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
+    RecordedCall record("send", service.interface, site.operation, error);
+    if (HbbTVPlatform::PCRecord::IsOn())
+        record.Begin(link, {std::get<I>(slots).Input()...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return;
     const GObjectPtr<GDBusProxy> proxy = link.Reach(false);
@@ -124,10 +156,12 @@ void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& servi
 
 // The bare call, for a client with a log of its own. The error is set when it failed.
 template <typename R, typename Proxy, typename... Parameters, typename... Arguments>
-R CallSync(DBusLink& link, GErrorPtr& error, gboolean (*function)(Proxy*, Parameters...),
-           const Arguments&... arguments) {
+R CallSync(const char* interface, const char* operation, DBusLink& link, GErrorPtr& error,
+           gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
     static_assert(sizeof...(Parameters) == sizeof...(Arguments) + 2, "one argument for each of the wire's");
-    return dbus_call::Invoke<R>(std::index_sequence_for<Arguments...>(), link, error, function, arguments...);
+    dbus_call::RecordedCall record("bus", interface, operation, error);
+    return dbus_call::Invoke<R>(std::index_sequence_for<Arguments...>(), record, link, error, function,
+                                arguments...);
 }
 
 template <typename Proxy>
@@ -176,7 +210,7 @@ class DBusService {
         struct Nothing {};
         GErrorPtr error;
         [[maybe_unused]] auto result = CallSync<std::conditional_t<std::is_void_v<R>, Nothing, R>>(
-            m_link, error, function, arguments...);
+            m_service.interface, site.operation, m_link, error, function, arguments...);
         Report(site, error);
         if constexpr (std::is_void_v<R>)
             return !error;

@@ -1,8 +1,10 @@
 #include "IPC/DBUS/Src/DBusLink.h"
 
+#include <string_view>
 #include <utility>
 
 #include "CSP/Inc/PCLog.h"
+#include "CSP/Inc/PCRecord.h"
 #include "IPC/DBUS/Src/DBusUtils.h"
 #include "IPC/DBUS/Src/Patience.h"
 
@@ -39,17 +41,48 @@ std::string FaultOf(GDBusProxy* proxy, const gchar* signal, GVariant* parameters
     return {};
 }
 
+std::string RecordedText(GDBusProxy* proxy, const gchar* signal, GVariant* parameters) {
+    const GDBusSignalInfo* const info =
+        g_dbus_interface_info_lookup_signal(g_dbus_proxy_get_interface_info(proxy), signal);
+    std::vector<std::string> texts;
+    for (gsize i = 0; i < g_variant_n_children(parameters); ++i) {
+        const GVariantPtr child(g_variant_get_child_value(parameters, i));
+        texts.push_back(TextOf(child.get(), false));
+    }
+    return Named(info != nullptr ? info->args : nullptr, texts);
+}
+
 GObjectPtr<GDBusProxy> Another(GDBusProxy* proxy) {
     return GObjectPtr<GDBusProxy>(static_cast<GDBusProxy*>(g_object_ref(proxy)));
 }
 
 }  // namespace
 
-std::string TextOf(GVariant* parameters) {
+std::string TextOf(GVariant* parameters, bool hasTypes) {
     constexpr gsize kMost = 64 * 1024;
     if (g_variant_get_size(parameters) > kMost)
         return std::to_string(g_variant_get_size(parameters)) + " bytes";
-    return GCharPtr(g_variant_print(parameters, TRUE)).get();
+    return GCharPtr(g_variant_print(parameters, hasTypes ? TRUE : FALSE)).get();
+}
+
+std::string Named(GDBusArgInfo* const* arguments, const std::vector<std::string>& texts) {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += all.empty() ? "" : ", ";
+        const GDBusArgInfo* const argument = arguments != nullptr ? *arguments : nullptr;
+        if (argument == nullptr) {
+            all += text;
+            continue;
+        }
+        ++arguments;
+        // The generated code has one type for truth and numbers.
+        const bool isTruth = std::string_view(argument->signature) == "b";
+        all += std::string(argument->name) + '=' +
+               (isTruth && text == "0"   ? "false"
+                : isTruth && text == "1" ? "true"
+                                         : text);
+    }
+    return all;
 }
 
 DBusLink::DBusLink(const char* service, ProxyMaker make, SignalFunction onSignal, gpointer data)
@@ -69,8 +102,8 @@ void DBusLink::Attach(GDBusConnection* connection, GErrorPtr& error) {
     const guint subscription =
         m_onSignal == nullptr
             ? 0
-            : g_dbus_connection_signal_subscribe(connection, m_service, m_service, nullptr, kObjectPath, nullptr,
-                                                 G_DBUS_SIGNAL_FLAGS_NONE, OnSignal, this, nullptr);
+            : g_dbus_connection_signal_subscribe(connection, m_service, m_service, nullptr, kObjectPath,
+                                                 nullptr, G_DBUS_SIGNAL_FLAGS_NONE, OnSignal, this, nullptr);
     m_proxy.reset(m_make(connection, kFlags, OutPointer(error)));
     if (!m_proxy) {
         if (subscription != 0)
@@ -91,6 +124,13 @@ void DBusLink::Detach() {
         g_signal_handler_disconnect(m_proxy.get(), id);
     m_ahead.reset();
     m_proxy.reset();
+}
+
+const GDBusMethodInfo* DBusLink::MethodOf(const char* operation) const {
+    const std::lock_guard guard(m_mutex);
+    return m_proxy ? g_dbus_interface_info_lookup_method(g_dbus_proxy_get_interface_info(m_proxy.get()),
+                                                         operation)
+                   : nullptr;
 }
 
 bool DBusLink::IsConnected() const {
@@ -167,7 +207,12 @@ void DBusLink::OnSignal(GDBusConnection* /*connection*/, const gchar* /*sender*/
                         const gchar* /*interface*/, const gchar* signal, GVariant* parameters,
                         gpointer self) {
     auto& link = *static_cast<DBusLink*>(self);
+    HbbTVPlatform::PCRecord record;
+    if (HbbTVPlatform::PCRecord::IsOn())
+        record.Begin("signal", std::string(link.m_service) + '.' + signal,
+                     RecordedText(link.m_proxy.get(), signal, parameters));
     const std::string fault = FaultOf(link.m_proxy.get(), signal, parameters);
+    record.SetError(fault);
     if (fault.empty())
         link.m_onSignal(signal, parameters, link.m_data);
     else

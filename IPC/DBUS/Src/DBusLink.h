@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "IPC/DBUS/Src/GLibHandles.h"
 
@@ -17,7 +18,9 @@ inline constexpr size_t kLongestText = 1024 * 1024;
 // What comes is of the types that the interface says; a signal that the interface lacks may be of any.
 using SignalFunction = void (*)(const char* signal, GVariant* parameters, gpointer data);
 // A signal's arguments for the log.
-[[nodiscard]] std::string TextOf(GVariant* parameters);
+[[nodiscard]] std::string TextOf(GVariant* parameters, bool hasTypes = true);
+// What an interface calls the texts of its arguments, for a recording.
+[[nodiscard]] std::string Named(GDBusArgInfo* const* arguments, const std::vector<std::string>& texts);
 
 class DBusLink {
  public:
@@ -33,6 +36,8 @@ class DBusLink {
     // Makes the proxy; the error says why it could not be made.
     void Attach(GDBusConnection* connection, GErrorPtr& error);
     [[nodiscard]] const void* Proxy() const { return m_proxy.get(); }
+    // What the service's interface says; null before a proxy has been made.
+    [[nodiscard]] const GDBusMethodInfo* MethodOf(const char* operation) const;
 
     // What to call now, with the patience that is left, or, for what nobody waits for, with all of it. A
     // closed connection is made anew. Null: there is no way to the service.

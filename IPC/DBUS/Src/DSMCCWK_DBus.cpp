@@ -59,8 +59,8 @@ bool s_soupDsmccFileRequest(uint32_t handle, const char* url, DsmccFileCallback 
         DsmccFileCallback none = nullptr;
         dsmCallback.compare_exchange_strong(none, callback);
         GErrorPtr error;
-        accepted =
-            CallSync<bool>(*s_link, error, dsmcc_call_file_request_sync, handle, text.c_str(), kResult);
+        accepted = CallSync<bool>(kService, "FileRequest", *s_link, error, dsmcc_call_file_request_sync,
+                                  handle, text.c_str(), kResult);
         if (error)
             HBBTV_LOG_ERROR("dsmcc_call_file_request_sync failed %s", error->message);
     }
