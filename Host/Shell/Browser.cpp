@@ -291,6 +291,7 @@ void Browser::keyPressed(std::uint32_t keyCode) {
 }
 
 void Browser::viewDidChangeUrl(BrowserView& view) {
+    g_info("view %d shows %s", view.id(), view.url().c_str());
     m_screen.tellLowest();
     m_receiver.changeUrl(view.id(), view.url());
 }

@@ -68,6 +68,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     char* reloadFolder = nullptr;
     char* ait = nullptr;
     char* screenshot = nullptr;
+    char* recording = nullptr;
     char** urls = nullptr;
     const GOptionEntry entries[] = {
         {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
@@ -91,6 +92,10 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "Load the page anew when something in this folder changes", "FOLDER"},
         {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &screenshot,
          "Write what is on the screen to a PNG file when the page has loaded", "FILE"},
+        {"record", 0, 0, G_OPTION_ARG_FILENAME, &recording,
+         "When the shell ends, write a page that draws what happened: calls of the page and to the receiver, "
+         "signals, handlers, keys and the console",
+         "FILE.html"},
         {"exit-after-load", 0, 0, G_OPTION_ARG_NONE, &options.exitAfterLoad,
          "Leave when the page has loaded; if it has an element with the id \"verdict\", when that element's "
          "data-verdict is \"pass\" or \"fail\"; prints \"verdict: pass|fail|none\"",
@@ -121,6 +126,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.reloadFolder = takeText(reloadFolder);
     options.ait = takeText(ait);
     options.screenshot = takeText(screenshot);
+    options.recording = takeText(recording);
     options.profile = takeText(profile).value_or(options.profile);
     if (options.profile == "none")
         options.profile.clear();

@@ -18,6 +18,7 @@ struct Options {
     std::optional<std::string> ait;  // Of the broadcast; there is no URL then.
     std::optional<std::string> scenario;
     std::optional<std::string> screenshot;
+    std::optional<std::string> recording;
     double zoom = 1.0;
     int carouselLimitSeconds = 30;
     int checkLimitSeconds = 20;

@@ -85,6 +85,8 @@ bool RemoteControl::passesKey(std::uint32_t keyCode, bool pressed) const {
     if (!passes(group) && pressed)
         g_message("the page does not get the key %u: its group, 0x%x, is not in the key mask, 0x%x", keyCode,
                   group, m_mask);
+    else if (pressed)
+        g_info("key %u", keyCode);
     return passes(group);
 }
 

@@ -32,6 +32,11 @@ WebKitWebContext* makeContext(const Options& options, const std::string& folder)
     return context;
 }
 
+// A recording has the console from there, too.
+bool writesConsole(const Options& options) {
+    return !options.quiet || options.recording;
+}
+
 std::string absolute(const std::string& path) {
     return GChars(g_canonicalize_filename(path.c_str(), nullptr)).get();
 }
@@ -40,7 +45,7 @@ WebKitSettings* makeSettings(const Options& options) {
     WebKitSettings* settings = webkit_settings_new_with_settings(
         "enable-developer-extras", TRUE, "enable-page-cache", FALSE, "enable-smooth-scrolling", FALSE,
         "javascript-can-open-windows-automatically", FALSE, "media-playback-requires-user-gesture", FALSE,
-        "enable-write-console-messages-to-stdout", !options.quiet, nullptr);
+        "enable-write-console-messages-to-stdout", writesConsole(options), nullptr);
     const std::string own = userAgentWithProfile(webkit_settings_get_user_agent(settings), options.profile);
     webkit_settings_set_user_agent(settings, options.userAgent.value_or(own).c_str());
     return settings;
@@ -61,7 +66,7 @@ WebKitUserContentManager* makeContent() {
 
 WebSetup::WebSetup(const Options& options, std::string channelAddress)
     : m_automation(options.automation),
-      m_showsConsole(!options.quiet),
+      m_showsConsole(writesConsole(options)),
       m_zoom(options.zoom),
       m_channelAddress(std::move(channelAddress)),
       m_adapterFolder(findAdapterFolder().value_or("")),

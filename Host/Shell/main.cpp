@@ -1,17 +1,27 @@
 // hbbtv-shell: a television browser for a desktop. Automation has to be known before anything of WebKit
 // exists.
 #include <iostream>
+#include <memory>
 
 #include <gtk/gtk.h>
 
 #include "Host/Shell/Browser.h"
 #include "Host/Shell/Options.h"
+#include "Host/Shell/Recorder.h"
 #include "Host/Shell/SessionBus.h"
 #include "Host/Shell/TerminalLog.h"
 
 namespace {
 
 int runBrowser(int argc, char** argv, Shell::Options options) {
+    std::unique_ptr<Shell::Recorder> recorder;
+    if (options.recording) {
+        std::string problem;
+        recorder = Shell::Recorder::start(
+            {*options.recording, options.ait.value_or(options.url), options.quiet != FALSE}, problem);
+        if (!recorder)
+            return Shell::refuseOptions(problem);
+    }
     Shell::logToTerminal(options.quiet);
     const Shell::SessionBus bus(options.sessionBus);
     if (!gtk_init_check(&argc, &argv)) {

@@ -1,0 +1,137 @@
+// hbbtv-shell --record: what is in the page that it writes, and the page as people use it, in WebKit.
+import assert from "node:assert/strict";
+import { existsSync, readFileSync } from "node:fs";
+import { join } from "node:path";
+import { after, before, describe, it } from "node:test";
+import { Key } from "selenium-webdriver";
+import { Application } from "./Harness/application.mjs";
+import { Browser } from "./Harness/browser.mjs";
+import { miniBrowser, shell } from "./Harness/programs.mjs";
+import { waitFor } from "./Harness/wait.mjs";
+
+const hostile = "</script><script>window.broken = true</script><img src=x onerror='broken = true'>\"\\ \u2028 <!--";
+
+describe("A recording", () => {
+  let television, browser, zapper, folder;
+
+  // Ends the shell, and opens what it has recorded.
+  async function openRecording(file) {
+    await waitFor("the page is written", () => existsSync(file) && readFileSync(file, "utf8").trimEnd().endsWith("</html>"), 60000);
+    await browser?.close();
+    browser = await Browser.start(television.workplace, miniBrowser(), ["--automation"]);
+    await browser.open(`file://${file}`);
+  }
+
+  // What of the entries are shown in which all the words are.
+  async function find(words) {
+    const input = await browser.driver.findElement({ id: "find" });
+    await input.clear();
+    await input.sendKeys(words);
+    return browser.run(() => shown.map(({ kind, name, args, result, error }) => ({ kind, name, args, result, error })));
+  }
+
+  const details = () => browser.run(() => document.getElementById("details").innerText);
+
+  before(async () => {
+    zapper = new Application("/examples/zapper/", () => ({ state: document.getElementById("state").textContent }));
+    television = await zapper.start();
+    folder = television.workplace.env.HOME;
+    television.workplace.env.HBBTV_LOG_LEVEL = "warning";
+  });
+
+  after(async () => {
+    await browser?.close();
+    await television?.close();
+  });
+
+  it("has a zap, from the key to the handler, what failed, and what a page says, which stays text", async () => {
+    const { receiver, workplace } = television;
+    const file = join(folder, "zap.html");
+    await television.startShell(["--record", file]);
+    await zapper.open();
+    await zapper.press("DOWN");
+    await zapper.sees({ state: "Watching" });
+    await receiver.fail("IBroadcastPlayer.Stop", "no brakes");
+    await television.browser.run(text => {
+      document.getElementById("video").stop();
+      document.getElementById("video").addStreamEventListener(text, "any", () => {});
+      console.error(text);
+    }, hostile);
+    await waitFor("the console", () => workplace.lines.some(line => line.includes("CONSOLE ERROR")));
+    await television.browser.close();
+    await openRecording(file);
+
+    const [zap] = await find("bus setchannel sid=102");
+    assert.equal(zap.name, "org.vantrel.hbbtv.IBroadcastPlayer.SetChannel");
+    await browser.driver.findElement({ id: "find" }).sendKeys(Key.ENTER);
+    assert.match(await details(), /IBroadcastPlayer\.SetChannel[^]+onid=12400\n[^]+result[^]+Within\nOipfVideoBroadcast\.(next|set)Channel/);
+    const order = await browser.run(() => {
+      const at = (kind, name) => entries.find(entry => entry.kind === kind && entry.name.includes(name)).start;
+      return [at("shell", "DOWN"), at("bus", "SetChannel"), at("handler", "ChannelChangeSucceeded")];
+    });
+    assert.deepEqual(order, order.toSorted((a, b) => a - b));
+    const isWithin = await browser.run(() =>
+      entries.find(entry => entry.kind === "handler").parent.kind);
+    assert.equal(isWithin, "signal");
+
+    const failed = await find("ibroadcastplayer.stop no brakes");
+    assert.deepEqual(failed.map(({ name }) => name.split(".").pop()), ["Stop"]);
+    assert.match(failed[0].error, /no brakes/);
+
+    for (const kind of ["console", "bus streameventsubscribe", "call addstreameventlistener"])
+      assert.ok((await find(`${kind} window.broken`)).length > 0, kind);
+    await browser.driver.findElement({ id: "find" }).sendKeys(Key.ENTER);
+    assert.ok((await details()).includes("</script><script>window.broken = true</script><img"));
+    assert.deepEqual(await browser.run(() => [window.broken, document.images.length, document.scripts.length]), [null, 0, 2]);
+  });
+
+  it("is written when the shell is told to end, with what was not over", async () => {
+    const { server, workplace } = television;
+    const file = join(folder, "hangs.html");
+    const program = workplace.start(shell(), ["--quiet", "--session-bus", "--record", file, server.write("hangs.html",
+      `<object id="video" type="video/broadcast"></object><script>
+        video.onPlayStateChange = () => { console.log("hangs"); for (;;); };
+        video.bindToCurrentChannel();
+      </script>`)]);
+    await waitFor("the handler runs", async () => (await television.receiver.callNames("IBroadcastPlayer.BindToCurrentChannel")).length > 0);
+    await waitFor("it hangs", () => existsSync(file));
+    await workplace.stop(program);
+    await openRecording(file);
+    const unfinished = await find("not over");
+    assert.deepEqual(unfinished.map(({ kind }) => kind), ["signal", "handler"]);
+    assert.deepEqual((await find("console log hangs")).map(({ args }) => args), ["hangs"]);
+    assert.ok(!workplace.lines.some(line => line.includes("CONSOLE LOG hangs")));
+  });
+
+  it("keeps the newest of very many, which are found, walked through and zoomed into all the same", async () => {
+    const { server, workplace } = television;
+    const file = join(folder, "many.html");
+    const program = workplace.start(shell(), ["--session-bus", "--record", file, "--exit-after-load", server.write("many.html",
+      `<div id="verdict"></div><object id="video" type="video/broadcast"></object><script>
+        for (let i = 0; i < 110000; ++i)
+          video.playState;
+        video.addStreamEventListener("last", "one", () => {});
+        verdict.dataset.verdict = "pass";
+      </script>`)]);
+    await program.ended;
+    await openRecording(file);
+    assert.match(await browser.run(() => document.getElementById("summary").textContent), /^(99,9..|100,000) entries .* oldest are gone/);
+
+    assert.equal((await find("bus streameventsubscribe last")).length, 1);
+    const list = await browser.driver.findElement({ id: "list" });
+    await browser.driver.findElement({ id: "find" }).sendKeys(Key.ESCAPE);
+    const rows = () => browser.run(() => [document.querySelectorAll(".row").length, document.querySelector(".row.selected .name")?.textContent]);
+    await browser.run(() => { document.getElementById("list").scrollTop = 1e9; });
+    await list.sendKeys(Key.ARROW_UP);
+    const [count, chosen] = await rows();
+    assert.ok(count > 5 && count < 100, `${count} rows`);
+    assert.ok(chosen);
+    await list.sendKeys("z");
+    const [from, at, to, all] = await browser.run(() => [timeline.from, list.selected.start, timeline.to, recording.end]);
+    assert.ok(from < at && at < to && to - from < all / 10, `${from} ${at} ${to} of ${all}`);
+    const drawn = () => browser.run(() => document.getElementById("timeline").toDataURL());
+    const close = await drawn();
+    await list.sendKeys("0");
+    await waitFor("another picture", async () => await drawn() !== close);
+  });
+});
