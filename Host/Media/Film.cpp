@@ -17,6 +17,9 @@ namespace {
 constexpr double fastestWithSound = 2.0;
 constexpr std::uint32_t stepMs = 200;
 constexpr std::uint32_t glanceMs = 500;
+// How often, and for how many times, a length is asked for that is not known yet; that of a live stream never is.
+constexpr std::uint32_t lookMs = 50;
+constexpr int mostLooks = 20;
 // The tracks of a medium do not end together to the millisecond, and a demuxer that is sent behind the end of
 // one of them never shows the end of the medium.
 constexpr std::uint32_t nearestToEndMs = 100;
@@ -257,9 +260,15 @@ void Film::prerolled() {
         fail(MediaError::Corrupt);
         return;
     }
+    m_duration = m_pipeline.duration().value_or(0);
+    // A list of segments that are still being joined to their decoders knows its length, and nobody asks it.
+    if (m_duration == 0 && !m_progress.live && m_progress.looks < mostLooks && m_pipeline.isAdaptive()) {
+        ++m_progress.looks;
+        m_nextGlance.start(lookMs, [this] { prerolled(); });
+        return;
+    }
     m_progress.prerolled = true;
     m_limit.stop();
-    m_duration = m_pipeline.duration().value_or(0);
     m_progress.seekable = m_pipeline.isSeekable() && (!m_progress.onlyFromStart || m_pipeline.isAdaptive());
     if (m_speed != 0.0 && !m_progress.seekable)
         m_speed = 1.0;

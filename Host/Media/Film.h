@@ -50,6 +50,7 @@ class Film {
     // What is known of the medium, and what is under way.
     struct Progress {
         bool prerolled = false;
+        int looks = 0;  // for the duration, before
         bool live = false;
         bool seekable = false;
         GstState state = GST_STATE_NULL;  // of the pipeline, as it last said

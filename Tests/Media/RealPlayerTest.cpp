@@ -159,7 +159,7 @@ TEST_F(ARealPlayer, PlaysStreamsInSegments) {
         EXPECT_THAT(player->components(), testing::SizeIs(2));
         ASSERT_TRUE(player->seek(10500));
         ASSERT_TRUE(WaitFor([&] { return listener.has("position 10500"); }));
-        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; }));
+        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; })) << reaches(MediaState::Stopped).message();
         ASSERT_TRUE(reaches(MediaState::Finished));
     }
 }
