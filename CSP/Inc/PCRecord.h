@@ -8,7 +8,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
 #include <string>
 
 namespace HbbTVPlatform {
@@ -24,7 +23,7 @@ class PCRecord {
     PCRecord& operator=(const PCRecord&) = delete;
     // The entry is over.
     ~PCRecord() {
-        if (m_hasBegun)
+        if (HasBegun())
             End();
     }
 
@@ -33,31 +32,22 @@ class PCRecord {
     void Begin(const char* kind, std::string name, std::string arguments);
     // Written at once, with those around it: something that may never be over.
     void BeginLong(const char* kind, std::string name, std::string arguments);
-    [[nodiscard]] bool HasBegun() const { return m_hasBegun; }
-    // What comes later takes no time of the entry's.
+    [[nodiscard]] bool HasBegun() const { return m_entry != nullptr; }
+
+    // Of what has begun; of what has not they do nothing. What comes after the first of them takes no time of
+    // the entry's.
     void StopClock();
-    void SetResult(std::string text) { m_result = std::move(text); }
-    void SetError(std::string text) { m_error = std::move(text); }
+    void SetResult(std::string text);
+    void SetError(std::string text);
 
  private:
-    void Announce();
+    struct Entry;
+
     void End();
-    void Write(bool isOver) const;
 
     static inline std::atomic<int> s_file = -1;
-    static thread_local PCRecord* s_innermost;
 
-    bool m_hasBegun = false;
-    bool m_isAnnounced = false;
-    const char* m_kind = nullptr;
-    uint64_t m_serial = 0;
-    int64_t m_start = 0;
-    int64_t m_end = 0;
-    std::string m_name;
-    std::string m_arguments;
-    std::string m_result;
-    std::string m_error;
-    PCRecord* m_around = nullptr;
+    Entry* m_entry = nullptr;  // Nothing is made where nothing is recorded.
 };
 
 }  // namespace HbbTVPlatform

@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -57,7 +59,25 @@ void AppendText(std::string& line, std::string_view text, size_t most) {
 
 }  // namespace
 
-thread_local PCRecord* PCRecord::s_innermost = nullptr;
+struct PCRecord::Entry {
+    void Announce();
+    void Write(bool isOver) const;
+
+    const char* kind;
+    std::string name;
+    std::string arguments;
+    Entry* around;
+    uint64_t serial = ++s_lastSerial;
+    int64_t start = Now();
+    int64_t end = 0;
+    std::string result = {};
+    std::string error = {};
+    bool isAnnounced = false;
+
+    static thread_local Entry* s_innermost;
+};
+
+thread_local PCRecord::Entry* PCRecord::Entry::s_innermost = nullptr;
 
 void PCRecord::Open() {
     const char* path = std::getenv("HBBTV_RECORD");
@@ -69,49 +89,57 @@ void PCRecord::Open() {
 }
 
 void PCRecord::Begin(const char* kind, std::string name, std::string arguments) {
-    m_hasBegun = true;
-    m_kind = kind;
-    m_name = std::move(name);
-    m_arguments = std::move(arguments);
-    m_around = std::exchange(s_innermost, this);
-    m_serial = ++s_lastSerial;
-    m_start = Now();
+    m_entry = new Entry{kind, std::move(name), std::move(arguments), Entry::s_innermost};
+    Entry::s_innermost = m_entry;
 }
 
 void PCRecord::BeginLong(const char* kind, std::string name, std::string arguments) {
     Begin(kind, std::move(name), std::move(arguments));
-    Announce();
-    m_start = Now();
-}
-
-void PCRecord::Announce() {
-    if (std::exchange(m_isAnnounced, true))
-        return;
-    if (m_around != nullptr)
-        m_around->Announce();
-    Write(false);
+    m_entry->Announce();
+    m_entry->start = Now();
 }
 
 void PCRecord::StopClock() {
-    if (m_end == 0)
-        m_end = Now();
+    if (HasBegun() && m_entry->end == 0)
+        m_entry->end = Now();
+}
+
+void PCRecord::SetResult(std::string text) {
+    StopClock();
+    if (HasBegun())
+        m_entry->result = std::move(text);
+}
+
+void PCRecord::SetError(std::string text) {
+    StopClock();
+    if (HasBegun())
+        m_entry->error = std::move(text);
 }
 
 void PCRecord::End() {
     StopClock();
-    s_innermost = m_around;
-    Write(true);
+    const std::unique_ptr<Entry> entry(m_entry);
+    Entry::s_innermost = entry->around;
+    entry->Write(true);
 }
 
-void PCRecord::Write(bool isOver) const {
+void PCRecord::Entry::Announce() {
+    if (std::exchange(isAnnounced, true))
+        return;
+    if (around != nullptr)
+        around->Announce();
+    Write(false);
+}
+
+void PCRecord::Entry::Write(bool isOver) const {
     std::string line = "[\"";
-    line += m_kind;
-    line += "\"," + std::to_string(getpid()) + ',' + std::to_string(m_serial) + ',' +
-            std::to_string(m_start) + ',' + (isOver ? std::to_string(m_end - m_start) : "null");
-    AppendText(line, m_name, kLongestName);
-    AppendText(line, m_arguments, kLongestText);
-    AppendText(line, m_result, kLongestText);
-    AppendText(line, m_error, kLongestText);
+    line += kind;
+    line += "\"," + std::to_string(getpid()) + ',' + std::to_string(serial) + ',' + std::to_string(start) +
+            ',' + (isOver ? std::to_string(end - start) : "null");
+    AppendText(line, name, kLongestName);
+    AppendText(line, arguments, kLongestText);
+    AppendText(line, result, kLongestText);
+    AppendText(line, error, kLongestText);
     line += "]\n";
     // Who reads may have gone; the entry is lost then.
     [[maybe_unused]] const ssize_t written = write(s_file, line.data(), line.size());

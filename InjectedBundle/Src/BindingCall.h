@@ -175,26 +175,29 @@ struct ListenerOperation {
 // Calls the first of the forms whose argument count and types fit. Where there are several, those that take objects
 // are told apart by the objects' classes first.
 template <class Binding, class... Forms>
-JSValueRef CallForms(const char* where, const CallArguments& call) {
-    Binding* binding = Binding::FromJS(where, call.context, call.thisObject);
-    if (binding == nullptr)
-        return JSValueMakeNull(call.context);
-    auto& implementation = binding->Implementation();
-    implementation.ResetStatus();
-    JSValueRef result = nullptr;
-    if constexpr (sizeof...(Forms) > 1) {
-        if (((Forms::MatchesExactly(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...))
-            return result;
-    }
-    const bool matched = ((Forms::Matches(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...);
-    return matched ? result : Call::RefuseArguments(Binding::ID, where, call);
-}
-
-template <class Binding, class... Forms>
 JSValueRef CallOperation(const char* where, const CallArguments& call) {
+    HbbTVPlatform::PCRecord record;
     if (PageRecord::IsOn()) [[unlikely]]
-        return PageRecord::Called(Binding::ID, where, call, &CallForms<Binding, Forms...>);
-    return CallForms<Binding, Forms...>(where, call);
+        PageRecord::BeginCall(record, Binding::ID, where, call);
+    const auto perform = [&]() -> JSValueRef {
+        Binding* binding = Binding::FromJS(where, call.context, call.thisObject);
+        if (binding == nullptr)
+            return JSValueMakeNull(call.context);
+        auto& implementation = binding->Implementation();
+        implementation.ResetStatus();
+        JSValueRef result = nullptr;
+        if constexpr (sizeof...(Forms) > 1) {
+            if (((Forms::MatchesExactly(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...))
+                return result;
+        }
+        const bool matched =
+            ((Forms::Matches(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...);
+        return matched ? result : Call::RefuseArguments(Binding::ID, where, call);
+    };
+    const JSValueRef result = perform();
+    if (record.HasBegun()) [[unlikely]]
+        PageRecord::SetOutcome(record, call.context, result, *call.exception);
+    return result;
 }
 
 template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>

@@ -56,15 +56,11 @@ std::string TextOf(JSContextRef context, std::span<const JSValueRef> values,
     return all;
 }
 
-JSValueRef Called(const char* id, const char* where, const CallArguments& call,
-                  JSValueRef (*method)(const char* where, const CallArguments& call)) {
+void BeginCall(HbbTVPlatform::PCRecord& record, const char* id, const char* where,
+               const CallArguments& call) {
     std::string name = where + 2;
     name[0] = static_cast<char>(name[0] | 0x20);
-    HbbTVPlatform::PCRecord record;
     record.Begin("call", std::string(id) + '.' + name, TextOf(call.context, {call.values, call.count}));
-    const JSValueRef result = method(where, call);
-    SetOutcome(record, call.context, result, *call.exception);
-    return result;
 }
 
 void SetOutcome(HbbTVPlatform::PCRecord& record, JSContextRef context, JSValueRef result,

@@ -21,9 +21,8 @@ namespace OipfJavaScript::PageRecord {
 [[nodiscard]] std::string TextOf(JSContextRef context, std::span<const JSValueRef> values,
                                  std::span<const char* const> names = {});
 
-// Calls the method and records it; `where` is the method's name behind "t_", with a capital.
-JSValueRef Called(const char* id, const char* where, const CallArguments& call,
-                  JSValueRef (*method)(const char* where, const CallArguments& call));
+// `where` is the method's name behind "t_", with a capital.
+void BeginCall(HbbTVPlatform::PCRecord& record, const char* id, const char* where, const CallArguments& call);
 
 // What came of an entry: a result (null for none) or what was thrown.
 void SetOutcome(HbbTVPlatform::PCRecord& record, JSContextRef context, JSValueRef result,

@@ -125,6 +125,19 @@ class Slot<const gchar*, Argument> : public InputSlot {
     WireString m_text;
 };
 
+// What a recording needs of a slot.
+struct SlotText {
+    template <typename AnySlot>
+    explicit SlotText(const AnySlot& any)
+        : slot(&any), textOf([](const void* it, bool isInput) {
+              const auto& same = *static_cast<const AnySlot*>(it);
+              return isInput ? same.Input() : same.Output();
+          }) {}
+
+    const void* slot;
+    std::string (*textOf)(const void* slot, bool isInput);
+};
+
 // A variant made for the call; the caller keeps it.
 template <>
 class Slot<GVariant*, GVariantPtr> : public InputSlot {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
-#include <iterator>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "CSP/Inc/PCLog.h"
@@ -25,11 +25,14 @@ constexpr int kMostAnswersDue = 64;
 
 std::atomic<int> s_answersDue = 0;
 
-std::string NamedOnes(GDBusArgInfo* const* infos, std::initializer_list<std::string> texts) {
-    std::vector<std::string> some;
-    std::ranges::copy_if(texts, std::back_inserter(some),
-                         [](const std::string& text) { return !text.empty(); });
-    return Named(infos, some);
+std::string TextsOf(GDBusArgInfo* const* infos, std::initializer_list<dbus_call::SlotText> slots,
+                    bool isInput) {
+    std::vector<std::string> texts;
+    for (const auto& each : slots) {
+        if (std::string text = each.textOf(each.slot, isInput); !text.empty())
+            texts.push_back(std::move(text));
+    }
+    return Named(infos, texts);
 }
 
 }  // namespace
@@ -111,15 +114,15 @@ RecordedCall::~RecordedCall() {
         m_record.SetError(m_error->message);
 }
 
-void RecordedCall::Begin(const DBusLink& link, std::initializer_list<std::string> inputs) {
+void RecordedCall::Begin(const DBusLink& link, std::initializer_list<SlotText> slots) {
     m_method = link.MethodOf(m_operation);
     m_record.BeginLong(m_kind, std::string(m_interface) + '.' + m_operation,
-                       NamedOnes(m_method != nullptr ? m_method->in_args : nullptr, inputs));
+                       TextsOf(m_method != nullptr ? m_method->in_args : nullptr, slots, true));
 }
 
-void RecordedCall::SetAnswer(std::initializer_list<std::string> outputs) {
+void RecordedCall::SetAnswer(std::initializer_list<SlotText> slots) {
     m_record.StopClock();
-    m_record.SetResult(NamedOnes(m_method != nullptr ? m_method->out_args : nullptr, outputs));
+    m_record.SetResult(TextsOf(m_method != nullptr ? m_method->out_args : nullptr, slots, false));
 }
 
 Sent* NewSent(const ServiceDescription& service, const CallSite& site) {

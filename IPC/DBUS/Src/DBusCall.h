@@ -79,8 +79,8 @@ class RecordedCall {
     ~RecordedCall();
 
     [[nodiscard]] bool HasBegun() const { return m_record.HasBegun(); }
-    void Begin(const DBusLink& link, std::initializer_list<std::string> inputs);
-    void SetAnswer(std::initializer_list<std::string> outputs);
+    void Begin(const DBusLink& link, std::initializer_list<SlotText> slots);
+    void SetAnswer(std::initializer_list<SlotText> slots);
 
  private:
     const char* const m_kind;
@@ -114,7 +114,7 @@ R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& 
     [[maybe_unused]] std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
     R result{};
     if (HbbTVPlatform::PCRecord::IsOn())
-        record.Begin(link, {std::get<I>(slots).Input()...});
+        record.Begin(link, {SlotText(std::get<I>(slots))...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return result;
     for (bool isRepeated = false;; isRepeated = true) {
@@ -125,7 +125,7 @@ R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& 
         }
         if (function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, OutPointer(error))) {
             if (record.HasBegun())
-                record.SetAnswer({std::get<I>(slots).Output()...});
+                record.SetAnswer({SlotText(std::get<I>(slots))...});
             (std::get<I>(slots).Commit(result), ...);
         }
         if (!link.Learn(error.get()) || isRepeated)
@@ -141,7 +141,7 @@ void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& servi
     std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
     RecordedCall record("send", service.interface, site.operation, error);
     if (HbbTVPlatform::PCRecord::IsOn())
-        record.Begin(link, {std::get<I>(slots).Input()...});
+        record.Begin(link, {SlotText(std::get<I>(slots))...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return;
     const GObjectPtr<GDBusProxy> proxy = link.Reach(false);

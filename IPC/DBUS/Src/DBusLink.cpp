@@ -212,11 +212,10 @@ void DBusLink::OnSignal(GDBusConnection* /*connection*/, const gchar* /*sender*/
         record.Begin("signal", std::string(link.m_service) + '.' + signal,
                      RecordedText(link.m_proxy.get(), signal, parameters));
     const std::string fault = FaultOf(link.m_proxy.get(), signal, parameters);
-    record.SetError(fault);
     if (fault.empty())
-        link.m_onSignal(signal, parameters, link.m_data);
-    else
-        HBBTV_LOG_ERROR("%s.%s refused: %s", link.m_service, signal, fault.c_str());
+        return link.m_onSignal(signal, parameters, link.m_data);
+    HBBTV_LOG_ERROR("%s.%s refused: %s", link.m_service, signal, fault.c_str());
+    record.SetError(fault);
 }
 
 void DBusLink::OnOwnerNotified(GDBusProxy* proxy, GParamSpec* /*property*/, gpointer self) {
