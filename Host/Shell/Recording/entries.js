@@ -17,7 +17,6 @@ const keyName = code => keyNames[code] ?? (code >= 48 && code <= 90 ? String.fro
 
 // A line of the terminal: a message of a page's console, or what a program says.
 function readText(entry) {
-  // eslint-disable-next-line no-control-regex
   const text = entry.args.replace(/\x1b\[\d*m/g, '');
   const message = /^(.*?): CONSOLE ((?:[A-Z-]+ )?(?:LOG|INFO|WARN|ERROR|DEBUG)) ?(.*)$/s.exec(text);
   entry.name = message ? message[2].toLowerCase() : /^(HBBTV|[\w-]+(?=:))/.exec(text)?.[0] ?? entry.name;

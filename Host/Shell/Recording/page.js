@@ -3,7 +3,7 @@
 const part = id => document.getElementById(id);
 const recording = readRecording(part('recording').textContent);
 const { entries, facts } = recording;
-const count = (number, word) => `${number.toLocaleString('en')} ${word}${number === 1 ? '' : word.endsWith('y') ? '' : 's'}`;
+const count = (number, one, many) => `${number.toLocaleString('en')} ${number === 1 ? one : many}`;
 let onlyErrors = false;
 let shown = entries;
 
@@ -58,8 +58,8 @@ function showDetails(entry) {
     box.replaceChildren(element('p', '', 'Choose an entry to see all of it.'));
     return;
   }
-  const facts = element('dl');
-  const add = (name, text, className) => text && facts.append(element('dt', '', name), element('dd', className, text));
+  const fields = element('dl');
+  const add = (name, text, className) => text && fields.append(element('dt', '', name), element('dd', className, text));
   add('what', wordOf[entry.kind] ?? entry.kind);
   add('when', timeOf(entry));
   add('process', entry.process ? String(entry.process) : '');
@@ -68,7 +68,7 @@ function showDetails(entry) {
   add('result', entry.result.replace(/, (?=\w+=)/g, '\n'));
   add('error', entry.error, 'wrong');
   const heading = element('h2', entry.error ? 'wrong' : '', entry.name);
-  box.replaceChildren(heading, facts);
+  box.replaceChildren(heading, fields);
   const link = (title, others) => {
     if (!others.length) return;
     box.append(element('h3', '', title));
@@ -143,11 +143,11 @@ addEventListener('hashchange', goToAddress);
 part('title').textContent = facts.title || 'Recording';
 document.title = `Recording of ${facts.title}`;
 part('summary').textContent = [
-  count(entries.length, 'entry').replace(/(?<!^1) entry/, ' entries'),
+  count(entries.length, 'entry', 'entries'),
   formatDuration(recording.end),
-  count(entries.filter(entry => entry.error).length, 'error'),
-  facts.gone ? `the ${facts.gone.toLocaleString('en')} oldest are gone` : '',
-  recording.unread ? `${recording.unread} cannot be read` : ''
+  count(entries.filter(entry => entry.error).length, 'error', 'errors'),
+  facts.gone && `the ${count(facts.gone, 'oldest is', 'oldest are')} gone`,
+  recording.unread && `${recording.unread} cannot be read`
 ].filter(Boolean).join(' \u00b7 ');
 choose(null);
 timeline.showAll();
