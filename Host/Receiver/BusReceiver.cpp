@@ -15,9 +15,9 @@ constexpr std::uint32_t primaryOwner = 1;
 }  // namespace
 
 BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario,
-                         const std::string& folder, MediaPlayerFactory makePlayer)
+                         const std::string& folder, const std::string& pictures)
     : m_connection(connection),
-      m_world(scenario, folder, m_timers, m_events, makePlayer ? std::move(makePlayer) : chosenPlayer()),
+      m_world(scenario, folder, m_timers, m_events, chosenPlayer(), pictures),
       m_dispatcher(m_timers),
       m_emitter(connection),
       m_desk{m_world, m_dispatcher, m_events, m_emitter},

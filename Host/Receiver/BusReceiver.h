@@ -21,9 +21,9 @@ namespace Receiver {
 
 class BusReceiver {
  public:
-    // Throws ScenarioError. Without other players of broadband media the scenario chooses.
+    // Throws ScenarioError.
     BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder,
-                MediaPlayerFactory makePlayer = nullptr);
+                const std::string& pictures);
     BusReceiver(const BusReceiver&) = delete;
     BusReceiver& operator=(const BusReceiver&) = delete;
     ~BusReceiver();

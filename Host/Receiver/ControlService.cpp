@@ -2,6 +2,8 @@
 
 #include <malloc.h>
 
+#include <tuple>
+
 #include <gio/gunixfdlist.h>
 
 #include "Host/Receiver/PlaneNames.h"
@@ -14,8 +16,11 @@ namespace Receiver {
 
 namespace {
 
+// In OpenPicture; no player has it.
+constexpr std::uint32_t runningChannelId = 0;
+
 void unregisterView(ControlDesk& desk, std::int32_t viewId) {
-    if (!desk.world.applications().unregisterView(viewId))
+    if (!desk.world.unregisterView(viewId))
         throw ScenarioError("", "there is no view " + std::to_string(viewId));
 }
 
@@ -71,17 +76,32 @@ GVariant* planes(ControlDesk& desk) {
     return g_variant_builder_end(&builder);
 }
 
+const FrameStore* filmFrames(World& world, const CallerName& name, std::uint32_t pluginId) {
+    auto* caller = world.find(name);
+    const auto* session = caller == nullptr ? nullptr : caller->media().find(pluginId);
+    return session == nullptr ? nullptr : &session->frames();
+}
+
+const FrameStore* liveFrames(World& world, const PlanePlayer& player) {
+    const auto& shown = world.plane().shown();
+    const auto found = shown.find(player);
+    const auto picture = player.pluginId == runningChannelId ? world.runningChannel().picture
+                         : found == shown.end()              ? PlanePicture::None
+                                                             : found->second.picture;
+    return picture == PlanePicture::Frames ? &world.live().frames() : nullptr;
+}
+
 Host::Descriptor framesOf(ControlDesk& desk, const std::string& kind, const CallerName& name,
                           std::uint32_t pluginId) {
     const auto known = Names::planeKind(kind);
     if (!known)
         throw ScenarioError("", "there is no kind of player \"" + kind + "\"");
-    auto* caller = *known == PlaneKind::Broadband ? desk.world.find(name) : nullptr;
-    const auto* session = caller == nullptr ? nullptr : caller->media().find(pluginId);
-    if (session == nullptr || !session->frames().hasFrame())
+    const auto* frames = *known == PlaneKind::Broadcast ? liveFrames(desk.world, {*known, name, pluginId})
+                                                        : filmFrames(desk.world, name, pluginId);
+    if (frames == nullptr || !frames->hasFrame())
         throw ScenarioError("", "there are no frames of the " + kind + " player " + std::to_string(pluginId) +
                                     " of \"" + name + "\"");
-    return session->frames().share();
+    return frames->share();
 }
 
 // The reply carries a descriptor beside the message, for which the common template has no room.
@@ -129,8 +149,11 @@ void fill(gpointer raw, gpointer) {
                                                }>;
     table.handle_get_planes =
         answer<receiver_control_complete_get_planes, [](ControlDesk& desk) { return planes(desk); }>;
-    table.handle_get_running_channel = answer<receiver_control_complete_get_running_channel,
-                                              [](ControlDesk& desk) { return desk.world.runningChannel(); }>;
+    table.handle_get_running_channel =
+        answer<receiver_control_complete_get_running_channel, [](ControlDesk& desk) {
+            const auto running = desk.world.runningChannel();
+            return std::make_tuple(running.name, std::string(Names::of(running.picture)));
+        }>;
     table.handle_open_picture = openPicture;
     table.handle_delay_method =
         answer<receiver_control_complete_delay_method,
@@ -145,12 +168,11 @@ void fill(gpointer raw, gpointer) {
         answer<receiver_control_complete_reset_methods, [](ControlDesk& desk) { desk.dispatcher.reset(); }>;
     table.handle_get_calls =
         answer<receiver_control_complete_get_calls, [](ControlDesk& desk) { return calls(desk); }>;
-    table.handle_clear_calls = answer<receiver_control_complete_clear_calls,
-                                      [](ControlDesk& desk) {
-                                          desk.dispatcher.log().clear();
-                                          // Whoever measures the receiver wants to see what it holds.
-                                          malloc_trim(0);
-                                      }>;
+    table.handle_clear_calls = answer<receiver_control_complete_clear_calls, [](ControlDesk& desk) {
+        desk.dispatcher.log().clear();
+        // Whoever measures the receiver wants to see what it holds.
+        malloc_trim(0);
+    }>;
 }
 
 }  // namespace

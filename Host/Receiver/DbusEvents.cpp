@@ -80,8 +80,9 @@ void DbusEvents::planeHidden(const PlanePlayer& player) {
                                         Names::of(PlanePicture::None));
 }
 
-void DbusEvents::runningChannelChanged(const std::string& name) {
-    receiver_control_emit_running_channel_changed(RECEIVER_CONTROL(m_control), name.c_str());
+void DbusEvents::runningChannelChanged(const RunningChannel& channel) {
+    receiver_control_emit_running_channel_changed(RECEIVER_CONTROL(m_control), channel.name.c_str(),
+                                                  Names::of(channel.picture));
 }
 
 void DbusEvents::applicationStarted(std::int32_t viewId, const std::string& url) {

@@ -33,7 +33,7 @@ class DbusEvents : public ReceiverEvents {
 
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
     void planeHidden(const PlanePlayer& player) override;
-    void runningChannelChanged(const std::string& name) override;
+    void runningChannelChanged(const RunningChannel& channel) override;
     void applicationStarted(std::int32_t viewId, const std::string& url) override;
     void applicationDestroyed(std::int32_t viewId) override;
     void applicationVisibilityChanged(std::int32_t viewId, bool visible) override;

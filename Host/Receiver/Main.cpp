@@ -69,7 +69,7 @@ GObjectHandle<GDBusConnection> connectToBus(std::string& problem) {
     return connection;
 }
 
-int serve(const std::string& scenario) {
+int serve(const std::string& scenario, const std::string& pictures) {
     Loop loop;
     // First of all, so that an early signal ends the program as a late one does.
     g_unix_signal_add(SIGTERM, onTerminate, &loop);
@@ -83,7 +83,7 @@ int serve(const std::string& scenario) {
         const auto connection = connectToBus(problem);
         if (!connection)
             return complain(problem);
-        Receiver::BusReceiver receiver(connection.get(), document, folder);
+        Receiver::BusReceiver receiver(connection.get(), document, folder, pictures);
         if (!receiver.start(problem))
             return complain(problem);
         g_signal_connect(connection.get(), "closed", G_CALLBACK(onBusClosed), &loop);
@@ -105,13 +105,18 @@ int main(int count, char** arguments) {
         "Prints \"hbbtv-receiver: ready\" once all its names are owned; SIGTERM or SIGINT ends it.",
         "Exit codes: 0 ended as asked, 1 could not start or lost the bus, 2 wrong arguments."};
     char* file = nullptr;
+    char* folder = nullptr;
     const GOptionEntry entries[] = {
-        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &file, "The world, a JSON file", "FILE"}, {}};
+        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &file, "The world, a JSON file", "FILE"},
+        {"pictures", 0, 0, G_OPTION_ARG_FILENAME, &folder,
+         "Where pictures of channels are that are not in the scenario's folder", "FOLDER"},
+        {}};
     std::string problem;
     const bool parsed =
         Host::parseCommandLine(line, entries, {arguments + 1, arguments + std::max(count, 1)}, problem);
     const auto scenario = Host::takeText(file);
+    const auto pictures = Host::takeText(folder);
     if (parsed && scenario.value_or("").empty())
         problem = "--scenario needs a file";
-    return problem.empty() ? serve(*scenario) : Host::refuseCommandLine(line, problem);
+    return problem.empty() ? serve(*scenario, pictures.value_or("")) : Host::refuseCommandLine(line, problem);
 }

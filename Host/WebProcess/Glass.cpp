@@ -262,7 +262,11 @@ void Glass::layoutsSent() {
 }
 
 void Glass::planeShown(const PlanePlayer& player, const PlaneContent& content) {
-    auto& picture = m_players[player].picture;
+    change(m_players[player].picture, player, content);
+}
+
+void Glass::change(std::optional<PlayerPicture>& picture, const PlanePlayer& player,
+                   const PlaneContent& content) {
     if (picture && picture->content() == content)
         return;
     if (!picture)
@@ -289,10 +293,12 @@ void Glass::receiverVanished() {
     paintAll();
 }
 
-void Glass::runningChannelChanged(const std::string& name) {
+void Glass::runningChannelChanged(const PlaneContent& content) {
+    if (!content.title.empty()) {
+        change(m_running, RunningChannel, content);
+        return;
+    }
     m_running.reset();
-    if (!name.empty())
-        m_running.emplace().change({name, PlanePicture::Card});
     paintAll();
 }
 
@@ -303,9 +309,12 @@ void Glass::setLowest(bool isLowest) {
 
 void Glass::framesOpened(const PlanePlayer& player, std::unique_ptr<PictureView> frames) {
     const auto found = m_players.find(player);
-    if (found == m_players.end() || !found->second.picture)
+    auto* picture = player == RunningChannel   ? &m_running
+                    : found != m_players.end() ? &found->second.picture
+                                               : nullptr;
+    if (!picture || !*picture)
         return;
-    found->second.picture->setFrames(std::move(frames));
+    (*picture)->setFrames(std::move(frames));
     paintAll();
 }
 
@@ -321,8 +330,8 @@ void Glass::paintAll() {
         if (state.picture && isSeen(player) && state.picture->update())
             m_lastChange = g_get_monotonic_time();
     }
-    if (m_running && m_isLowest)
-        (void)m_running->update();
+    if (m_running && m_isLowest && m_running->update())
+        m_lastChange = g_get_monotonic_time();
     for (Pane& pane : m_panes)
         paint(pane);
     restartClock();
@@ -337,8 +346,10 @@ void Glass::paint(Pane& pane) {
     std::string style = !picture        ? kNoStyle
                         : pane.isBehind ? styleOf(PlaneLayout{{}, true}, {}) + kBehind
                                         : styleOf(layout, pane.box);
-    // What hides a picture behind the page may change at any time.
-    if (number == pane.painted && style == pane.style && !(pane.isBehind && picture))
+    // What hides a picture behind the page may change at any time. One that moves finds it out with each
+    // frame.
+    const bool looksAgain = pane.isBehind && picture && !picture->shows(PlanePicture::Frames);
+    if (number == pane.painted && style == pane.style && !looksAgain)
         return;
     m_filling = number == pane.painted ? nullptr : picture;
     pane.painted = number;
@@ -352,7 +363,7 @@ void Glass::paint(Pane& pane) {
                                                        std::size(arguments), arguments, &exception);
     if (exception)
         g_warning("a picture was not painted: %s", toText(pane.context, exception).c_str());
-    else if (JSValueToBoolean(pane.context, isHidden))
+    else if (looksAgain && JSValueToBoolean(pane.context, isHidden))
         pane.painted = 0;
     m_filling = nullptr;
 }

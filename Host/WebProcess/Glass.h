@@ -92,7 +92,7 @@ class Glass final : private PlaneListener {
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
     void planeHidden(const PlanePlayer& player) override;
     void receiverVanished() override;
-    void runningChannelChanged(const std::string& name) override;
+    void runningChannelChanged(const PlaneContent& content) override;
     void framesOpened(const PlanePlayer& player, std::unique_ptr<Host::PictureView> frames) override;
     void layoutsSent() override;
 
@@ -104,6 +104,9 @@ class Glass final : private PlaneListener {
     std::vector<PlanePlayer> takeLayouts();
     Pane& add(JSContextRef context, JSValueRef paint);
     void drop(std::list<Pane>::iterator pane);
+    // What there is to see of the player has changed.
+    void change(std::optional<PlayerPicture>& picture, const PlanePlayer& player,
+                const PlaneContent& content);
     // What the pane has to show now; null for nothing.
     [[nodiscard]] const PlayerPicture* pictureOf(const Pane& pane) const;
     // Those of which nothing is to be seen, the oldest first, but for this many.

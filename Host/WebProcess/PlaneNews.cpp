@@ -25,6 +25,14 @@ PlanePicture pictureOf(const char* name) {
     return g_str_equal(name, "frames") ? PlanePicture::Frames : PlanePicture::None;
 }
 
+// Of the running channel.
+PlaneContent contentOf(GVariant* nameAndPicture) {
+    const char* name = nullptr;
+    const char* picture = nullptr;
+    g_variant_get(nameAndPicture, "(&s&s)", &name, &picture);
+    return {name, pictureOf(picture)};
+}
+
 struct OpenRequest {
     PlaneListener& listener;
     PlanePlayer player;
@@ -51,10 +59,8 @@ void PlaneNews::listen() {
 void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const char*, const char* signal,
                          GVariant* parameters, gpointer self) {
     if (g_str_equal(signal, "RunningChannelChanged") &&
-        g_variant_is_of_type(parameters, G_VARIANT_TYPE("(s)"))) {
-        const char* name = nullptr;
-        g_variant_get(parameters, "(&s)", &name);
-        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(name);
+        g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ss)"))) {
+        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(contentOf(parameters));
         return;
     }
     if (!g_str_equal(signal, "PlaneChanged") ||
@@ -80,18 +86,15 @@ void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const c
 
 void PlaneNews::onReceiverAppeared(GDBusConnection* bus, const char*, const char*, gpointer self) {
     g_dbus_connection_call(bus, Control, ControlPath, Control, "GetRunningChannel", nullptr,
-                           G_VARIANT_TYPE("(s)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr,
+                           G_VARIANT_TYPE("(ss)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr,
                            onRunningChannel, self);
 }
 
 void PlaneNews::onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self) {
     GErrorSlot error;
     const GVariantHandle reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
-    if (!reply)
-        return;
-    const char* name = nullptr;
-    g_variant_get(reply.get(), "(&s)", &name);
-    static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(name);
+    if (reply)
+        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(contentOf(reply.get()));
 }
 
 void PlaneNews::onReceiverVanished(GDBusConnection*, const char*, gpointer self) {

@@ -22,6 +22,9 @@ struct PlanePlayer {
     [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;
 };
 
+// No player has this id: the channel behind the applications.
+inline constexpr PlanePlayer RunningChannel = {true, 0};
+
 enum class PlanePicture {
     None,    // black
     Card,    // a test card with the title
@@ -57,8 +60,8 @@ class PlaneListener {
     virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;
     virtual void planeHidden(const PlanePlayer& player) = 0;
     virtual void receiverVanished() = 0;
-    // The channel behind the applications; empty for none.
-    virtual void runningChannelChanged(const std::string& name) = 0;
+    // The channel behind the applications; without a title there is none.
+    virtual void runningChannelChanged(const PlaneContent& content) = 0;
     virtual void framesOpened(const PlanePlayer& player, std::unique_ptr<Host::PictureView> frames) = 0;
     // There are layouts to be taken.
     virtual void layoutsSent() = 0;

@@ -96,7 +96,7 @@ class HeardEvents : public ReceiverEvents {
         hear("plane", player.pluginId, window.x, window.y, window.width, window.height, window.fullScreen,
              content.title);
     }
-    void runningChannelChanged(const std::string& name) override { running.push_back(name); }
+    void runningChannelChanged(const RunningChannel& channel) override { running.push_back(channel.name); }
     void planeHidden(const PlanePlayer& player) override { hear("no plane", player.pluginId); }
     void applicationStarted(std::int32_t viewId, const std::string& url) override {
         hear("started", viewId, url);

@@ -236,7 +236,7 @@ TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
 TEST(TheRunningChannel, IsBehindTheApplicationsWhileNoPlayerDoesAnything) {
     Simulation simulation(twoChannels);
     auto& running = simulation.events.running;
-    EXPECT_EQ(simulation.world.runningChannel(), "One");
+    EXPECT_EQ(simulation.world.runningChannel().name, "One");
     EXPECT_TRUE(simulation.me.broadcast().bindToCurrentChannel(1));
     simulation.timers.pass(100);
     EXPECT_THAT(running, ElementsAre("")) << "also when its player shows nothing yet";

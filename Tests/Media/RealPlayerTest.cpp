@@ -238,7 +238,7 @@ class NoEvents : public ReceiverEvents {
     void fileResponse(const CallerName&, std::uint32_t, const std::string&, const std::vector<std::uint8_t>&,
                       bool) override {}
     void planeShown(const PlanePlayer&, const PlaneContent&) override {}
-    void runningChannelChanged(const std::string&) override {}
+    void runningChannelChanged(const RunningChannel&) override {}
     void planeHidden(const PlanePlayer&) override {}
     void applicationStarted(std::int32_t, const std::string&) override {}
     void applicationDestroyed(std::int32_t) override {}

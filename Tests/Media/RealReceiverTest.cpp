@@ -36,19 +36,22 @@ class AReceiverWithARealPlayer : public RunningReceiver {
     }
     // Of the pictures that a shell is given of the player.
     [[nodiscard]] bool shows(std::uint32_t player, MediaTest::Colour colour) {
-        const char* me = g_dbus_connection_get_unique_name(connection());
         MediaTest::Screen screen;
         return WaitFor([&] {
-            GUnixFDList* list = nullptr;
-            const Host::GVariantHandle reply(g_dbus_connection_call_with_unix_fd_list_sync(
-                connection(), Receiver::Names::Control, Receiver::Names::ControlPath,
-                Receiver::Names::Control, "OpenPicture", g_variant_new("(ssu)", "broadband", me, player),
-                G_VARIANT_TYPE("(h)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &list, nullptr, nullptr));
-            const Host::GObjectHandle<GUnixFDList> files(list);
-            if (reply && files)
-                screen.show(Host::Descriptor(g_unix_fd_list_get(files.get(), 0, nullptr)));
+            open(screen, player);
             return screen.colour() == colour;
         });
+    }
+    void open(MediaTest::Screen& screen, std::uint32_t player, const char* kind = "broadband") {
+        const char* me = g_dbus_connection_get_unique_name(connection());
+        GUnixFDList* list = nullptr;
+        const Host::GVariantHandle reply(g_dbus_connection_call_with_unix_fd_list_sync(
+            connection(), Receiver::Names::Control, Receiver::Names::ControlPath, Receiver::Names::Control,
+            "OpenPicture", g_variant_new("(ssu)", kind, me, player), G_VARIANT_TYPE("(h)"),
+            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &list, nullptr, nullptr));
+        const Host::GObjectHandle<GUnixFDList> files(list);
+        if (reply && files)
+            screen.show(Host::Descriptor(g_unix_fd_list_get(files.get(), 0, nullptr)));
     }
     [[nodiscard]] bool hearsOf(const std::string& signal) {
         return WaitFor([&] { return testing::Value(signals(), Contains(signal)); });
@@ -90,6 +93,86 @@ TEST_F(AReceiverWithARealPlayer, SharesThePicturesOfEachOfItsPlayers) {
     (void)call("IAVEventHandler.ReleasePlayer", "(uint32 8,)");
     EXPECT_THAT(control("OpenPicture", "('broadband', 'me', uint32 8)").error,
                 HasSubstr("there are no frames"));
+}
+
+class AChannelWithAPicture : public AReceiverWithARealPlayer {
+ protected:
+    void setPicture(const std::string& url) {
+        EXPECT_EQ(control("SetWorld", "('/broadcast/channels/0/picture', '\"" + url + "\"')").error, "");
+    }
+    void present() {
+        forget();
+        (void)call("IBroadcastPlayer.UpdateLayout",
+                   "(uint32 1, uint32 0, uint32 0, uint32 64, uint32 36, false)");
+        EXPECT_EQ(call("IBroadcastPlayer.BindToCurrentChannel", "(uint32 1,)").text(), "(true,)");
+    }
+    [[nodiscard]] static std::string plane(const std::string& picture) {
+        return "PlaneChanged('broadcast', 'me', 1, true, 0, 0, 64, 36, false, 'Nordlicht 1', '" + picture +
+               "')";
+    }
+    [[nodiscard]] auto count(const std::string& signal) const {
+        return std::count(signals().begin(), signals().end(), signal);
+    }
+    [[nodiscard]] bool runs(const std::string& channel) {
+        return WaitFor([&] { return control("GetRunningChannel").text() == channel; });
+    }
+    [[nodiscard]] std::vector<int> films() { return MediaTest::filmProcesses(pid()); }
+};
+
+TEST_F(AChannelWithAPicture, ShowsItAgainAndAgainForAsLongAsSomebodyLooks) {
+    setPicture(fileUrl("film.mp4"));
+    EXPECT_EQ(control("GetRunningChannel").text(), "('Nordlicht 1', 'none')");
+    EXPECT_THAT(films(), testing::IsEmpty()) << "there is no screen yet";
+    EXPECT_EQ(control("RegisterView", "(1, 'http://x/')").error, "");
+    ASSERT_TRUE(runs("('Nordlicht 1', 'frames')"));
+    const auto film = films();
+    MediaTest::Screen behind;
+    open(behind, 0, "broadcast");
+    EXPECT_EQ(behind.colour(), MediaTest::Colour::Red);
+    present();
+    ASSERT_TRUE(hearsOf(plane("frames")));
+    MediaTest::Screen screen;
+    open(screen, 1, "broadcast");
+    // Red, blue, and without a word red again.
+    for (const auto colour : {MediaTest::Colour::Red, MediaTest::Colour::Blue, MediaTest::Colour::Red})
+        EXPECT_TRUE(WaitFor([&] { return screen.colour() == colour; }, std::chrono::seconds(30)));
+    EXPECT_TRUE(WaitFor([&] { return screen.changes(); }));
+    EXPECT_EQ(count(plane("frames")), 1);
+    (void)call("IBroadcastPlayer.Release", "(uint32 1,)");
+    EXPECT_TRUE(runs("('Nordlicht 1', 'frames')"));
+    EXPECT_EQ(control("UnregisterView", "(1,)").error, "");
+    EXPECT_TRUE(WaitFor([this] { return films().empty(); }));
+    EXPECT_EQ(film.size(), 1u);
+}
+
+TEST_F(AChannelWithAPicture, BeginsAFilmAnewThatCannotBeTakenBack) {
+    MediaTest::MediaServer server(MediaTest::mediaFolder());
+    setPicture(server.url("from-start/hls/segment0.ts"));
+    present();
+    ASSERT_TRUE(hearsOf(plane("frames")));
+    const auto first = films();
+    EXPECT_TRUE(WaitFor([this] { return count(plane("frames")) > 1; }, std::chrono::seconds(30)));
+    EXPECT_GT(count(plane("none")), 1) << "the memory of before is none any more";
+    EXPECT_NE(films(), first);
+}
+
+TEST_F(AChannelWithAPicture, ShowsACardInsteadOfOneThatCannotBePlayed) {
+    for (const auto& picture :
+         {std::string(), std::string("nowhere.mp4"), fileUrl("broken.mp4"), fileUrl("tone.mp3")}) {
+        setPicture(picture);
+        present();
+        EXPECT_TRUE(hearsOf(plane("card"))) << picture;
+        const bool hasFilm = picture.find("tone") != std::string::npos;
+        EXPECT_TRUE(WaitFor([&] { return films().size() == (hasFilm ? 1u : 0u); })) << picture;
+        EXPECT_THAT(control("OpenPicture", "('broadcast', 'me', uint32 1)").error,
+                    HasSubstr("there are no frames"));
+        (void)call("IBroadcastPlayer.Release", "(uint32 1,)");
+    }
+    // By then it was said to be simulated.
+    setPicture(fileUrl("film.mp4"));
+    EXPECT_EQ(control("SetWorld", "('/media/player', '\"simulated\"')").error, "");
+    present();
+    EXPECT_TRUE(hearsOf(plane("card")));
 }
 
 // As the system sees the receiver: what it holds, and the processes of its films.

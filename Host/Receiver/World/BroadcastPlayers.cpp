@@ -16,6 +16,10 @@ bool isRealized(BroadcastState state) {
     return state == BroadcastState::Connecting || state == BroadcastState::Presenting;
 }
 
+bool isPresenting(BroadcastState state) {
+    return state == BroadcastState::Presenting;
+}
+
 }  // namespace
 
 bool BroadcastPlayers::bindToCurrentChannel(std::uint32_t pluginId) {
@@ -119,11 +123,21 @@ const Channel* BroadcastPlayers::channel(std::uint32_t pluginId) {
 
 void BroadcastPlayers::setVolume(std::uint32_t pluginId, std::int32_t volume) {
     player(pluginId).volume = std::clamp(volume, 0, 100);
+    updatePlane(pluginId);
 }
 
 std::int32_t BroadcastPlayers::volume(std::uint32_t pluginId) {
     const auto* found = m_players.find(pluginId);
     return found == nullptr ? m_scenario.broadcast.volume : found->volume;
+}
+
+std::optional<std::int32_t> BroadcastPlayers::loudest() const {
+    std::optional<std::int32_t> volume;
+    m_players.forEach([&volume](std::uint32_t, const BroadcastPlayer& player) {
+        if (isPresenting(player.state))
+            volume = std::max(volume.value_or(0), player.volume);
+    });
+    return volume;
 }
 
 void BroadcastPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) {
@@ -167,8 +181,7 @@ void BroadcastPlayers::currentChannelChanged() {
 
 void BroadcastPlayers::follow(const PlanePlayer& by) {
     const auto* shown = m_tuner.channel();
-    for (const auto pluginId :
-         idsOf([](BroadcastState state) { return state == BroadcastState::Presenting; })) {
+    for (const auto pluginId : idsOf(isPresenting)) {
         if (identity(pluginId) == by)
             continue;
         if (shown == nullptr) {
@@ -180,6 +193,11 @@ void BroadcastPlayers::follow(const PlanePlayer& by) {
         announce(Event::ChannelChange, pluginId, static_cast<std::int32_t>(shown->id));
         announceRating(pluginId, *shown);
     }
+}
+
+void BroadcastPlayers::pictureChanged() {
+    for (const auto pluginId : idsOf(isPresenting))
+        updatePlane(pluginId);
 }
 
 BroadcastPlayer& BroadcastPlayers::player(std::uint32_t pluginId) {
@@ -249,7 +267,7 @@ void BroadcastPlayers::updatePlane(std::uint32_t pluginId) {
     if (shown == nullptr)
         m_plane.hide(identity(pluginId));
     else
-        m_plane.show(identity(pluginId), {updated.window, shown->name, PlanePicture::Card});
+        m_plane.show(identity(pluginId), {updated.window, shown->name, m_live.pictureOf(*shown)});
 }
 
 }  // namespace Receiver

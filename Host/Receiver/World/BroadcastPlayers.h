@@ -9,6 +9,7 @@
 
 #include "Host/Receiver/World/BoundedStore.h"
 #include "Host/Receiver/World/Components.h"
+#include "Host/Receiver/World/LivePicture.h"
 #include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
@@ -42,13 +43,14 @@ struct BroadcastPlayer {
 class BroadcastPlayers {
  public:
     BroadcastPlayers(CallerName caller, const Scenario& scenario, Tuner& tuner, Timers& timers,
-                     ReceiverEvents& events, Plane& plane)
+                     ReceiverEvents& events, Plane& plane, const LivePicture& live)
         : m_caller(std::move(caller)),
           m_scenario(scenario),
           m_tuner(tuner),
           m_timers(timers),
           m_events(events),
-          m_plane(plane) {}
+          m_plane(plane),
+          m_live(live) {}
 
     [[nodiscard]] bool bindToCurrentChannel(std::uint32_t pluginId);
     // The channel's id, or nothing when the receiver knows no such channel.
@@ -69,6 +71,8 @@ class BroadcastPlayers {
     [[nodiscard]] const Channel* channel(std::uint32_t pluginId);
     void setVolume(std::uint32_t pluginId, std::int32_t volume);
     [[nodiscard]] std::int32_t volume(std::uint32_t pluginId);
+    // The highest volume of those that present; nothing when none does.
+    [[nodiscard]] std::optional<std::int32_t> loudest() const;
     void setWindow(std::uint32_t pluginId, const VideoWindow& window);
     [[nodiscard]] std::vector<Component> components(std::uint32_t pluginId, ComponentType type,
                                                     bool activeOnly);
@@ -80,6 +84,8 @@ class BroadcastPlayers {
     // Another player, perhaps another caller's, has changed the channel: every other one that presents goes
     // along.
     void follow(const PlanePlayer& by);
+    // There is another picture of the channel.
+    void pictureChanged();
 
     [[nodiscard]] const BoundedStore<BroadcastPlayer>& players() const { return m_players; }
 
@@ -108,6 +114,7 @@ class BroadcastPlayers {
     Timers& m_timers;
     ReceiverEvents& m_events;
     Plane& m_plane;
+    const LivePicture& m_live;
     BoundedStore<BroadcastPlayer> m_players{
         64, [](const BroadcastPlayer& player) { return player.state != BroadcastState::Unrealized; },
         [this](std::uint32_t id, BroadcastPlayer& player) { end(id, player); }};

@@ -24,6 +24,7 @@ struct Surroundings {
     ReceiverEvents& events;
     Plane& plane;
     Tuner& tuner;
+    const LivePicture& live;
     MediaPlayerFactory makePlayer;
     MediaPlayers::AtWork allAtWork;
     MetadataSearch::Present present;

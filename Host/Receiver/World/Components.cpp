@@ -38,6 +38,10 @@ bool isType(std::int32_t type) {
 
 }  // namespace
 
+bool areOnlySound(const std::vector<Component>& components) {
+    return !components.empty() && ofType(components, ComponentType::Video).empty();
+}
+
 std::vector<Component> ComponentSelection::list(const std::vector<Component>& all, ComponentType type,
                                                 bool activeOnly,
                                                 const std::string& preferredLanguages) const {

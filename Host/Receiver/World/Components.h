@@ -14,6 +14,9 @@ namespace Receiver {
 // The pid that stands for "whichever the receiver prefers".
 inline constexpr std::int32_t AnyPid = -1;
 
+// There are some, and no picture among them.
+[[nodiscard]] bool areOnlySound(const std::vector<Component>& components);
+
 class ComponentSelection {
  public:
     // Until a page selects, the receiver shows the first video, the audio of the preferred language (else the

@@ -200,9 +200,7 @@ void MediaSession::updatePlane() {
 }
 
 PlanePicture MediaSession::picture() const {
-    const auto components = m_player->components();
-    const auto isVideo = [](const Component& component) { return component.type == ComponentType::Video; };
-    if (!components.empty() && std::none_of(components.begin(), components.end(), isVideo))
+    if (areOnlySound(m_player->components()))
         return PlanePicture::Audio;
     if (!m_player->givesFrames())
         return PlanePicture::Card;

@@ -69,6 +69,14 @@ struct PlaneContent {
     [[nodiscard]] bool operator==(const PlaneContent&) const = default;
 };
 
+// The channel that runs behind the applications; without a name there is none.
+struct RunningChannel {
+    std::string name;
+    PlanePicture picture = PlanePicture::None;
+
+    [[nodiscard]] bool operator==(const RunningChannel&) const = default;
+};
+
 class ReceiverEvents {
  public:
     virtual ~ReceiverEvents() = default;
@@ -91,8 +99,7 @@ class ReceiverEvents {
 
     virtual void planeShown(const PlanePlayer& player, const PlaneContent& content) = 0;
     virtual void planeHidden(const PlanePlayer& player) = 0;
-    // The channel that runs behind the applications; empty for none.
-    virtual void runningChannelChanged(const std::string& name) = 0;
+    virtual void runningChannelChanged(const RunningChannel& channel) = 0;
     virtual void applicationStarted(std::int32_t viewId, const std::string& url) = 0;
     virtual void applicationDestroyed(std::int32_t viewId) = 0;
     virtual void applicationVisibilityChanged(std::int32_t viewId, bool visible) = 0;

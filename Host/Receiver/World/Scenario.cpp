@@ -127,6 +127,7 @@ Channel readChannel(const JsonValue& value) {
     object.number("max_bit_rate", channel.maxBitRate);
     object.text("ip_broadcast_id", channel.ipBroadcastId);
     object.number("major_channel", channel.majorChannel);
+    object.text("picture", channel.picture);
     object.read("tuning_error", [&](const JsonValue& error) {
         channel.tuningError = static_cast<std::int32_t>(error.number(0, 999));
     });

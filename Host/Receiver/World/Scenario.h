@@ -63,6 +63,7 @@ struct Channel {
     std::uint32_t maxBitRate = 0;
     std::string ipBroadcastId;
     std::uint32_t majorChannel = 0;
+    std::string picture;  // a film: its address or file; empty: none
     // The error state that every attempt to tune ends with.
     std::optional<std::int32_t> tuningError;
     std::vector<Component> components;

@@ -62,7 +62,7 @@ void addUp(nlohmann::json& state, const CallerName& caller, const nlohmann::json
 }  // namespace
 
 World::World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
-             MediaPlayerFactory makePlayer)
+             MediaPlayerFactory makePlayer, const std::string& pictures)
     : m_document(std::move(document)),
       m_folder(std::move(folder)),
       m_scenario(readScenario(m_document, m_folder)),
@@ -89,6 +89,7 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
                      events,
                      m_plane,
                      m_tuner,
+                     m_live,
                      makePlayer
                          ? std::move(makePlayer)
                          : [this](MediaListener& listener, PictureSink&) -> std::unique_ptr<MediaPlayer> {
@@ -102,7 +103,12 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
                      },
                      [this] {
                          return Moment{m_origin, utc()};
-                     }} {
+                     }},
+      m_live(m_surroundings.makePlayer, timers, {m_folder, pictures}, [this] {
+          for (const auto& [name, caller] : m_callers)
+              caller->broadcast().pictureChanged();
+          reviewRunningChannel();
+      }) {
     m_runningChannel = runningChannel();
 }
 
@@ -155,23 +161,40 @@ void World::registerView(std::int32_t viewId, const std::string& url) {
     reviewRunningChannel();
 }
 
-std::string World::runningChannel() const {
+bool World::unregisterView(std::int32_t viewId) {
+    reviewRunningChannel();
+    return m_applications.unregisterView(viewId);
+}
+
+RunningChannel World::runningChannel() const {
     const auto* channel = m_tuner.channel();
     const bool isIdle = std::all_of(m_callers.begin(), m_callers.end(), [](const auto& caller) {
         return caller.second->broadcast().areUnrealized() && caller.second->media().atWork() == 0;
     });
     if (channel == nullptr || !m_scenario.broadcast.related || !isIdle || m_tuner.obstacle(*channel))
-        return "";
-    return channel->name;
+        return {};
+    return {channel->name, m_live.pictureOf(*channel)};
 }
 
 void World::reviewRunningChannel() {
     m_review.start(0, [this] {
+        const auto volume = liveVolume();
+        m_live.show(volume ? m_tuner.channel() : nullptr, volume.value_or(0));
         if (auto now = runningChannel(); now != m_runningChannel) {
             m_runningChannel = std::move(now);
             m_events.runningChannelChanged(m_runningChannel);
         }
     });
+}
+
+std::optional<std::int32_t> World::liveVolume() const {
+    std::optional<std::int32_t> volume;
+    for (const auto& [name, caller] : m_callers)
+        volume = std::max(volume, caller->broadcast().loudest());
+    // Behind the applications it is seen where there is a screen.
+    if (!volume && !m_applications.views().empty() && !runningChannel().name.empty())
+        volume = m_scenario.broadcast.volume;
+    return volume;
 }
 
 std::size_t World::triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data) {

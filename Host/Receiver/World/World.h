@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 
 #include "Host/Receiver/World/Applications.h"
 #include "Host/Receiver/World/Caller.h"
+#include "Host/Receiver/World/LivePicture.h"
 #include "Host/Receiver/World/Plane.h"
 #include "Host/Receiver/World/ReceiverEvents.h"
 #include "Host/Receiver/World/Scenario.h"
@@ -23,14 +25,15 @@ namespace Receiver {
 
 class World {
  public:
-    // Throws ScenarioError. Folders that the scenario names are relative to the given one. Without a factory
-    // broadband media are simulated.
+    // Throws ScenarioError. Folders and pictures that the scenario names are relative to the given folder,
+    // pictures that are not there to the other one. Without a factory media are simulated.
     World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
-          MediaPlayerFactory makePlayer = nullptr);
+          MediaPlayerFactory makePlayer = nullptr, const std::string& pictures = "");
 
     [[nodiscard]] const Scenario& scenario() const { return m_scenario; }
     [[nodiscard]] Applications& applications() { return m_applications; }
     [[nodiscard]] const Plane& plane() const { return m_plane; }
+    [[nodiscard]] const LivePicture& live() const { return m_live; }
 
     // Makes the caller known on first use.
     [[nodiscard]] Caller& caller(const CallerName& name);
@@ -46,12 +49,14 @@ class World {
 
     // A view that was not known before is a new application: broadcast-related again as the scenario says.
     void registerView(std::int32_t viewId, const std::string& url);
+    // False for a view that is not known.
+    [[nodiscard]] bool unregisterView(std::int32_t viewId);
 
     // For all callers that have subscribed to it; how many subscriptions there were.
     std::size_t triggerStreamEvent(const std::string& name, const std::vector<std::uint8_t>& data);
 
-    // The channel that is to be seen behind the applications; empty for none.
-    [[nodiscard]] std::string runningChannel() const;
+    // The channel that is to be seen behind the applications.
+    [[nodiscard]] RunningChannel runningChannel() const;
 
     void setKeyMask(std::uint32_t mask);
 
@@ -67,8 +72,11 @@ class World {
     [[nodiscard]] nlohmann::json document() const;
     [[nodiscard]] nlohmann::json state();
     void adopt(Scenario next);
-    // Tells of another running channel once all that happens now has happened.
+    // Tells of another running channel once all that happens now has happened, and has the live picture shown
+    // for as long as somebody looks at it.
     void reviewRunningChannel();
+    // Of the live picture; nothing when nobody looks.
+    [[nodiscard]] std::optional<std::int32_t> liveVolume() const;
 
     nlohmann::json m_document;
     const std::string m_folder;
@@ -76,7 +84,7 @@ class World {
     Timers& m_timers;
     ReceiverEvents& m_events;
     Applications m_applications;
-    std::string m_runningChannel;
+    RunningChannel m_runningChannel;
     Timer m_review;
     Plane m_plane;
     bool m_relatedAtStart;
@@ -84,6 +92,7 @@ class World {
     std::set<Profile> m_profiles;
     Tuner m_tuner;
     const Surroundings m_surroundings;
+    LivePicture m_live;
     std::map<CallerName, std::unique_ptr<Caller>> m_callers;
 };
 
