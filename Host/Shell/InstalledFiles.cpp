@@ -55,4 +55,8 @@ std::optional<std::string> findDefaultScenario() {
     return findBeside({HBBTV_DATADIR "/hbbtv/scenarios/default.json", HBBTV_SCENARIOS "/default.json"});
 }
 
+std::optional<std::string> findPictures() {
+    return findBeside({"../../pictures", HBBTV_DATADIR "/hbbtv/pictures"});
+}
+
 }  // namespace Shell

@@ -17,5 +17,7 @@ namespace Shell {
 
 // The scenario of a receiver for which none is named.
 [[nodiscard]] std::optional<std::string> findDefaultScenario();
+// The folder of its channels' pictures.
+[[nodiscard]] std::optional<std::string> findPictures();
 
 }  // namespace Shell

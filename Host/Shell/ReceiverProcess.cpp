@@ -48,6 +48,10 @@ ReceiverProcess::ReceiverProcess(GDBusConnection* bus, const std::optional<std::
         command.emplace_back("--scenario");
         command.push_back(*file);
     }
+    if (const auto folder = findPictures()) {
+        command.emplace_back("--pictures");
+        command.push_back(*folder);
+    }
     m_child = ChildProcess::start(command);
     if (!m_child)
         return;

@@ -1,11 +1,13 @@
 // The pictures of players as a viewer sees them: what is on the display, looked at again and again.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
 import { after, before, describe, it } from "node:test";
 import { setTimeout as pause } from "node:timers/promises";
 import { join } from "node:path";
 import { Picture } from "./Harness/picture.mjs";
-import { exitAfterLoad, shell } from "./Harness/programs.mjs";
+import { defaultScenario, exitAfterLoad, shell, sourceRoot } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
@@ -183,3 +185,54 @@ for (const [how, environment, scale] of [
     });
   });
 }
+
+describe("What a viewer sees of channels with pictures", () => {
+  const folder = mkdtempSync(join(tmpdir(), "hbbtv-pictures-"));
+  let television;
+
+  before(async () => {
+    const scenario = JSON.parse(readFileSync(defaultScenario, "utf8"));
+    scenario.broadcast.channels.length = 2;
+    delete scenario.carousel;
+    const file = join(folder, "scenario.json");
+    writeFileSync(file, JSON.stringify(scenario));
+    execFileSync(join(sourceRoot, "Tools/Scripts/make-pictures.mjs"), [file, folder]);
+    television = await Television.start({ scenario: file });
+  });
+
+  after(async () => {
+    await television?.close();
+    rmSync(folder, { recursive: true });
+  });
+
+  const stripes = ["#a11212", "#12a13b"];
+  // A film's colours are not exact.
+  const isNear = (one, other) => [1, 3, 5].every(place =>
+    Math.abs(parseInt(one.slice(place, place + 2), 16) - parseInt(other.slice(place, place + 2), 16)) < 24);
+  // The name of the channel is in its stripe, above which something moves.
+  const moves = async (channel, x, y, width, height) => {
+    let before;
+    await waitFor(`channel ${channel} moves at ${x}, ${y}`, () => {
+      const picture = television.workplace.look();
+      if (!isNear(picture.at(x + width - 5, Math.floor(y + height * 0.8)), stripes[channel - 1]))
+        return false;
+      const seen = [0.1, 0.2, 0.3, 0.4, 0.6].map(part =>
+        picture.at(Math.floor(x + width * part), Math.floor(y + height * 0.1)));
+      before ??= seen;
+      return seen.some((colour, place) => !isNear(colour, before[place]));
+    });
+  };
+
+  it("moves in objects and behind the page, and is another one after zapping", async () => {
+    await television.show("live.html", page(channel("left: 200px; top: 160px")));
+    await moves(1, 200, 160, 640, 360);
+    await television.browser.run(() => objects[0].nextChannel());
+    await moves(2, 200, 160, 640, 360);
+    await television.show("behind.html", `<!DOCTYPE html><html><body><p>Press the red key</p></body></html>`);
+    await moves(2, 0, 0, 1280, 720);
+    await television.browser.run(() => { document.body.style.background = "#605020"; });
+    await waitFor("the page hides it", () => television.workplace.look().at(1275, 576) === ground);
+    await television.browser.run(() => { document.body.style.background = ""; });
+    await moves(2, 0, 0, 1280, 720);
+  });
+});
