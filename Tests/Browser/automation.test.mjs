@@ -5,7 +5,7 @@ import { delimiter, join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import webdriver from "selenium-webdriver";
 import { startDriver } from "./Harness/browser.mjs";
-import { build, sourceRoot } from "./Harness/programs.mjs";
+import { build, shell, sourceRoot } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
 
 const { Key } = webdriver;
@@ -59,8 +59,11 @@ describe("A driver", () => {
     await browser.close();
     const guide = readFileSync(join(sourceRoot, "Docs/automated-tests.md"), "utf8");
     symlinkSync(join(sourceRoot, "node_modules"), join(workplace.env.HOME, "node_modules"));
-    const programs = ["Shell", "Control"].map(name => join(build, "Host", name));
-    workplace.env.PATH = [...programs, workplace.env.PATH].join(delimiter);
+    // What the shell is started with, its driver must not have.
+    const preloads = Object.entries(workplace.preload).map(pair => pair.join("="));
+    writeFileSync(join(workplace.env.HOME, "hbbtv-shell"), `#!/bin/sh\nexec env ${preloads.join(" ")} "${shell()}" "$@"\n`,
+      { mode: 0o755 });
+    workplace.env.PATH = [workplace.env.HOME, join(build, "Host/Control"), workplace.env.PATH].join(delimiter);
     workplace.env.DRIVER = (await startDriver(workplace)).url;
     delete workplace.env.HBBTV_LOG_LEVEL;
     for (const [language, program, name] of [["js", process.execPath, "zap.mjs"], ["python", "/usr/bin/python3", "zap.py"]]) {

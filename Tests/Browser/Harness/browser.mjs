@@ -2,6 +2,7 @@
 import { createServer } from "node:net";
 import { Executor, HttpClient } from "selenium-webdriver/http/index.js";
 import webdriver from "selenium-webdriver";
+import { shell } from "./programs.mjs";
 import { inTime, slowness, waitFor } from "./wait.mjs";
 
 async function freePort() {
@@ -32,8 +33,10 @@ export async function startDriver(workplace) {
 export class Browser {
   static async start(workplace, binary, args) {
     const { url, program } = await startDriver(workplace);
-    // Not by the driver program's own variables: what is preloaded there keeps it from starting.
-    const command = ["/usr/bin/env", ...Object.entries(workplace.preload).map(pair => pair.join("=")), binary, ...args];
+    // Not by the driver program's own variables: what is preloaded there keeps it from starting. Other browsers are
+    // not ours to examine.
+    const preloads = binary === shell() ? Object.entries(workplace.preload).map(pair => pair.join("=")) : [];
+    const command = ["/usr/bin/env", ...preloads, binary, ...args];
     const capabilities = new webdriver.Capabilities({
       "webkitgtk:browserOptions": { binary: command[0], args: command.slice(1) }
     });
