@@ -8,6 +8,7 @@
 
 // Exported by the engine, though not declared in its installed headers.
 extern "C" void JSSynchronousGarbageCollectForDebugging(JSContextRef context);
+extern "C" JSObjectRef JSGetMemoryUsageStatistics(JSContextRef context);
 
 namespace WebProcess {
 
@@ -46,7 +47,7 @@ JSValueRef collectGarbage(JSContextRef context, JSObjectRef, JSObjectRef, size_t
                           JSValueRef*) {
     JSSynchronousGarbageCollectForDebugging(context);
     malloc_trim(0);
-    return JSValueMakeUndefined(context);
+    return JSGetMemoryUsageStatistics(context);
 }
 
 JSValueRef judgeKey(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,

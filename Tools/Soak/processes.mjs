@@ -21,10 +21,13 @@ function attempt(read) {
 
 const kilobytes = (text, field) => Number(new RegExp(`^${field}: +(\\d+) kB`, 'm').exec(text)[1]);
 
-// Memory that the process alone has written, in MiB: what it shares with others changes with their lives.
+// Memory that the process alone has written, in MiB: what it shares with others changes with their lives. The C heap is
+// the part of it that malloc has.
 function holdings(pid) {
   const text = readFileSync(`/proc/${pid}/smaps_rollup`, 'utf8');
+  const heap = /\[heap\]\n(?:\w+:.*\n)+/.exec(readFileSync(`/proc/${pid}/smaps`, 'utf8'))?.[0];
   return {
+    'C heap': heap ? kilobytes(heap, 'Private_Dirty') / 1024 : 0,
     memory: (kilobytes(text, 'Private_Dirty') + kilobytes(text, 'Swap')) / 1024,
     descriptors: readdirSync(`/proc/${pid}/fd`).length,
     threads: readdirSync(`/proc/${pid}/task`).length,
@@ -34,7 +37,7 @@ function holdings(pid) {
 // By what they are called above: { memory, descriptors, threads, processes }, of all processes that have this session bus.
 export function measure(busAddress) {
   const found = {};
-  for (const name of Object.values(programs)) found[name] = { memory: 0, descriptors: 0, threads: 0, processes: 0 };
+  for (const name of Object.values(programs)) found[name] = { 'C heap': 0, memory: 0, descriptors: 0, threads: 0, processes: 0 };
   for (const pid of readdirSync('/proc').filter((entry) => /^\d+$/.test(entry))) {
     const name = programs[basename(attempt(() => readlinkSync(`/proc/${pid}/exe`)) ?? '')];
     if (!name || !attempt(() => readFileSync(`/proc/${pid}/environ`, 'utf8'))?.includes(busAddress)) continue;
