@@ -62,7 +62,7 @@ describe("The programme guide", () => {
       await open(name);
       await sees({ view: "guide", rows: firstRows, current: "1Nordlicht 1", name: "Evening News",
         channel: "1  Nordlicht 1 HD", age: null, text: "The day at home and abroad", day: "Today",
-        when: /^\S+, \d+:\d\d – \d+:\d\d, 45 min$/ });
+        when: /^\S.*, \d+:\d\d – \d+:\d\d, 45 min$/ });
       await press("DOWN", "DOWN");
       await sees({ name: "Inspector Maren", channel: "3  Canal Rivage HD", age: "from 12" });
       await press("PAGE_DOWN");
