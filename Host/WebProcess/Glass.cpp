@@ -184,6 +184,7 @@ JSValueRef Glass::place(JSContextRef context, JSObjectRef, JSObjectRef, size_t, 
 
     const auto found = glass.find(context, arguments[0]);
     Pane& pane = found == glass.m_panes.end() ? glass.add(context, arguments[0]) : *found;
+    pane.isBroadcast = isBroadcast;
     pane.box = box;
     pane.player = player;
     glass.paintAll();
@@ -258,6 +259,11 @@ std::vector<PlanePlayer> Glass::takeLayouts() {
 
 void Glass::layoutsSent() {
     (void)takeLayouts();
+    // What was placed before its player had a layout hears of none any more until it moves.
+    for (Pane& pane : m_panes) {
+        if (!pane.player && !pane.isBehind)
+            pane.player = playerIn(pane.box, pane.isBroadcast);
+    }
     paintAll();
 }
 

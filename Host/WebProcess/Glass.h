@@ -69,6 +69,7 @@ class Glass final : private PlaneListener {
         JSGlobalContextRef context = nullptr;  // Retained.
         JSObjectRef paint = nullptr;           // Protected.
         bool isBehind = false;                 // Behind the page, for the running channel.
+        bool isBroadcast = false;
         Rectangle box;
         std::optional<PlanePlayer> player;
         std::uint64_t painted = 0;
