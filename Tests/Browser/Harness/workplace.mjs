@@ -57,7 +57,9 @@ export class Workplace {
       GST_REGISTRY: join(build, "gstreamer-registry.bin"),
       GTK_A11Y: "none",
       NO_AT_BRIDGE: "1",
-      LIBGL_ALWAYS_SOFTWARE: "1"
+      LIBGL_ALWAYS_SOFTWARE: "1",
+      // Neither need the shaders of a page's first picture be compiled anew; that takes seconds on a busy machine.
+      MESA_SHADER_CACHE_DIR: join(build, "shaders")
     };
     for (const name of ["DISPLAY", "XAUTHORITY"]) {
       if (process.env[name])
