@@ -128,7 +128,10 @@ async function rest(before, patience = 30 * second) {
     const alive = await collectGarbage(2);
     const last = held;
     held = sample();
-    Object.assign(held['web process'], alive);
+    const web = held['web process'];
+    Object.assign(web, alive);
+    // What is kept is there at every look; the last page's own may wait for another collection.
+    web['native objects'] = Math.min(web['native objects'], last['web process']?.['native objects'] ?? Infinity);
     for (const program of Object.keys(last).filter((name) => !before[name]))
       held[program].threads = Math.max(held[program].threads, last[program].threads);
     if (countsOf(held) !== countsOf(last)) changed = Date.now();
