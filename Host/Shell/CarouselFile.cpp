@@ -2,51 +2,21 @@
 
 #include <algorithm>
 #include <cctype>
+#include <sstream>
 
 namespace Shell {
+
+extern const std::string_view s_contentTypes;  // Lines of an ending and its type.
 
 namespace {
 
 constexpr char kHtml[] = "text/html";
 constexpr char kXhtml[] = "application/xhtml+xml";
-constexpr char kApplication[] = "application/vnd.hbbtv.xhtml+xml";
 constexpr char kXml[] = "application/xml";
 
 struct Sign {
     std::string_view text;
     const char* type;
-};
-
-// A longer ending stands before a shorter one.
-constexpr Sign kEndings[] = {
-    {".hbbtv.xhtml", kApplication},
-    {".hbbtv", kApplication},
-    {".html", kHtml},
-    {".htm", kHtml},
-    {".xhtml", kXhtml},
-    {".xht", kXhtml},
-    {".cehtml", "application/ce-html+xml"},
-    {".css", "text/css"},
-    {".js", "text/javascript"},
-    {".mjs", "text/javascript"},
-    {".json", "application/json"},
-    {".xml", kXml},
-    {".txt", "text/plain"},
-    {".png", "image/png"},
-    {".jpg", "image/jpeg"},
-    {".jpeg", "image/jpeg"},
-    {".gif", "image/gif"},
-    {".svg", "image/svg+xml"},
-    {".webp", "image/webp"},
-    {".mp3", "audio/mpeg"},
-    {".m4a", "audio/mp4"},
-    {".mp4", "video/mp4"},
-    {".ts", "video/mpeg"},
-    {".mpd", "application/dash+xml"},
-    {".ttf", "font/ttf"},
-    {".otf", "font/otf"},
-    {".woff", "font/woff"},
-    {".woff2", "font/woff2"},
 };
 
 constexpr Sign kBeginnings[] = {
@@ -73,6 +43,16 @@ std::string nameIn(const std::string& url) {
     return lowerCase(slash == std::string_view::npos ? path : path.substr(slash + 1));
 }
 
+std::string typeOfEnding(const std::string& name) {
+    std::istringstream lines{std::string(s_contentTypes)};
+    for (std::string line; std::getline(lines, line);) {
+        const size_t space = line.find(' ');
+        if (line.starts_with('.') && name.ends_with(line.substr(0, space)))
+            return line.substr(space + 1);
+    }
+    return {};
+}
+
 // The first characters after a mark of the encoding and white space.
 std::string beginningOf(std::string_view bytes) {
     if (bytes.starts_with("\xef\xbb\xbf"))
@@ -92,10 +72,8 @@ bool isText(std::string_view beginning) {
 
 std::string mediaTypeOf(const std::string& url, std::string_view bytes) {
     const std::string name = nameIn(url);
-    for (const Sign& ending : kEndings) {
-        if (name.ends_with(ending.text))
-            return ending.type;
-    }
+    if (std::string type = typeOfEnding(name); !type.empty())
+        return type;
     const std::string beginning = beginningOf(bytes);
     for (const Sign& sign : kBeginnings) {
         if (!beginning.starts_with(sign.text))

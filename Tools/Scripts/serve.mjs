@@ -5,43 +5,24 @@
 //
 // FOLDER is Examples/ when left out. Without --port the system chooses a free one. --mount serves another folder
 // below a path of its own, such as player/media=build/media. The first line printed is the address, for people
-// and scripts alike. Pages end in .html, .xhtml (application/xhtml+xml) or .hbbtv.xhtml
-// (application/vnd.hbbtv.xhtml+xml); parts of files are served, as media players ask for. Ends with Ctrl+C.
+// and scripts alike. Host/Shell/content-types.txt says what is served as what, in UTF-8 where it is text; parts of
+// files are served, as media players ask for. Ends with Ctrl+C.
 // Tests import `startServer` or `sendFile` instead.
 
-import { createReadStream, realpathSync } from 'node:fs';
+import { createReadStream, readFileSync, realpathSync } from 'node:fs';
 import { stat } from 'node:fs/promises';
 import { createServer } from 'node:http';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 
-// Longest suffix first: the first that fits wins.
-const contentTypes = [
-  ['.hbbtv.xhtml', 'application/vnd.hbbtv.xhtml+xml; charset=utf-8'],
-  ['.xhtml', 'application/xhtml+xml; charset=utf-8'],
-  ['.html', 'text/html; charset=utf-8'],
-  ['.aitx', 'application/vnd.dvb.ait+xml'],
-  ['.css', 'text/css; charset=utf-8'],
-  ['.js', 'text/javascript; charset=utf-8'],
-  ['.mjs', 'text/javascript; charset=utf-8'],
-  ['.json', 'application/json'],
-  ['.xml', 'application/xml; charset=utf-8'],
-  ['.svg', 'image/svg+xml'],
-  ['.png', 'image/png'],
-  ['.jpg', 'image/jpeg'],
-  ['.woff2', 'font/woff2'],
-  ['.mp4', 'video/mp4'],
-  ['.m4s', 'video/iso.segment'],
-  ['.mp3', 'audio/mpeg'],
-  ['.ts', 'video/mp2t'],
-  ['.mpd', 'application/dash+xml'],
-  ['.m3u8', 'application/vnd.apple.mpegurl'],
-];
+const contentTypes = readFileSync(new URL('../../Host/Shell/content-types.txt', import.meta.url), 'utf8')
+  .split('\n').filter((line) => line.startsWith('.')).map((line) => line.split(' '));
 
 export function contentType(file) {
   const name = file.toLowerCase();
-  return contentTypes.find(([suffix]) => name.endsWith(suffix))?.[1] ?? 'application/octet-stream';
+  const type = contentTypes.find(([ending]) => name.endsWith(ending))?.[1] ?? 'application/octet-stream';
+  return /^text\/|xhtml\+xml$|\/xml$/.test(type) ? `${type}; charset=utf-8` : type;
 }
 
 // The file behind a request path, or null where it is none of the folder's: outside, missing, not a file.

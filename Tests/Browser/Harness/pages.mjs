@@ -1,16 +1,13 @@
 // Serves the test pages, the examples and the media on a free port of the loopback.
 import { existsSync, statSync } from "node:fs";
 import { createServer } from "node:http";
-import { extname, join, normalize, resolve, sep } from "node:path";
+import { join, normalize, resolve, sep } from "node:path";
 import { fileURLToPath } from "node:url";
 import { bootstrapScript } from "../../../InjectedBundle/gen/script.mjs";
 import { contentType, sendFile } from "../../../Tools/Scripts/serve.mjs";
 import { mediaFolder } from "./media.mjs";
 
 const sourceRoot = resolve(fileURLToPath(import.meta.url), "../../../..");
-
-// Of pages whose name says nothing more.
-const applicationType = "application/vnd.hbbtv.xhtml+xml; charset=utf-8";
 
 // URL prefix to folder; the first that fits counts.
 const folders = {
@@ -27,10 +24,6 @@ function fileOf(pathname) {
   const file = normalize(join(folders[prefix], decodeURIComponent(pathname.slice(prefix.length))));
   const inside = file.startsWith(folders[prefix] + sep) && existsSync(file) && statSync(file).isFile();
   return inside ? file : undefined;
-}
-
-function typeOf(name) {
-  return extname(name) === ".hbbtv" ? applicationType : contentType(name);
 }
 
 export class PageServer {
@@ -60,7 +53,7 @@ export class PageServer {
 
   // Puts a page under /written/<name> and answers its URL.
   write(name, body) {
-    this.#written.set(`/written/${name}`, { type: typeOf(name), body });
+    this.#written.set(`/written/${name}`, { type: contentType(name), body });
     return this.url(`/written/${name}`);
   }
 
@@ -99,7 +92,7 @@ export class PageServer {
       return;
     }
     const { size } = statSync(file);
-    sendFile(request, response, file, size, { ...headers, "Content-Type": typeOf(file) });
+    sendFile(request, response, file, size, headers);
   }
 
   close() {
