@@ -68,7 +68,11 @@ void trigger(const Television& television, const Words& words) {
 void emit(const Television& television, const Words& words) {
     const Words rest(words.begin() + 1, words.end());
     const auto all = television.introspect();
-    const auto arguments = tupleOf(rest, findMember(all.signals, words[0]));
+    const Member* signal = findMember(all.signals, words[0]);
+    // With its interface, one that nobody has declared may be sent, to try the pages.
+    if (!signal && words[0].find('.') == std::string::npos)
+        throw Misuse("there is no signal " + words[0]);
+    const auto arguments = tupleOf(rest, signal);
     television.control("EmitSignal", g_variant_new("(sv)", words[0].c_str(), arguments.get()));
 }
 

@@ -101,7 +101,8 @@ describe("hbbtv-control", () => {
     for (const [line, code, reason] of [
       ["", 2, /no command/], ["tun 3", 2, /unknown command tun/], ["tune", 2, /tune CHANNEL/],
       ["set locale.country $'\\xff'", 2, /not UTF-8/], ["set locale '{'", 2, /begins like JSON and is none/], ["delay GetCountryID soon", 2, /not a number: soon/],
-      ["emit PluginEvent 400", 2, /PluginEvent event\(i\) plugin_id\(u\)/], ["call Release 1", 2, /is IB.* or /],
+      ["emit PluginEvent 400", 2, /PluginEvent event\(i\) plugin_id\(u\)/], ["emit Nothing", 2, /no signal Nothing/],
+      ["call Release 1", 2, /is IB.* or /],
       ["tune 99", 1, /no channel with the id 99/], ["press RAD", 1, /no key "VK_RAD"/],
       ["set keys.msk 1", 1, /\/keys\/msk: unknown key/], ["fail Nothing", 1, /no method "Nothing"/],
       ["trigger nothing", 1, /no page listens to the stream event "nothing"/],
