@@ -16,6 +16,9 @@ constexpr char kApplicationType[] = "application/vnd.hbbtv.xhtml+xml";
 constexpr int kDecimal = 10;
 constexpr int kHexadecimal = 16;
 
+// What the bits of a profile ask for, as user agents name it.
+constexpr const char* kProfileOptions[] = {"+DL", "+PVR", "+RTSP"};
+
 struct Reader {
     std::string url;
     std::vector<AitApplication> applications = {};
@@ -62,6 +65,15 @@ std::string originOf(const std::string& url) {
     if (!split || port <= 0 || !g_str_has_prefix(scheme, "http"))
         return url + "*";
     return std::string(scheme) + "://" + host + ":" + std::to_string(port);
+}
+
+bool hasOptions(const std::string& options, std::uint32_t profile) {
+    for (const char* option : kProfileOptions) {
+        if ((profile & 1U) != 0 && options.find(option) == std::string::npos)
+            return false;
+        profile >>= 1U;
+    }
+    return profile == 0;
 }
 
 void finishApplication(Reader& reader) {
@@ -158,7 +170,7 @@ bool readAit(const std::string& xml, const std::string& url, std::vector<AitAppl
     return problem.empty();
 }
 
-std::string refusalOf(const AitApplication& application, const std::string& profile) {
+std::string refusalOf(const AitApplication& application, const std::string& userAgent) {
     if (!application.type.empty() && application.type != kApplicationType)
         return "it is of the type " + application.type;
     if (application.controlCode != "AUTOSTART" && application.controlCode != "PRESENT")
@@ -166,10 +178,13 @@ std::string refusalOf(const AitApplication& application, const std::string& prof
     unsigned major = 0;
     unsigned minor = 0;
     unsigned micro = 0;
-    if (std::sscanf(profile.c_str(), "%u.%u.%u", &major, &minor, &micro) != 3)
+    char options[64] = "";
+    const size_t token = std::min(userAgent.find("HbbTV/"), userAgent.size());
+    if (std::sscanf(userAgent.c_str() + token, "HbbTV/%u.%u.%u (%63[^;]", &major, &minor, &micro, options) <
+        3)
         return {};
     const auto fits = [&](const AitVersion& version) {
-        return version.profile == 0 &&
+        return hasOptions(options, version.profile) &&
                std::tie(version.major, version.minor, version.micro) <= std::tie(major, minor, micro);
     };
     if (application.versions.empty() ||
@@ -178,7 +193,8 @@ std::string refusalOf(const AitApplication& application, const std::string& prof
     const AitVersion& wanted = application.versions.front();
     return "it is for the profile " + std::to_string(wanted.profile) + " of version " +
            std::to_string(wanted.major) + "." + std::to_string(wanted.minor) + "." +
-           std::to_string(wanted.micro) + ", this television is of " + profile;
+           std::to_string(wanted.micro) + ", this television is of " + std::to_string(major) + "." +
+           std::to_string(minor) + "." + std::to_string(micro) + options;
 }
 
 }  // namespace Shell

@@ -8,7 +8,7 @@
 namespace Shell {
 
 struct AitVersion {
-    std::uint32_t profile = 0;
+    std::uint32_t profile = 0;  // Options that are needed, one a bit; 0 is the basic profile.
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
     std::uint32_t micro = 0;
@@ -34,7 +34,8 @@ constexpr char kAitMimeType[] = "application/vnd.dvb.ait+xml";
 [[nodiscard]] bool readAit(const std::string& xml, const std::string& url,
                            std::vector<AitApplication>& applications, std::string& problem);
 
-// Why a television of the profile ("1.2.1"; empty: none) does not run the application; empty if it does.
-[[nodiscard]] std::string refusalOf(const AitApplication& application, const std::string& profile);
+// Why a television of the user agent does not run the application; empty if it does. One that names no
+// version of HbbTV runs all.
+[[nodiscard]] std::string refusalOf(const AitApplication& application, const std::string& userAgent);
 
 }  // namespace Shell

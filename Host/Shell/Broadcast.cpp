@@ -25,8 +25,8 @@ std::string describe(const AitApplication& application) {
 
 }  // namespace
 
-Broadcast::Broadcast(std::string profile, ReceiverControl& receiver)
-    : m_profile(std::move(profile)), m_receiver(receiver) {}
+Broadcast::Broadcast(std::string userAgent, ReceiverControl& receiver)
+    : m_userAgent(std::move(userAgent)), m_receiver(receiver) {}
 
 std::vector<AitApplication> Broadcast::applicationsOf(const std::string& xml, const std::string& url,
                                                       std::string& reasons) const {
@@ -36,7 +36,7 @@ std::vector<AitApplication> Broadcast::applicationsOf(const std::string& xml, co
         return {};
     }
     std::erase_if(applications, [&](const AitApplication& application) {
-        const std::string refusal = refusalOf(application, m_profile);
+        const std::string refusal = refusalOf(application, m_userAgent);
         if (!refusal.empty())
             reasons += (reasons.empty() ? "" : "; ") + describe(application) + " does not run: " + refusal;
         return !refusal.empty();

@@ -14,8 +14,8 @@ namespace Shell {
 
 class Broadcast {
  public:
-    // The profile of the television, as in the options.
-    Broadcast(std::string profile, ReceiverControl& receiver);
+    // The user agent tells the profile of the television.
+    Broadcast(std::string userAgent, ReceiverControl& receiver);
 
     // The applications of the table that this television runs, the one to start first at the front: AUTOSTART
     // before PRESENT, then by priority. What is wrong with the others, or with the table, is added to the
@@ -33,7 +33,7 @@ class Broadcast {
     void changeTop(std::int32_t view);
 
  private:
-    std::string m_profile;
+    std::string m_userAgent;
     ReceiverControl& m_receiver;
     std::map<std::int32_t, std::string> m_boundaries;  // By view, as JSON.
     std::string m_usual;                               // The receiver's own.

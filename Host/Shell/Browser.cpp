@@ -49,12 +49,12 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_firstViewId((bus.number() - 1) * kViewsOfAShell + 1),
       m_receiverProcess(runReceiver(m_options, bus.connection())),
       m_receiver(bus.connection(), *this),
-      m_broadcast(m_options.profile, m_receiver),
       m_loop(g_main_loop_new(nullptr, FALSE)),
       m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
       m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
       m_channel(*this),
       m_web(m_options, m_channel.address()),
+      m_broadcast(m_web.userAgent(), m_receiver),
       m_carousel(m_web.context(), m_channel, m_options.carouselLimitSeconds),
       m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {

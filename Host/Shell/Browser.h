@@ -82,13 +82,13 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     std::optional<ReceiverProcess> m_receiverProcess;
     ReceiverControl m_receiver;
     RemoteControl m_remoteControl;
-    Broadcast m_broadcast;
     int m_exitCode = 0;
     Host::GMainLoopHandle m_loop;
     Host::GSourceHandle m_terminate;
     Host::GSourceHandle m_interrupt;
     WebProcessChannel m_channel;
     WebSetup m_web;
+    Broadcast m_broadcast;
     CarouselScheme m_carousel;
     Screen m_screen;
     PageCheck m_check;

@@ -1,8 +1,5 @@
 #include "Host/Shell/Options.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "Host/Inc/CommandLine.h"
 #include "Host/Shell/KeyMap.h"
 
@@ -32,9 +29,8 @@ CommandLine commandLine() {
 }
 
 bool isProfile(const std::string& text) {
-    return text.size() == 5 && text[1] == '.' && text[3] == '.' &&
-           std::all_of(text.begin(), text.end(),
-                       [](unsigned char c) { return c == '.' || std::isdigit(c) != 0; });
+    return g_regex_match_simple(R"(^\d\.\d\.\d(\+[A-Z]+)*$)", text.c_str(), G_REGEX_DOLLAR_ENDONLY,
+                                G_REGEX_MATCH_DEFAULT) != FALSE;
 }
 
 // What is wrong with the values, empty for nothing.
@@ -79,7 +75,9 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "key starts one",
          "FILE|URL"},
         {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
-         "The HbbTV profile in the user agent, three digits (1.2.1); none: no HbbTV token", "VERSION"},
+         "The HbbTV profile in the user agent, three digits and options (1.2.1, 1.2.1+DL+PVR); none: no "
+         "HbbTV token",
+         "VERSION"},
         {"user-agent", 0, 0, G_OPTION_ARG_STRING, &userAgent,
          "The whole user agent; it needs an HbbTV token of its own for the page to find objects", "TEXT"},
         {"zoom", 0, 0, G_OPTION_ARG_DOUBLE, &options.zoom,

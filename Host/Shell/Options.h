@@ -11,7 +11,8 @@ namespace Shell {
 
 struct Options {
     std::string url;
-    std::string profile = "1.2.1";         // Empty for a user agent without the HbbTV token.
+    std::string profile =
+        "1.2.1";  // With options, such as +PVR. Empty for a user agent without the HbbTV token.
     std::optional<std::string> userAgent;  // Instead of WebKit's own with the profile.
     std::optional<std::string> profileFolder;
     std::optional<std::string> reloadFolder;

@@ -8,12 +8,12 @@ import { Receiver } from "./Harness/receiver.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
-const application = (id, control, location, { version = "2", boundary = "", base = "" } = {}) => `<mhp:Application>
+const application = (id, control, location, { profile = "0", version = "2", boundary = "", base = "" } = {}) => `<mhp:Application>
 <mhp:appName Language="eng">Number ${id}</mhp:appName>
 <mhp:applicationIdentifier><mhp:orgId>19</mhp:orgId><mhp:appId>${id}</mhp:appId></mhp:applicationIdentifier>
 <mhp:applicationDescriptor><mhp:type><mhp:OtherApp>application/vnd.hbbtv.xhtml+xml</mhp:OtherApp></mhp:type>
 <mhp:controlCode>${control}</mhp:controlCode><mhp:priority>0A</mhp:priority>
-<mhp:mhpVersion><mhp:profile>0</mhp:profile><mhp:versionMajor>1</mhp:versionMajor>
+<mhp:mhpVersion><mhp:profile>${profile}</mhp:profile><mhp:versionMajor>1</mhp:versionMajor>
 <mhp:versionMinor>${version}</mhp:versionMinor><mhp:versionMicro>1</mhp:versionMicro></mhp:mhpVersion>
 </mhp:applicationDescriptor>
 <mhp:applicationTransport xsi:type="mhp:HTTPTransportType"><mhp:URLBase>${base}</mhp:URLBase></mhp:applicationTransport>
@@ -67,10 +67,13 @@ describe("An application of a table", () => {
   it("begins by itself, starts another one by its table, and begins again with EXIT", async () => {
     const allowed = "https://allowed.invalid/x/";
     server.write("other.aitx", table(application(7, "PRESENT", "other.html?b", { base: `${server.origin}/written/`, boundary: allowed })));
-    run("--ait", server.write("broadcast.aitx", table(application(1, "AUTOSTART", "new.html", { version: "3" }),
-      application(2, "PRESENT", "present.html"), application(31, "AUTOSTART", "auto.html?a#x"))));
+    run("--profile", "1.2.1+PVR", "--ait", server.write("broadcast.aitx", table(
+      application(1, "AUTOSTART", "new.html", { version: "3" }), application(2, "PRESENT", "present.html"),
+      application(3, "AUTOSTART", "new.html", { profile: "0003" }),
+      application(31, "AUTOSTART", "auto.html?a#x", { profile: "0002" }))));
     await begins("auto.html?a#x");
     assert.ok(workplace.lines.some(line => /13\.1 \(Number 1\) does not run: it is for .* 1\.3\.1/.test(line)));
+    assert.ok(workplace.lines.some(line => /13\.3 .*: it is for the profile 3 of .* is of 1\.2\.1\+PVR/.test(line)));
     assert.deepEqual((await receiver.getWorld("/applications/broadcast")).map(({ id }) => id), ["13.1f", "13.2"]);
 
     await workplace.pressOnScreen("F1");

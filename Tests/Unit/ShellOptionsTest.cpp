@@ -42,7 +42,7 @@ TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
     EXPECT_EQ(refusalOf({"--ait", "a.aitx"}), "accepted");
     EXPECT_EQ(refusalOf({"u", "--require-verdict"}), "--require-verdict goes with --exit-after-load");
     EXPECT_EQ(refusalOf({"--colour", "u"}), "Unknown option --colour");
-    for (const std::string profile : {"1.2", "1.2.1.0", "a.b.c", "12.1.", "HbbTV"})
+    for (const std::string profile : {"1.2", "1.2.1.0", "a.b.c", "12.1.", "1.2.1+", "1.2.1+pvr", "1.2.1 (;)"})
         EXPECT_EQ(refusalOf({"u", "--profile", profile}), "not a profile: " + profile);
     EXPECT_EQ(refusalOf({"u", "--zoom=0.25"}), "accepted");
     for (const std::string factor : {"0", "-1", "4.5", "nan", "big"})
@@ -58,6 +58,10 @@ TEST(AUserAgent, CarriesTheProfileWhereThePagesScriptsLookForIt) {
     const std::string agent = userAgentWithProfile("Mozilla/5.0 (X11)", "1.2.1");
     EXPECT_EQ(agent.find("Mozilla/5.0 (X11) HbbTV/1.2.1 (;"), 0U) << agent;
     EXPECT_EQ(agent.back(), ')');
+
+    EXPECT_NE(userAgentWithProfile("", optionsOf({"--profile", "1.2.1+DL+PVR", "u"}).profile)
+                  .find("HbbTV/1.2.1 (+DL+PVR; "),
+              std::string::npos);
 
     const auto none = optionsOf({"--profile", "none", "u"});
     EXPECT_EQ(userAgentWithProfile("Mozilla/5.0 (X11)", none.profile), "Mozilla/5.0 (X11)");
