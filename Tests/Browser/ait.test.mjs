@@ -1,6 +1,8 @@
 // Applications that are signalled by a table: the broadcast's own, with the keys of the keyboard, and others.
 import assert from "node:assert/strict";
 import { once } from "node:events";
+import { writeFileSync } from "node:fs";
+import { join } from "node:path";
 import { after, afterEach, before, describe, it } from "node:test";
 import { PageServer } from "./Harness/pages.mjs";
 import { exitAfterLoad, shell } from "./Harness/programs.mjs";
@@ -87,7 +89,9 @@ describe("An application of a table", () => {
   });
 
   it("waits for the red key where it is only present, once more after EXIT", async () => {
-    run("--ait", server.write("present.xml", table(application(2, "PRESENT", "present.html"))));
+    const scenario = join(workplace.env.HOME, "bare.json");
+    writeFileSync(scenario, "{}");
+    run("--scenario", scenario, "--ait", server.write("present.xml", table(application(2, "PRESENT", "present.html"))));
     await waitFor("red starts it", async () => {
       await workplace.pressOnScreen("F1");
       return begun().length > 0;
@@ -98,20 +102,24 @@ describe("An application of a table", () => {
       return begun().length === 2;
     });
     await begins("present.html", "present.html");
+    assert.deepEqual(workplace.lines.filter(line => line.includes("the receiver refused")), []);
   });
 
   it("is no use where the television has another profile, or the table is none", async () => {
-    for (const [body, words] of [
+    for (const [body, words, ...option] of [
       [table(application(1, "AUTOSTART", "new.html", { version: "3" })), /13\.1 .*this television is of 1\.2\.1/],
-      [table(), /the AIT is empty/], ["<html>", /this is no AIT/]
+      [table(), /the AIT is empty/], ["<html>", /this is no AIT/],
+      [table(application(1, "PRESENT", "present.html")), /no application has AUTOSTART/, "--ait"]
     ]) {
       const url = server.write("none.aitx", body);
-      run(...exitAfterLoad, url);
+      run(...exitAfterLoad, ...option, url);
       await once(program, "close");
       assert.equal(program.exitCode, 1);
       assert.match(workplace.lines.find(line => line.startsWith(`hbbtv-shell: view 1: cannot show ${url}`)) ?? "", words);
     }
-    run(...exitAfterLoad, server.write("old.aitx", table(application(1, "PRESENT", "auto.html"))));
+    const file = join(workplace.env.HOME, "old.aitx");
+    writeFileSync(file, table(application(1, "PRESENT", server.url("/written/auto.html"))));
+    run(...exitAfterLoad, file);
     await once(program, "close");
     assert.equal(program.exitCode, 0);
     await begins("auto.html");

@@ -246,6 +246,7 @@ bool World::hasProfile(const Profile& profile) const {
 
 nlohmann::json World::document() const {
     auto live = m_document;
+    live["applications"].emplace("boundary_origins", nlohmann::json::array());
     live["keys"]["mask"] = m_scenario.keys.mask;
     live["broadcast"]["current_channel"] = m_scenario.broadcast.currentChannel;
     live["broadcast"]["related"] = m_scenario.broadcast.related;
