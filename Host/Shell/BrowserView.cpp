@@ -5,6 +5,7 @@
 #include <libsoup/soup.h>
 
 #include "Host/Shell/Ait.h"
+#include "Host/Shell/CarouselFile.h"
 #include "Host/Shell/ShellPages.h"
 
 namespace Shell {
@@ -197,7 +198,10 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
     auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
     WebKitURIResponse* response = webkit_response_policy_decision_get_response(reply);
     const char* mimeType = webkit_uri_response_get_mime_type(response);
-    const bool isAit = g_strcmp0(mimeType, kAitMimeType) == 0;
+    const std::string url = webkit_uri_response_get_uri(response);
+    // Of files, WebKit knows what the desktop knows, and that is nothing of an AIT.
+    const bool isAit = g_strcmp0(mimeType, kAitMimeType) == 0 ||
+                       (url.starts_with("file:") && mediaTypeOf(url, {}) == kAitMimeType);
     const bool known = webkit_response_policy_decision_is_mime_type_supported(reply) ||
                        g_strcmp0(mimeType, kHbbTVMimeType) == 0 || isAit;
     // What the page around a frame shows is its own affair, but nothing is ever downloaded.
@@ -215,7 +219,7 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
         return TRUE;
     }
     webkit_policy_decision_ignore(decision);
-    view.fail(webkit_uri_response_get_uri(response), error);
+    view.fail(url, error);
     return TRUE;
 }
 

@@ -85,6 +85,7 @@ describe("The terminal", () => {
       [server.url("/nowhere.html"), /HTTP status 404 \(Not Found\)/],
       [server.url("/app.bin"), /no page: application\/x-thing/],
       [forbidden, /forbids its port/],
+      ["nowhere.html", /No such file/, `file://${process.cwd()}/nowhere.html`],
       [closed, /Connection refused/]
     ]) {
       const { code, text } = await run(...exitAfterLoad, url);
