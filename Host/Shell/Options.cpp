@@ -50,7 +50,7 @@ std::string problemOf(const Options& options, size_t urls) {
         return "--require-verdict goes with --exit-after-load";
     if (urls + (options.ait ? 1 : 0) > 1)
         return "more than one URL or AIT";
-    return urls == 0 && !options.ait && !options.automation ? "no URL" : "";
+    return options.url.empty() && options.ait.value_or("").empty() && !options.automation ? "no URL" : "";
 }
 
 }  // namespace

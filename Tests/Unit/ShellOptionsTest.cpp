@@ -37,6 +37,7 @@ TEST(TheShellsCommandLine, IsReadInAnyOrder) {
 
 TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
     EXPECT_EQ(refusalOf({}), "no URL");
+    EXPECT_EQ(refusalOf({""}), "no URL");
     EXPECT_EQ(refusalOf({"--automation"}), "accepted");
     EXPECT_EQ(refusalOf({"a.html", "b.html"}), "more than one URL or AIT");
     EXPECT_EQ(refusalOf({"--ait", "a.aitx"}), "accepted");
