@@ -105,6 +105,19 @@
         });
     }
 
+    // WebKit puts what is not well-formed on the screen alone, and there a style may hide it.
+    if (document.contentType !== 'text/html') {
+        const { console: { error: tell }, document: { URL: address } } = window;
+        const find = method('Document', 'querySelector');
+        const textOf = getter('Node', 'textContent');
+        const trim = method('String', 'trim');
+        addListener(document, 'DOMContentLoaded', () => {
+            const fault = find(document, 'parsererror > div');
+            if (fault)
+                tell(address + ' is not well-formed: ' + trim(textOf(fault)));
+        });
+    }
+
     // Internal objects: an object element presents the members of a native object as its own.
 
     const presentations = new WeakMap(); // Element to what is presented on it.

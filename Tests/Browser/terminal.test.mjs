@@ -73,6 +73,9 @@ describe("The terminal", () => {
     const quiet = await run("--quiet", ...exitAfterLoad, url);
     assert.equal(quiet.code, 0);
     assert.doesNotMatch(quiet.text, /CONSOLE|cannot load/);
+
+    const broken = await run(...exitAfterLoad, server.write("broken.hbbtv", "<html><p></html>"));
+    assertTells(broken.text, /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
   });
 
   it("tells why a page is not shown, with exit code 1", async () => {
