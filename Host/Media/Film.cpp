@@ -102,7 +102,7 @@ double Film::pace() const {
 
 void Film::present(const std::vector<std::int16_t>& pids) {
     std::vector<std::string> ids;
-    for (const auto type : {ComponentType::Video, ComponentType::Audio}) {
+    for (const auto type : {ComponentType::Video, ComponentType::Audio, ComponentType::Subtitle}) {
         bool shown = false;
         for (const auto& component : m_streams.components()) {
             if (component.type != type || std::find(pids.begin(), pids.end(), component.pid) == pids.end())
@@ -112,11 +112,13 @@ void Film::present(const std::vector<std::int16_t>& pids) {
         }
         if (type == ComponentType::Video)
             m_pipeline.setPictureShown(shown);
-        else
+        else if (type == ComponentType::Audio)
             m_pipeline.setMuted(!shown);
+        else
+            m_showsSubtitles = shown;
         if (shown)
             continue;
-        // What is not presented at all goes on unseen and unheard, on whichever stream it was.
+        // What is not presented at all goes on unseen, unheard and unread, on whichever stream it was.
         for (const auto& component : m_streams.components()) {
             const auto id = m_streams.streamId(component);
             if (component.type == type && std::find(m_progress.selected.begin(), m_progress.selected.end(),

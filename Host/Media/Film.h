@@ -44,6 +44,7 @@ class Film {
     // How fast the position moves.
     [[nodiscard]] double pace() const;
     [[nodiscard]] bool isSeekable() const { return m_progress.seekable; }
+    [[nodiscard]] bool showsSubtitles() const { return m_showsSubtitles; }
     [[nodiscard]] std::vector<Component> components() const { return m_streams.components(); }
 
  private:
@@ -119,6 +120,7 @@ class Film {
     mutable std::uint32_t m_lastPosition = 0;
     mutable std::int64_t m_lastLook = 0;  // when m_lastPosition was true
     StreamList m_streams;
+    bool m_showsSubtitles = false;
     Progress m_progress;
     std::optional<Rewinding> m_rewinding;
     Receiver::Timer m_limit;  // for connecting, and for waiting for data

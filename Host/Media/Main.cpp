@@ -55,8 +55,15 @@ class Player : private MediaListener {
     Player(Host::Descriptor line, const std::string& sound)
         : m_tick(m_timers),
           m_picture([this](bool shown) { pictureChanged(shown); }),
+          m_subtitles([this](const Media::Subtitle& due) {
+              m_timers.post([this, due] {
+                  m_subtitle = due;
+                  sayWhatIsToBeRead();
+              });
+          }),
           // Never destroyed, as it wants it.
-          m_pipeline(*new Media::Pipeline(m_picture, sound, [this](GstMessage* each) { hear(each); })),
+          m_pipeline(
+              *new Media::Pipeline(m_picture, m_subtitles, sound, [this](GstMessage* each) { hear(each); })),
           m_film(m_pipeline, m_timers, *this),
           m_link(std::move(line), MediaLink::Writes::Wait,
                  {[this](MediaMessage& message) { obey(message); }, leave}) {
@@ -116,6 +123,7 @@ class Player : private MediaListener {
             const auto* pids = static_cast<const std::int16_t*>(
                 g_variant_get_fixed_array(content, &count, sizeof(std::int16_t)));
             m_film.present({pids, pids + count});
+            sayWhatIsToBeRead();
         } else if (message.is(MediaWords::Volume)) {
             m_pipeline.setVolume(g_variant_get_int32(content) / 100.0);
         }
@@ -136,7 +144,16 @@ class Player : private MediaListener {
 
     void tick() {
         sayFilm();
+        sayWhatIsToBeRead();
         m_tick.start(tickMs, [this] { tick(); });
+    }
+    void sayWhatIsToBeRead() {
+        // After a seek it is another moment's.
+        const auto position = m_film.position();
+        const bool isDue = position + tickMs >= m_subtitle.from && position < m_subtitle.until;
+        const std::string text = isDue && m_film.showsSubtitles() ? m_subtitle.text : std::string();
+        if (std::exchange(m_read, text) != text)
+            say(MediaWords::Subtitle, g_variant_new_string(text.c_str()));
     }
     void sayFilm() {
         const auto position = m_film.position();
@@ -152,6 +169,9 @@ class Player : private MediaListener {
     GLibTimers m_timers;
     Timer m_tick;
     Media::PictureOutput m_picture;
+    Media::SubtitleOutput m_subtitles;
+    Media::Subtitle m_subtitle;  // the last one that was due
+    std::string m_read;          // what the receiver has been told
     Media::Pipeline& m_pipeline;
     Media::Film m_film;
     MediaLink m_link;

@@ -11,9 +11,8 @@ namespace Media {
 
 namespace {
 
-// Subtitles are listed but not drawn: GStreamer's way of drawing them needs a font renderer in the picture.
-// Nor has playbin a volume of its own here: it never lets go of the element that it makes for it.
-constexpr char playbinFlags[] = "video+audio+buffering";
+// Playbin has no volume of its own here: it never lets go of the element that it makes for it.
+constexpr char playbinFlags[] = "video+audio+text+buffering";
 constexpr char volumeName[] = "volume";
 
 GstElement* makeSoundSink(const std::string& description) {
@@ -115,15 +114,16 @@ std::uint32_t milliseconds(gint64 time) {
 
 }  // namespace
 
-Pipeline::Pipeline(PictureOutput& picture, const std::string& sound, MessageHandler onMessage)
+Pipeline::Pipeline(PictureOutput& picture, SubtitleOutput& subtitles, const std::string& sound,
+                   MessageHandler onMessage)
     : m_picture(picture),
       m_handler(std::move(onMessage)),
       m_element(gst_element_factory_make("playbin3", nullptr)) {
     auto* filter = makeSoundFilter();
     m_volume = gst_bin_get_by_name(GST_BIN(filter), volumeName);
     gst_util_set_object_arg(G_OBJECT(m_element), "flags", playbinFlags);
-    g_object_set(m_element, "video-sink", picture.makeSink(), "audio-sink", makeSoundSink(sound),
-                 "audio-filter", filter, nullptr);
+    g_object_set(m_element, "video-sink", picture.makeSink(), "text-sink", subtitles.makeSink(), "audio-sink",
+                 makeSoundSink(sound), "audio-filter", filter, nullptr);
     g_signal_connect(m_element, "source-setup", G_CALLBACK(onSource), &m_userAgent);
     g_signal_connect(m_element, "deep-element-added", G_CALLBACK(onElement), nullptr);
     const auto run = [](gpointer work, gpointer) {

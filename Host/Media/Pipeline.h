@@ -10,6 +10,7 @@
 
 #include "Host/Media/GstHandles.h"
 #include "Host/Media/PictureOutput.h"
+#include "Host/Media/SubtitleOutput.h"
 
 namespace Media {
 
@@ -27,7 +28,8 @@ class Pipeline {
 
     // The sound is a GStreamer description of a sink; an empty one is the sound device, if there is any.
     // Messages are delivered on the default main context.
-    Pipeline(PictureOutput& picture, const std::string& sound, MessageHandler onMessage);
+    Pipeline(PictureOutput& picture, SubtitleOutput& subtitles, const std::string& sound,
+             MessageHandler onMessage);
     Pipeline(const Pipeline&) = delete;
     Pipeline& operator=(const Pipeline&) = delete;
     // There is none: GStreamer's elements can hang and crash when they are stopped, so a pipeline ends with

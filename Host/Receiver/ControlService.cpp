@@ -65,13 +65,13 @@ void triggerStreamEvent(ControlDesk& desk, const std::string& name, GVariant* da
 
 GVariant* planes(ControlDesk& desk) {
     GVariantBuilder builder;
-    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ssuuuuubss)"));
+    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ssuuuuubsss)"));
     for (const auto& [player, content] : desk.world.plane().shown()) {
         const auto& window = content.window;
-        g_variant_builder_add(&builder, "(ssuuuuubss)", Names::of(player.kind), player.caller.c_str(),
+        g_variant_builder_add(&builder, "(ssuuuuubsss)", Names::of(player.kind), player.caller.c_str(),
                               player.pluginId, window.x, window.y, window.width, window.height,
                               window.fullScreen ? TRUE : FALSE, content.title.c_str(),
-                              Names::of(content.picture));
+                              Names::of(content.picture), content.subtitles.c_str());
     }
     return g_variant_builder_end(&builder);
 }

@@ -68,16 +68,16 @@ void DbusEvents::fileResponse(const CallerName& to, std::uint32_t handle, const 
 
 void DbusEvents::planeShown(const PlanePlayer& player, const PlaneContent& content) {
     const auto& window = content.window;
-    receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind),
-                                        player.caller.c_str(), player.pluginId, TRUE, window.x, window.y,
-                                        window.width, window.height, window.fullScreen ? TRUE : FALSE,
-                                        content.title.c_str(), Names::of(content.picture));
+    receiver_control_emit_plane_changed(
+        RECEIVER_CONTROL(m_control), Names::of(player.kind), player.caller.c_str(), player.pluginId, TRUE,
+        window.x, window.y, window.width, window.height, window.fullScreen ? TRUE : FALSE,
+        content.title.c_str(), Names::of(content.picture), content.subtitles.c_str());
 }
 
 void DbusEvents::planeHidden(const PlanePlayer& player) {
     receiver_control_emit_plane_changed(RECEIVER_CONTROL(m_control), Names::of(player.kind),
                                         player.caller.c_str(), player.pluginId, FALSE, 0, 0, 0, 0, FALSE, "",
-                                        Names::of(PlanePicture::None));
+                                        Names::of(PlanePicture::None), "");
 }
 
 void DbusEvents::runningChannelChanged(const RunningChannel& channel) {

@@ -47,6 +47,14 @@
     const setCanvasWidth = setter('HTMLCanvasElement', 'width');
     const setCanvasHeight = setter('HTMLCanvasElement', 'height');
     const putImage = method('CanvasRenderingContext2D', 'putImageData');
+    const setFont = setter('CanvasRenderingContext2D', 'font');
+    const setAlign = setter('CanvasRenderingContext2D', 'textAlign');
+    const setFill = setter('CanvasRenderingContext2D', 'fillStyle');
+    const setPen = setter('CanvasRenderingContext2D', 'lineWidth');
+    const drawOutline = method('CanvasRenderingContext2D', 'strokeText');
+    const drawText = method('CanvasRenderingContext2D', 'fillText');
+    const lastIndexOf = method('String', 'lastIndexOf');
+    const substring = method('String', 'substring');
     const bytesOf = getter('ImageData', 'data');
     const rectOf = method('Element', 'getBoundingClientRect');
     const rectsOf = method('Element', 'getClientRects');
@@ -212,6 +220,24 @@
         };
     }
 
+    // White with a black outline, the last line at the bottom.
+    function drawSubtitles(context, text, width, height) {
+        const size = height / 14;
+        setFont(context, `${size}px sans-serif`);
+        setAlign(context, 'center');
+        setFill(context, 'white');
+        setPen(context, size / 6);
+        let bottom = height * 0.92;
+        for (let end = text.length; end >= 0;) {
+            const start = end === 0 ? 0 : lastIndexOf(text, '\n', end - 1) + 1;
+            const line = substring(text, start, end);
+            drawOutline(context, line, width / 2, bottom, width * 0.95);
+            drawText(context, line, width / 2, bottom, width * 0.95);
+            bottom -= size * 1.2;
+            end = start - 1;
+        }
+    }
+
     // In a new closed shadow tree of the host.
     function makeCanvas(host) {
         const canvas = makeElement(document, xhtml, 'canvas');
@@ -222,7 +248,7 @@
         const restyle = makeStyler(canvas);
         let image = null;
         let size = '';
-        function paint(style, width, height) {
+        function paint(style, width, height, subtitles) {
             restyle(style);
             if (width === 0) {
                 return;
@@ -235,6 +261,9 @@
             }
             glass.fill(bytesOf(image));
             putImage(context, image, 0, 0);
+            if (subtitles) {
+                drawSubtitles(context, subtitles, width, height);
+            }
         }
         return { root, paint };
     }

@@ -54,7 +54,13 @@ std::string styleOf(const std::optional<PlaneLayout>& layout, const Rectangle& b
 }  // namespace
 
 void PlayerPicture::change(const PlaneContent& content) {
+    const bool isSamePicture = shows(content.picture) && m_content.title == content.title;
     m_content = content;
+    // Only other subtitles: the picture is painted again, though it is the last one and stands.
+    if (isSamePicture && m_number != 0)
+        m_number = ++m_last;
+    if (isSamePicture)
+        return;
     m_frames.reset();
     m_card = {};
     m_cardTime = 0;
@@ -361,9 +367,11 @@ void Glass::paint(Pane& pane) {
     pane.painted = number;
     pane.style = std::move(style);
     const JSStringHandle text = makeString(pane.style.c_str());
+    const JSStringHandle subtitles = makeString(picture ? picture->content().subtitles.c_str() : "");
     const JSValueRef arguments[] = {JSValueMakeString(pane.context, text.get()),
                                     JSValueMakeNumber(pane.context, m_filling ? m_filling->width() : 0),
-                                    JSValueMakeNumber(pane.context, m_filling ? m_filling->height() : 0)};
+                                    JSValueMakeNumber(pane.context, m_filling ? m_filling->height() : 0),
+                                    JSValueMakeString(pane.context, subtitles.get())};
     JSValueRef exception = nullptr;
     const JSValueRef isHidden = JSObjectCallAsFunction(pane.context, pane.paint, nullptr,
                                                        std::size(arguments), arguments, &exception);

@@ -51,8 +51,8 @@ class PlayerPicture {
 };
 
 // One for each web process, kept until the process ends. A pane is what the browser extensions have made for
-// a hole: a function paint(style, width, height) that gives the canvas its style and, unless width is 0, its
-// next picture; it answers true when the page lets nothing of it be seen.
+// a hole: a function paint(style, width, height, subtitles) that gives the canvas its style and, unless width
+// is 0, its next picture; it answers true when the page lets nothing of it be seen.
 class Glass final : private PlaneListener {
  public:
     Glass() : m_news(*this) {}

@@ -30,7 +30,7 @@ PlaneContent contentOf(GVariant* nameAndPicture) {
     const char* name = nullptr;
     const char* picture = nullptr;
     g_variant_get(nameAndPicture, "(&s&s)", &name, &picture);
-    return {name, pictureOf(picture)};
+    return {name, pictureOf(picture), {}};
 }
 
 struct OpenRequest {
@@ -64,22 +64,23 @@ void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const c
         return;
     }
     if (!g_str_equal(signal, "PlaneChanged") ||
-        !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssubuuuubss)")))
+        !g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssubuuuubsss)")))
         return;
     const char* kind = nullptr;
     const char* caller = nullptr;
     const char* title = nullptr;
     const char* picture = nullptr;
+    const char* subtitles = nullptr;
     gboolean visible = FALSE;
     PlanePlayer player;
-    g_variant_get(parameters, "(&s&subuuuub&s&s)", &kind, &caller, &player.id, &visible, nullptr, nullptr,
-                  nullptr, nullptr, nullptr, &title, &picture);
+    g_variant_get(parameters, "(&s&subuuuub&s&s&s)", &kind, &caller, &player.id, &visible, nullptr, nullptr,
+                  nullptr, nullptr, nullptr, &title, &picture, &subtitles);
     if (!g_str_equal(caller, g_dbus_connection_get_unique_name(bus)))
         return;
     player.isBroadcast = g_str_equal(kind, kBroadcast);
     PlaneListener& listener = static_cast<PlaneNews*>(self)->m_listener;
     if (visible)
-        listener.planeShown(player, {title, pictureOf(picture)});
+        listener.planeShown(player, {title, pictureOf(picture), subtitles});
     else
         listener.planeHidden(player);
 }

@@ -35,6 +35,7 @@ enum class PlanePicture {
 struct PlaneContent {
     std::string title;
     PlanePicture picture = PlanePicture::None;
+    std::string subtitles;  // in lines
 
     [[nodiscard]] bool operator==(const PlaneContent&) const = default;
 };

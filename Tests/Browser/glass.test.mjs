@@ -123,6 +123,19 @@ for (const [how, environment, scale] of [
       await sees([...cardAt(600, 50, 640, 360), [100, 100, ground]]);
     });
 
+    it("has the subtitles that the page selects over the picture", async () => {
+      await show(`${channel("left: 600px; top: 300px")}${film("left: 0; top: 500px; width: 320px; height: 180px")}`);
+      await sees([...cardAt(600, 300, 640, 360), ...cardAt(0, 500, 320, 180)]);
+      // Where the last line is.
+      const isWhite = picture => Array.from({ length: 300 }, (_, place) =>
+        picture.at((770 + place) * scale, Math.floor(625 * scale))).filter(colour => colour === "#ffffff").length > 20;
+      assert.equal(isWhite(look()), false);
+      await run(() => objects[0].selectComponent(objects[0].getComponents(objects[0].COMPONENT_TYPE_SUBTITLE)[0]));
+      await waitFor("subtitles are to be read", () => isWhite(look()));
+      await run(() => objects[0].unselectComponent(objects[0].COMPONENT_TYPE_SUBTITLE));
+      await waitFor("there are none any more", () => !isWhite(look()));
+    });
+
     it("is black in an object that shows nothing, and nothing where none is any more", async () => {
       await show(`${channel("left: 400px; top: 200px")}${film("left: 0; top: 0; width: 320px; height: 180px")}`);
       await sees([...cardAt(400, 200, 640, 360), ...cardAt(0, 0, 320, 180)]);

@@ -28,7 +28,7 @@ constexpr const char household[] = R"({
   "stream_events": [{"url": "dvb://*", "name": "tick", "period_ms": 20, "data": "00"}]
 })";
 
-constexpr const char noPlane[] = ", false, 0, 0, 0, 0, false, '', 'none')";
+constexpr const char noPlane[] = ", false, 0, 0, 0, 0, false, '', 'none', '')";
 
 class TwoPages : public ReceiverTest::RunningReceiver {
  protected:
@@ -129,7 +129,7 @@ TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
     other.forget();
     const std::string channelTwo = "(uint32 1, uint32 0, '', 0, 0, 0, uint32 2)";
     EXPECT_EQ(other.call("IBroadcastPlayer.SetChannel", channelTwo).text(), "(2, true)");
-    const std::string picture = "', 1, true, 0, 0, 16, 9, false, 'Two', 'card')";
+    const std::string picture = "', 1, true, 0, 0, 16, 9, false, 'Two', 'card', '')";
     const auto black = std::string("PlaneChanged('broadcast', 'other', 1") + noPlane;
     EXPECT_TRUE(hears({black, "PlaneChanged('broadcast', 'me" + picture, "PluginEventData(100, 1, 2, 1000)",
                        "PlaneChanged('broadcast', 'other" + picture}));

@@ -24,11 +24,11 @@ constexpr const char films[] = R"({
 })";
 
 std::string plane(const std::string& player, const std::string& content) {
-    return "PlaneChanged(" + player + ", true, " + content + ")";
+    return "PlaneChanged(" + player + ", true, " + content + ", '')";
 }
 
 std::string noPlane(const std::string& player) {
-    return "PlaneChanged(" + player + ", false, 0, 0, 0, 0, false, '', 'none')";
+    return "PlaneChanged(" + player + ", false, 0, 0, 0, 0, false, '', 'none', '')";
 }
 
 std::string state(int player, int value, int error = 1000) {
@@ -67,7 +67,7 @@ TEST_F(ThePlane, ShowsAMediumFromItsFirstPlayingUntilItIsStopped) {
     forget();
     media("Play", "1, 0.0");
     EXPECT_TRUE(hears({state(1, 2), speed(1, "0.0")})) << "a pause changes nothing to be seen";
-    EXPECT_EQ(planes(), "([('broadband', 'me', 1, 10, 20, 320, 180, false, 'film.mp4', 'card')],)");
+    EXPECT_EQ(planes(), "([('broadband', 'me', 1, 10, 20, 320, 180, false, 'film.mp4', 'card', '')],)");
     forget();
     media("Stop", "1,");
     media("Stop", "1,");
@@ -135,10 +135,10 @@ TEST_F(ThePlane, TellsPlayersOfTheSameIdApartAndShowsAllAtOnce) {
     ASSERT_TRUE(WaitFor([this] { return signals().size() == 8; }));
     EXPECT_THAT(signals(),
                 testing::Contains(plane("'broadband', 'me', 2", "16, 0, 16, 9, false, 'song.mp3', 'audio'")));
-    const std::string broadcast = "('broadcast', 'me', 1, 0, 0, 16, 9, false, 'One', 'card')";
+    const std::string broadcast = "('broadcast', 'me', 1, 0, 0, 16, 9, false, 'One', 'card', '')";
     EXPECT_EQ(planes(), "([" + broadcast +
-                            ", ('broadband', 'me', 1, 0, 0, 16, 9, false, 'film.mp4', 'card'), "
-                            "('broadband', 'me', 2, 16, 0, 16, 9, false, 'song.mp3', 'audio')],)");
+                            ", ('broadband', 'me', 1, 0, 0, 16, 9, false, 'film.mp4', 'card', ''), "
+                            "('broadband', 'me', 2, 16, 0, 16, 9, false, 'song.mp3', 'audio', '')],)");
     forget();
     media("ReleasePlayer", "0,");
     EXPECT_TRUE(

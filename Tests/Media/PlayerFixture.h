@@ -41,6 +41,7 @@ class Screen : public Receiver::PictureSink {
  public:
     void show(Host::Descriptor memory) override { m_view = Host::PictureView::open(std::move(memory)); }
     void clear() override { m_view.reset(); }
+    void subtitle(const std::string&) override {}
 
     [[nodiscard]] Colour colour();
     [[nodiscard]] std::pair<int, int> size();

@@ -58,6 +58,38 @@ class AReceiverWithARealPlayer : public RunningReceiver {
     }
 };
 
+TEST_F(AReceiverWithARealPlayer, WritesTheSubtitlesThatAPageHasSelectedOverTheFilmWhileTheyAreDue) {
+    (void)call("IAVEventHandler.UpdateLayout",
+               "(uint32 7, uint32 0, uint32 0, uint32 320, uint32 180, false)");
+    const auto reads = [this](const char* text) {
+        return hearsOf(
+            "PlaneChanged('broadband', 'me', 7, true, 0, 0, 320, 180, false, 'subtitles.mkv', 'frames', '" +
+            std::string(text) + "')");
+    };
+    play(fileUrl("subtitles.mkv"));
+    ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
+    EXPECT_EQ(call("IAVEventHandler.GetSbtComponents", "(uint32 7, true)").text(), "([],)");
+    const auto all = call("IAVEventHandler.GetSbtComponents", "(uint32 7, false)").text();
+    EXPECT_THAT(all, HasSubstr("'deu'"));
+    (void)call("IAVEventHandler.SelectComponent", "(uint32 7, 2, -1)");
+    EXPECT_TRUE(reads("Good evening & welcome\\nto the news"));
+    forget();
+    EXPECT_TRUE(reads(""));
+    EXPECT_TRUE(reads("The weather"));
+    // Before the first text, away from it, and before the second.
+    forget();
+    EXPECT_EQ(call("IAVEventHandler.Seek", "(uint32 7, uint32 800)").text(), "(true,)");
+    EXPECT_TRUE(reads("Good evening & welcome\\nto the news"));
+    forget();
+    EXPECT_EQ(call("IAVEventHandler.Seek", "(uint32 7, uint32 6000)").text(), "(true,)");
+    EXPECT_TRUE(reads(""));
+    EXPECT_EQ(call("IAVEventHandler.Seek", "(uint32 7, uint32 2800)").text(), "(true,)");
+    EXPECT_TRUE(reads("The weather"));
+    forget();
+    (void)call("IAVEventHandler.UnSelectComponent", "(uint32 7, 2, -1)");
+    EXPECT_TRUE(reads(""));
+}
+
 TEST_F(AReceiverWithARealPlayer, TellsPagesAboutTheMediumItself) {
     EXPECT_EQ(call("IAVEventHandler.CheckMimeType", "('application/vnd.apple.mpegurl',)").text(), "(true,)");
     (void)call("IAVEventHandler.UpdateLayout",
@@ -65,7 +97,7 @@ TEST_F(AReceiverWithARealPlayer, TellsPagesAboutTheMediumItself) {
     play(fileUrl("film.mp4"));
     ASSERT_TRUE(hearsOf("PluginEventData(200, 7, 1, 1000)"));
     EXPECT_TRUE(
-        hearsOf("PlaneChanged('broadband', 'me', 7, true, 1, 2, 320, 180, false, 'film.mp4', 'frames')"));
+        hearsOf("PlaneChanged('broadband', 'me', 7, true, 1, 2, 320, 180, false, 'film.mp4', 'frames', '')"));
     EXPECT_EQ(call("IAVEventHandler.GetPlayTime", "(uint32 7,)").text(), "(12021,)");
     EXPECT_EQ(call("IAVEventHandler.GetVideoComponents", "(uint32 7, true)").text(),
               "([(0, 'H264', false, 1, 0, 0x01, '', false, 178)],)");
@@ -108,7 +140,7 @@ class AChannelWithAPicture : public AReceiverWithARealPlayer {
     }
     [[nodiscard]] static std::string plane(const std::string& picture) {
         return "PlaneChanged('broadcast', 'me', 1, true, 0, 0, 64, 36, false, 'Nordlicht 1', '" + picture +
-               "')";
+               "', '')";
     }
     [[nodiscard]] auto count(const std::string& signal) const {
         return std::count(signals().begin(), signals().end(), signal);

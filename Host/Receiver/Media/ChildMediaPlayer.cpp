@@ -171,6 +171,8 @@ void ChildMediaPlayer::hear(MediaMessage& message) {
             m_picture.show(std::move(message.file));
         else
             m_picture.clear();
+    } else if (message.is(MediaWords::Subtitle)) {
+        m_picture.subtitle(g_variant_get_string(message.content.get(), nullptr));
     } else if (!message.is(MediaWords::Ready) && !std::exchange(m_complained, true)) {
         g_warning("the process that plays a film says what nobody knows: %.40s", message.word.c_str());
     }

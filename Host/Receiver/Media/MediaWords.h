@@ -23,5 +23,6 @@ inline constexpr MediaWord Speed{"speed", "d"};
 inline constexpr MediaWord Sought{"sought", "u"};
 inline constexpr MediaWord Components{"components", "a(isnsi)"};  // type, encoding, pid, language, extra
 inline constexpr MediaWord Picture{"picture", "b"};  // with the memory that holds it, or none any more
+inline constexpr MediaWord Subtitle{"subtitle", "s"};  // its lines, or empty: none any more
 
 }  // namespace Receiver::MediaWords

@@ -161,13 +161,18 @@ std::vector<Component> BroadcastPlayers::components(std::uint32_t pluginId, Comp
 void BroadcastPlayers::selectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
     const auto* shown = channel(pluginId);
     if (shown != nullptr && player(pluginId).selection.select(shown->components, type, pid))
-        m_events.pluginEventSigned(m_caller, Event::BroadcastComponentSelect, pluginId, type);
+        selectionChanged(pluginId, type);
 }
 
 void BroadcastPlayers::unselectComponent(std::uint32_t pluginId, std::int32_t type, std::int32_t pid) {
     const auto* shown = channel(pluginId);
     if (shown != nullptr && player(pluginId).selection.unselect(shown->components, type, pid))
-        m_events.pluginEventSigned(m_caller, Event::BroadcastComponentSelect, pluginId, type);
+        selectionChanged(pluginId, type);
+}
+
+void BroadcastPlayers::selectionChanged(std::uint32_t pluginId, std::int32_t type) {
+    updatePlane(pluginId);
+    m_events.pluginEventSigned(m_caller, Event::BroadcastComponentSelect, pluginId, type);
 }
 
 void BroadcastPlayers::currentChannelChanged() {
@@ -267,7 +272,9 @@ void BroadcastPlayers::updatePlane(std::uint32_t pluginId) {
     if (shown == nullptr)
         m_plane.hide(identity(pluginId));
     else
-        m_plane.show(identity(pluginId), {updated.window, shown->name, m_live.pictureOf(*shown)});
+        m_plane.show(identity(pluginId),
+                     {updated.window, shown->name, m_live.pictureOf(*shown),
+                      namesOfSubtitles(components(pluginId, ComponentType::Subtitle, true))});
 }
 
 }  // namespace Receiver

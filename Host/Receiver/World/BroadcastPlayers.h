@@ -106,6 +106,7 @@ class BroadcastPlayers {
         return {PlaneKind::Broadcast, m_caller, pluginId};
     }
     void end(std::uint32_t pluginId, BroadcastPlayer& player);
+    void selectionChanged(std::uint32_t pluginId, std::int32_t type);
     void updatePlane(std::uint32_t pluginId);
 
     const CallerName m_caller;

@@ -42,6 +42,15 @@ bool areOnlySound(const std::vector<Component>& components) {
     return !components.empty() && ofType(components, ComponentType::Video).empty();
 }
 
+std::string namesOfSubtitles(const std::vector<Component>& components) {
+    std::string names;
+    for (const auto& component : components)
+        names += (names.empty() ? "Subtitles: " : ", ") +
+                 (component.language.empty() ? "no language" : component.language) +
+                 (component.impaired ? ", for the hearing impaired" : "");
+    return names;
+}
+
 std::vector<Component> ComponentSelection::list(const std::vector<Component>& all, ComponentType type,
                                                 bool activeOnly,
                                                 const std::string& preferredLanguages) const {

@@ -17,6 +17,9 @@ inline constexpr std::int32_t AnyPid = -1;
 // There are some, and no picture among them.
 [[nodiscard]] bool areOnlySound(const std::vector<Component>& components);
 
+// Stands in for what a channel, or a film that is not decoded, has to say in these subtitles.
+[[nodiscard]] std::string namesOfSubtitles(const std::vector<Component>& components);
+
 class ComponentSelection {
  public:
     // Until a page selects, the receiver shows the first video, the audio of the preferred language (else the

@@ -53,6 +53,8 @@ class PictureSink {
     virtual void show(Host::Descriptor memory) = 0;
     // There are none any more.
     virtual void clear() = 0;
+    // What is to be read over them, in lines.
+    virtual void subtitle(const std::string& text) = 0;
 };
 
 class MediaPlayer {

@@ -154,6 +154,7 @@ void MediaSession::unselectComponent(std::int32_t type, std::int32_t pid) {
 
 void MediaSession::selectionChanged(std::int32_t type) {
     present();
+    updatePlane();
     m_events.pluginEventSigned(m_identity.caller, Event::MediaComponentSelect, m_identity.pluginId, type);
 }
 
@@ -194,7 +195,7 @@ void MediaSession::mediaPositionChanged(std::uint32_t milliseconds) {
 
 void MediaSession::updatePlane() {
     if (m_isSeen && m_window.isSomewhere())
-        m_plane.show(m_identity, {m_window, fileName(m_url), picture()});
+        m_plane.show(m_identity, {m_window, fileName(m_url), picture(), subtitles()});
     else
         m_plane.hide(m_identity);
 }
@@ -205,6 +206,11 @@ PlanePicture MediaSession::picture() const {
     if (!m_player->givesFrames())
         return PlanePicture::Card;
     return m_frames.hasFrame() ? PlanePicture::Frames : PlanePicture::None;
+}
+
+std::string MediaSession::subtitles() const {
+    return m_player->givesFrames() ? m_frames.subtitles()
+                                   : namesOfSubtitles(components(ComponentType::Subtitle, true));
 }
 
 MediaSession& MediaPlayers::session(std::uint32_t pluginId) {

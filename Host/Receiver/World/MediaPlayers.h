@@ -85,6 +85,7 @@ class MediaSession : private MediaListener {
     void present();
     void updatePlane();
     [[nodiscard]] PlanePicture picture() const;
+    [[nodiscard]] std::string subtitles() const;
 
     const PlanePlayer m_identity;
     const Scenario& m_scenario;

@@ -65,6 +65,7 @@ struct PlaneContent {
     VideoWindow window;
     std::string title;
     PlanePicture picture = PlanePicture::None;
+    std::string subtitles;  // in lines; empty when there are none now
 
     [[nodiscard]] bool operator==(const PlaneContent&) const = default;
 };
