@@ -28,11 +28,12 @@ const table = (...applications) => `<?xml version="1.0" encoding="UTF-8"?>
 <mhp:ApplicationDiscovery DomainName="test.invalid"><mhp:ApplicationList>${applications.join("")}
 </mhp:ApplicationList></mhp:ApplicationDiscovery></mhp:ServiceDiscovery>`;
 
-// Tells on the terminal where it is; red starts another application.
-const page = `<!DOCTYPE html><html><head><script>console.log("runs " + location);
+// Red starts another application; tells on the terminal where it is, once it would hear the key.
+const page = `<!DOCTYPE html><html><head><script>
 var owner = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document);
 owner.privateData.keyset.setValue(1);
 document.addEventListener("keydown", function () { owner.createApplication("/written/other.aitx?c#d", false); });
+console.log("runs " + location);
 </script></head><body></body></html>`;
 
 describe("An application of a table", () => {
