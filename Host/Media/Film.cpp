@@ -17,6 +17,7 @@ namespace {
 constexpr double fastestWithSound = 2.0;
 constexpr std::uint32_t stepMs = 200;
 constexpr std::uint32_t glanceMs = 500;
+constexpr int mostStillGlances = 6;
 // How often, and for how many times, a length is asked for that is not known yet; that of a live stream never is.
 constexpr std::uint32_t lookMs = 50;
 constexpr int mostLooks = 20;
@@ -68,6 +69,7 @@ void Film::seek(std::uint32_t milliseconds) {
         return;
     if (m_rewinding)
         m_rewinding = Rewinding{milliseconds, m_timers.now()};
+    m_progress.soughtTo = milliseconds;
     seekPipeline(milliseconds, m_progress.rate, true);
 }
 
@@ -258,13 +260,13 @@ void Film::prerolled() {
         return;
     }
     // A page of text, such as a server's excuse, is no medium, though GStreamer shows it as a subtitle.
-    if (!m_progress.live && !m_streams.hasPictureOrSound()) {
+    if (!m_progress.live && !m_streams.has(ComponentType::Video) && !m_streams.has(ComponentType::Audio)) {
         fail(MediaError::Corrupt);
         return;
     }
     m_duration = m_pipeline.duration().value_or(0);
-    // A list of segments that are still being joined to their decoders knows its length, and nobody asks it.
-    if (m_duration == 0 && !m_progress.live && m_progress.looks < mostLooks && m_pipeline.isAdaptive()) {
+    // A demuxer that is still being joined to its decoders may know the length, and nobody asks it.
+    if (m_duration == 0 && !m_progress.live && m_progress.looks < mostLooks) {
         ++m_progress.looks;
         m_nextGlance.start(lookMs, [this] { prerolled(); });
         return;
@@ -305,6 +307,12 @@ void Film::reachedEnd() {
     // At its end a pipeline says that all of the medium has been played, even if some of it never came.
     if (isTooEarlyToEnd()) {
         fail(MediaError::Corrupt);
+        return;
+    }
+    // A demuxer of segments now and then comes to the end behind a seek without having given a picture.
+    if (m_progress.soughtTo && m_streams.has(ComponentType::Video) && !m_pipeline.hasGivenPictures()) {
+        const auto place = *std::exchange(m_progress.soughtTo, std::nullopt);
+        seekPipeline(place, m_progress.rate, false);
         return;
     }
     if (m_duration != 0)
@@ -431,9 +439,18 @@ void Film::step() {
     m_nextStep.start(stepMs, [this] { step(); });
 }
 
-// Keeps an eye on how far it has come, for the end.
+// Keeps an eye on how far it has come, for the end. A pipeline that has played all now and then does not say
+// so.
 void Film::glance() {
-    (void)position();
+    const auto before = m_lastPosition;
+    const auto here = position();
+    const bool stands =
+        here == before && pace() > 0.0 && m_duration != 0 && here + tolerance(m_duration) >= m_duration;
+    m_stillGlances = stands ? m_stillGlances + 1 : 0;
+    if (m_stillGlances >= mostStillGlances) {
+        reachedEnd();
+        return;
+    }
     m_nextGlance.start(glanceMs, [this] { glance(); });
 }
 

@@ -64,6 +64,7 @@ class Film {
         std::uint32_t seekTarget = 0;
         std::optional<std::uint32_t> nextSeek;  // wanted while another one was under way
         bool announceSeek = false;
+        std::optional<std::uint32_t> soughtTo;  // unless it has been sought there twice
         bool onlyFromStart = false;  // the server does not send from the middle
         bool missingPlugin = false;
         std::optional<double> announcedSpeed;
@@ -123,6 +124,7 @@ class Film {
     bool m_showsSubtitles = false;
     Progress m_progress;
     std::optional<Rewinding> m_rewinding;
+    int m_stillGlances = 0;   // at which it stood near its end
     Receiver::Timer m_limit;  // for connecting, and for waiting for data
     Receiver::Timer m_seekLimit;
     Receiver::Timer m_nextStep;

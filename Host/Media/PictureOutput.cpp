@@ -13,6 +13,7 @@ void PictureOutput::take(GstSample* rawSample) {
     if (caps == nullptr || !gst_video_info_from_caps(&info, caps) ||
         !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample.get()), GST_MAP_READ))
         return;
+    ++m_count;
     {
         const std::lock_guard lock(m_mutex);
         if (m_shown && m_memory.write(GST_VIDEO_FRAME_WIDTH(&frame), GST_VIDEO_FRAME_HEIGHT(&frame),

@@ -1,6 +1,7 @@
 // The way of a pipeline's pictures into memory that other processes look into.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 
@@ -17,6 +18,8 @@ class PictureOutput {
 
     // Without, pictures are only timed.
     void show(bool shown);
+    // How many there have been, seen or not.
+    [[nodiscard]] unsigned count() const { return m_count; }
     // For a reader of another process.
     [[nodiscard]] Host::Descriptor share() const { return m_memory.share(); }
 
@@ -29,6 +32,7 @@ class PictureOutput {
     const std::function<void(bool)> m_changed;
     std::mutex m_mutex;
     bool m_shown = true;
+    std::atomic<unsigned> m_count = 0;
     Host::PictureWriter m_memory;
 };
 

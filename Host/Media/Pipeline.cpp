@@ -174,6 +174,7 @@ void Pipeline::seek(double rate, std::uint32_t milliseconds, Seek mode) {
     const auto start = static_cast<gint64>(milliseconds) * static_cast<gint64>(GST_MSECOND);
     post([this, rate, start, flags] {
         const auto openEnd = static_cast<gint64>(GST_CLOCK_TIME_NONE);
+        m_picturesBefore = m_picture.count();
         if (!gst_element_seek(m_element, rate, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, start,
                               GST_SEEK_TYPE_SET, openEnd))
             say(PipelineSays::SeekFailed);

@@ -2,6 +2,7 @@
 // thread of its own.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -42,6 +43,8 @@ class Pipeline {
     void open(const std::string& url);
     void setState(GstState state);
     void seek(double rate, std::uint32_t milliseconds, Seek mode);
+    // Since the last seek, or the beginning.
+    [[nodiscard]] bool hasGivenPictures() const { return m_picture.count() != m_picturesBefore; }
     void selectStreams(std::vector<std::string> ids);
     void setVolume(double volume);  // 0 to 1
     void setMuted(bool muted);
@@ -63,6 +66,7 @@ class Pipeline {
     void say(const char* what);
 
     PictureOutput& m_picture;
+    std::atomic<unsigned> m_picturesBefore = 0;  // the last seek
     MessageHandler m_handler;
     GstElement* m_element;
     GstElement* m_volume;

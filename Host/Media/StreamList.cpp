@@ -128,10 +128,10 @@ std::vector<Component> StreamList::components() const {
     return components;
 }
 
-bool StreamList::hasPictureOrSound() const {
+bool StreamList::has(ComponentType type) const {
     const auto all = components();
     return std::any_of(all.begin(), all.end(),
-                       [](const Component& component) { return component.type != ComponentType::Subtitle; });
+                       [type](const Component& component) { return component.type == type; });
 }
 
 }  // namespace Media

@@ -17,7 +17,7 @@ class StreamList {
     void update(GstObjectHandle<GstStreamCollection> collection);
     // As the streams describe themselves now; some learn their format only when they are decoded.
     [[nodiscard]] std::vector<Component> components() const;
-    [[nodiscard]] bool hasPictureOrSound() const;
+    [[nodiscard]] bool has(Receiver::ComponentType type) const;
 
     // The stream behind one of them.
     [[nodiscard]] const std::string& streamId(const Component& component) const {
