@@ -16,6 +16,20 @@ void paint(GtkWidget* widget, const char* color) {
                                    GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
+namespace {
+
+// Without compositing, WebKit replaces what is beneath a view where that is transparent. So each paints on a
+// sheet of its own, which is then laid over the others.
+gboolean onDrawSheet(GtkWidget* sheet, cairo_t* cairo, gpointer view) {
+    cairo_push_group(cairo);
+    gtk_container_propagate_draw(GTK_CONTAINER(sheet), GTK_WIDGET(view), cairo);
+    cairo_pop_group_to_source(cairo);
+    cairo_paint(cairo);
+    return TRUE;
+}
+
+}  // namespace
+
 Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
     : m_keyHandler(std::move(keyHandler)), m_closed(std::move(closed)) {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
@@ -40,14 +54,18 @@ Screen::~Screen() {
 
 void Screen::add(BrowserView& view) {
     m_views.push_back(&view);
-    gtk_overlay_add_overlay(GTK_OVERLAY(m_overlay), view.widget());
+    GtkWidget* sheet = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
+    gtk_box_pack_start(GTK_BOX(sheet), view.widget(), TRUE, TRUE, 0);
+    g_signal_connect(sheet, "draw", G_CALLBACK(onDrawSheet), view.widget());
+    gtk_widget_show(sheet);
+    gtk_overlay_add_overlay(GTK_OVERLAY(m_overlay), sheet);
     focusTop();
 }
 
 void Screen::remove(BrowserView& view) {
     std::erase(m_views, &view);
     if (m_window)
-        gtk_container_remove(GTK_CONTAINER(m_overlay), view.widget());
+        gtk_widget_destroy(gtk_widget_get_parent(view.widget()));
     focusTop();
 }
 

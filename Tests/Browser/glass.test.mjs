@@ -123,6 +123,48 @@ for (const [how, environment, scale] of [
       await sees([...cardAt(600, 50, 640, 360), [100, 100, ground]]);
     });
 
+    it("keeps its shape while the object grows and shrinks", async () => {
+      await show(`<style>@keyframes grow { to { transform: scale(0.5) } }</style>
+        ${channel("left: 600px; top: 300px; transform-origin: 0 0")}`);
+      await sees(cardAt(600, 300, 640, 360));
+      await run(() => { objects[0].style.animation = "grow 1.7s linear infinite alternate"; });
+      const sizes = new Set();
+      for (let count = 0; count < 15; ++count) {
+        const picture = look();
+        const size = (from, at) => {
+          let length = 0;
+          while (at(from + length) !== ground)
+            ++length;
+          return length;
+        };
+        const [x, y] = [600 * scale, 300 * scale];
+        const width = size(x, at => picture.at(at, y + 3 * scale));
+        const height = size(y, at => picture.at(x + 3 * scale, at));
+        assert.ok(width >= 320 * scale && width <= 640 * scale, `${width} wide`);
+        assert.ok(Math.abs(width / height - 16 / 9) < 0.06, `${width} by ${height}`);
+        sizes.add(width);
+        await pause(50);
+      }
+      assert.ok(sizes.size > 3, `the sizes are ${[...sizes]}`);
+    });
+
+    it("shines through another application above", async () => {
+      const above = television.server.write("above.html", `<!DOCTYPE html><html><body style="margin: 0">
+        <object type="application/oipfApplicationManager" id="manager"></object>
+        <div style="position: absolute; left: 300px; top: 0; width: 300px; height: 720px; background: #ff0000"></div>
+        <script>document.getElementById("manager").getOwnerApplication(document).show();</script></body></html>`);
+      await show(channel("left: 200px; top: 100px"));
+      await sees(cardAt(200, 100, 640, 360));
+      await television.browser.run(url => {
+        window.above = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
+          .createApplication(url, true);
+      }, above);
+      await sees([...cardAt(200, 100, 640, 360).filter(([x]) => x < 300 || x > 600), [450, 50, "#ff0000"],
+        [700, 50, ground]]);
+      await run(() => above.destroyApplication());
+      await sees([...cardAt(200, 100, 640, 360), [450, 50, ground]]);
+    });
+
     it("has the subtitles that the page selects over the picture", async () => {
       await show(`${channel("left: 600px; top: 300px")}${film("left: 0; top: 500px; width: 320px; height: 180px")}`);
       await sees([...cardAt(600, 300, 640, 360), ...cardAt(0, 500, 320, 180)]);
