@@ -1,7 +1,6 @@
 #include "Host/Shell/Browser.h"
 
 #include <algorithm>
-#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <utility>
@@ -56,7 +55,9 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_web(m_options, m_channel.address()),
       m_broadcast(m_web.userAgent(), m_receiver),
       m_carousel(m_web.context(), m_channel, m_options.carouselLimitSeconds),
-      m_screen([this](const GdkEventKey& event) { return handleKey(event); }, [this] { leave(0); }),
+      m_screen(
+          m_options.zoom, [this](const GdkEventKey& event) { return handleKey(event); },
+          [this] { leave(0); }),
       m_check(m_options, m_screen, [this](int exitCode) { leave(exitCode); }) {
     greetReceiver();
     if (m_firstViewId != 1)
@@ -178,10 +179,6 @@ BrowserView& Browser::openView(std::int32_t id, const std::string& url) {
     view = std::make_unique<BrowserView>(id, m_web.viewSetup(), *this);
     m_receiver.registerView(id, url);
     m_screen.add(*view);
-    // What the views are stacked in.
-    gtk_widget_set_size_request(gtk_widget_get_parent(view->widget()),
-                                static_cast<int>(std::lround(kScreenWidth * m_options.zoom)),
-                                static_cast<int>(std::lround(kScreenHeight * m_options.zoom)));
     topChanged();
     if (!url.empty())
         view->load(url);

@@ -1,6 +1,7 @@
 #include "Host/Shell/Screen.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Host/Inc/ShellChannel.h"
 
@@ -30,14 +31,15 @@ gboolean onDrawSheet(GtkWidget* sheet, cairo_t* cairo, gpointer view) {
 
 }  // namespace
 
-Screen::Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
+Screen::Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
     : m_keyHandler(std::move(keyHandler)), m_closed(std::move(closed)) {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     gtk_window_set_title(GTK_WINDOW(m_window), "HbbTV");
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     m_overlay = gtk_overlay_new();
     paint(m_window, "black");
-    gtk_widget_set_size_request(m_overlay, kScreenWidth, kScreenHeight);
+    gtk_widget_set_size_request(m_overlay, static_cast<int>(std::lround(kScreenWidth * zoom)),
+                                static_cast<int>(std::lround(kScreenHeight * zoom)));
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
     g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);

@@ -20,7 +20,7 @@ void paint(GtkWidget* widget, const char* color);
 class Screen {
  public:
     // `keyHandler` sees each key before any view; true keeps it from the view that has the focus.
-    Screen(std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed);
+    Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
