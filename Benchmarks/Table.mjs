@@ -2,7 +2,7 @@
 // that were taken by turns. Ends with 1 when a ratio is over its goal.
 //
 //     node Table.mjs FOLDER     with bindings.json, remote-calls.json, television.json, search.json, memory.json,
-//                            page-load.json, first-picture.json
+//                            page-load.json, first-picture.json, glass.json
 import { readFileSync } from 'node:fs';
 import path from 'node:path';
 
@@ -34,6 +34,8 @@ const search = read('search.json');
 const memory = read('memory.json');
 const load = read('page-load.json');
 const firstPicture = read('first-picture.json');
+const glass = read('glass.json');
+const onScreen = (height, way) => inMilliseconds(glass[height][way]);
 const inProcess = (name) => ({ value: median(times(bindings, name, 'cpu_time')), unit: 'ns' });
 const overBus = (name) => ({ value: median(times(remote, `${name}/real_time`, 'real_time')) / 1000, unit: 'us' });
 const scales = { ns: 1, us: 1e3, ms: 1e6 };
@@ -72,6 +74,11 @@ const rows = [
   // Part of the row above: what a viewer waits for is the page on the screen.
   ['of it until the load event, with bundle / without', milliseconds(load.with, 'loaded'), milliseconds(load.without, 'loaded'), null],
   ['play(1) until the page hears that it plays / bare player', ...toFirstPicture, null],
+  // Milliseconds of a processor in a second. A graphics processor composes what a software GL has to.
+  ['film of 720p on the screen, no compositing / GTK window', onScreen(720, 'page'), onScreen(720, 'bare'), 2],
+  ['film of 1080p on the screen, no compositing / GTK window', onScreen(1080, 'page'), onScreen(1080, 'bare'), 2],
+  ['film of 720p on the screen, software GL / GTK window', onScreen(720, 'softwareGl'), onScreen(720, 'bare'), null],
+  ['film of 1080p on the screen, software GL / GTK window', onScreen(1080, 'softwareGl'), onScreen(1080, 'bare'), null],
   ['memory of a live object, generated / by hand', bytes(memory.binding), bytes(memory.hand), null],
   ['memory of a live channel / plain object of its 17 values', bytes(memory.channel), bytes(memory.plainChannel), null],
 ];
