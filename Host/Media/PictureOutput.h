@@ -5,10 +5,14 @@
 #include <functional>
 #include <mutex>
 
+#include <gst/video/video.h>
+
 #include "Host/Media/GstHandles.h"
 #include "Host/Picture/PictureWriter.h"
 
 namespace Media {
+
+using GstVideoConverterHandle = std::unique_ptr<GstVideoConverter, Host::GFree<&gst_video_converter_free>>;
 
 class PictureOutput {
  public:
@@ -28,12 +32,18 @@ class PictureOutput {
 
  private:
     void take(GstSample* sample);
+    // Makes ready for pictures of this kind, if those before were of another.
+    [[nodiscard]] bool prepare(const GstVideoInfo& from);
+    [[nodiscard]] bool convert(GstBuffer* buffer, std::uint32_t* pixels);
 
     const std::function<void(bool)> m_changed;
     std::mutex m_mutex;
     bool m_shown = true;
     std::atomic<unsigned> m_count = 0;
     Host::PictureWriter m_memory;
+    GstVideoInfo m_from{};
+    GstVideoInfo m_to{};
+    GstVideoConverterHandle m_converter;
 };
 
 }  // namespace Media

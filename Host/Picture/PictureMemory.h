@@ -2,7 +2,9 @@
 //
 // Frames are numbered from 1; a frame's number says which buffer it is in. The writer goes round the buffers
 // and never waits: while it fills one, that buffer's number is 0. A reader copies the newest frame and then
-// looks whether the buffer still has the number that it had before; if not, what it has copied is torn.
+// looks whether the buffer still has the number that it had before; if not, what it has copied is torn. The
+// pixels themselves are plain memory, so that libraries can fill them and they are copied as fast as memory
+// is.
 #pragma once
 
 #include <array>
@@ -22,8 +24,8 @@ struct PictureMemory {
         std::atomic<std::uint32_t> number;
         std::atomic<std::uint32_t> width;
         std::atomic<std::uint32_t> height;
-        // Row by row without gaps, each 0x00RRGGBB.
-        std::array<std::atomic<std::uint32_t>, LargestWidth * LargestHeight> pixels;
+        // Row by row without gaps, each the bytes red, green, blue and 255: what a canvas takes.
+        alignas(64) std::array<std::uint32_t, LargestWidth * LargestHeight> pixels;
     };
 
     std::atomic<std::uint32_t> mark;

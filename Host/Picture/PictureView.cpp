@@ -1,12 +1,13 @@
 #include "Host/Picture/PictureView.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Host {
 
 namespace {
 
-// A writer that tears this many in a row is not one that shows pictures at a rate of any film.
+// A writer that is faster than this many looks is not one that shows pictures at a rate of any film.
 constexpr int kAttempts = 3;
 
 }  // namespace
@@ -25,39 +26,33 @@ bool PictureView::update() {
         const auto newest = memory().newest.load(std::memory_order_acquire);
         if (newest == m_frame.number)
             return false;
-        if (newest == 0) {
-            m_frame = Frame();
-            return true;
-        }
-        if (copy(newest)) {
-            std::swap(m_frame, m_spare);
-            return true;
-        }
+        const auto& buffer = memory().bufferOf(newest);
+        if (newest != 0 && buffer.number.load(std::memory_order_acquire) != newest)
+            continue;
+        const auto frame = newest == 0 ? Frame()
+                                       : Frame{newest, buffer.width.load(std::memory_order_relaxed),
+                                               buffer.height.load(std::memory_order_relaxed)};
+        if (newest != 0 && (!has(newest) || frame.width == 0 || frame.width > PictureMemory::LargestWidth ||
+                            frame.height == 0 || frame.height > PictureMemory::LargestHeight))
+            continue;
+        m_frame = frame;
+        return true;
     }
     return false;
 }
 
-bool PictureView::copy(std::uint32_t number) {
-    const auto& buffer = memory().bufferOf(number);
-    if (buffer.number.load(std::memory_order_acquire) != number)
+bool PictureView::read(std::uint32_t* pixels) const {
+    const auto& buffer = memory().bufferOf(m_frame.number);
+    if (m_frame.number == 0 || buffer.number.load(std::memory_order_acquire) != m_frame.number)
         return false;
-    const auto width = buffer.width.load(std::memory_order_relaxed);
-    const auto height = buffer.height.load(std::memory_order_relaxed);
-    if (width == 0 || width > PictureMemory::LargestWidth || height == 0 ||
-        height > PictureMemory::LargestHeight)
-        return false;
-    m_spare.pixels.resize(std::size_t{width} * height);
-    const auto* source = buffer.pixels.data();
-    for (auto& pixel : m_spare.pixels)
-        pixel = (source++)->load(std::memory_order_relaxed);
-    // Had any of that been written since, the number would be another now.
+    std::copy_n(buffer.pixels.data(), std::size_t{m_frame.width} * m_frame.height, pixels);
+    return has(m_frame.number);
+}
+
+bool PictureView::has(std::uint32_t number) const {
+    // Had anything been written since, the number would be another now.
     std::atomic_thread_fence(std::memory_order_acquire);
-    if (buffer.number.load(std::memory_order_relaxed) != number)
-        return false;
-    m_spare.number = number;
-    m_spare.width = static_cast<int>(width);
-    m_spare.height = static_cast<int>(height);
-    return true;
+    return memory().bufferOf(number).number.load(std::memory_order_relaxed) == number;
 }
 
 }  // namespace Host

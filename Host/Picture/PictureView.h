@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "Host/Picture/PictureMemory.h"
 #include "Host/Picture/SharedMemory.h"
@@ -16,22 +15,21 @@ class PictureView {
     // Null for a descriptor of anything but a picture.
     [[nodiscard]] static std::unique_ptr<PictureView> open(Descriptor file);
 
-    // Takes the newest frame. False when that is the one it had, also when the writer was faster than the
-    // copy.
+    // Turns to the newest frame. False when that is the one it had.
     bool update();
 
     // Both 0 while there is no picture.
-    [[nodiscard]] int width() const { return m_frame.width; }
-    [[nodiscard]] int height() const { return m_frame.height; }
-    // 0x00RRGGBB, row by row without gaps; good until the next update().
-    [[nodiscard]] const std::vector<std::uint32_t>& pixels() const { return m_frame.pixels; }
+    [[nodiscard]] int width() const { return static_cast<int>(m_frame.width); }
+    [[nodiscard]] int height() const { return static_cast<int>(m_frame.height); }
+    // Copies the frame's width times height pixels, row by row without gaps, each the bytes red, green, blue
+    // and 255. False, and the copy is torn, when the writer has meanwhile gone on: there is a newer one then.
+    [[nodiscard]] bool read(std::uint32_t* pixels) const;
 
  private:
     struct Frame {
         std::uint32_t number = 0;
-        int width = 0;
-        int height = 0;
-        std::vector<std::uint32_t> pixels;
+        std::uint32_t width = 0;
+        std::uint32_t height = 0;
     };
 
     explicit PictureView(Mapping mapping) : m_mapping(std::move(mapping)) {}
@@ -39,12 +37,11 @@ class PictureView {
     [[nodiscard]] const PictureMemory& memory() const {
         return *static_cast<const PictureMemory*>(m_mapping.address());
     }
-    // Copies the frame into the spare one; false when it is torn, or none.
-    [[nodiscard]] bool copy(std::uint32_t number);
+    // What has been read of this frame until now is whole.
+    [[nodiscard]] bool has(std::uint32_t number) const;
 
     Mapping m_mapping;
     Frame m_frame;
-    Frame m_spare;
 };
 
 }  // namespace Host

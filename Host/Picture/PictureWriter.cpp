@@ -1,29 +1,16 @@
 #include "Host/Picture/PictureWriter.h"
 
-#include <algorithm>
-
 namespace Host {
-
-namespace {
-
-constexpr int kBytesPerPixel = 4;
-
-std::uint32_t dividedUp(int number, std::uint32_t divisor) {
-    return (static_cast<std::uint32_t>(number) + divisor - 1) / divisor;
-}
-
-std::uint32_t pixelOf(const std::uint8_t* bgrx) {
-    return std::uint32_t{bgrx[0]} | std::uint32_t{bgrx[1]} << 8 | std::uint32_t{bgrx[2]} << 16;
-}
-
-}  // namespace
 
 PictureMemory* PictureWriter::memory() const {
     return m_shared ? static_cast<PictureMemory*>(m_shared->bytes.address()) : nullptr;
 }
 
-Written PictureWriter::write(int width, int height, int stride, const std::uint8_t* bgrx) {
-    if (width <= 0 || height <= 0 || stride / kBytesPerPixel < width || bgrx == nullptr)
+Written PictureWriter::write(int width, int height, const std::function<bool(std::uint32_t*)>& fill) {
+    const auto columns = static_cast<std::uint32_t>(width);
+    const auto rows = static_cast<std::uint32_t>(height);
+    if (width <= 0 || columns > PictureMemory::LargestWidth || height <= 0 ||
+        rows > PictureMemory::LargestHeight)
         return Written::Refused;
     const std::lock_guard lock(m_mutex);
     if (!m_shared) {
@@ -32,11 +19,6 @@ Written PictureWriter::write(int width, int height, int stride, const std::uint8
             return Written::Refused;
         memory()->mark.store(PictureMemory::Mark, std::memory_order_relaxed);
     }
-    const auto step = std::max(dividedUp(width, PictureMemory::LargestWidth),
-                               dividedUp(height, PictureMemory::LargestHeight));
-    const auto columns = dividedUp(width, step);
-    const auto rows = dividedUp(height, step);
-
     m_last += m_last == UINT32_MAX ? 2 : 1;
     auto& buffer = memory()->bufferOf(m_last);
     buffer.number.store(0, std::memory_order_relaxed);
@@ -44,13 +26,8 @@ Written PictureWriter::write(int width, int height, int stride, const std::uint8
     std::atomic_thread_fence(std::memory_order_release);
     buffer.width.store(columns, std::memory_order_relaxed);
     buffer.height.store(rows, std::memory_order_relaxed);
-    auto* pixel = buffer.pixels.data();
-    for (std::uint32_t row = 0; row < rows; ++row) {
-        const auto* source = bgrx + std::size_t{row} * step * static_cast<std::size_t>(stride);
-        for (std::uint32_t column = 0; column < columns; ++column)
-            (pixel++)->store(pixelOf(source + std::size_t{column} * step * kBytesPerPixel),
-                             std::memory_order_relaxed);
-    }
+    if (!fill(buffer.pixels.data()))
+        return Written::Refused;
     buffer.number.store(m_last, std::memory_order_release);
     const auto before = memory()->newest.exchange(m_last, std::memory_order_release);
     return before == 0 ? Written::First : Written::Further;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -18,9 +19,9 @@ enum class Written {
 
 class PictureWriter {
  public:
-    // Rows of blue, green, red and a byte without meaning, `stride` bytes apart. A frame beyond 1920x1080
-    // loses rows and columns until it fits. The memory is made for the first frame.
-    [[nodiscard]] Written write(int width, int height, int stride, const std::uint8_t* bgrx);
+    // Of at most 1920x1080. `fill` is given the place of the pixels, and answers whether they are a frame
+    // now. The memory is made for the first frame.
+    [[nodiscard]] Written write(int width, int height, const std::function<bool(std::uint32_t*)>& fill);
     // Readers see no picture until there is another frame.
     void clear();
 

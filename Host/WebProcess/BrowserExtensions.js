@@ -248,24 +248,33 @@
         const restyle = makeStyler(canvas);
         let image = null;
         let size = '';
+        // Leaves it black.
+        function resize(width, height) {
+            size = `${width}x${height}`;
+            setCanvasWidth(canvas, width);
+            setCanvasHeight(canvas, height);
+        }
         function paint(style, width, height, subtitles) {
             restyle(style);
             if (width === 0) {
                 return;
             }
-            if (size !== `${width}x${height}`) {
-                size = `${width}x${height}`;
-                setCanvasWidth(canvas, width);
-                setCanvasHeight(canvas, height);
+            const isResized = size !== `${width}x${height}`;
+            if (isResized) {
                 image = new ImageData(width, height);
             }
-            glass.fill(bytesOf(image));
+            if (!glass.fill(bytesOf(image))) {
+                return;
+            }
+            if (isResized) {
+                resize(width, height);
+            }
             putImage(context, image, 0, 0);
             if (subtitles) {
                 drawSubtitles(context, subtitles, width, height);
             }
         }
-        return { root, paint };
+        return {root, resize, paint};
     }
 
     function makePane() {
@@ -324,7 +333,7 @@
 
     // Black first: without compositing, what a transparent page no longer paints stays for seconds.
     function hideBehind(shown) {
-        shown.canvas.paint(shown.style, 1, 1);
+        shown.canvas.resize(1, 1);
         shown.style = hidden;
         const hide = () => {
             if (shown.style === hidden) {

@@ -105,6 +105,8 @@ void PlayerPicture::drawCard() {
         drawAudioCard(cairo, m_content.title);
     cairo_destroy(cairo);
     cairo_surface_destroy(surface);
+    for (auto& pixel : m_card)
+        pixel = 0xFF000000 | (pixel & 0xFF) << 16 | (pixel & 0xFF00) | (pixel >> 16 & 0xFF);
 }
 
 int PlayerPicture::width() const {
@@ -115,8 +117,11 @@ int PlayerPicture::height() const {
     return m_frames ? m_frames->height() : kCardHeight;
 }
 
-const std::uint32_t* PlayerPicture::pixels() const {
-    return m_frames ? m_frames->pixels().data() : m_card.data();
+bool PlayerPicture::read(std::uint32_t* pixels) const {
+    if (m_frames)
+        return m_frames->read(pixels);
+    std::copy(m_card.begin(), m_card.end(), pixels);
+    return true;
 }
 
 JSObjectRef Glass::makeScriptSide(JSContextRef context) {
@@ -214,22 +219,21 @@ JSValueRef Glass::remove(JSContextRef context, JSObjectRef, JSObjectRef, size_t,
     return JSValueMakeUndefined(context);
 }
 
-// fill(bytes): the picture that is being painted, each pixel red, green, blue and opaque.
+// fill(bytes): the picture that is being painted, each pixel red, green, blue and opaque. Answers whether it
+// is one.
 JSValueRef Glass::fill(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
                        JSValueRef*) {
     const PlayerPicture* picture = s_glass->m_filling;
     const JSObjectRef bytes = JSValueToObject(context, arguments[0], nullptr);
     if (!picture || !bytes)
-        return JSValueMakeUndefined(context);
+        return JSValueMakeBoolean(context, false);
     const auto count =
         static_cast<std::size_t>(picture->width()) * static_cast<std::size_t>(picture->height());
     auto* target = static_cast<std::uint32_t*>(JSObjectGetTypedArrayBytesPtr(context, bytes, nullptr));
     if (!target || JSObjectGetTypedArrayByteLength(context, bytes, nullptr) != count * sizeof(*target))
-        return JSValueMakeUndefined(context);
-    std::transform(picture->pixels(), picture->pixels() + count, target, [](std::uint32_t pixel) {
-        return 0xFF000000 | (pixel & 0xFF) << 16 | (pixel & 0xFF00) | (pixel >> 16 & 0xFF);
-    });
-    return JSValueMakeUndefined(context);
+        return JSValueMakeBoolean(context, false);
+    s_glass->m_isTorn = !picture->read(target);
+    return JSValueMakeBoolean(context, !s_glass->m_isTorn);
 }
 
 Glass::Pane& Glass::add(JSContextRef context, JSValueRef paint) {
@@ -364,6 +368,7 @@ void Glass::paint(Pane& pane) {
     if (number == pane.painted && style == pane.style && !looksAgain)
         return;
     m_filling = number == pane.painted ? nullptr : picture;
+    m_isTorn = false;
     pane.painted = number;
     pane.style = std::move(style);
     const JSStringHandle text = makeString(pane.style.c_str());
@@ -377,7 +382,7 @@ void Glass::paint(Pane& pane) {
                                                        std::size(arguments), arguments, &exception);
     if (exception)
         g_warning("a picture was not painted: %s", toText(pane.context, exception).c_str());
-    else if (looksAgain && JSValueToBoolean(pane.context, isHidden))
+    else if (m_isTorn || (looksAgain && JSValueToBoolean(pane.context, isHidden)))
         pane.painted = 0;
     m_filling = nullptr;
 }

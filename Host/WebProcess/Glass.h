@@ -36,8 +36,9 @@ class PlayerPicture {
     [[nodiscard]] std::uint64_t number() const { return m_number; }
     [[nodiscard]] int width() const;
     [[nodiscard]] int height() const;
-    // 0x00RRGGBB, row by row without gaps.
-    [[nodiscard]] const std::uint32_t* pixels() const;
+    // Copies it, row by row without gaps, each pixel the bytes red, green, blue and 255. False when it is no
+    // longer to be had: update() has another then.
+    [[nodiscard]] bool read(std::uint32_t* pixels) const;
 
  private:
     void drawCard();
@@ -122,6 +123,7 @@ class Glass final : private PlaneListener {
     std::optional<PlayerPicture> m_running;
     bool m_isLowest = true;
     const PlayerPicture* m_filling = nullptr;  // While a pane paints it.
+    bool m_isTorn = false;                     // It could not be read whole: the next one is.
     Host::GSourceHandle m_clock;
     unsigned m_clockMs = 0;
     std::int64_t m_lastChange = 0;

@@ -21,8 +21,8 @@ namespace {
 constexpr std::chrono::seconds patience(30);
 
 Colour colourOf(std::uint32_t pixel) {
-    const auto red = static_cast<int>(pixel >> 16 & 0xff);
-    const auto blue = static_cast<int>(pixel & 0xff);
+    const auto red = static_cast<int>(pixel & 0xff);
+    const auto blue = static_cast<int>(pixel >> 16 & 0xff);
     if (red > blue + 60)
         return Colour::Red;
     return blue > red + 60 ? Colour::Blue : Colour::Other;
@@ -77,10 +77,13 @@ Colour Screen::colour() {
     (void)changes();
     if (m_view == nullptr || m_view->width() == 0)
         return Colour::None;
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(m_view->width() * m_view->height()));
+    if (!m_view->read(pixels.data()))
+        return Colour::Other;
     const auto right = m_view->width() - 3;
     const auto bottom = m_view->height() - 3;
-    const auto at = [this](int x, int y) {
-        return colourOf(m_view->pixels()[static_cast<std::size_t>(y * m_view->width() + x)]);
+    const auto at = [&](int x, int y) {
+        return colourOf(pixels[static_cast<std::size_t>(y * m_view->width() + x)]);
     };
     const auto corners = {at(2, 2), at(right, 2), at(2, bottom), at(right, bottom)};
     for (const auto candidate : {Colour::Red, Colour::Blue}) {

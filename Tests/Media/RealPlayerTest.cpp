@@ -92,6 +92,10 @@ TEST_F(ARealPlayer, ShowsThePicturesOfWhereItIs) {
     EXPECT_EQ(screen.colour(), Colour::None);
     EXPECT_FALSE(player->seek(1000)) << "nothing plays";
     EXPECT_EQ(player->position(), 0u);
+    // In the shape that is meant, and no larger than a screen.
+    player->load(fileUrl("wide.mp4"));
+    ASSERT_TRUE(player->play(0.0));
+    ASSERT_TRUE(WaitFor([&] { return screen.size() == std::pair(1920, 540); }));
 }
 
 TEST_F(ARealPlayer, KeepsItsPositionWhilePaused) {
