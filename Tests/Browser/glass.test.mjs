@@ -43,16 +43,17 @@ const marks = [[0.5, 0.005, "#ffffff"], [2.5, 8.9, "#ffffff"], [14.5, 8.9, "#fff
 const cardAt = (x, y, width, height) =>
   marks.map(([right, down, colour]) => [x + right * width, y + down * height, colour]);
 
-for (const [how, environment, scale] of [
+for (const [how, environment, scale, wayland] of [
   ["with the display's GL", {}, 1],
   ["without compositing", { WEBKIT_DISABLE_COMPOSITING_MODE: "1" }, 1],
-  ["on a display of twice the pixels", { GDK_SCALE: "2" }, 2]
+  ["on a display of twice the pixels", { GDK_SCALE: "2" }, 2],
+  ["on Wayland", { WEBKIT_DISABLE_COMPOSITING_MODE: "1" }, 1, true]
 ]) {
   describe(`What a viewer sees ${how}`, () => {
     let television;
 
     before(async () => {
-      television = await Television.start({ environment });
+      television = await Television.start({ environment, wayland });
     });
 
     after(() => television?.close());

@@ -9,12 +9,14 @@ import { Workplace } from "./workplace.mjs";
 
 export class Television {
   // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus; `scenario`, the
-  // receiver's own; `environment`, more variables for all programs.
-  static async start({ shell: args = [], receiver = true, scenario, environment = {} } = {}) {
+  // receiver's own; `environment`, more variables for all programs; `wayland: true`, the shell's window on Wayland.
+  static async start({ shell: args = [], receiver = true, scenario, environment = {}, wayland = false } = {}) {
     const television = new Television();
     try {
       television.workplace = await Workplace.create();
       Object.assign(television.workplace.env, environment);
+      if (wayland)
+        await television.workplace.startCompositor();
       television.server = await PageServer.start();
       television.receiver = receiver ? await Receiver.start(television.workplace, scenario) : undefined;
       await television.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);

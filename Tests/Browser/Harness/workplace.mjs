@@ -1,13 +1,14 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
 import { execFile, spawn } from "node:child_process";
-import { mkdirSync, mkdtempSync, openSync, rmSync, writeSync } from "node:fs";
+import { existsSync, mkdirSync, mkdtempSync, openSync, rmSync, writeSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
 import { promisify } from "node:util";
 import { Picture } from "./picture.mjs";
 import { build } from "./programs.mjs";
+import { waitFor } from "./wait.mjs";
 
 // A test program that is told to end runs its exit handlers, so that nothing of it stays behind.
 for (const [signal, number] of Object.entries({ SIGINT: 2, SIGTERM: 15 }))
@@ -28,6 +29,7 @@ export class Workplace {
 
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
+  #top = 0;
   // Held open: whatever becomes of the folder, the tests go on.
   #log;
   // Variables of the shell alone, which hands them to the web process.
@@ -147,9 +149,20 @@ export class Workplace {
     this.env.DISPLAY = ":" + await this.#firstLine(display, display.stdio[3]);
   }
 
-  // What is on the display now, from its upper left corner.
+  // A Wayland compositor in the display's upper left corner. What is started then stands in the middle of its screen,
+  // which is higher than a television's because a window begins with a title, for which it must have the place.
+  async startCompositor() {
+    const socket = "hbbtv-wayland";
+    this.start("weston", ["--no-config", "--backend=x11-backend.so", "--use-pixman", "--shell=kiosk-shell.so",
+      "--idle-time=0", "--width=1280", "--height=800", `--socket=${socket}`]);
+    this.#top = 40;
+    await waitFor("the compositor listens", () => existsSync(join(this.env.XDG_RUNTIME_DIR, socket)));
+    Object.assign(this.env, { WAYLAND_DISPLAY: socket, GDK_BACKEND: "wayland" });
+  }
+
+  // What is on the display now, from the television's upper left corner.
   look(width = 1280, height = 720) {
-    const part = ["-window", "root", "-crop", `${width}x${height}+0+0`, "+repage"];
+    const part = ["-window", "root", "-crop", `${width}x${height}+0+${this.#top}`, "+repage"];
     return new Picture(undefined, "import", part, this.env);
   }
 

@@ -8,7 +8,8 @@ packages_build=(
 )
 packages_run=(
     dbus fonts-dejavu-core gstreamer1.0-libav gstreamer1.0-plugins-bad gstreamer1.0-plugins-base
-    gstreamer1.0-plugins-good gstreamer1.0-tools imagemagick openssl python3-selenium webkit2gtk-driver xauth xdotool xvfb
+    gstreamer1.0-plugins-good gstreamer1.0-tools imagemagick openssl python3-selenium webkit2gtk-driver
+    weston xauth xdotool xvfb
 )
 
 # A Node that the machine already has is used, wherever it comes from: Debian's own npm package cannot be
