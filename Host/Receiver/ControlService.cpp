@@ -19,8 +19,8 @@ namespace {
 // In OpenPicture; no player has it.
 constexpr std::uint32_t runningChannelId = 0;
 
-void unregisterView(ControlDesk& desk, std::int32_t viewId) {
-    if (!desk.world.unregisterView(viewId))
+void refuseUnknownView(bool known, std::int32_t viewId) {
+    if (!known)
         throw ScenarioError("", "there is no view " + std::to_string(viewId));
 }
 
@@ -128,8 +128,13 @@ void fill(gpointer raw, gpointer) {
                                             desk.world.registerView(viewId, url);
                                         }>;
     table.handle_unregister_view =
-        answer<receiver_control_complete_unregister_view,
-               [](ControlDesk& desk, std::int32_t viewId) { unregisterView(desk, viewId); }>;
+        answer<receiver_control_complete_unregister_view, [](ControlDesk& desk, std::int32_t viewId) {
+            refuseUnknownView(desk.world.unregisterView(viewId), viewId);
+        }>;
+    table.handle_application_failed =
+        answer<receiver_control_complete_application_failed, [](ControlDesk& desk, std::int32_t viewId) {
+            refuseUnknownView(desk.world.applications().fail(viewId), viewId);
+        }>;
     table.handle_press_key = answer<receiver_control_complete_press_key,
                                     [](ControlDesk& desk, const char* key) { pressKey(desk, key); }>;
     table.handle_set_world = answer<receiver_control_complete_set_world,

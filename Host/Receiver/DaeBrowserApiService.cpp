@@ -46,8 +46,8 @@ std::tuple<GVariant*, std::uint16_t, bool> channelsAndEvent(World& world, const 
 
 void fillApplications(IDAEBrowserAPIIface& table) {
     table.handle_create_application = answer<idaebrowser_api_complete_create_application,
-                                             [](World& world, const char* url, std::int32_t viewId) {
-                                                 return world.applications().create(url, viewId);
+                                             [](Caller& caller, const char* url, std::int32_t viewId) {
+                                                 return caller.createApplication(url, viewId);
                                              }>;
     table.handle_destroy_application =
         answer<idaebrowser_api_complete_destroy_application,

@@ -26,6 +26,10 @@ void DbusEvents::emit(const CallerName& to, GDBusInterfaceSkeleton* service, con
                                       nullptr);
 }
 
+void DbusEvents::pluginEvent(const CallerName& to, std::int32_t event, std::uint32_t pluginId) {
+    emit(to, m_daeBrowserApi, "PluginEvent", g_variant_new("(iu)", event, pluginId));
+}
+
 void DbusEvents::pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
                                      std::uint32_t value) {
     emit(to, m_daeBrowserApi, "PluginEventUnsigned", g_variant_new("(iuu)", event, pluginId, value));

@@ -15,6 +15,7 @@ class DbusEvents : public ReceiverEvents {
     void announceOn(GDBusInterfaceSkeleton* daeBrowserApi, GDBusInterfaceSkeleton* dsmcc,
                     GDBusInterfaceSkeleton* control);
 
+    void pluginEvent(const CallerName& to, std::int32_t event, std::uint32_t pluginId) override;
     void pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
                              std::uint32_t value) override;
     void pluginEventSigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,

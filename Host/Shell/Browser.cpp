@@ -302,7 +302,9 @@ void Browser::viewDidFinishLoad(BrowserView& view) {
         m_check.pageDidLoad(view);
 }
 
-void Browser::viewDidFailLoad(BrowserView&) {
+void Browser::viewDidFailLoad(BrowserView& view, bool isBeginning) {
+    if (isBeginning)
+        m_receiver.applicationFailed(view.id());
     m_check.pageDidFail();
 }
 

@@ -40,7 +40,7 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
  private:
     void viewDidChangeUrl(BrowserView& view) override;
     void viewDidFinishLoad(BrowserView& view) override;
-    void viewDidFailLoad(BrowserView& view) override;
+    void viewDidFailLoad(BrowserView& view, bool isBeginning) override;
     void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) override;
     void viewWantsToClose(BrowserView& view) override;
     void viewWantsRemotePanel() override;

@@ -113,6 +113,7 @@ void BrowserView::showInspector() {
 
 void BrowserView::showPlainPage(const std::string& heading, const std::string& text) {
     m_ownPageRequested = true;
+    m_requestedUrl.clear();
     webkit_web_view_load_html(m_view.get(), plainPage(heading, text).c_str(), nullptr);
 }
 
@@ -120,7 +121,7 @@ void BrowserView::fail(const std::string& url, const std::string& reason) {
     g_warning("view %d: cannot show %s: %s", m_id, url.c_str(), reason.c_str());
     m_ownPageRequested = true;
     webkit_web_view_load_alternate_html(m_view.get(), errorPage(url, reason).c_str(), url.c_str(), nullptr);
-    m_listener.viewDidFailLoad(*this);
+    m_listener.viewDidFailLoad(*this, !std::exchange(m_requestedUrl, {}).empty());
 }
 
 std::string BrowserView::url() const {
@@ -145,16 +146,18 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
             if (view.showsOwnPage())
                 break;
             // A forbidden port: WebKit reports no failure, it shows nothing.
-            const std::string requested = std::exchange(view.m_requestedUrl, {});
+            const std::string requested = view.m_requestedUrl;
             if (view.url() == kBlankUrl && !requested.empty() && requested != kBlankUrl) {
                 view.fail(requested, "WebKit forbids its port");
                 break;
             }
-            if (view.m_isAit)
+            if (view.m_isAit) {
                 webkit_web_resource_get_data(webkit_web_view_get_main_resource(view.m_view.get()),
                                              view.m_cancellable.get(), onAitRead, self);
-            else
-                view.m_listener.viewDidFinishLoad(view);
+                break;
+            }
+            view.m_requestedUrl.clear();
+            view.m_listener.viewDidFinishLoad(view);
             break;
         }
         case WEBKIT_LOAD_REDIRECTED:

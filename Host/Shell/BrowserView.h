@@ -17,8 +17,9 @@ class BrowserViewListener {
     // The main frame shows another URL, by a navigation or by a fragment.
     virtual void viewDidChangeUrl(BrowserView& view) = 0;
     virtual void viewDidFinishLoad(BrowserView& view) = 0;
-    // An error page is shown instead, and the terminal has a line of it.
-    virtual void viewDidFailLoad(BrowserView& view) = 0;
+    // An error page is shown instead, and the terminal has a line of it. Beginning: no page of the
+    // application that the view was told to load has been shown before.
+    virtual void viewDidFailLoad(BrowserView& view, bool isBeginning) = 0;
     // A table came instead of a page; another page is to be loaded.
     virtual void viewDidLoadAit(BrowserView& view, const std::string& url, const std::string& xml) = 0;
     // The page asked to be closed (a WebDriver closes windows in this way).
@@ -85,7 +86,7 @@ class BrowserView {
     std::int32_t m_id;
     BrowserViewListener& m_listener;
     Host::GObjectHandle<WebKitWebView> m_view;
-    std::string m_requestedUrl;  // Until the first page of a load() has come.
+    std::string m_requestedUrl;  // Of a load(), until its first page has come, or failed.
     std::string m_reportedUrl;
     // Loads of the shell's own pages (errors, the plain page) are nobody's business.
     bool m_ownPageRequested = false;

@@ -77,6 +77,10 @@ void ReceiverControl::unregisterView(std::int32_t view) {
     send("UnregisterView", g_variant_new("(i)", view));
 }
 
+void ReceiverControl::applicationFailed(std::int32_t view) {
+    send("ApplicationFailed", g_variant_new("(i)", view));
+}
+
 std::optional<std::uint32_t> ReceiverControl::keyMask() {
     const std::string json = world("/keys/mask");
     if (json.empty())

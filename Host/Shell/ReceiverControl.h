@@ -40,6 +40,8 @@ class ReceiverControl {
     void registerView(std::int32_t view, const std::string& url);
     void changeUrl(std::int32_t view, const std::string& url);
     void unregisterView(std::int32_t view);
+    // The view cannot show the application that it was opened for.
+    void applicationFailed(std::int32_t view);
     // The mask as it is now; nothing without a receiver.
     [[nodiscard]] std::optional<std::uint32_t> keyMask();
     // A value of the receiver's world, as JSON; empty without a receiver.

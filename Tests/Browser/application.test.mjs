@@ -1,6 +1,7 @@
 // The application manager, applications and keys, as a page in the television uses them.
 import assert from "node:assert/strict";
 import { after, afterEach, before, beforeEach, describe, it } from "node:test";
+import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
@@ -173,6 +174,31 @@ describe("An application", () => {
     it("unless the receiver refuses: null, and no exception", async () => {
       assert.equal(await create("http://refused.invalid/index.html", false), null);
     });
+  });
+
+  it("hears of each application that cannot be loaded: of its own ones, and of those that no page has created", async () => {
+    const { server, workplace } = television;
+    await browser.run(() => {
+      window.failed = 0;
+      window.manager = oipfObjectFactory.createApplicationManagerObject();
+      window.owner = manager.getOwnerApplication(document);
+      manager.addEventListener("ApplicationLoadError", () => ++failed);
+    });
+    const failed = count => browser.waitFor(`${count} have failed`, expected => failed >= expected, count);
+    const faulty = [server.url("/nowhere.html"), "http://127.0.0.1:2/", "http://127.0.0.1:1/", server.write("empty.aitx",
+      "<ServiceDiscovery/>")];
+    for (const [index, url] of faulty.entries()) {
+      await browser.run(address => owner.createApplication(address, false), url);
+      await failed(index + 1);
+    }
+    // What the application itself does later is its own affair.
+    await browser.run(address => owner.createApplication(address, false), server.write("leaves.html",
+      `<script>onload = () => setTimeout(() => { location = "${faulty[0]}"; });</script>`));
+    await waitFor("it has left", () => workplace.lines.filter(line => line.includes(`cannot show ${faulty[0]}`)).length === 2);
+    const other = workplace.start(shell(), ["--session-bus", ...exitAfterLoad, faulty[0]]);
+    await other.ended;
+    await failed(5);
+    assert.equal(await browser.run(() => failed), 5);
   });
 
   it("learns how much memory is free", async () => {

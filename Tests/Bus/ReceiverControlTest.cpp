@@ -77,6 +77,7 @@ TEST_F(TheReceiversControl, RefusesWhatItDoesNotKnowWithAReason) {
         {"PressKey", "('',)", "there is no key \"\""},
         {"RegisterView", "(-1, 'http://localhost/')", "must not be negative"},
         {"UnregisterView", "(3,)", "there is no view 3"},
+        {"ApplicationFailed", "(3,)", "there is no view 3"},
         {"DelayMethod", "('IDAEBrowserAPI.Frobnicate', uint32 1)", "there is no method"},
         {"DelayMethod", "('GetTime', uint32 1)", "there is no method"},
         {"FailMethod", "('ReceiverControl.GetCalls', 'x')", "there is no method"},

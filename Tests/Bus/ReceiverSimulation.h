@@ -63,6 +63,9 @@ class HeardEvents : public ReceiverEvents {
         ((line << " " << values), ...);
         heard.push_back(line.str());
     }
+    void pluginEvent(const CallerName&, std::int32_t event, std::uint32_t id) override {
+        hear("event", event, id);
+    }
     void pluginEventUnsigned(const CallerName&, std::int32_t event, std::uint32_t id,
                              std::uint32_t value) override {
         hear("unsigned", event, id, value);

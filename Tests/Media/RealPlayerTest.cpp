@@ -227,6 +227,7 @@ TEST_F(ARealPlayer, SharesTheReceiverWithAnother) {
 
 class NoEvents : public ReceiverEvents {
  public:
+    void pluginEvent(const CallerName&, std::int32_t, std::uint32_t) override {}
     void pluginEventUnsigned(const CallerName&, std::int32_t, std::uint32_t, std::uint32_t) override {}
     void pluginEventSigned(const CallerName&, std::int32_t event, std::uint32_t,
                            std::int32_t value) override {

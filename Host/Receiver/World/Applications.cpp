@@ -11,6 +11,7 @@ namespace Receiver {
 namespace {
 
 constexpr std::size_t largestNumberOfViews = 64;
+constexpr std::uint32_t noPlayer = 0;
 
 // An address with the query and the fragment of what referred to it. It may have a query of its own.
 std::string withRest(const std::string& url, const std::string& rest) {
@@ -40,7 +41,7 @@ bool Applications::unregisterView(std::int32_t viewId) {
     return m_views.erase(viewId) > 0;
 }
 
-bool Applications::create(const std::string& url, std::int32_t viewId) {
+bool Applications::create(const std::string& url, std::int32_t viewId, const CallerName& creator) {
     const auto scheme = schemeOf(url);
     const bool known = scheme == "http" || scheme == "https" || scheme == "dvb" || scheme == "file";
     if (!known || !m_views.contains(viewId) || viewId == std::numeric_limits<std::int32_t>::max())
@@ -52,8 +53,16 @@ bool Applications::create(const std::string& url, std::int32_t viewId) {
         destroy(childId);
     if (m_views.size() >= largestNumberOfViews)
         return false;
-    m_views[childId] = View{resolved(url), true, true, ++m_activity};
+    m_views[childId] = View{resolved(url), true, true, creator, ++m_activity};
     m_events.applicationStarted(childId, m_views[childId].url);
+    return true;
+}
+
+bool Applications::fail(std::int32_t viewId) {
+    const auto found = m_views.find(viewId);
+    if (found == m_views.end())
+        return false;
+    m_events.pluginEvent(found->second.creator, Event::ApplicationLoadError, noPlayer);
     return true;
 }
 

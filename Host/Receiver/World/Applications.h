@@ -13,8 +13,9 @@ namespace Receiver {
 struct View {
     std::string url;
     bool visible = true;
-    // Started by CreateApplication, not opened by the shell on its own account.
+    // Started by CreateApplication, not opened by the shell on its own account; by whom.
     bool started = false;
+    CallerName creator = Everybody;
     // The view with the highest number was registered, shown or started last; 0 while it is hidden.
     std::uint64_t activity = 0;
 };
@@ -30,7 +31,9 @@ class Applications {
     bool unregisterView(std::int32_t viewId);
 
     // Starts the application as the child of a view; false when the receiver refuses it.
-    [[nodiscard]] bool create(const std::string& url, std::int32_t viewId);
+    [[nodiscard]] bool create(const std::string& url, std::int32_t viewId, const CallerName& creator);
+    // The shell cannot show it. False for a view that is not known.
+    bool fail(std::int32_t viewId);
     void destroy(std::int32_t viewId);
     void setVisible(std::int32_t viewId, bool visible);
 

@@ -25,6 +25,7 @@ Caller::Caller(const CallerName& name, const Surroundings& around)
       m_scenario(around.scenario),
       m_timers(around.timers),
       m_events(around.events),
+      m_applications(around.applications),
       m_broadcast(name, around.scenario, around.tuner, around.timers, around.events, around.plane,
                   around.live),
       m_media(name, around.scenario, around.timers, around.events, around.plane, around.makePlayer,
@@ -32,6 +33,10 @@ Caller::Caller(const CallerName& name, const Surroundings& around)
       m_streamEvents(name, around.scenario, around.timers, around.events),
       m_search(around.scenario, around.timers, around.present),
       m_carousel(name, around.scenario, around.timers, around.events) {}
+
+bool Caller::createApplication(const std::string& url, std::int32_t viewId) {
+    return m_applications.create(url, viewId, m_name);
+}
 
 bool Caller::retainChannel(std::uint32_t id) {
     if (m_scenario.channel(id) == nullptr)

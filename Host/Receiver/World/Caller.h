@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Host/Receiver/World/Applications.h"
 #include "Host/Receiver/World/BoundedStore.h"
 #include "Host/Receiver/World/BroadcastPlayers.h"
 #include "Host/Receiver/World/Carousel.h"
@@ -22,6 +23,7 @@ struct Surroundings {
     const Scenario& scenario;
     Timers& timers;
     ReceiverEvents& events;
+    Applications& applications;
     Plane& plane;
     Tuner& tuner;
     const LivePicture& live;
@@ -41,6 +43,9 @@ class Caller {
     [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
     [[nodiscard]] MetadataSearch& search() { return m_search; }
     [[nodiscard]] Carousel& carousel() { return m_carousel; }
+
+    // Starts the application as the child of a view, see Applications.
+    [[nodiscard]] bool createApplication(const std::string& url, std::int32_t viewId);
 
     // A channel's cache entry; false for a channel that does not exist.
     [[nodiscard]] bool retainChannel(std::uint32_t id);
@@ -62,6 +67,7 @@ class Caller {
     const Scenario& m_scenario;
     Timers& m_timers;
     ReceiverEvents& m_events;
+    Applications& m_applications;
     BroadcastPlayers m_broadcast;
     MediaPlayers m_media;
     StreamEvents m_streamEvents;

@@ -19,6 +19,7 @@ inline constexpr std::int32_t MediaState = 200;
 inline constexpr std::int32_t MediaSpeed = 201;
 inline constexpr std::int32_t MediaPosition = 202;
 inline constexpr std::int32_t MediaComponentSelect = 206;
+inline constexpr std::int32_t ApplicationLoadError = 401;
 inline constexpr std::int32_t SasSession = 1000;
 }  // namespace Event
 
@@ -82,6 +83,7 @@ class ReceiverEvents {
  public:
     virtual ~ReceiverEvents() = default;
 
+    virtual void pluginEvent(const CallerName& to, std::int32_t event, std::uint32_t pluginId) = 0;
     virtual void pluginEventUnsigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,
                                      std::uint32_t value) = 0;
     virtual void pluginEventSigned(const CallerName& to, std::int32_t event, std::uint32_t pluginId,

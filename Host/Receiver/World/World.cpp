@@ -87,6 +87,7 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
       m_surroundings{m_scenario,
                      timers,
                      events,
+                     m_applications,
                      m_plane,
                      m_tuner,
                      m_live,
