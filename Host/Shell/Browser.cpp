@@ -75,6 +75,8 @@ Browser::Browser(Options options, const SessionBus& bus)
 Browser::~Browser() {
     while (!m_views.empty())
         closeView(m_views.begin()->first);
+    // Before the receiver and the bus, whose end would be news to what still runs there.
+    m_channel.waitForEnd();
 }
 
 int Browser::run() {

@@ -8,6 +8,8 @@ using namespace Host;
 
 namespace {
 
+constexpr unsigned kEndLimitMs = 1000;
+
 gboolean allowMechanism(GDBusAuthObserver*, const char* mechanism, gpointer) {
     return g_str_equal(mechanism, "EXTERNAL");
 }
@@ -43,6 +45,17 @@ WebProcessChannel::~WebProcessChannel() {
 
 std::string WebProcessChannel::address() const {
     return m_server ? g_dbus_server_get_client_address(m_server.get()) : "";
+}
+
+void WebProcessChannel::waitForEnd() {
+    bool isOver = false;
+    const auto onLimit = [](gpointer over) -> gboolean {
+        *static_cast<bool*>(over) = true;
+        return G_SOURCE_CONTINUE;
+    };
+    const GSourceHandle limit(g_timeout_add(kEndLimitMs, onLimit, &isOver));
+    while (!m_connections.empty() && !isOver)
+        g_main_context_iteration(nullptr, TRUE);
 }
 
 GDBusConnection* WebProcessChannel::fileReaderOf(std::uint64_t page) const {

@@ -35,6 +35,9 @@ class WebProcessChannel {
 
     [[nodiscard]] std::string address() const;
 
+    // Until no web process is connected, or for as long as one that hangs is waited for.
+    void waitForEnd();
+
     // To the web process that reads files for the page; null when none does.
     [[nodiscard]] GDBusConnection* fileReaderOf(std::uint64_t page) const;
 

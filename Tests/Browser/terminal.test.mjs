@@ -78,6 +78,18 @@ describe("The terminal", () => {
     assertTells(broken.text, /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
   });
 
+  it("has nothing more to say when the shell ends while its page listens to the receiver", async () => {
+    const program = workplace.start(shell(), [server.write("listens.html", `<object id="video" type="video/broadcast"></object><script>
+      video.bindToCurrentChannel();
+      video.addStreamEventListener("dvb://current/ticker", "demo", () => {});
+      console.log("listens");
+    </script>`)]);
+    await waitFor("it listens", () => workplace.lines.some(line => line.endsWith("CONSOLE LOG listens")));
+    const start = workplace.lines.length;
+    await workplace.stop(program);
+    assert.deepEqual(workplace.lines.slice(start), []);
+  });
+
   it("tells why a page is not shown, with exit code 1", async () => {
     const starts = server.write("starts.html", `<!DOCTYPE html><html><body><div id="verdict"></div><script>
       oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
