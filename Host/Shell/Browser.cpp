@@ -27,14 +27,6 @@ bool isExit(unsigned keyval, unsigned state) {
     return keyval == GDK_KEY_HomePage || (keyval == GDK_KEY_Escape && (state & GDK_SHIFT_MASK) != 0);
 }
 
-// A file's path serves as well as a URL; what is neither is told of as a missing file.
-std::string urlOf(const std::string& argument) {
-    if (g_uri_peek_scheme(argument.c_str()) && !g_file_test(argument.c_str(), G_FILE_TEST_EXISTS))
-        return argument;
-    const GObjectHandle<GFile> file(g_file_new_for_commandline_arg(argument.c_str()));
-    return GChars(g_file_get_uri(file.get())).get();
-}
-
 std::optional<ReceiverProcess> runReceiver(const Options& options, GDBusConnection* bus) {
     if (!options.receiver || !bus)
         return std::nullopt;

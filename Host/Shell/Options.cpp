@@ -1,5 +1,12 @@
 #include "Host/Shell/Options.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include <gio/gio.h>
+
 #include "Host/Inc/CommandLine.h"
 #include "Host/Shell/KeyMap.h"
 
@@ -28,9 +35,27 @@ CommandLine commandLine() {
             kDescription + keyTableText()};
 }
 
-bool isProfile(const std::string& text) {
-    return g_regex_match_simple(R"(^\d\.\d\.\d(\+[A-Z]+)*$)", text.c_str(), G_REGEX_DOLLAR_ENDONLY,
-                                G_REGEX_MATCH_DEFAULT) != FALSE;
+bool matches(const char* pattern, const std::string& text) {
+    return g_regex_match_simple(pattern, text.c_str(), G_REGEX_DOLLAR_ENDONLY, G_REGEX_MATCH_DEFAULT) !=
+           FALSE;
+}
+
+bool isFolder(const std::string& path) {
+    return g_file_test(path.c_str(), G_FILE_TEST_IS_DIR) != FALSE;
+}
+
+// Of --reload and --profile-dir; the second one is made when it is missing.
+std::string problemOfFolders(const Options& options) {
+    if (options.reloadFolder && !isFolder(*options.reloadFolder))
+        return "--reload: there is no folder " + *options.reloadFolder;
+    if (!options.profileFolder)
+        return {};
+    const char* path = options.profileFolder->c_str();
+    constexpr int kOwnersOnly = 0700;
+    if (g_mkdir_with_parents(path, kOwnersOnly) == 0 && access(path, R_OK | W_OK | X_OK) == 0)
+        return {};
+    const std::string reason = std::strerror(errno);
+    return "--profile-dir: cannot use " + *options.profileFolder + ": " + reason;
 }
 
 // What is wrong with the values, empty for nothing.
@@ -38,7 +63,7 @@ std::string problemOf(const Options& options, size_t urls) {
     constexpr int kLongestLimit = 600;
     constexpr double kSmallestZoom = 0.25;
     constexpr double kLargestZoom = 4;
-    if (!options.profile.empty() && !isProfile(options.profile))
+    if (!options.profile.empty() && !matches(R"(^\d\.\d\.\d(\+[A-Z]+)*$)", options.profile))
         return "not a profile: " + options.profile;
     for (const int seconds : {options.carouselLimitSeconds, options.checkLimitSeconds}) {
         if (seconds < 1 || seconds > kLongestLimit)
@@ -50,7 +75,9 @@ std::string problemOf(const Options& options, size_t urls) {
         return "--require-verdict goes with --exit-after-load";
     if (urls + (options.ait ? 1 : 0) > 1)
         return "more than one URL or AIT";
-    return options.url.empty() && options.ait.value_or("").empty() && !options.automation ? "no URL" : "";
+    if (options.url.empty() && options.ait.value_or("").empty() && !options.automation)
+        return "no URL";
+    return problemOfFolders(options);
 }
 
 }  // namespace
@@ -133,6 +160,19 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     if (parsed)
         problem = problemOf(options, urls ? g_strv_length(urls) : 0);
     return problem.empty() ? std::optional<Options>(options) : std::nullopt;
+}
+
+std::string urlOf(const std::string& argument) {
+    // A host that has a port, an address or the name of this machine, or a dot and a path.
+    constexpr char kHost[] =
+        R"((?i)^([a-z\d.-]+:\d+|(localhost|\d+(\.\d+){3}|\[[\da-f:.]+\])(:\d+)?|[a-z\d-]+(\.[a-z\d-]+)+(?=/))([/?#].*)?$)";
+    const bool isFile = g_file_test(argument.c_str(), G_FILE_TEST_EXISTS) != FALSE;
+    if (!isFile && matches(kHost, argument) && !isFolder(argument.substr(0, argument.find('/'))))
+        return "http://" + argument;
+    if (!isFile && g_uri_peek_scheme(argument.c_str()))
+        return argument;
+    const GObjectHandle<GFile> file(g_file_new_for_commandline_arg(argument.c_str()));
+    return GChars(g_file_get_uri(file.get())).get();
 }
 
 int refuseOptions(const std::string& problem) {

@@ -37,6 +37,10 @@ struct Options {
 [[nodiscard]] std::optional<Options> parseOptions(const std::vector<std::string>& arguments,
                                                   std::string& problem);
 
+// What people type for a page as a URL: a file's path and an address without its scheme serve as well. What
+// is none of them is told of as a missing file.
+[[nodiscard]] std::string urlOf(const std::string& argument);
+
 // Tells the reason; the exit code.
 [[nodiscard]] int refuseOptions(const std::string& problem);
 

@@ -100,6 +100,7 @@ describe("The terminal", () => {
       [server.url("/nowhere.html"), /HTTP status 404 \(Not Found\)/],
       [server.url("/app.bin"), /no page: application\/x-thing/],
       [forbidden, /forbids its port/],
+      ["localhost:2/a?b", /Connection refused/, "http://localhost:2/a?b"],
       ["nowhere.html", /No such file/, `file://${process.cwd()}/nowhere.html`],
       [closed, /Connection refused/]
     ]) {

@@ -1,4 +1,5 @@
 // The command line of the shell, and what it makes of the profile.
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,27 @@ TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
         for (const std::string seconds : {"0", "601", "-1", "1.5", "5s", "99999999999"})
             EXPECT_NE(refusalOf({"u", limit, seconds}), "accepted") << seconds;
     }
+}
+
+TEST(TheShellsCommandLine, RefusesFoldersThatAreOfNoUse) {
+    EXPECT_EQ(refusalOf({"u", "--reload", "/no/such"}), "--reload: there is no folder /no/such");
+    EXPECT_EQ(refusalOf({"u", "--profile-dir", "/dev/null"}),
+              "--profile-dir: cannot use /dev/null: Not a directory");
+    EXPECT_EQ(refusalOf({"u", "--reload", "/dev"}), "accepted");
+}
+
+TEST(AnAddress, MayComeWithoutItsScheme) {
+    for (const std::string host :
+         {"localhost", "LOCALHOST/", "localhost:8080/a.html?b#c", "tv:80", "my-tv.local:8080", "127.0.0.1",
+          "10.0.0.1:81/x", "[::1]:8080/", "example.org/", "www.example.org/app"})
+        EXPECT_EQ(urlOf(host), "http://" + host);
+    for (const std::string url :
+         {"http://localhost/", "https://a", "dvb://1.2.3/a", "about:blank", "data:text/html,1:2"})
+        EXPECT_EQ(urlOf(url), url);
+    const std::string here = "file://" + std::filesystem::current_path().string() + "/";
+    for (const std::string file : {"a.html", "apps/a.html", "localhosts/a.html"})
+        EXPECT_EQ(urlOf(file), here + file);
+    EXPECT_EQ(urlOf("/dev/../a.html"), "file:///a.html");
 }
 
 TEST(AUserAgent, CarriesTheProfileWhereThePagesScriptsLookForIt) {
