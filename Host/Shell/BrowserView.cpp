@@ -32,6 +32,20 @@ std::string errorOf(WebKitURIResponse* response) {
     return "HTTP status " + std::to_string(status) + " (" + soup_status_get_phrase(status) + ")";
 }
 
+// Of files, WebKit knows what the desktop knows, and that is nothing of television.
+std::string typeOf(WebKitURIResponse* response) {
+    const std::string url = webkit_uri_response_get_uri(response);
+    const std::string own = url.starts_with("file:") ? mediaTypeOf(url, {}) : "";
+    if (own == kAitMimeType || own == kHbbTVMimeType)
+        return own;
+    const char* type = webkit_uri_response_get_mime_type(response);
+    return type ? type : "";
+}
+
+bool isPage(const std::string& type) {
+    return type == "text/html" || type == "application/xhtml+xml" || type == kHbbTVMimeType;
+}
+
 void tellOfResource(WebKitWebResource* resource, const char* reason) {
     g_message("cannot load %s: %s", webkit_web_resource_get_uri(resource), reason);
 }
@@ -101,6 +115,16 @@ void BrowserView::load(const std::string& url) {
     m_aitRequested = false;
     m_requestedUrl = url;
     webkit_web_view_load_uri(m_view.get(), url.c_str());
+}
+
+void BrowserView::loadFile(const std::string& url, const char* type) {
+    const GObjectHandle<GFile> file(g_file_new_for_uri(url.substr(0, url.find_first_of("?#")).c_str()));
+    GErrorSlot error;
+    const GBytesHandle bytes(g_file_load_bytes(file.get(), nullptr, nullptr, error.out()));
+    if (bytes)
+        webkit_web_view_load_bytes(m_view.get(), bytes.get(), type, nullptr, url.c_str());
+    else
+        fail(url, error.message());
 }
 
 void BrowserView::reload() {
@@ -200,13 +224,11 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
         return FALSE;
     auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
     WebKitURIResponse* response = webkit_response_policy_decision_get_response(reply);
-    const char* mimeType = webkit_uri_response_get_mime_type(response);
     const std::string url = webkit_uri_response_get_uri(response);
-    // Of files, WebKit knows what the desktop knows, and that is nothing of an AIT.
-    const bool isAit = g_strcmp0(mimeType, kAitMimeType) == 0 ||
-                       (url.starts_with("file:") && mediaTypeOf(url, {}) == kAitMimeType);
-    const bool known = webkit_response_policy_decision_is_mime_type_supported(reply) ||
-                       g_strcmp0(mimeType, kHbbTVMimeType) == 0 || isAit;
+    const std::string mime = typeOf(response);
+    const bool isAit = mime == kAitMimeType;
+    const bool known =
+        webkit_response_policy_decision_is_mime_type_supported(reply) || mime == kHbbTVMimeType || isAit;
     // What the page around a frame shows is its own affair, but nothing is ever downloaded.
     if (!webkit_response_policy_decision_is_main_frame_main_resource(reply)) {
         known ? webkit_policy_decision_use(decision) : webkit_policy_decision_ignore(decision);
@@ -214,8 +236,17 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
     }
     std::string error = errorOf(response);
     if (error.empty() && !known)
-        error = std::string("this is no page: ") + mimeType;
+        error = "this is no page: " + mime;
     auto& view = *static_cast<BrowserView*>(self);
+    // Its scripts would run before anybody sees that it is no table.
+    if (error.empty() && view.m_aitRequested && isPage(mime))
+        error = "this is no AIT but a page: " + mime;
+    if (error.empty() && mime == kHbbTVMimeType &&
+        g_strcmp0(mime.c_str(), webkit_uri_response_get_mime_type(response)) != 0) {
+        webkit_policy_decision_ignore(decision);
+        view.loadFile(url, kHbbTVMimeType);
+        return TRUE;
+    }
     if (error.empty()) {
         view.m_isAit = isAit || std::exchange(view.m_aitRequested, false);
         webkit_policy_decision_use(decision);

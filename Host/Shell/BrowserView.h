@@ -47,7 +47,7 @@ class BrowserView {
     BrowserView& operator=(const BrowserView&) = delete;
 
     void load(const std::string& url);
-    // Whatever its type is.
+    // Whatever its type is, except for a page.
     void loadAit(const std::string& url);
     void reload();
     void showInspector();
@@ -80,6 +80,9 @@ class BrowserView {
                                   WebKitHitTestResult* hit, gpointer self);
     static void onRemotePanelWanted(GSimpleAction* action, GVariant* parameter, gpointer self);
     static void onClose(WebKitWebView* view, gpointer self);
+
+    // As what it is, which WebKit does not know.
+    void loadFile(const std::string& url, const char* type);
 
     [[nodiscard]] bool showsOwnPage() const { return m_ownPage || m_ownPageRequested; }
 

@@ -135,6 +135,17 @@ document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "
     return program.exitCode;
   }
 
+  it("may be a file, which is an application by its name, or no folder", async () => {
+    const file = join(workplace.env.HOME, "local.hbbtv");
+    writeFileSync(join(workplace.env.HOME, "local.js"), "var local = true;");
+    writeFileSync(file, `<html xmlns="http://www.w3.org/1999/xhtml"><body><div id="verdict"/><script src="local.js"/><script>
+      document.getElementById("verdict").setAttribute("data-verdict", local &amp;&amp; location.search + location.hash === "?a#b" &amp;&amp;
+        document.contentType === "application/vnd.hbbtv.xhtml+xml" ? "pass" : "fail");</script></body></html>`);
+    assert.equal(await verdict(`file://${file}?a#b`), 0);
+    for (const option of ["--reload=/no/such", "--profile-dir=/dev/null/below"])
+      assert.equal(await verdict("about:blank", option), 2);
+  });
+
   it("gives the user agent, and takes a certificate as it is", async () => {
     const [key, cert] = ["key.pem", "cert.pem"].map(name => join(workplace.env.HOME, name));
     await promisify(execFile)("openssl", ["req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
