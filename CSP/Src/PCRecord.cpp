@@ -11,6 +11,8 @@
 #include <string_view>
 #include <utility>
 
+#include "CSP/Inc/PCLog.h"
+
 namespace HbbTVPlatform {
 
 namespace {
@@ -19,6 +21,8 @@ namespace {
 // those of several processes do not mix.
 constexpr size_t kLongestName = 200;
 constexpr size_t kLongestText = 1150;
+
+constexpr off_t kLongestFile = 32 * 1024 * 1024;
 
 std::atomic<uint64_t> s_lastSerial = 0;
 
@@ -141,6 +145,12 @@ void PCRecord::Entry::Write(bool isOver) const {
     AppendText(line, result, kLongestText);
     AppendText(line, error, kLongestText);
     line += "]\n";
+    // Of a pipe there is no position.
+    if (lseek(s_file, 0, SEEK_END) + static_cast<off_t>(line.size()) > kLongestFile) {
+        s_file = -1;
+        HBBTV_LOG_WARNING("HBBTV_RECORD: the file is full, nothing more is recorded");
+        return;
+    }
     // Who reads may have gone; the entry is lost then.
     [[maybe_unused]] const ssize_t written = write(s_file, line.data(), line.size());
 }

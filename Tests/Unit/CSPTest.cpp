@@ -1,5 +1,7 @@
 // Assertions, the console printer and the lock beneath it.
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -162,6 +164,25 @@ TEST(AnErrorNumber, IsTheThreadsOwn) {
     PCError::Set(EINVAL);
     std::thread([] { PCError::Set(ENOENT); }).join();
     EXPECT_EQ(PCError::Num(), EINVAL);
+}
+
+TEST(ARecord, EndsWithItsFileAt32MiB) {
+    const std::string path = testing::TempDir() + "record-" + std::to_string(getpid());
+    constexpr off_t kMost = 32 * 1024 * 1024;
+    constexpr off_t kRoom = 500;
+    ASSERT_GE(close(creat(path.c_str(), 0600)), 0);
+    ASSERT_EQ(truncate(path.c_str(), kMost - kRoom), 0);
+    setenv("HBBTV_RECORD", path.c_str(), 1);
+    PCRecord::Open();
+    ASSERT_TRUE(PCRecord::IsOn());
+    for (int i = 0; i < 100 && PCRecord::IsOn(); ++i)
+        PCRecord().Begin("call", "Some.call", "");
+    EXPECT_FALSE(PCRecord::IsOn());
+    struct stat status = {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_GT(status.st_size, kMost - kRoom);
+    EXPECT_LE(status.st_size, kMost);
+    unlink(path.c_str());
 }
 
 TEST(ARecord, IsALineThatAPipeTakesInOnePieceWhateverItsTextsAre) {
