@@ -1,8 +1,10 @@
 // hbbtv-shell --record: what is in the page that it writes, and the page as people use it, in WebKit.
 import assert from "node:assert/strict";
+import { execFile } from "node:child_process";
 import { existsSync, readFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
+import { promisify } from "node:util";
 import { Key } from "selenium-webdriver";
 import { Application } from "./Harness/application.mjs";
 import { Browser } from "./Harness/browser.mjs";
@@ -107,6 +109,33 @@ describe("A recording", () => {
     assert.deepEqual(unfinished.map(({ kind }) => kind), ["signal", "handler"]);
     assert.deepEqual((await find("console log hangs")).map(({ args }) => args), ["hangs"]);
     assert.ok(!workplace.lines.some(line => line.includes("CONSOLE LOG hangs")));
+  });
+
+  it("has what a web process did until it crashed, the crash, and the next page", async () => {
+    const { server, workplace } = television;
+    const file = join(folder, "crash.html");
+    const page = server.write("crash.html", `<object id="video" type="video/broadcast"></object><script>
+      video.bindToCurrentChannel();
+      console.log("runs");
+    </script>`);
+    const program = workplace.start(shell(), ["--session-bus", "--record", file, page]);
+    const runs = () => workplace.lines.filter(line => line.endsWith("CONSOLE LOG runs")).length;
+    await waitFor("the page runs", () => runs() === 1);
+    const { stdout: child } = await promisify(execFile)("pgrep", ["-P", program.pid, "WebKitWebProces"]);
+    process.kill(Number(child), "SIGKILL");
+    await waitFor("the crash", () => workplace.lines.some(line => line.includes("the web process crashed")));
+    await waitFor("Ctrl+R", async () => {
+      await workplace.pressOnScreen("ctrl+r");
+      return runs() > 1;
+    });
+    await workplace.stop(program);
+    await openRecording(file);
+    const kinds = await browser.run(() => {
+      const at = (list, text) => list.findIndex(({ kind, name, args }) => `${kind} ${name} ${args}`.includes(text));
+      const crash = at(entries, "the web process crashed");
+      return [entries.slice(0, crash), entries.slice(crash)].map(part => at(part, "bindToCurrentChannel") >= 0);
+    });
+    assert.deepEqual(kinds, [true, true]);
   });
 
   it("keeps the newest of very many, which are found, walked through and zoomed into all the same", async () => {
