@@ -7,10 +7,12 @@ import { createServer } from "node:https";
 import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { isDeepStrictEqual, promisify } from "node:util";
+import WebSocket from "ws";
+import { freePort } from "./Harness/browser.mjs";
 import { PageServer } from "./Harness/pages.mjs";
 import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Television } from "./Harness/television.mjs";
-import { waitFor } from "./Harness/wait.mjs";
+import { inTime, waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
 const forbidden = "http://127.0.0.1:1/";
@@ -264,6 +266,34 @@ describe("A developer", () => {
     await browser.driver.switchTo().window(started);
     await waitFor("the words of the second", async () => (await words()).includes("HTTP status 404 (Not Found)"));
     assert.ok(workplace.lines.some(line => /^hbbtv-shell: view 2: cannot show .*nothing\.html: HTTP/.test(line)));
+  });
+
+  it("looks into the page from elsewhere", async () => {
+    const { server, workplace } = television;
+    const address = `127.0.0.1:${await freePort()}`;
+    workplace.env.WEBKIT_INSPECTOR_HTTP_SERVER = address;
+    const program = workplace.start(shell(), ["--no-receiver", server.url("/pages/plain.html")]);
+    delete workplace.env.WEBKIT_INSPECTOR_HTTP_SERVER;
+    const path = await waitFor("the page is listed", async () => {
+      const list = await fetch(`http://${address}/`).then(reply => reply.text(), () => "");
+      return list.includes("plain.html") && /\/socket\/[^']+/.exec(list)?.[0];
+    });
+    const socket = new WebSocket(`ws://${address}${path}`);
+    const answer = await inTime("the page answers", new Promise((resolve, reject) => {
+      socket.on("error", reject).on("message", data => {
+        const { method, params } = JSON.parse(data);
+        if (method === "Target.targetCreated")
+          socket.send(JSON.stringify({ id: 1, method: "Target.sendMessageToTarget", params: {
+            targetId: params.targetInfo.targetId,
+            message: JSON.stringify({ id: 2, method: "Runtime.evaluate", params: { expression: "innerWidth + location.pathname" } })
+          } }));
+        else if (method === "Target.dispatchMessageFromTarget" && JSON.parse(params.message).id === 2)
+          resolve(JSON.parse(params.message).result.result.value);
+      });
+    }));
+    assert.equal(answer, "1280/pages/plain.html");
+    socket.close();
+    await workplace.stop(program);
   });
 
   // The last one: the inspector may still find keys to do.

@@ -5,7 +5,7 @@ import webdriver from "selenium-webdriver";
 import { shell } from "./programs.mjs";
 import { inTime, slowness, waitFor } from "./wait.mjs";
 
-async function freePort() {
+export async function freePort() {
   const probe = createServer();
   await new Promise(listening => probe.listen(0, "127.0.0.1", listening));
   const { port } = probe.address();
