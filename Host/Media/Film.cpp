@@ -133,6 +133,11 @@ void Film::present(const std::vector<std::int16_t>& pids) {
         return;
     m_progress.selected = ids;
     m_pipeline.selectStreams(std::move(ids));
+    // What has been fetched of a stream in segments, up to half a minute, would be heard first.
+    if (isRolling() && m_progress.seekable && m_pipeline.isAdaptive()) {
+        m_progress.soughtTo = position();
+        seekPipeline(*m_progress.soughtTo, m_progress.rate, false);
+    }
 }
 
 std::uint32_t Film::rewoundTo() const {
@@ -220,6 +225,13 @@ void Film::handleApplication(GstMessage* message) {
         prerolled();
     } else if (gst_message_has_name(message, PipelineSays::SeekFailed)) {
         seekFailed();
+    } else if (gst_message_has_name(message, PipelineSays::List)) {
+        GBytes* text = nullptr;
+        gst_structure_get(gst_message_get_structure(message), "text", G_TYPE_BYTES, &text, nullptr);
+        const Host::GBytesHandle list(text);
+        gsize size = 0;
+        const auto* bytes = static_cast<const char*>(g_bytes_get_data(list.get(), &size));
+        m_streams.offer(soundsOfferedBy({bytes, size}));
     }
 }
 

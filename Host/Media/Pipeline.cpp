@@ -74,6 +74,31 @@ GstPadProbeReturn waitForTrial(GstPad*, GstPadProbeInfo*, gpointer demuxer) {
     return GST_PAD_PROBE_REMOVE;
 }
 
+// The list of a stream in segments, on its way to the element that reads it when it is whole.
+GstPadProbeReturn noteList(GstPad* pad, GstPadProbeInfo* info, gpointer rawList) {
+    constexpr gsize longest = 4 * 1024 * 1024;
+    auto* list = static_cast<GByteArray*>(rawList);
+    if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0) {
+        GstMapInfo bytes;
+        auto* buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+        if (list->len + gst_buffer_get_size(buffer) > longest ||
+            !gst_buffer_map(buffer, &bytes, GST_MAP_READ))
+            return GST_PAD_PROBE_REMOVE;
+        g_byte_array_append(list, bytes.data, static_cast<guint>(bytes.size));
+        gst_buffer_unmap(buffer, &bytes);
+        return GST_PAD_PROBE_OK;
+    }
+    if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) != GST_EVENT_EOS)
+        return GST_PAD_PROBE_OK;
+    const Host::GBytesHandle text(g_bytes_new(list->data, list->len));
+    const GstObjectHandle<GstElement> reader(gst_pad_get_parent_element(pad));
+    gst_element_post_message(
+        reader.get(), gst_message_new_application(
+                          GST_OBJECT(reader.get()),
+                          gst_structure_new(PipelineSays::List, "text", G_TYPE_BYTES, text.get(), nullptr)));
+    return GST_PAD_PROBE_REMOVE;
+}
+
 void onElement(GstBin*, GstBin*, GstElement* element, gpointer) {
     const char* kind = gst_element_get_metadata(element, GST_ELEMENT_METADATA_KLASS);
     const GstObjectHandle<GstPad> pad(gst_element_get_static_pad(element, "sink"));
@@ -81,6 +106,12 @@ void onElement(GstBin*, GstBin*, GstElement* element, gpointer) {
         gst_pad_add_probe(pad.get(),
                           static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_PULL | GST_PAD_PROBE_TYPE_BUFFER),
                           waitForTrial, element, nullptr);
+    if (pad != nullptr && kind != nullptr && g_strrstr(kind, "Adaptive") != nullptr)
+        gst_pad_add_probe(
+            pad.get(),
+            static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
+            noteList, g_byte_array_new(),
+            [](gpointer list) { g_byte_array_unref(static_cast<GByteArray*>(list)); });
 }
 
 // What readers of the network itself read.

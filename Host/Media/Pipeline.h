@@ -20,6 +20,8 @@ namespace PipelineSays {
 inline constexpr char IsLive[] = "is-live";  // will never say that it has prerolled
 inline constexpr char StateChangeFailed[] = "state-change-failed";
 inline constexpr char SeekFailed[] = "seek-failed";
+// The list of a stream in segments, before what it lists: its field "text" is a GBytes.
+inline constexpr char List[] = "list";
 }  // namespace PipelineSays
 
 class Pipeline {

@@ -1,6 +1,7 @@
 #include "Host/Media/StreamList.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 
 #include <gst/tag/tag.h>
@@ -50,16 +51,24 @@ std::optional<ComponentType> typeOf(GstStream* stream) {
     return std::nullopt;
 }
 
-// Three letters, as pages and broadcasts write it.
+// Three letters, as pages and broadcasts write it; "en-GB" is English.
+std::string threeLetters(const std::string& code) {
+    constexpr std::size_t longest = 3;
+    const auto primary = code.substr(0, code.find('-'));
+    const char* known = gst_tag_get_language_code_iso_639_2T(primary.c_str());
+    const std::string language = known == nullptr ? primary : known;
+    return language == "und" || language.size() > longest ? std::string() : language;
+}
+
 std::string languageOf(GstStream* stream) {
     const GstTagListHandle tags(gst_stream_get_tags(stream));
-    char* rawCode = nullptr;
-    if (tags == nullptr || !gst_tag_list_get_string(tags.get(), GST_TAG_LANGUAGE_CODE, &rawCode))
-        return {};
-    const Host::GChars code(rawCode);
-    const char* known = gst_tag_get_language_code_iso_639_2T(code.get());
-    const std::string language = known == nullptr ? code.get() : known;
-    return language == "und" ? std::string() : language;
+    // What has a region is a name to GStreamer, and no code.
+    for (const auto* tag : {GST_TAG_LANGUAGE_CODE, GST_TAG_LANGUAGE_NAME}) {
+        char* code = nullptr;
+        if (tags != nullptr && gst_tag_list_get_string(tags.get(), tag, &code))
+            return threeLetters(Host::GChars(code).get());
+    }
+    return {};
 }
 
 // 5.1 is five main channels, and so on: the one for low frequencies does not count.
@@ -115,23 +124,41 @@ void StreamList::update(GstObjectHandle<GstStreamCollection> collection) {
 
 std::vector<Component> StreamList::components() const {
     std::vector<Component> components;
+    std::map<std::string, int> places;
     const auto size = m_collection == nullptr ? 0 : gst_stream_collection_get_size(m_collection.get());
     for (guint i = 0; i < size; ++i) {
         auto* stream = gst_stream_collection_get_stream(m_collection.get(), i);
         const auto type = typeOf(stream);
         const auto known =
             std::find(m_streamIds.begin(), m_streamIds.end(), gst_stream_get_stream_id(stream));
-        if (type)
-            components.push_back(
-                describe(stream, *type, static_cast<std::int16_t>(known - m_streamIds.begin() + 1)));
+        if (!type)
+            continue;
+        auto component = describe(stream, *type, static_cast<std::int16_t>(known - m_streamIds.begin() + 1));
+        if (*type == ComponentType::Audio) {
+            const int place = places[component.language]++;
+            if (component.extra == 0)
+                component.extra = mainChannels(offeredChannels(component.language, place));
+        }
+        components.push_back(std::move(component));
     }
     return components;
 }
 
+int StreamList::offeredChannels(const std::string& language, int place) const {
+    for (const auto& sound : m_offered) {
+        if (threeLetters(sound.language) == language && place-- == 0)
+            return sound.channels;
+    }
+    return 0;
+}
+
 bool StreamList::has(ComponentType type) const {
-    const auto all = components();
-    return std::any_of(all.begin(), all.end(),
-                       [type](const Component& component) { return component.type == type; });
+    const auto size = m_collection == nullptr ? 0 : gst_stream_collection_get_size(m_collection.get());
+    for (guint i = 0; i < size; ++i) {
+        if (typeOf(gst_stream_collection_get_stream(m_collection.get(), i)) == type)
+            return true;
+    }
+    return false;
 }
 
 }  // namespace Media

@@ -37,7 +37,7 @@ const see = ({ text, isOpen }) => {
 // A page with a film beside a film, each of which notes its states.
 const twoFilms = `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script></head><body>
 <object id="left" type="video/mp4" data="/media/film.mp4" width="320" height="180"></object>
-<object id="right" type="video/mp4" data="/media/two-languages.mp4" width="320" height="180"></object><script>
+<object id="right" type="video/mp4" data="/media/languages.mp4" width="320" height="180"></object><script>
 var films = [document.getElementById("left"), document.getElementById("right")];
 films.forEach(function (film) {
   film.heard = [];
@@ -109,7 +109,7 @@ describe("The media player", () => {
   it("changes the audio track, which goes on playing", async () => {
     await play(twoLanguages, { audio: "Deutsch" });
     await press("GREEN");
-    await sees({ audio: "English", state: "Playing" });
+    await sees({ audio: "English 5.1", state: "Playing" });
     await press("GREEN");
     await sees({ audio: "Deutsch", state: "Playing" });
     await positionPasses(await position() + 300);

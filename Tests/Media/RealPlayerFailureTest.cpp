@@ -125,7 +125,7 @@ TEST_F(AMediumOfTheNetwork, LeadsToNoLocalFile) {
             heardOfOwn("index.m3u8", withFilesOf(folder + "/hls", "hls/index.m3u8", "segment")),
             heardOfOwn("variants.m3u8",
                        "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=300000\nfile://" + folder + "/hls/index.m3u8\n"),
-            heardOfOwn("index.mpd", withFilesOf(folder + "/dash", "dash/index.mpd", "$Rep")),
+            heardOfOwn("index.mpd", withFilesOf(folder + "/languages", "languages/index.mpd", "$Rep")),
             heardOfOwn("film.mp4", reference("file://" + folder + "/film.mp4"))};
     };
     const auto there = detours(mediaFolder());

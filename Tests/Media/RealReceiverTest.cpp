@@ -247,7 +247,7 @@ TEST_F(AReceiverWithARealPlayer, HoldsNothingOfFilmsThatWereLetGoAtAnyMoment) {
     const char* wanted = std::getenv("HBBTV_MEDIA_ROUNDS");
     const int rounds = wanted == nullptr ? 40 : std::atoi(wanted);
     alarm(120 + static_cast<unsigned>(rounds));
-    constexpr const char* paths[] = {"good/film.mp4",       "good/hls/index.m3u8", "good/dash/index.mpd",
+    constexpr const char* paths[] = {"good/film.mp4",       "good/hls/index.m3u8", "good/languages/index.mpd",
                                      "good/film.ts",        "good/tone.mp3",       "silent/film.mp4",
                                      "from-start/film.mp4", "dropped/film.mp4",    "good/nothing.mp4"};
     std::mt19937 chance(1);
