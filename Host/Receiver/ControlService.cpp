@@ -125,7 +125,7 @@ void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<ReceiverControlIface*>(raw);
     table.handle_register_view = answer<receiver_control_complete_register_view,
                                         [](ControlDesk& desk, std::int32_t viewId, const char* url) {
-                                            desk.world.registerView(viewId, url);
+                                            desk.world.registerView(viewId, url, desk.asker);
                                         }>;
     table.handle_unregister_view =
         answer<receiver_control_complete_unregister_view, [](ControlDesk& desk, std::int32_t viewId) {

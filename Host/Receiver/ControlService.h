@@ -14,6 +14,7 @@ struct ControlDesk {
     CallDispatcher& dispatcher;
     ReceiverEvents& events;
     SignalEmitter& emitter;
+    CallerName asker = {};  // whose call is being answered
 };
 
 [[nodiscard]] Host::GObjectHandle<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk);

@@ -54,14 +54,19 @@ inline GVariant* convert(GVariant* value) {
 template <typename Handler, typename Result, typename Owner, typename... Arguments>
 Owner* handlerOwner(Result (Handler::*)(Owner&, Arguments...) const);
 
-// A handler that works on a caller gets the one that calls; its skeleton's owner is the world.
+// A handler that works on a caller gets the one that calls; its skeleton's owner is the world. Another owner
+// may want to know who asks.
 template <typename Owner>
 Owner& ownerFor(gpointer skeleton, GDBusMethodInvocation* invocation) {
-    if constexpr (std::is_same_v<Owner, Caller>)
-        return static_cast<World*>(ownerOf(skeleton))
-            ->caller(g_dbus_method_invocation_get_sender(invocation));
-    else
-        return *static_cast<Owner*>(ownerOf(skeleton));
+    const char* sender = g_dbus_method_invocation_get_sender(invocation);
+    if constexpr (std::is_same_v<Owner, Caller>) {
+        return static_cast<World*>(ownerOf(skeleton))->caller(sender);
+    } else {
+        auto& owner = *static_cast<Owner*>(ownerOf(skeleton));
+        if constexpr (requires { owner.asker; })
+            owner.asker = sender;
+        return owner;
+    }
 }
 
 }  // namespace Wire

@@ -19,7 +19,8 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char household[] = R"({
-  "broadcast": {"current_channel": 1, "tune_ms": 1, "channels": [
+  "applications": {"trusted_origins": ["http://localhost:*"]},
+  "broadcast": {"current_channel": 1, "related": true, "tune_ms": 1, "channels": [
     {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]},
   "media": {"mime_types": ["video/mp4"], "connect_ms": 1, "maximum_players": 2, "items": [
     {"url": "*/film*", "duration_ms": 600000}]},
@@ -181,6 +182,31 @@ TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
         EXPECT_EQ(world(std::string("/state/") + kind), "0") << kind;
     EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(true,)")
         << "a decoder is free again";
+}
+
+// The same client stands for the shell and its page here.
+TEST_F(TwoPages, GoOnWithTheirOwnViewsWhenTheOtherShellIsKilled) {
+    const auto isTrusted = [this] { return call("IDAEBrowserAPI.IsTrusted").text(); };
+    ASSERT_TRUE(control("RegisterView", "(1, 'http://localhost/')").value);
+    const auto before = world("/state/views");
+    ASSERT_TRUE(other.control("RegisterView", "(65, 'https://portal.invalid/')").value);
+    ASSERT_EQ(other.call("IDAEBrowserAPI.CreateApplication", "('https://portal.invalid/child', 65)").text(),
+              "(true,)");
+    (void)other.call("IBroadcastPlayer.SetNullChannel", "(uint32 1, true)");
+    EXPECT_EQ(isTrusted(), "(false,)");
+    // What one shell says of another's view does not make it its own.
+    ASSERT_TRUE(other.control("RegisterView", "(1, 'http://localhost/')").value);
+    ASSERT_TRUE(other.control("RegisterView", "(66, 'https://portal.invalid/child')").value);
+    forget();
+    other.leave();
+    EXPECT_TRUE(WaitFor([&] { return isTrusted() == "(true,)"; }));
+    EXPECT_EQ(world("/state/views"), before);
+    EXPECT_EQ(signals(), std::vector<std::string>());
+    // The next shell's views have the same numbers, and begin as new ones do.
+    other.join();
+    EXPECT_EQ(control("GetRunningChannel").text(), "('', 'none')");
+    ASSERT_TRUE(other.control("RegisterView", "(65, 'http://localhost/')").value);
+    EXPECT_EQ(control("GetRunningChannel").text(), "('One', 'card')");
 }
 
 TEST_F(TwoPages, PlayFilesOfTheReceiverOnlyWhenTheyAreFilesThemselves) {

@@ -25,13 +25,13 @@ std::string withRest(const std::string& url, const std::string& rest) {
 
 }  // namespace
 
-bool Applications::registerView(std::int32_t viewId, const std::string& url) {
+bool Applications::registerView(std::int32_t viewId, const std::string& url, const CallerName& shell) {
     if (viewId < 0)
         throw ScenarioError("", "a view id must not be negative, is " + std::to_string(viewId));
     const bool isNew = !m_views.contains(viewId);
     if (isNew && m_views.size() >= largestNumberOfViews)
         throw ScenarioError("", "there are already " + std::to_string(m_views.size()) + " views");
-    auto& view = m_views[viewId];
+    auto& view = m_views.try_emplace(viewId, View{.shell = shell}).first->second;
     view.url = url;
     view.activity = ++m_activity;
     return isNew;
@@ -39,6 +39,10 @@ bool Applications::registerView(std::int32_t viewId, const std::string& url) {
 
 bool Applications::unregisterView(std::int32_t viewId) {
     return m_views.erase(viewId) > 0;
+}
+
+bool Applications::forget(const CallerName& shell) {
+    return std::erase_if(m_views, [&shell](const auto& entry) { return entry.second.shell == shell; }) > 0;
 }
 
 bool Applications::create(const std::string& url, std::int32_t viewId, const CallerName& creator) {
@@ -53,7 +57,7 @@ bool Applications::create(const std::string& url, std::int32_t viewId, const Cal
         destroy(childId);
     if (m_views.size() >= largestNumberOfViews)
         return false;
-    m_views[childId] = View{resolved(url), true, true, creator, ++m_activity};
+    m_views[childId] = View{m_views[viewId].shell, resolved(url), true, true, creator, ++m_activity};
     m_events.applicationStarted(childId, m_views[childId].url);
     return true;
 }

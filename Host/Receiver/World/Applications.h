@@ -11,7 +11,8 @@
 namespace Receiver {
 
 struct View {
-    std::string url;
+    CallerName shell;
+    std::string url = {};
     bool visible = true;
     // Started by CreateApplication, not opened by the shell on its own account; by whom.
     bool started = false;
@@ -24,11 +25,13 @@ class Applications {
  public:
     Applications(const Scenario& scenario, ReceiverEvents& events) : m_scenario(scenario), m_events(events) {}
 
-    // The shell shows this address in the view, from now on. True when the view was not known before.
-    // Throws ScenarioError for a negative id and when there are too many views.
-    bool registerView(std::int32_t viewId, const std::string& url);
+    // The view shows this address, from now on. True when the view was not known before; then it is this
+    // shell's. Throws ScenarioError for a negative id and when there are too many views.
+    bool registerView(std::int32_t viewId, const std::string& url, const CallerName& shell);
     // False for a view that is not known.
     bool unregisterView(std::int32_t viewId);
+    // The shell has gone without a word. False when it had no views.
+    bool forget(const CallerName& shell);
 
     // Starts the application as the child of a view; false when the receiver refuses it.
     [[nodiscard]] bool create(const std::string& url, std::int32_t viewId, const CallerName& creator);

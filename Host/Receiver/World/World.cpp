@@ -126,6 +126,8 @@ Caller* World::find(const CallerName& name) {
 }
 
 void World::forget(const CallerName& name) {
+    if (m_applications.forget(name))
+        reviewRunningChannel();
     const auto found = m_callers.find(name);
     if (found == m_callers.end())
         return;
@@ -154,8 +156,8 @@ void World::setValue(const std::string& pointer, const std::string& json) {
     adopt(std::move(next));
 }
 
-void World::registerView(std::int32_t viewId, const std::string& url) {
-    if (!m_applications.registerView(viewId, url))
+void World::registerView(std::int32_t viewId, const std::string& url, const CallerName& shell) {
+    if (!m_applications.registerView(viewId, url, shell))
         return;
     m_scenario.broadcast.related = m_relatedAtStart;
     m_tuner.restore();

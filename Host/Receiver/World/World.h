@@ -47,8 +47,9 @@ class World {
     [[nodiscard]] nlohmann::json value(const std::string& pointer);
     void setValue(const std::string& pointer, const std::string& json);
 
-    // A view that was not known before is a new application: broadcast-related again as the scenario says.
-    void registerView(std::int32_t viewId, const std::string& url);
+    // A view that was not known before is a new application: broadcast-related again as the scenario says. It
+    // is its shell's, and goes with it.
+    void registerView(std::int32_t viewId, const std::string& url, const CallerName& shell);
     // False for a view that is not known.
     [[nodiscard]] bool unregisterView(std::int32_t viewId);
 
