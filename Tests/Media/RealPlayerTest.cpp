@@ -1,5 +1,6 @@
 // What a page does with a medium that plays: positions, speeds, pictures, sound and tracks are the medium's
 // own.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <gmock/gmock.h>
 
 #include "Host/Receiver/World/MediaPlayers.h"
+#include "Host/Receiver/World/World.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Media/PlayerFixture.h"
 
@@ -270,6 +272,11 @@ class Sound {
             rises += samples[place - 1] < 0 && samples[place] >= 0 ? 1 : 0;
         return rises * 10;
     }
+    [[nodiscard]] int loudness() const {
+        const auto samples = latest();
+        return samples.empty() ? 0 : *std::max_element(samples.begin(), samples.end());
+    }
+    void forget() const { std::ofstream(m_file, std::ios::trunc).flush(); }
 
  private:
     // The last tenth of a second, if there has been that much.
@@ -395,6 +402,89 @@ TEST_F(ARealPlayersTracks, FollowOneAnotherInTheQueue) {
         WaitFor([&] { return players.player(1)->duration() < 7000 && players.player(1)->position() > 0; }));
     ASSERT_TRUE(sounds(660));
     EXPECT_EQ(players.session(1).url(), fileUrl("tone.mp3"));
+}
+
+constexpr const char channels[] = R"({
+  "broadcast": {"current_channel": 1, "related": true, "tune_ms": 1, "volume": 100, "channels": [
+    {"id": 1, "name": "One", "id_type": "ID_DVB_T", "picture": "film.mp4", "components": [
+      {"type": "audio", "pid": 100, "tag": 1, "encoding": "HEAAC"}]},
+    {"id": 2, "name": "Two", "id_type": "ID_DVB_T", "picture": "tone.mp3"},
+    {"id": 3, "name": "Three", "id_type": "ID_DVB_T"}]}
+})";
+
+class TheSoundOfAChannel : public RealSound {
+ protected:
+    void TearDown() override {
+        for (const auto* caller : {"me", "other"})
+            world.forget(caller);
+        EXPECT_TRUE(isSilent());
+        RealPlayer::TearDown();
+    }
+    [[nodiscard]] bool isSilent() {
+        const bool isOver = WaitFor([] { return filmProcesses(getpid()).empty(); });
+        sound.forget();
+        return isOver;
+    }
+    void show(std::uint32_t channel) { (void)television.setChannel(1, {0, "", 0, 0, 0, channel}); }
+
+    World world{nlohmann::json::parse(channels), mediaFolder().string(), timers, events,
+                [this](MediaListener& ears, PictureSink&) { return makePlayer(ears, screen); }};
+    BroadcastPlayers& television = world.caller("me").broadcast();
+    BroadcastPlayers& other = world.caller("other").broadcast();
+};
+
+TEST_F(TheSoundOfAChannel, IsAsLoudAsTheLoudestOfThoseWhoWatchWantIt) {
+    ASSERT_TRUE(television.bindToCurrentChannel(1));
+    ASSERT_TRUE(sounds(440));
+    // The beginning of a sound is not quite as loud as the rest.
+    const auto loudest = sound.loudness();
+    const auto isAt = [&](int percent) {
+        return WaitFor([&] { return std::abs(sound.loudness() * 100 / loudest - percent) < 15; });
+    };
+    television.setVolume(1, 40);
+    EXPECT_TRUE(isAt(40)) << sound.loudness();
+    other.setVolume(1, 70);
+    ASSERT_TRUE(other.bindToCurrentChannel(1));
+    EXPECT_TRUE(isAt(70)) << sound.loudness();
+    other.unselectComponent(1, 1, AnyPid);
+    EXPECT_TRUE(isAt(40)) << "who has taken the sound away hears nothing: " << sound.loudness();
+    television.unselectComponent(1, 1, 100);
+    ASSERT_TRUE(sounds(0));
+    television.selectComponent(1, 1, 100);
+    EXPECT_TRUE(isAt(40)) << sound.loudness();
+    television.setVolume(1, 0);
+    ASSERT_TRUE(sounds(0));
+    // Another channel has the same volume, and all of its sound.
+    television.setVolume(1, 100);
+    television.unselectComponent(1, 1, AnyPid);
+    show(2);
+    EXPECT_TRUE(sounds(660));
+}
+
+TEST_F(TheSoundOfAChannel, EndsWithItsPicture) {
+    const auto again = [this] {
+        show(1);
+        return sounds(440);
+    };
+    ASSERT_TRUE(again());
+    show(3);
+    EXPECT_TRUE(isSilent()) << "a channel without a picture";
+    ASSERT_TRUE(again());
+    television.stop(1);
+    EXPECT_TRUE(isSilent());
+    ASSERT_TRUE(again());
+    television.setNullChannel(1, true);
+    EXPECT_TRUE(isSilent());
+    ASSERT_TRUE(again());
+    world.forget("me");
+    EXPECT_TRUE(isSilent());
+    // Behind an application, at the receiver's volume, until it is closed.
+    world.registerView(1, "http://x/", "shell");
+    ASSERT_TRUE(sounds(440));
+    world.setValue("/broadcast/volume", "0");
+    EXPECT_TRUE(sounds(0));
+    world.forget("shell");
+    EXPECT_TRUE(isSilent());
 }
 
 }  // namespace

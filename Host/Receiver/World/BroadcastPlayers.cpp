@@ -20,6 +20,14 @@ bool isPresenting(BroadcastState state) {
     return state == BroadcastState::Presenting;
 }
 
+// Whether the page has taken away all sound that the channel tells of.
+bool isMuted(const BroadcastPlayer& player, const Channel* channel) {
+    const auto sounds = [&](bool active) {
+        return !player.selection.list(channel->components, ComponentType::Audio, active, "").empty();
+    };
+    return channel != nullptr && sounds(false) && !sounds(true);
+}
+
 }  // namespace
 
 bool BroadcastPlayers::bindToCurrentChannel(std::uint32_t pluginId) {
@@ -133,9 +141,9 @@ std::int32_t BroadcastPlayers::volume(std::uint32_t pluginId) {
 
 std::optional<std::int32_t> BroadcastPlayers::loudest() const {
     std::optional<std::int32_t> volume;
-    m_players.forEach([&volume](std::uint32_t, const BroadcastPlayer& player) {
+    m_players.forEach([&](std::uint32_t, const BroadcastPlayer& player) {
         if (isPresenting(player.state))
-            volume = std::max(volume.value_or(0), player.volume);
+            volume = std::max(volume.value_or(0), isMuted(player, m_tuner.channel()) ? 0 : player.volume);
     });
     return volume;
 }
