@@ -29,6 +29,16 @@ gboolean onDrawSheet(GtkWidget* sheet, cairo_t* cairo, gpointer view) {
     return TRUE;
 }
 
+// A title takes place that a display of the television's own size has not; on Wayland, one that shows all
+// windows on its whole screen would end the shell for it.
+bool hasPlaceForTitle(int height) {
+    GdkRectangle area{};
+    GdkMonitor* monitor = gdk_display_get_monitor(gdk_display_get_default(), 0);
+    if (monitor)
+        gdk_monitor_get_workarea(monitor, &area);
+    return !monitor || area.height > height;
+}
+
 }  // namespace
 
 Screen::Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed)
@@ -38,8 +48,9 @@ Screen::Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, 
     gtk_window_set_resizable(GTK_WINDOW(m_window), FALSE);
     m_overlay = gtk_overlay_new();
     paint(m_window, "black");
-    gtk_widget_set_size_request(m_overlay, static_cast<int>(std::lround(kScreenWidth * zoom)),
-                                static_cast<int>(std::lround(kScreenHeight * zoom)));
+    const int height = static_cast<int>(std::lround(kScreenHeight * zoom));
+    gtk_window_set_decorated(GTK_WINDOW(m_window), hasPlaceForTitle(height));
+    gtk_widget_set_size_request(m_overlay, static_cast<int>(std::lround(kScreenWidth * zoom)), height);
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
     g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);

@@ -121,7 +121,7 @@ for (const [how, environment, scale, wayland] of [
         scrollTo(0, 250);
         objects[1].stop();
       });
-      await sees([...cardAt(600, 50, 640, 360), [100, 100, ground]]);
+      await sees([...cardAt(600, 50, 640, 360), [150, 60, ground]]);
     });
 
     it("keeps its shape while the object grows and shrinks", async () => {

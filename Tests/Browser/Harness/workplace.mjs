@@ -29,7 +29,6 @@ export class Workplace {
 
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
-  #top = 0;
   // Held open: whatever becomes of the folder, the tests go on.
   #log;
   // Variables of the shell alone, which hands them to the web process.
@@ -149,20 +148,19 @@ export class Workplace {
     this.env.DISPLAY = ":" + await this.#firstLine(display, display.stdio[3]);
   }
 
-  // A Wayland compositor in the display's upper left corner. What is started then stands in the middle of its screen,
-  // which is higher than a television's because a window begins with a title, for which it must have the place.
+  // A Wayland compositor in the display's upper left corner, whose screen is no larger than a television's. What is
+  // started then fills it.
   async startCompositor() {
     const socket = "hbbtv-wayland";
     this.start("weston", ["--no-config", "--backend=x11-backend.so", "--use-pixman", "--shell=kiosk-shell.so",
-      "--idle-time=0", "--width=1280", "--height=800", `--socket=${socket}`]);
-    this.#top = 40;
+      "--idle-time=0", "--width=1280", "--height=720", `--socket=${socket}`]);
     await waitFor("the compositor listens", () => existsSync(join(this.env.XDG_RUNTIME_DIR, socket)));
     Object.assign(this.env, { WAYLAND_DISPLAY: socket, GDK_BACKEND: "wayland" });
   }
 
-  // What is on the display now, from the television's upper left corner.
+  // What is on the display now, from its upper left corner.
   look(width = 1280, height = 720) {
-    const part = ["-window", "root", "-crop", `${width}x${height}+0+${this.#top}`, "+repage"];
+    const part = ["-window", "root", "-crop", `${width}x${height}+0+0`, "+repage"];
     return new Picture(undefined, "import", part, this.env);
   }
 
