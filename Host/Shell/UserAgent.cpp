@@ -10,7 +10,7 @@ std::string userAgentWithProfile(const std::string& userAgent, const std::string
     const size_t options = std::min(profile.find('+'), profile.size());
     // Options; vendor; model; software version; hardware version; reserved.
     return userAgent + " HbbTV/" + profile.substr(0, options) + " (" + profile.substr(options) +
-           "; Vantrel; Desktop; 1.0; ; )";
+           "; Vantrel; Desktop; " HBBTV_VERSION "; ; )";
 }
 
 }  // namespace Shell

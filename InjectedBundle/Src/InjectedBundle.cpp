@@ -138,6 +138,7 @@ void Initialize(WKBundleRef bundle) {
         "%s\n***************************************",
         __DATE__, __TIME__);
     HBBTV_LOG_INFO("%s()", "WKBundleInitialize");
+    HBBTV_LOG_ERROR("HbbTV injected bundle, version %s", HBBTV_VERSION);
     HbbTVPlatform::PCRecord::Open();
     InitDSMCCDBus();
 

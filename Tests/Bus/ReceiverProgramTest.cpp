@@ -23,7 +23,7 @@ TEST(TheReceiverProgram, RefusesBadArgumentsWithExitCodeTwo) {
         EXPECT_EQ(ended.output, "");
     }
     EXPECT_THAT(runReceiver({"-h"}).output, HasSubstr("--scenario=FILE"));
-    EXPECT_EQ(runReceiver({"--version"}).output, "hbbtv-receiver 1.0.0\n");
+    EXPECT_EQ(runReceiver({"--version"}).output, "hbbtv-receiver " HBBTV_VERSION "\n");
 }
 
 TEST(TheReceiverProgram, RefusesAScenarioWithFilePlaceAndReason) {

@@ -80,6 +80,7 @@ TEST(AnAddress, MayComeWithoutItsScheme) {
 TEST(AUserAgent, CarriesTheProfileWhereThePagesScriptsLookForIt) {
     const std::string agent = userAgentWithProfile("Mozilla/5.0 (X11)", "1.2.1");
     EXPECT_EQ(agent.find("Mozilla/5.0 (X11) HbbTV/1.2.1 (;"), 0U) << agent;
+    EXPECT_NE(agent.find("; " HBBTV_VERSION ";"), std::string::npos) << agent;
     EXPECT_EQ(agent.back(), ')');
 
     EXPECT_NE(userAgentWithProfile("", optionsOf({"--profile", "1.2.1+DL+PVR", "u"}).profile)

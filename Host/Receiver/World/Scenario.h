@@ -181,7 +181,7 @@ struct Scenario {
         std::uint32_t connectLimitMs = 10000;
         std::uint32_t maximumPlayers = 4;
         // What servers of media are told; the shell says it anew.
-        std::string userAgent = "HbbTV/1.2.1 (; Vantrel; Desktop; 1.0; ; )";
+        std::string userAgent = "HbbTV/1.2.1 (; Vantrel; Desktop; ; ; )";
         std::vector<MediaItem> items;
     } media;
     std::vector<StreamEventSource> streamEvents;
