@@ -55,6 +55,12 @@ std::optional<std::string> findDefaultScenario() {
     return findBeside({HBBTV_DATADIR "/hbbtv/scenarios/default.json", HBBTV_SCENARIOS "/default.json"});
 }
 
+std::optional<std::string> findExamples() {
+    const auto scenario = findDefaultScenario();
+    return scenario ? std::optional<std::string>(fs::path(*scenario).parent_path().parent_path())
+                    : std::nullopt;
+}
+
 std::optional<std::string> findPictures() {
     return findBeside({"../../pictures", HBBTV_DATADIR "/hbbtv/pictures"});
 }

@@ -17,6 +17,9 @@ namespace Shell {
 
 // The scenario of a receiver for which none is named.
 [[nodiscard]] std::optional<std::string> findDefaultScenario();
+// The folder of the demo applications, which that scenario broadcasts.
+[[nodiscard]] std::optional<std::string> findExamples();
+
 // The folder of its channels' pictures.
 [[nodiscard]] std::optional<std::string> findPictures();
 

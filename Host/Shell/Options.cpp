@@ -73,10 +73,13 @@ std::string problemOf(const Options& options, size_t urls) {
         return "not a factor from 0.25 to 4";
     if (options.requireVerdict && !options.exitAfterLoad)
         return "--require-verdict goes with --exit-after-load";
-    if (urls + (options.ait ? 1 : 0) > 1)
-        return "more than one URL or AIT";
-    if (options.url.empty() && options.ait.value_or("").empty() && !options.automation)
-        return "no URL";
+    if (urls + (options.ait ? 1 : 0) + (options.example ? 1 : 0) > 1)
+        return "more than one URL, AIT or example";
+    if (options.folder && (options.ait || options.example))
+        return "--serve goes with a URL";
+    if (options.url.empty() && options.ait.value_or("").empty() && !options.folder && !options.example &&
+        !options.automation)
+        return "no URL; --example zapper shows a demo application";
     return problemOfFolders(options);
 }
 
@@ -90,6 +93,8 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     char* profileFolder = nullptr;
     char* reloadFolder = nullptr;
     char* ait = nullptr;
+    char* folder = nullptr;
+    char* example = nullptr;
     char* screenshot = nullptr;
     char* recording = nullptr;
     char** urls = nullptr;
@@ -101,6 +106,12 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "else the red "
          "key starts one",
          "FILE|URL"},
+        {"example", 0, 0, G_OPTION_ARG_STRING, &example,
+         "Instead of a URL: a demo application (zapper, epg, player, carousel, information or demo)", "NAME"},
+        {"serve", 0, 0, G_OPTION_ARG_FILENAME, &folder,
+         "Serve a folder to this machine, with HbbTV's content types; the URL is a path in it, and may be "
+         "missing",
+         "FOLDER"},
         {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
          "The HbbTV profile in the user agent, three digits and options (1.2.1, 1.2.1+DL+PVR); none: no "
          "HbbTV token",
@@ -150,6 +161,8 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
     options.profileFolder = takeText(profileFolder);
     options.reloadFolder = takeText(reloadFolder);
     options.ait = takeText(ait);
+    options.folder = takeText(folder);
+    options.example = takeText(example);
     options.screenshot = takeText(screenshot);
     options.recording = takeText(recording);
     options.profile = takeText(profile).value_or(options.profile);

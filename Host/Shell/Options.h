@@ -10,7 +10,9 @@
 namespace Shell {
 
 struct Options {
-    std::string url;
+    std::string url;                    // In the folder that is served, if there is one.
+    std::optional<std::string> folder;  // To serve.
+    std::optional<std::string> example;
     std::string profile =
         "1.2.1";  // With options, such as +PVR. Empty for a user agent without the HbbTV token.
     std::optional<std::string> userAgent;  // Instead of WebKit's own with the profile.

@@ -6,6 +6,7 @@
 #include <gtk/gtk.h>
 
 #include "Host/Shell/Browser.h"
+#include "Host/Shell/FolderServer.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/Recorder.h"
 #include "Host/Shell/SessionBus.h"
@@ -14,9 +15,12 @@
 namespace {
 
 int runBrowser(int argc, char** argv, Shell::Options options) {
+    std::string problem;
+    const auto server = Shell::serveFor(options, problem);
+    if (!problem.empty())
+        return Shell::refuseOptions(problem);
     std::unique_ptr<Shell::Recorder> recorder;
     if (options.recording) {
-        std::string problem;
         recorder = Shell::Recorder::start(
             {*options.recording, options.ait.value_or(options.url), options.quiet != FALSE}, problem);
         if (!recorder)

@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
 import { once } from "node:events";
-import { mkdirSync, readFileSync, writeFileSync } from "node:fs";
+import { mkdirSync, readFileSync, symlinkSync, writeFileSync } from "node:fs";
 import { createServer } from "node:https";
 import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
@@ -160,6 +160,52 @@ document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "
     assert.match(workplace.lines.join("\n"), /cannot show https:.*TLS certificate/);
     assert.equal(await verdict(url, "--user-agent=Mine HbbTV/1.5.1", "--ignore-tls-errors"), 0);
     secure.close();
+  });
+
+  it("serves a folder, and nothing that lies outside", async () => {
+    const folder = join(workplace.env.HOME, "served");
+    mkdirSync(join(folder, "pages"), { recursive: true });
+    writeFileSync(join(folder, "..", "secret.txt"), "secret");
+    symlinkSync("../secret.txt", join(folder, "link.txt"));
+    writeFileSync(join(folder, "50% done.txt"), "0123456789");
+    writeFileSync(join(folder, "pages/index.html"), "page");
+    writeFileSync(join(folder, "index.hbbtv"), "<html xmlns='http://www.w3.org/1999/xhtml'/>");
+    writeFileSync(join(folder, "index.html"), `<!DOCTYPE html><html><body><div id="verdict"></div><script>
+const ask = (path, options) => fetch(path, options).then(async answer =>
+  [answer.status, answer.headers.get("Content-Type"), await answer.text(), answer.url, answer.headers.get("Accept-Ranges")]);
+Promise.all([ask("50%25%20done.txt"), ask("50%25%20done.txt", { headers: { Range: "bytes=2-4" } }), ask("pages"), ask("index.hbbtv"),
+  ask("link.txt"), ask("..%2fsecret.txt"), ask("missing"), ask("index.html", { method: "POST" })]).then(answers => {
+    console.log(JSON.stringify(answers.map(([status, type, text, ...rest]) => status < 300 && [status, type, text.slice(0, 10), ...rest])));
+    console.log(JSON.stringify(answers.map(([status]) => status)));
+    document.getElementById("verdict").dataset.verdict = location.search === "?now" ? "pass" : "fail";
+  });</script></body></html>`);
+    const start = workplace.lines.length;
+    const program = workplace.start(shell(), ["--no-receiver", ...exitAfterLoad, "--serve", folder, "index.html?now"]);
+    await program.ended;
+    assert.equal(program.exitCode, 0);
+    const told = workplace.lines.slice(start).map(line => line.match(/CONSOLE LOG (\[.*\])$/)?.[1]).filter(Boolean).map(JSON.parse);
+    assert.deepEqual(told[1], [200, 206, 200, 200, 404, 400, 404, 405]);
+    const base = told[0][0][3].replace(/[^/]*$/, "");
+    assert.match(base, /^http:\/\/127\.0\.0\.1:\d+\/$/);
+    assert.deepEqual(told[0].filter(Boolean), [
+      [200, "text/plain; charset=utf-8", "0123456789", `${base}50%25%20done.txt`, "bytes"],
+      [206, "text/plain; charset=utf-8", "234", `${base}50%25%20done.txt`, "bytes"],
+      [200, "text/html; charset=utf-8", "page", `${base}pages/`, "bytes"],
+      [200, "application/vnd.hbbtv.xhtml+xml; charset=utf-8", "<html xmln", `${base}index.hbbtv`, "bytes"]
+    ]);
+
+    const missing = workplace.start(shell(), ["--serve", join(folder, "nowhere")]);
+    await missing.ended;
+    assert.equal(missing.exitCode, 2);
+    assert.match(workplace.lines.join("\n"), /not a folder: \S+nowhere/);
+  });
+
+  it("shows an example by its name", async () => {
+    for (const [name, code] of [["demo", 0], ["carousel", 0], ["nothing", 2]]) {
+      const program = workplace.start(shell(), ["--example", name, ...exitAfterLoad, "--require-verdict"]);
+      await program.ended;
+      assert.equal(program.exitCode, code, name);
+    }
   });
 
   it("gives the screen its size, and a key the remote control to the mouse", async () => {

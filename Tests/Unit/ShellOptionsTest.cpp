@@ -37,10 +37,13 @@ TEST(TheShellsCommandLine, IsReadInAnyOrder) {
 }
 
 TEST(TheShellsCommandLine, IsRefusedWithItsReason) {
-    EXPECT_EQ(refusalOf({}), "no URL");
-    EXPECT_EQ(refusalOf({""}), "no URL");
+    EXPECT_EQ(refusalOf({}), "no URL; --example zapper shows a demo application");
+    EXPECT_EQ(refusalOf({""}), refusalOf({}));
     EXPECT_EQ(refusalOf({"--automation"}), "accepted");
-    EXPECT_EQ(refusalOf({"a.html", "b.html"}), "more than one URL or AIT");
+    EXPECT_EQ(refusalOf({"a.html", "b.html"}), "more than one URL, AIT or example");
+    EXPECT_EQ(refusalOf({"a.html", "--example", "epg"}), "more than one URL, AIT or example");
+    EXPECT_EQ(refusalOf({"--serve", "folder", "--ait", "a.aitx"}), "--serve goes with a URL");
+    EXPECT_EQ(refusalOf({"--serve", "folder"}), "accepted");
     EXPECT_EQ(refusalOf({"--ait", "a.aitx"}), "accepted");
     EXPECT_EQ(refusalOf({"u", "--require-verdict"}), "--require-verdict goes with --exit-after-load");
     EXPECT_EQ(refusalOf({"--colour", "u"}), "Unknown option --colour");
