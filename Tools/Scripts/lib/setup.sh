@@ -43,13 +43,13 @@ apt_get() { # arguments of apt-get
         apt-get -q -y -o DPkg::Lock::Timeout=900 -o Acquire::Retries=3 "$@"
 }
 
-install_packages() {
+install_packages() { # further packages...
     local package missing=()
     if ! command -v dpkg-query >/dev/null; then
         stage "Not a Debian system: taking it that the packages listed in CONTRIBUTING.md are there"
         return
     fi
-    for package in "${packages_build[@]}" "${packages_run[@]}"; do
+    for package in "${packages_build[@]}" "${packages_run[@]}" "$@"; do
         is_installed "$package" || missing+=("$package")
     done
     node_is_good_enough || missing+=(nodejs)
@@ -81,8 +81,8 @@ install_node_modules() {
         -name package-lock.json -print)
 }
 
-set_up() {
-    install_packages
+set_up() { # further packages...
+    install_packages "$@"
     node_is_good_enough || fail "Node 18 or newer is needed; found: $(node --version 2>&1 || true)"
     install_node_modules
 }
