@@ -4,7 +4,10 @@ var checks = (function () {
 
   var byId = view.byId;
 
-  // Waits for the file, as older applications do: [status, text].
+  /**
+   * Waits for the file, as older applications do: [status, text].
+   * @returns {[number, string]}
+   */
   function read(address) {
     var request = new XMLHttpRequest();
     request.open('GET', address, false);

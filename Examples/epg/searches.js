@@ -8,7 +8,8 @@ var searches = (function () {
   var FINISHED = 0;
   var FAILED = 4;
 
-  var manager = null;
+  /** @type {hbbtv.OipfElement<hbbtv.OipfSearchManager>} */
+  var manager;
   // Each { search, done }: `done` hears whether what was asked last was found.
   var asked = [];
 
@@ -41,6 +42,7 @@ var searches = (function () {
     // A search to be used again and again, for one question after another. One that failed is replaced: the
     // receiver may have forgotten it.
     newSearch: function () {
+      /** @type {{search: hbbtv.MetadataSearch | null, done: ((isFound: boolean) => void) | null}} */
       var entry = { search: null, done: null };
       asked.push(entry);
 
@@ -54,20 +56,23 @@ var searches = (function () {
         isRunning: function () { return entry.done !== null; },
 
         toTitles: function (text) {
-          var query = begin() && entry.search.createQuery('Programme.name', CONTAINS, text);
-          if (query) entry.search.setQuery(query);
+          var search = begin();
+          var query = search && search.createQuery('Programme.name', CONTAINS, text);
+          if (search && query) search.setQuery(query);
           else entry.search = null;
         },
 
         toSchedule: function (channel, time) {
-          if (begin()) entry.search.findProgrammesFromStream(channel.object, Math.floor(time / 1000));
+          var search = begin();
+          if (search) search.findProgrammesFromStream(channel.object, Math.floor(time / 1000));
         },
 
         // Calls `done`, later, with the programmes, how many there are altogether, and where these begin; or
         // with null.
         read: function (offset, count, done) {
+          /** @param {boolean} isFound */
           function answer(isFound) {
-            var results = isFound ? entry.search.result : null;
+            var results = isFound && entry.search ? entry.search.result : null;
             if (results) {
               done(objects.toArray(results).map(copy), results.totalSize, results.offset);
               return;

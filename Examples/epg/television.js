@@ -2,7 +2,8 @@
 var television = (function () {
   'use strict';
 
-  var video = null;
+  /** @type {hbbtv.OipfElement<hbbtv.OipfVideoBroadcast>} */
+  var video;
   var channels = [];
   // The channel on the screen, by its ccid.
   var current = '';

@@ -10,7 +10,7 @@ var receiver = (function () {
   function attempt(read) {
     try {
       return read();
-    } catch (error) {
+    } catch (/** @type {any} */ error) {
       return { trouble: error.description || error.message || String(error) };
     }
   }

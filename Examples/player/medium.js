@@ -17,7 +17,8 @@ var medium = (function () {
   // A seek ends here at the latest, so that the end of a medium is played and not skipped.
   var BEFORE_END_MS = 500;
 
-  var video = null;
+  /** @type {hbbtv.OipfElement<hbbtv.OipfAVControl>} */
+  var video;
   var item = null;
   var error = null;
   var isMuted = false;

@@ -41,6 +41,7 @@ var remote = (function () {
     request: function (groups) {
       try {
         var app = document.getElementById('appmgr').getOwnerApplication(document);
+        if (!app) return;
         app.show();
         app.privateData.keyset.setValue(groups);
       } catch (error) {

@@ -44,7 +44,7 @@ var checks = (function () {
       require(programmes[0].channelID === byId('video').currentChannel.ccid, 'of ' + programmes[0].channelID);
       var now = television.nowAndNext().now;
       require(now, 'none is on');
-      return now.name;
+      return now && now.name;
     }],
     ['Components come by type and all together', function (require) {
       var video = byId('video');

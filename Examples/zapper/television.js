@@ -6,7 +6,8 @@ var television = (function () {
   var PRESENTING = 2;
 
   var attempt = objects.attempt;
-  var video = null;
+  /** @type {hbbtv.OipfElement<hbbtv.OipfVideoBroadcast>} */
+  var video;
   var channels = [];
   // Where zapping starts from: the channel asked for last, whether it could be shown or not.
   var wanted = -1;
@@ -84,8 +85,8 @@ var television = (function () {
       }).filter(function (programme) {
         return programme.end > now;
       }).sort(function (a, b) { return a.start - b.start; });
-      if (programmes.length > 0 && programmes[0].start > now) programmes.unshift(null);
-      return { now: programmes[0] || null, next: programmes[1] || null };
+      var next = programmes[0] && programmes[0].start > now ? 0 : 1;
+      return { now: next ? programmes[0] || null : null, next: programmes[next] || null };
     },
 
     components: function (type) { return objects.componentsOf(video, type); },

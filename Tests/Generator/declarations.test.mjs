@@ -1,18 +1,35 @@
-// The TypeScript declarations of the reference: pages that are right pass the compiler, wrong ones do not.
+// The TypeScript declarations, as their npm package brings them: pages that are right pass the compiler, wrong ones do not.
 
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
+import { execFileSync } from 'node:child_process';
+import { existsSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
-import { describe, it } from 'node:test';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { after, describe, it } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 import ts from 'typescript';
 
 const at = (path) => fileURLToPath(new URL(path, import.meta.url));
-const DECLARATIONS = at('../../Docs/api/hbbtv.d.ts');
-const OPTIONS = {
-  strict: true, noEmit: true, types: [], lib: ['lib.es2020.d.ts', 'lib.dom.d.ts'], target: ts.ScriptTarget.ES2020,
+
+// The package, as a page's developer installs it.
+const API = at('../../Docs/api');
+const home = mkdtempSync(join(tmpdir(), 'hbbtv-types-'));
+after(() => rmSync(home, { recursive: true }));
+const [packed] = JSON.parse(execFileSync('npm', ['pack', '--json', '--pack-destination', home],
+  { cwd: API, encoding: 'utf8', stdio: ['ignore', 'pipe', 'ignore'] }));
+const INSTALLED = join(home, 'node_modules', packed.name);
+mkdirSync(INSTALLED, { recursive: true });
+execFileSync('tar', ['-xzf', join(home, packed.filename), '-C', INSTALLED, '--strip-components=1']);
+
+const BESIDE_OTHERS = {
+  strict: true, noEmit: true, types: [`${packed.name}/types`], lib: ['lib.es2020.d.ts', 'lib.dom.d.ts'], target: ts.ScriptTarget.ES2020,
+  module: ts.ModuleKind.ES2020, moduleResolution: ts.ModuleResolutionKind.Bundler,
 };
+const OPTIONS = { ...BESIDE_OTHERS, types: [packed.name], allowJs: true };
+// Plain JavaScript does not say of what type its own functions' parameters are.
+const PLAIN = { ...OPTIONS, checkJs: true, noImplicitAny: false };
 
 // What each wrong page is, and what the compiler says.
 const WRONG = [
@@ -28,7 +45,7 @@ const WRONG = [
   ['another class', 'video.setChannel(video);', /is not assignable to parameter of type 'Channel'/],
   ['a result that may be null', 'app.getOwnerApplication().show();', /possibly 'null'/],
   ['a result that may be undefined', 'config.channelList.item(0).name;', /possibly 'undefined'/],
-  ['a handler for other arguments', 'video.onChannelChangeError = (channel: Channel) => {};',
+  ['a handler for other arguments', 'video.onChannelChangeError = (channel: hbbtv.Channel) => {};',
     /'number' is not assignable to type 'Channel'/],
   ['a handler that is no function', 'video.onPlayStateChange = "play()";', /'string' is not assignable/],
   ['an unknown event', 'app.addEventListener("HighMemory", () => {});', /'"HighMemory"' is not assignable/],
@@ -39,41 +56,72 @@ const WRONG = [
     'document.querySelector(\'object[type="video/mp4"]\')!.bindToCurrentChannel();',
     /'bindToCurrentChannel' does not exist/],
   ['the element\'s own width, which is a text', 'element.width = "640";', /'string' is not assignable/],
+  ['an element of an id that nothing is said of', 'document.getElementById("video")!.bindToCurrentChannel();',
+    /'bindToCurrentChannel' does not exist on type 'HTMLElement'/],
   ['an array\'s method on a list', 'config.channelList.forEach(() => {});', /'forEach' does not exist/],
   ['the result of an object that there is none of', 'oipfObjectFactory.createIMSObject().x;',
     /'x' does not exist on type 'never'/],
 ];
 const GIVEN = `
-declare const app: OipfApplicationManager; declare const video: OipfVideoBroadcast; declare const av: OipfAVControl;
-declare const config: ChannelConfig; declare const element: OipfElement<OipfVideoBroadcast>;
+declare const app: hbbtv.OipfApplicationManager; declare const video: hbbtv.OipfVideoBroadcast;
+declare const av: hbbtv.OipfAVControl; declare const config: hbbtv.ChannelConfig;
+declare const element: hbbtv.OipfElement<hbbtv.OipfVideoBroadcast>;
 export {};
 `;
 
-// All wrong pages are compiled in one go: reading the DOM's declarations is what takes the time.
-const sources = new Map(WRONG.map(([, text], i) => [at(`page/wrong-${i}.ts`), GIVEN + text]));
-const host = ts.createCompilerHost(OPTIONS);
-const { getSourceFile, fileExists } = host;
-host.fileExists = (path) => sources.has(path) || fileExists.call(host, path);
-host.getSourceFile = (path, ...rest) => (sources.has(path)
-  ? ts.createSourceFile(path, sources.get(path), OPTIONS.target) : getSourceFile.call(host, path, ...rest));
-const program = ts.createProgram([DECLARATIONS, at('page/page.ts'), ...sources.keys()], OPTIONS, host);
+// Files are read once for all programs: reading the DOM's declarations is what takes the time.
+const texts = new Map(WRONG.map(([, text], i) => [at(`page/wrong-${i}.ts`), GIVEN + text]));
+const parsed = new Map();
+function compile(files, options) {
+  const host = ts.createCompilerHost(options);
+  const { getSourceFile, fileExists } = host;
+  host.getCurrentDirectory = () => home;
+  host.fileExists = (path) => texts.has(path) || fileExists.call(host, path);
+  host.getSourceFile = (path, ...rest) => {
+    if (!parsed.has(path)) {
+      parsed.set(path, texts.has(path)
+        ? ts.createSourceFile(path, texts.get(path), options.target) : getSourceFile.call(host, path, ...rest));
+    }
+    return parsed.get(path);
+  };
+  return ts.createProgram(files, options, host);
+}
 
-const messagesOf = (path) => ts.getPreEmitDiagnostics(program, program.getSourceFile(path))
-  .map(({ file, start, messageText }) => {
-    const line = file ? file.getLineAndCharacterOfPosition(start).line + 1 : 'none';
-    return `line ${line}: ${ts.flattenDiagnosticMessageText(messageText, '\n')}`;
+const messages = (diagnostics) => diagnostics.map(({ file, start, messageText }) => {
+  const line = file ? file.getLineAndCharacterOfPosition(start).line + 1 : 'none';
+  return `${file?.fileName} line ${line}: ${ts.flattenDiagnosticMessageText(messageText, '\n')}`;
+});
+const all = (program) => messages(ts.getPreEmitDiagnostics(program));
+
+describe('the package', () => {
+  it('holds the declarations, the pages and the licence, and nothing else', () => {
+    const expected = readdirSync(API).filter((file) => /\.(ts|md)$|^(LICENSE|package\.json)$/.test(file));
+    assert.deepEqual(packed.files.map(({ path }) => path).sort(), expected.sort());
+    assert.ok(['hbbtv.d.ts', 'types.d.ts', 'README.md', 'LICENSE'].every((file) => expected.includes(file)));
   });
+});
 
 describe('the declarations', () => {
-  it('compile', () => assert.deepEqual(messagesOf(DECLARATIONS), []));
+  const program = compile([at('page/page.d.ts'), at('page/page.ts'), ...texts.keys()], OPTIONS);
+  const messagesOf = (path) => messages(ts.getPreEmitDiagnostics(program, program.getSourceFile(path)));
 
-  it('let a page through that uses the main objects as they are', () => {
+  it('let a page through that uses the main objects as they are, and finds them in each way that there is', () => {
     assert.deepEqual(messagesOf(at('page/page.ts')), []);
+    assert.deepEqual(messagesOf(join(INSTALLED, 'hbbtv.d.ts')), []);
+    assert.deepEqual(messagesOf(join(INSTALLED, 'types.d.ts')), []);
+  });
+
+  it('let one through that is plain JavaScript', () => {
+    assert.deepEqual(all(compile([at('page/page.d.ts'), at('page/plain.js')], OPTIONS)), []);
+  });
+
+  it('go with a page\'s own names, and with other declarations of the globals', () => {
+    assert.deepEqual(all(compile([at('page/others.ts')], BESIDE_OTHERS)), []);
   });
 
   for (const [i, [what, , message]] of WRONG.entries()) {
     it(`refuse ${what}`, () => {
-      assert.match(messagesOf([...sources.keys()][i]).join('\n'), message);
+      assert.match(messagesOf([...texts.keys()][i]).join('\n'), message);
     });
   }
 
@@ -81,6 +129,32 @@ describe('the declarations', () => {
     const namesIn = (path) => [...readFileSync(path, 'utf8').matchAll(/^(?:declare )?(?:interface|type) (\w+)/gm)]
       .map(([, name]) => name);
     const dom = new Set(namesIn(createRequire(import.meta.url).resolve('typescript/lib/lib.dom.d.ts')));
-    assert.deepEqual(namesIn(DECLARATIONS).filter((name) => dom.has(name)), ['ParentNode']);
+    const ours = ['hbbtv.d.ts', 'types.d.ts'].flatMap((file) => namesIn(join(INSTALLED, file)));
+    assert.deepEqual(ours.filter((name) => dom.has(name)), ['ParentNode', 'Document']);
   });
+});
+
+describe('the examples', () => {
+  const EXAMPLES = at('../../Examples');
+  const pages = readdirSync(EXAMPLES).filter((folder) => existsSync(join(EXAMPLES, folder, 'index.html')));
+
+  // What an example would say of its ids in a declaration is what its markup says.
+  function idsOf(markup) {
+    const ids = [...markup.matchAll(/<(\w+)\b([^>]*?)\bid="([^"]+)"([^>]*)>/g)].map(([, tag, before, id, after]) => {
+      const [, type] = /\btype="([^"]+)"/.exec(before + after) ?? [];
+      return `"${id}": ${tag === 'object' ? `OipfElements["${type}"]` : `HTMLElementTagNameMap["${tag}"]`};`;
+    });
+    return `declare namespace hbbtv { interface ElementsById { ${ids.join(' ')} } }`;
+  }
+
+  for (const page of pages) {
+    it(`use the objects of ${page} as they are declared`, () => {
+      const markup = readFileSync(join(EXAMPLES, page, 'index.html'), 'utf8');
+      const scripts = [...markup.matchAll(/<script src="([^"]+)"/g)].map(([, path]) => join(EXAMPLES, page, path));
+      const ids = join(EXAMPLES, page, 'ids.d.ts');
+      texts.set(ids, idsOf(markup));
+      assert.ok(scripts.length > 1);
+      assert.deepEqual(all(compile([ids, ...scripts], PLAIN)), []);
+    });
+  }
 });

@@ -1,10 +1,10 @@
-// The TypeScript declarations of everything that a page can see.
+// The TypeScript declarations of everything that a page can see: the types in a namespace, and what is on the window.
 
 import {
   argumentType, attributeType, eventArgumentType, eventOf, isHandler, listsOf, resultType,
 } from './types.mjs';
 
-const WIDTH = 110;
+const WIDTH = 108;
 
 // The DOM's own type has the plain name.
 const declaredName = (name) => (name === 'Event' ? 'OipfEvent' : name);
@@ -77,7 +77,7 @@ function eventMap({ name: className, attributes }) {
 }
 
 function declaration(description) {
-  const { name: className, doc, listeners, globalConstructor, globalInstance } = description;
+  const { name: className, doc, listeners, globalConstructor } = description;
   const name = declaredName(className);
   const members = [
     ...description.attributes.flatMap((attribute) => attributeLines(description, attribute)),
@@ -89,14 +89,12 @@ function declaration(description) {
   const lines = listeners.length ? eventMap(description) : [];
   if (globalConstructor) {
     lines.push(comment(`The constants of \`${name}\`. It cannot be called with \`new\`.`, ''),
-      `interface ${name}Constants {`, ...constants, '}', `declare var ${name}: ${name}Constants;`, '');
+      `interface ${name}Constants {`, ...constants, '}', '');
   } else {
     members.unshift(...constants);
   }
   const base = globalConstructor ? ` extends ${name}Constants` : '';
-  lines.push(comment(doc, ''), `interface ${name}${base} {`, ...members, '}');
-  if (globalInstance) lines.push(`declare var ${name}: ${name};`);
-  return [...lines, ''];
+  return [...lines, comment(doc, ''), `interface ${name}${base} {`, ...members, '}', ''];
 }
 
 function factory(interfaces, { elements, factory: methods }) {
@@ -113,7 +111,7 @@ function factory(interfaces, { elements, factory: methods }) {
     return described(doc, `${name}(): ${visual.has(result.name) ? `OipfElement<${result.name}>` : result.name};`);
   });
   return [comment('Makes the objects for pages that do without `object` elements.', ''),
-    'interface OipfObjectFactory {', ...lines, '}', 'declare var oipfObjectFactory: OipfObjectFactory;', ''];
+    'interface OipfObjectFactory {', ...lines, '}', ''];
 }
 
 function elementMap({ elements }) {
@@ -121,11 +119,19 @@ function elementMap({ elements }) {
   return [comment('What an `object` element is, by its type.', ''), 'interface OipfElements {', ...lines, '}', ''];
 }
 
-export function declarations(interfaces, window, head) {
-  return [
-    head,
-    ...elementMap(window),
-    ...factory(interfaces, window),
-    ...[...interfaces.values()].flatMap(declaration),
-  ].join('\n').replace(/\n+$/, '\n');
+const file = (head, lines) => `${[head, ...lines].join('\n').replace(/\n+$/, '')}\n`;
+
+// Types alone, all within one name, for pages that have other declarations of the globals too.
+export function namespace(interfaces, window, head) {
+  const lines = [...elementMap(window), ...factory(interfaces, window), ...[...interfaces.values()].flatMap(declaration)];
+  const body = lines.join('\n').replace(/\n+$/, '').replace(/^(?=.)/gm, '  ');
+  return file(head, [body, '}']);
+}
+
+// What is on the page's window.
+export function globals(interfaces, head) {
+  return file(head, [...interfaces.values()].flatMap(({ name, globalConstructor, globalInstance }) => [
+    ...(globalConstructor ? [`declare var ${name}: hbbtv.${name}Constants;`] : []),
+    ...(globalInstance ? [`declare var ${name}: hbbtv.${name};`] : []),
+  ]));
 }

@@ -84,7 +84,8 @@ export class Pages {
   // How a page comes by an object of the class.
   origin({ name, globalConstructor, globalInstance, constants }) {
     const lines = [];
-    const types = this.window.elements.filter(({ className }) => className === name).map(({ mime }) => code(mime));
+    const types = this.window.elements.filter(({ className }) => className === name)
+      .map(({ mime, profile }) => `${code(mime)} (from HbbTV ${profile})`);
     if (types.length) lines.push(`\`object\` element of type ${types.join(', ')}`);
     for (const { forms: [form] } of this.factoryOperations()) {
       if (form.result.name === name) lines.push(code(`oipfObjectFactory.${form.name}()`));

@@ -1,15 +1,29 @@
-// The files of Docs/api, made from the interface descriptions.
+// The files of Docs/api, made from the interface descriptions: pages to read, and an npm package of declarations with them.
 
 import { readFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 
 import { readInterfaces } from '../interfaces.mjs';
 import { bootstrapScript } from '../script.mjs';
-import { declarations } from './declarations.mjs';
+import { globals, namespace } from './declarations.mjs';
 import { Pages } from './pages.mjs';
 import { readWindow } from './window.mjs';
 
 const at = (path) => fileURLToPath(new URL(path, import.meta.url));
+
+function packageDescription() {
+  const [, version] = /^project\(\w+ VERSION ([\d.]+)/m.exec(readFileSync(at('../../../CMakeLists.txt'), 'utf8'));
+  const description = {
+    name: 'hbbtv-injected-bundle-types',
+    version,
+    description: 'TypeScript declarations and reference of the objects that HbbTV pages find',
+    license: 'BSD-2-Clause',
+    types: './hbbtv.d.ts',
+    exports: { '.': { types: './hbbtv.d.ts' }, './types': { types: './types.d.ts' } },
+    files: ['*.d.ts', '*.md'],
+  };
+  return `${JSON.stringify(description, null, 2)}\n`;
+}
 
 // File name to content.
 export function apiReference() {
@@ -18,6 +32,9 @@ export function apiReference() {
   const pages = new Pages(interfaces, { ...window, index: readFileSync(at('index.md'), 'utf8') });
   return new Map([
     ...pages.all(),
-    ['hbbtv.d.ts', declarations(interfaces, window, readFileSync(at('head.d.ts'), 'utf8'))],
+    ['package.json', packageDescription()],
+    ['LICENSE', readFileSync(at('../../../LICENSE'), 'utf8')],
+    ['types.d.ts', namespace(interfaces, window, readFileSync(at('namespace-head.d.ts'), 'utf8'))],
+    ['hbbtv.d.ts', globals(interfaces, readFileSync(at('head.d.ts'), 'utf8'))],
   ]);
 }

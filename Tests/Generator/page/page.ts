@@ -1,5 +1,4 @@
 // A page's script that uses the main objects as applications do. It must pass the compiler's strictest checks.
-/// <reference path="../../../Docs/api/hbbtv.d.ts" />
 
 // Application and keys
 
@@ -9,7 +8,7 @@ if (application) {
   application.show();
   const { keyset, currentChannel } = application.privateData;
   const granted: number = keyset.setValue(Keyset.RED | keyset.NAVIGATION, [KeyEvent.VK_GUIDE]);
-  const next: Application | null = application.createApplication("next.html", false);
+  const next: hbbtv.Application | null = application.createApplication("next.html", false);
   if (!next && granted < keyset.maximumValue && currentChannel) application.destroyApplication();
 }
 manager.onLowMemory = () => debug("low");
@@ -59,8 +58,24 @@ player.addEventListener("ParentalRatingChange", ({ ratings, blocked }) => { if (
 document.body.appendChild(player);
 player.play(1);
 player.queue(null);
-const element = document.getElementById("player") as OipfElement<OipfAVControl> | null;
+const element = document.getElementById("player") as hbbtv.OipfElement<hbbtv.OipfAVControl> | null;
 const position: number | undefined = element?.playPosition;
+
+// Ways to come by an element
+
+const made = document.createElement("object");
+made.type = "video/mp4";
+const film = made as hbbtv.OipfElement<hbbtv.OipfAVControl>;
+const width: number = film.width;
+const embedded: HTMLObjectElement = film;
+const radio: hbbtv.OipfElements["audio/mp3"] = document.createElement("object");
+(document.createElement("object") as hbbtv.OipfElement<hbbtv.OipfVideoBroadcast>).bindToCurrentChannel();
+const byId: hbbtv.OipfElements["video/broadcast"] | null = document.getElementById("live");
+const bySelector: hbbtv.OipfElements["video/broadcast"] | null = document.querySelector("#live");
+const live: hbbtv.OipfVideoBroadcast | null = byId ?? bySelector;
+document.getElementById("declared").getOwnerApplication(document)?.hide();
+(document.getElementById("field") as HTMLInputElement).value += document.getElementById("text")?.textContent;
+(window.oipfObjectFactory || oipfObjectFactory).isObjectSupported(radio.type + width);
 
 // What the receiver is and allows
 
@@ -89,5 +104,5 @@ try {
   agent.onDRMMessageResult = (id, message, code) => debug(`${id} ${message} ${code.toFixed()}`);
   const id: string | null = agent.sendDRMMessage("text/plain", "hello", "urn:dvb:casystemid:1");
 } catch (error) {
-  debug((error as Exception).description);
+  debug((error as hbbtv.Exception).description);
 }
