@@ -226,7 +226,8 @@ declare namespace hbbtv {
     readonly nid: number | undefined;
     /**
      * Delivery system descriptor, one character per byte (0 to 255); empty unless `idType` is
-     * `ID_DVB_SI_DIRECT`.
+     * `ID_DVB_SI_DIRECT`. One with a byte 0 reads as it was given to `createChannelObject`, but reaches the
+     * receiver only up to that byte.
      */
     readonly dsd: string;
     /** Original network id. */
@@ -1200,7 +1201,9 @@ declare namespace hbbtv {
     /**
      * Returns a channel for `setChannel`, named either by `idType`, delivery system descriptor and service id
      * (three arguments), or by `idType`, original network id, transport stream id and service id (four
-     * numbers). `idType` is one of the `ID_` constants of `Channel`. Returns `null` for anything else.
+     * numbers). `idType` is one of the `ID_` constants of `Channel`. Returns `null` for anything else. A
+     * descriptor with a byte 0 reaches the receiver only up to that byte; the log warns of it when the
+     * channel is set.
      */
     createChannelObject(idType: number, dsd: string, sid: number): Channel | null;
     createChannelObject(idType: number, onid: number, tsid: number, sid: number): Channel | null;

@@ -9,6 +9,7 @@
 
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "Tests/Bus/BusFixture.h"
+#include "Tests/Bus/LogCapture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 #include "Tests/Unit/FakeBrowser.h"
 
@@ -82,6 +83,21 @@ TEST_F(AThousandChannels, AreReadIndexedSearchedAndGivenBackToTheLast) {
     EXPECT_EQ(balance.size(), size_t{kChannels});
     EXPECT_EQ(retained, kChannels + 4) << "once for each, and once for each copy";
     EXPECT_EQ(read, kChannels);
+}
+
+TEST_F(AThousandChannels, AreNotFoundSilentlyByADescriptorThatANulCuts) {
+    LogCapture::Clear();
+    const auto tunes = [this](const std::string& dsd) {
+        Eval("tv.setChannel(tv.createChannelObject(Channel.ID_DVB_SI_DIRECT, '" + dsd + "', 5))");
+        return std::ranges::count_if(
+            calls(), [](const std::string& call) { return call.find("SetChannel(1, 13, 'a'") != call.npos; });
+    };
+    const std::string warning =
+        "org.vantrel.hbbtv.IBroadcastPlayer.SetChannel: a text with a NUL is cut there, D-Bus carries none";
+    EXPECT_EQ(tunes("a"), 1);
+    EXPECT_EQ(LogCapture::Count(warning), 0);
+    EXPECT_EQ(tunes("a\\0b\\0"), 2);
+    EXPECT_EQ(LogCapture::Count(warning), 1) << "once for the call";
 }
 
 }  // namespace

@@ -79,6 +79,7 @@ class Storage {
 
 class InputSlot {
  public:
+    [[nodiscard]] bool IsCut() const { return false; }
     [[nodiscard]] std::string Output() const { return {}; }
     template <typename R>
     void Commit(R& /*result*/) {}
@@ -88,6 +89,7 @@ template <typename Wire>
 class OutputSlot {
  public:
     [[nodiscard]] size_t Size() const { return 0; }
+    [[nodiscard]] bool IsCut() const { return false; }
     Wire* Pass() { return &m_wire.value; }
     [[nodiscard]] std::string Input() const { return {}; }
     [[nodiscard]] std::string Output() const { return TextOf(m_wire.value); }
@@ -97,8 +99,9 @@ class OutputSlot {
 };
 
 // One argument of ours at one parameter of the generated function: Pass() is what is passed, Size() its
-// bytes, Commit() takes over what was returned, Input() and Output() are the texts of either, empty for the
-// other. Commit() is called after success only, and Output() before it.
+// bytes, IsCut() whether a NUL has ended its text early, Commit() takes over what was returned, Input() and
+// Output() are the texts of either, empty for the other. Commit() is called after success only, and Output()
+// before it.
 template <typename Parameter, typename Argument>
 class Slot : public InputSlot {
     static_assert(std::is_arithmetic_v<Parameter>, "an output needs Out, OutWith, kResult or ResultWith");
@@ -116,13 +119,18 @@ class Slot : public InputSlot {
 template <typename Argument>
 class Slot<const gchar*, Argument> : public InputSlot {
  public:
-    explicit Slot(const Argument& argument) : m_text(argument) {}
+    explicit Slot(const Argument& argument) : m_text(argument) {
+        if constexpr (std::is_same_v<Argument, std::string>)
+            m_isCut = argument.find('\0') != std::string::npos;
+    }
     [[nodiscard]] size_t Size() const { return std::strlen(m_text.c_str()); }
+    [[nodiscard]] bool IsCut() const { return m_isCut; }
     const gchar* Pass() { return m_text.c_str(); }
     [[nodiscard]] std::string Input() const { return TextOf(m_text.c_str()); }
 
  private:
     WireString m_text;
+    bool m_isCut = false;
 };
 
 // What a recording needs of a slot.

@@ -109,6 +109,11 @@ bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error) {
     return false;
 }
 
+void WarnOfCuts(const char* interface, const char* operation, std::initializer_list<bool> areCut) {
+    if (std::ranges::find(areCut, true) != areCut.end())
+        HBBTV_LOG_WARNING("%s.%s: a text with a NUL is cut there, D-Bus carries none", interface, operation);
+}
+
 RecordedCall::~RecordedCall() {
     if (HasBegun() && m_error)
         m_record.SetError(m_error->message);

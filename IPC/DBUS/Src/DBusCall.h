@@ -67,6 +67,8 @@ void SetAbsent(GErrorPtr& error);
 // A page can make a text of any length; the bus ends the connection of a process that sends one of 128 MiB.
 // False, and an error, for an argument of more than 1 MiB.
 [[nodiscard]] bool IsSendable(std::initializer_list<size_t> sizes, GErrorPtr& error);
+// One warning for a call of which arguments are cut.
+void WarnOfCuts(const char* interface, const char* operation, std::initializer_list<bool> areCut);
 
 // A call in the recording: as it begins, and with its answer or the error. The texts are those of its slots,
 // of which the empty ones are none.
@@ -80,6 +82,9 @@ class RecordedCall {
 
     [[nodiscard]] bool HasBegun() const { return m_record.HasBegun(); }
     void Begin(const DBusLink& link, std::initializer_list<SlotText> slots);
+    void WarnOfCuts(std::initializer_list<bool> areCut) const {
+        dbus_call::WarnOfCuts(m_interface, m_operation, areCut);
+    }
     void SetAnswer(std::initializer_list<SlotText> slots);
 
  private:
@@ -115,6 +120,7 @@ R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& 
     R result{};
     if (HbbTVPlatform::PCRecord::IsOn())
         record.Begin(link, {SlotText(std::get<I>(slots))...});
+    record.WarnOfCuts({std::get<I>(slots).IsCut()...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return result;
     for (bool isRepeated = false;; isRepeated = true) {
@@ -142,6 +148,7 @@ void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& servi
     RecordedCall record("send", service.interface, site.operation, error);
     if (HbbTVPlatform::PCRecord::IsOn())
         record.Begin(link, {SlotText(std::get<I>(slots))...});
+    record.WarnOfCuts({std::get<I>(slots).IsCut()...});
     if (!IsSendable({std::get<I>(slots).Size()...}, error))
         return;
     const GObjectPtr<GDBusProxy> proxy = link.Reach(false);
