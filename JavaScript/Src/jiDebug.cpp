@@ -5,7 +5,9 @@
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/JSConversions.h"
 #include "InjectedBundle/Src/JSHandles.h"
+#ifdef HBBTV_DEBUG_SOCKET
 #include "JavaScript/Src/DebugSocket.h"
+#endif
 
 namespace OipfJavaScript {
 
@@ -18,13 +20,15 @@ void jiDebug::Register(JSContextRef context) {
 
 JSValueRef jiDebug::t_DebugMessage(JSContextRef context, JSObjectRef, JSObjectRef, size_t count,
                                    const JSValueRef arguments[], JSValueRef* /*exception*/) {
-    DebugSocket& socket = DebugSocket::GetInstance();
-    socket.Start();
     // A message that cannot be made a text is an empty one: a page must not fail because of its own debug output.
     std::string message;
     if (count > 0)
         (void)ToUtf8(context, arguments[0], message, nullptr);
+#ifdef HBBTV_DEBUG_SOCKET
+    DebugSocket& socket = DebugSocket::GetInstance();
+    socket.Start();
     socket.Write(message);
+#endif
     HBBTV_LOG_INFO("OIPF window.debug: %s", message.c_str());
     return JSValueMakeNull(context);
 }

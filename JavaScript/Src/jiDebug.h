@@ -1,4 +1,5 @@
-// The window's debug() function: a line to the log, and to whoever is connected to the debug socket.
+// The window's debug() function: a line to the log, and to whoever is connected to the debug socket if it is
+// built in.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
