@@ -117,8 +117,8 @@ void startBusAndReceiver() {
     char ready = 0;
     while (ready != '\n')
         Require(g_input_stream_read(g_subprocess_get_stdout_pipe(receiver.get()), &ready, 1, nullptr, nullptr) == 1);
-    // The view of the browser's fake, with an application that may do everything.
-    const GObjectHandle<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
+    // The view of the browser's fake, with an application that may do everything. It goes with its connection.
+    static const GObjectHandle<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     const GVariantHandle done(g_dbus_connection_call_sync(
         connection.get(), Receiver::Names::Control, Receiver::Names::ControlPath, Receiver::Names::Control,
         "RegisterView", g_variant_new("(is)", 7, "http://application.invalid/"),
