@@ -8,7 +8,7 @@ packages_build=(
 )
 packages_run=(
     dbus fonts-dejavu-core gstreamer1.0-libav gstreamer1.0-plugins-bad gstreamer1.0-plugins-base
-    gstreamer1.0-plugins-good gstreamer1.0-tools imagemagick openssl python3-selenium webkit2gtk-driver
+    gstreamer1.0-plugins-good gstreamer1.0-tools imagemagick openssl python3-gi python3-selenium webkit2gtk-driver
     weston xauth xdotool xvfb
 )
 
