@@ -35,7 +35,7 @@ set(CPACK_DEBIAN_SHELL_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_SHELL_PACKAGE_DEPENDS "${bundle_package} (= ${this_version}), dbus-daemon, \
 gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, gstreamer1.0-plugins-bad, gstreamer1.0-libav")
 set(CPACK_DEBIAN_SHELL_PACKAGE_RECOMMENDS "fonts-dejavu-core")
-set(CPACK_DEBIAN_SHELL_PACKAGE_SUGGESTS "webkit2gtk-driver, xvfb, xauth")
+set(CPACK_DEBIAN_SHELL_PACKAGE_SUGGESTS "hbbtv-injected-bundle-dev, python3-gi, webkit2gtk-driver, xvfb, xauth")
 set(CPACK_COMPONENT_SHELL_DESCRIPTION "television browser for HbbTV pages, with a simulated receiver
 Shows HbbTV pages on a desktop, with the same injected bundle that a
 television runs, before a receiver whose channels, programmes and settings

@@ -1,7 +1,8 @@
 # The examples, in the folder that the default scenario broadcasts, what channels and player show, if
 # Tools/Scripts/make-packages has made it, and what a desktop wants to know of the programs.
 set(examples_folder ${CMAKE_INSTALL_DATADIR}/hbbtv)
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/Examples/ DESTINATION ${examples_folder} COMPONENT shell)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/Examples/ DESTINATION ${examples_folder} COMPONENT shell USE_SOURCE_PERMISSIONS
+  PATTERN __pycache__ EXCLUDE)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/pictures DESTINATION ${examples_folder} COMPONENT shell OPTIONAL)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/media DESTINATION ${examples_folder}/player COMPONENT shell OPTIONAL
   FILES_MATCHING REGEX "/(film|two-languages|broken)\\.mp4$|/tone\\.mp3$|/(hls|dash)/")
@@ -17,7 +18,7 @@ if(NOT HELP2MAN OR CMAKE_CROSSCOMPILING)
   return()
 endif()
 set(manuals)
-foreach(program hbbtv-shell hbbtv-receiver hbbtv-media hbbtv-control)
+foreach(program hbbtv-shell hbbtv-receiver hbbtv-media hbbtv-control hbbtv-check-middleware)
   set(manual ${CMAKE_CURRENT_BINARY_DIR}/${program}.1)
   set(more ${CMAKE_CURRENT_SOURCE_DIR}/${program}.h2m)
   add_custom_command(OUTPUT ${manual}.gz

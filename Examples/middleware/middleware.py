@@ -17,7 +17,7 @@ from gi.repository import Gio, GLib
 PREFIX, PATH = "org.vantrel.hbbtv.", "/org/vantrel/hbbtv"
 # The descriptions: of the source tree, or as they are installed. What is made from them cannot drift.
 HERE = os.path.dirname(os.path.abspath(__file__))
-FOLDERS = [os.path.join(HERE, "../../gen/dbus"), "/usr/local/share/dbus-1/interfaces", "/usr/share/dbus-1/interfaces"]
+FOLDERS = [os.path.normpath(os.path.join(HERE, folder)) for folder in ("../../gen/dbus", "../../dbus-1/interfaces")]
 
 # How a number of a channel says that it does not apply, and how a signal says that there is no error.
 NOT_KNOWN, NO_ERROR = 0xFFFFFFFF, 1000
@@ -101,6 +101,7 @@ class IBroadcastPlayer:
         if channel == 0:  # Not one of ours, but described by the page.
             channel = next((id for id, (_, own) in CHANNELS.items() if (onid, tsid, sid) == (1, 2, own)), 0)
         if channel not in CHANNELS:
+            channel &= 0x7FFFFFFF  # The signal's number has a sign.
             self.television.tell(caller, "PluginEventData", "(iuii)", CHANNEL_CHANGED, plugin, channel, UNKNOWN_CHANNEL)
             return (channel, False)
         self.television.tune(caller, plugin, channel, is_change=True)

@@ -100,7 +100,7 @@ test('A bare Debian shows the examples to an ordinary user, and is bare again wh
 
   inside('useradd --create-home --shell /bin/sh viewer');
   const asViewer = (script) => inside('cd /home/viewer; exec runuser -u viewer -- sh -ec "$1"', script);
-  for (const program of ['hbbtv-shell', 'hbbtv-receiver', 'hbbtv-media', 'hbbtv-control'])
+  for (const program of ['hbbtv-shell', 'hbbtv-receiver', 'hbbtv-media', 'hbbtv-control', 'hbbtv-check-middleware'])
     assert.equal(asViewer(`${program} --version`), `${program} ${version}\n`);
   const shown = {
     demo: '--example demo', zapper: '--example zapper', carousel: '--example carousel',

@@ -17,6 +17,7 @@ function first(what, candidates) {
 export const shell = () => first("hbbtv-shell", [resolve(build, "Host/Shell/hbbtv-shell")]);
 // Its arguments to leave when a page has loaded, and given its verdict if it gives one.
 export const exitAfterLoad = ["--exit-after-load", "--check-limit", String(20 * slowness)];
+export const checker = () => first("hbbtv-check-middleware", [resolve(build, "Host/Check/hbbtv-check-middleware")]);
 export const receiver = () => first("hbbtv-receiver", [resolve(build, "Host/Receiver/hbbtv-receiver")]);
 
 export const defaultScenario = resolve(sourceRoot, "Examples/scenarios/default.json");
