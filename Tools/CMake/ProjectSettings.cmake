@@ -14,6 +14,10 @@ if(HBBTV_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${HBBTV_CCACHE})
 endif()
 
+# The same sources give the same files wherever they lie, and those do not tell where that was. Not for a debugger, which is
+# to find them.
+add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.;-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>")
+
 if(HBBTV_SANITIZE)
   set(sanitize_flags -fsanitize=${HBBTV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_compile_options(${sanitize_flags})
