@@ -1,0 +1,58 @@
+// The source archive in build/release-archive, as a television maker builds it: the bundle alone, with neither network nor Node.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { mkdirSync, mkdtempSync, readFileSync, readdirSync, realpathSync, rmSync } from 'node:fs';
+import { availableParallelism, tmpdir } from 'node:os';
+import path from 'node:path';
+import { after, test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+
+const source = path.join(path.dirname(fileURLToPath(import.meta.url)), '../..');
+const [, version] = /project\(\w+ VERSION ([\d.]+)/.exec(readFileSync(path.join(source, 'CMakeLists.txt'), 'utf8'));
+const name = `hbbtv-injected-bundle-${version}`;
+const archive = path.join(source, 'build/release-archive', `${name}.tar.xz`);
+
+const work = mkdtempSync(path.join(tmpdir(), 'hbbtv-release-'));
+after(() => rmSync(work, { recursive: true, force: true }));
+
+function run(program, words, options = {}) {
+  const { status, signal, stdout, stderr } = spawnSync(program, words, { encoding: 'utf8', maxBuffer: 1 << 26, ...options });
+  assert.equal(status, 0, `${program} ${words.join(' ')}: ${signal ?? status}\n${stdout}\n${stderr}`);
+  return stdout + stderr;
+}
+
+// The command in a namespace that has no route anywhere, and where Node is no program.
+function apart(environment, script, ...words) {
+  return run('unshare', ['--map-root-user', '--net', '--mount', 'sh', '-ec', `
+    mount --bind /dev/null "$0"
+    if "$0" --version 2>/dev/null || [ "$(wc -l </proc/net/route)" -gt 1 ]; then echo 'This is not apart.'; exit 1; fi
+    ${script}`, realpathSync(process.execPath), ...words], {
+    env: { PATH: '/usr/sbin:/usr/bin:/sbin:/bin', CCACHE_DISABLE: '1', ...environment },
+  });
+}
+
+// The installed library, built in a folder of that name as at that second. A compiler's cache would hand out the first
+// build's objects for the second.
+function build(folder, environment) {
+  const place = path.join(work, folder);
+  mkdirSync(place, { recursive: true });
+  run('tar', ['-xf', archive, '-C', place]);
+  const said = apart({ SOURCE_DATE_EPOCH: '1668057008', ...environment }, `
+    cmake -S "$1" -B "$2" -DCMAKE_BUILD_TYPE=Release -DHBBTV_DESKTOP_HOST=OFF -DHBBTV_TESTS=OFF
+    cmake --build "$2" --parallel "$3"
+    cmake --install "$2" --prefix "$4" --component bundle`,
+  path.join(place, name), path.join(place, 'out'), `${availableParallelism()}`, path.join(place, 'staging'));
+  assert.doesNotMatch(said, /warning/i);
+  const installed = readdirSync(path.join(place, 'staging'), { recursive: true }).map((file) => path.join(place, 'staging', file));
+  const ending = (end) => installed.find((file) => file.endsWith(end));
+  assert.ok(ending('Apache-2.0.txt') && ending('sbom.cdx.json'), installed.join('\n'));
+  return readFileSync(ending('hbbtv-injected-bundle.so'));
+}
+
+test('The bundle is built without network and Node, and is the same library wherever and by whomever it is built', () => {
+  const first = build('one', { TZ: 'UTC', LANG: 'C' });
+  const second = build('some/where/else', { TZ: 'Asia/Tokyo', LANG: 'C.UTF-8' });
+  assert.ok(first.equals(second), 'the two libraries differ');
+  for (const text of ['*** DATE built: ', 'Nov 10 2022', '05:10:08']) assert.ok(first.includes(text), text);
+  for (const text of [work, source, name]) assert.ok(!first.includes(text), `it tells where it was built: ${text}`);
+});
