@@ -164,6 +164,8 @@ void Initialize(WKBundleRef bundle) {
 
 }  // namespace OipfJavaScript
 
-void WKBundleInitialize(WKBundleRef bundle, WKTypeRef /*initializationUserData*/) {
+// A platform's own headers declare no more than its type, so linkage and visibility are given here.
+extern "C" __attribute__((visibility("default"))) void WKBundleInitialize(
+    WKBundleRef bundle, WKTypeRef /*initializationUserData*/) {
     OipfJavaScript::Initialize(bundle);
 }

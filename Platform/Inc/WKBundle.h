@@ -9,7 +9,6 @@
 #ifdef HBBTV_PLATFORM_WEBKIT
 
 #include <WebKit/WKBundleFrame.h>
-#include <WebKit/WKBundleInitialize.h>
 #include <WebKit/WKBundlePage.h>
 #include <WebKit/WKBundlePrivate.h>
 #include <WebKit/WKBundleScriptWorld.h>

@@ -1,7 +1,8 @@
 // What the bundle shows to its host and asks of it: two exports, and only the agreed imports.
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { readdirSync } from 'node:fs';
+import { mkdtempSync, readdirSync, rmSync } from 'node:fs';
+import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
@@ -44,4 +45,21 @@ test('The bundle imports only what its host provides', () => {
   const imports = symbols('--undefined-only');
   assert.ok(imports.includes('WKBundleSetClient'), 'the list of imports reads wrong');
   assert.deepEqual(imports.filter((name) => !agreed.some((pattern) => pattern.test(name))), []);
+});
+
+test('With the platform\'s own WebKit headers it asks for the same functions by the same names', (t) => {
+  const place = mkdtempSync(path.join(tmpdir(), 'hbbtv-symbols-'));
+  t.after(() => rmSync(place, { recursive: true, force: true }));
+  const run = (program, ...words) => execFileSync(program, words, { cwd: place, encoding: 'utf8' });
+  run('cmake', '-S', root, '-B', place, '--preset', 'release', '-DHBBTV_DESKTOP_HOST=OFF', '-DHBBTV_PLATFORM_WEBKIT=ON',
+    `-DHBBTV_WEBKIT_INCLUDE=${path.join(root, 'Tests/Symbols')}`);
+  const objects = ['InjectedBundle', 'PageHandlers']
+    .map((name) => `InjectedBundle/CMakeFiles/bundle_runtime.dir/Src/${name}.cpp.o`);
+  run('ninja', ...objects);
+  const named = run('readelf', '--syms', '--wide', ...objects).split('\n').map((line) => line.trim().split(/\s+/))
+    .filter((words) => /WK[A-Z]/.test(words[7]) && words[4] === 'GLOBAL');
+  const defined = named.filter(([, , , , , , section, name]) => section !== 'UND' && !name.startsWith('_Z'));
+  assert.deepEqual(defined.map((words) => [words[7], words[5]]), [['WKBundleInitialize', 'DEFAULT']]);
+  const asked = named.filter((words) => words[6] === 'UND').map((words) => words[7]).filter((name) => !name.startsWith('_Z'));
+  assert.deepEqual([...new Set(asked)].sort(), hostFunctions);
 });

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <WebKit/WKBase.h>
+
+extern "C" {
+WK_EXPORT WKBundleScriptWorldRef WKBundleScriptWorldNormalWorld(void);
+}

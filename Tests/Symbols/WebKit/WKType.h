@@ -1,0 +1,7 @@
+#pragma once
+
+#include <WebKit/WKBase.h>
+
+extern "C" {
+WK_EXPORT void WKRelease(WKTypeRef type);
+}
