@@ -19,10 +19,10 @@ namespace {
 constexpr size_t kLongestName = 40;
 
 size_t Hash(std::string_view name) {
-    size_t hash = 14695981039346656037U;
+    uint64_t hash = 14695981039346656037U;
     for (const char c : name)
         hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-    return hash ^ (hash >> 29);
+    return static_cast<size_t>(hash ^ (hash >> 29));
 }
 
 std::vector<const BindingClass*>& AllClasses() {

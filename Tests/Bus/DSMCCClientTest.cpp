@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <future>
 #include <string>
 #include <thread>
@@ -82,8 +84,9 @@ TEST(ADsmccClient, HandsEveryResponseToTheFirstCallback) {
               (Response{0xFFFFFFFFU, "dvb://b", "\x00\xff\x0a"s, 3, true}));
     EXPECT_EQ(Receive(service, "(2, 'dvb://empty', [], 0, true)", 0),
               (Response{2, "dvb://empty", "", 0, true}));
-    EXPECT_EQ(Receive(service, "(2, 'dvb://lies', [0x41], 4000000000, false)", 1),
-              (Response{2, "dvb://lies", "A", 4000000000L, false}));
+    EXPECT_EQ(
+        Receive(service, "(2, 'dvb://lies', [0x41], 4000000000, false)", 1),
+        (Response{2, "dvb://lies", "A", static_cast<long>(std::min<int64_t>(4000000000, LONG_MAX)), false}));
     EXPECT_EQ(Receive(service, "(2, 'dvb://modest', [0x41, 0x42], 1, true)", 2),
               (Response{2, "dvb://modest", "A", 1, true}));
 

@@ -45,7 +45,7 @@ TEST(EveryOperation, OfTheMediaPlayerIsAsTheWireSays) {
     using Client = CAVEventHandlerWK;
     Client client;
     walk(client, OP(FlagPlayerActive), OP(FlagPlayerPlaying), OP(IsAVPlayerAlive), OP(GetPlayer),
-         OP(Play, " speed=%2"), OP(Stop), SENT(Stop), OP(Seek, " position=%2"), OP(Queue, " url=%2"),
+         OP(Play, " speed=%2"), OP(Stop), SENT(Stop), OP(Seek, " position=@2"), OP(Queue, " url=%2"),
          OP(ReleasePlayer), SENT(ReleasePlayer), OP(CheckMimeType, " (%1)"), OP(SetMimeType, " (%2)"),
          OP(ChangeMimeType, " new_mimetype=%2"), OP(SetAttribute, " name=%2 value=%3"), OP(GetMimeType),
          OP(SetData, " url=%2"), OP(GetData),

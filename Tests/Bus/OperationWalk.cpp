@@ -134,13 +134,14 @@ std::string Filled(const std::string& trace, const std::vector<Value>& values) {
     std::string text;
     for (size_t i = 0; i < trace.size(); ++i) {
         const char kind = trace[i];
-        if (kind != '%' && kind != '#' && kind != '?') {
+        if (kind != '%' && kind != '#' && kind != '@' && kind != '?') {
             text += kind;
             continue;
         }
         const Value& value = values.at(static_cast<size_t>(trace.at(++i) - '1'));
         text += kind == '?'   ? (value.flag ? "active_only" : "")
                 : kind == '#' ? std::to_string(static_cast<int>(value.Integer()))
+                : kind == '@' ? std::to_string(static_cast<long>(value.Integer()))
                               : value.Plain();
     }
     return text;

@@ -347,8 +347,9 @@ class ASasMessageOfRatings : public AnAVControl {
 
     // A message of kind 3 from the system 19187 with these items.
     static Bytes Message(uint8_t count, const Bytes& items) {
-        Bytes message = {3, 0x4A, 0xF3, 0, 0, 0, 1, count};
-        message.insert(message.end(), items.begin(), items.end());
+        Bytes message(8 + items.size());
+        std::ranges::copy(std::initializer_list<uint8_t>{3, 0x4A, 0xF3, 0, 0, 0, 1, count}, message.begin());
+        std::ranges::copy(items, message.begin() + 8);
         return message;
     }
 };

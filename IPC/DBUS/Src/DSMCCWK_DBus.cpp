@@ -1,6 +1,8 @@
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 
+#include <algorithm>
 #include <atomic>
+#include <climits>
 #include <string_view>
 
 #include "CSP/Inc/PCLog.h"
@@ -30,8 +32,10 @@ void on_signal(const char* signal, GVariant* parameters, gpointer /*data*/) {
     gboolean status = FALSE;
     g_variant_get(parameters, "(u&s@ayub)", &handle, &url, static_cast<GVariant**>(OutPointer(data)), &length,
                   &status);
-    // The length is the one that the service states, as the loader expects; it bounds its reads itself.
-    callback(handle, url, BytesOf(data.get()).data(), static_cast<long>(length), status != FALSE);
+    // The length is the one that the service states, as the loader expects; it bounds its reads itself. One
+    // that is too long for 32 bits with a sign is the longest, not a negative one.
+    const auto stated = static_cast<long>(std::min<unsigned long>(length, LONG_MAX));
+    callback(handle, url, BytesOf(data.get()).data(), stated, status != FALSE);
 }
 
 }  // namespace
