@@ -4,8 +4,13 @@ set(examples_folder ${CMAKE_INSTALL_DATADIR}/hbbtv)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/Examples/ DESTINATION ${examples_folder} COMPONENT shell USE_SOURCE_PERMISSIONS
   PATTERN __pycache__ EXCLUDE)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/pictures DESTINATION ${examples_folder} COMPONENT shell OPTIONAL)
+# Files and folders of the media that the player lists; the others are for tests.
+file(READ ${CMAKE_SOURCE_DIR}/Examples/player/media.json played)
+string(REGEX MATCHALL "\"media/[^/\"]+" played "${played}")
+list(TRANSFORM played REPLACE "\"media/" "")
+list(JOIN played "|" played)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/media DESTINATION ${examples_folder}/player COMPONENT shell OPTIONAL
-  FILES_MATCHING REGEX "/(film|two-languages|broken)\\.mp4$|/tone\\.mp3$|/(hls|dash)/")
+  FILES_MATCHING REGEX "/media/(${played})(/|$)")
 install(FILES hbbtv-shell.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT shell)
 install(FILES hbbtv-shell.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME hbbtv-shell COMPONENT shell)
