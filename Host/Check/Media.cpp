@@ -13,22 +13,10 @@ constexpr char kGroup[] = "Media";
 enum Place { First, Then };
 
 // The signals of one media player, as they read.
-class Player {
+class MediaPlayer : public Player {
  public:
-    explicit Player(Session& session) : m_session(session), m_id(session.newPlayer()) {}
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
-    // A player that is left behind would be heard on.
-    ~Player() {
-        try {
-            ask("ReleasePlayer");
-        } catch (const Failed&) {  // NOLINT(bugprone-empty-catch): Said by the check of that method.
-        }
-    }
+    explicit MediaPlayer(Session& session) : Player(session, "IAVEventHandler", "ReleasePlayer") {}
 
-    GVariantHandle ask(const std::string& method, const std::string& more = "") {
-        return m_session.middleware.ask("IAVEventHandler." + method, m_id + more);
-    }
     void expect(const std::string& signal, const std::vector<Expected>& expected, unsigned moreMs = 0) {
         m_session.middleware.expect({signal + ", " + m_id + ",*"}, expected, moreMs);
     }
@@ -51,14 +39,10 @@ class Player {
         m_session.middleware.forget();
         require(booleanOf(ask("Play", ", 1.0")), "Play refuses the medium");
     }
-
- private:
-    Session& m_session;
-    const std::string m_id;
 };
 
 std::string broken(Session& session) {
-    Player player(session);
+    MediaPlayer player(session);
     player.open("http://media.invalid/missing.mp4");
     player.expect("PluginEventData(200", {{First, player.state("3"), false}, {Then, player.state("6")}});
     return session.middleware.heard({player.state("6")}).front()->text;
@@ -70,7 +54,7 @@ std::string playToTheEnd(Session& session) {
     if (session.options.media.empty())
         throw Skipped("--media names a medium that plays to its end");
     auto& middleware = session.middleware;
-    Player player(session);
+    MediaPlayer player(session);
     player.open(session.options.media);
     player.expect(
         "PluginEventData(200",

@@ -150,15 +150,8 @@ Reply Methods::call(const std::string& name, const GDBusMethodInfo& method,
     const auto tuple = sunk(g_variant_new_tuple(children.data(), children.size()));
     Reply reply = middleware.call(name, tuple);
     const std::string asked = textOf(tuple.get());
-    if (reply.late) {
-        ++m_silent;
-        throw Failed(asked + ": no answer within " + middleware.limitText());
-    }
-    m_silent = 0;
-    const std::string types = typesOf(method.out_args);
-    if (reply.value && types != g_variant_get_type_string(reply.value.get()))
-        throw Failed(asked + " is answered with " + g_variant_get_type_string(reply.value.get()) + ", not " +
-                     types);
+    m_silent = reply.late ? m_silent + 1 : 0;
+    middleware.requireAnswer(asked, reply, method);
     if (!reply.value && middleware.ownerOf(m_interface) != m_owner)
         throw Failed(asked + ": the middleware has left the bus");
     undo(name, reply, tuple);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Host/Inc/MainLoop.h"
 #include "Host/Inc/ReceiverNames.h"
 
 namespace Check {
@@ -142,15 +143,20 @@ GVariantHandle Middleware::ask(const std::string& method, const std::string& arg
         throw Failed(method + tuple + " cannot be asked: " + error.message());
     Reply reply = call(method, values);
     const std::string asked = method + textOf(values.get());
-    if (reply.late)
-        throw Failed(asked + ": no answer within " + limitText());
+    requireAnswer(asked, reply, *info);
     if (!reply.value)
         throw Failed(asked + ": " + reply.error + ": " + reply.message);
-    const std::string types = typesOf(info->out_args);
-    if (types != g_variant_get_type_string(reply.value.get()))
+    return std::move(reply.value);
+}
+
+void Middleware::requireAnswer(const std::string& asked, const Reply& reply,
+                               const GDBusMethodInfo& method) const {
+    if (reply.late)
+        throw Failed(asked + ": no answer within " + limitText());
+    const std::string types = typesOf(method.out_args);
+    if (reply.value && types != g_variant_get_type_string(reply.value.get()))
         throw Failed(asked + " is answered with " + g_variant_get_type_string(reply.value.get()) + ", not " +
                      types);
-    return std::move(reply.value);
 }
 
 std::string Middleware::ownerOf(const Interface& interface) {
@@ -189,18 +195,7 @@ std::vector<const Signal*> Middleware::heard(const std::vector<std::string>& pat
 }
 
 bool Middleware::waitFor(const std::function<bool()>& fact, unsigned moreMs) {
-    bool isOver = false;
-    const auto onTime = [](gpointer over) -> gboolean {
-        *static_cast<bool*>(over) = true;
-        return G_SOURCE_REMOVE;
-    };
-    GSourceHandle timer(
-        g_timeout_add(static_cast<unsigned>(m_limitSeconds * kMsOfASecond) + moreMs, onTime, &isOver));
-    while (!isOver && !fact())
-        g_main_context_iteration(nullptr, TRUE);
-    if (isOver)
-        timer.forget();
-    return fact();
+    return runUntil(fact, static_cast<unsigned>(m_limitSeconds * kMsOfASecond) + moreMs);
 }
 
 void Middleware::expect(const std::vector<std::string>& relevant, const std::vector<Expected>& expected,

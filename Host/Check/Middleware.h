@@ -60,6 +60,8 @@ class Middleware {
     // Answered rightly, or the check has failed. The arguments are GVariant text between the parentheses, and
     // get the method's types.
     Host::GVariantHandle ask(const std::string& method, const std::string& arguments = "");
+    // In time, and if it is no error of the method's type, or the check has failed.
+    void requireAnswer(const std::string& asked, const Reply& reply, const GDBusMethodInfo& method) const;
 
     // The unique name that owns the interface's name; empty for nobody.
     [[nodiscard]] std::string ownerOf(const Interface& interface);

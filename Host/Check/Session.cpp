@@ -36,6 +36,23 @@ void require(bool fact, const std::string& reason) {
         throw Failed(reason);
 }
 
+Player::Player(Session& session, std::string interface, std::string release)
+    : m_session(session),
+      m_id(session.newPlayer()),
+      m_interface(std::move(interface)),
+      m_release(std::move(release)) {}
+
+Player::~Player() {
+    try {
+        ask(m_release);
+    } catch (const Failed&) {  // NOLINT(bugprone-empty-catch): Said by the check of that method.
+    }
+}
+
+GVariantHandle Player::ask(const std::string& method, const std::string& more) {
+    return m_session.middleware.ask(m_interface + "." + method, m_id + more);
+}
+
 Session::Session(GDBusConnection* bus, const std::vector<Interface>& interfaces, const Options& wanted,
                  std::function<void(const Finding&)> tell)
     : middleware(bus, interfaces, wanted.limitSeconds),

@@ -55,6 +55,28 @@ class Session {
     friend void checkNames(Session& session);
 };
 
+// A player that nobody has had before, of one of the two interfaces. It is let go of at the end: one that is
+// left behind would be heard and shown on.
+class Player {
+ public:
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    // More: what comes behind the player's id.
+    Host::GVariantHandle ask(const std::string& method, const std::string& more = "");
+
+ protected:
+    Player(Session& session, std::string interface, std::string release);
+    ~Player();
+
+    Session& m_session;
+    const std::string m_id;
+
+ private:
+    const std::string m_interface;
+    const std::string m_release;
+};
+
 // In the order in which they run. The methods come last: odd arguments may leave odd traces.
 void checkNames(Session& session);
 void checkSettings(Session& session);

@@ -13,18 +13,9 @@ constexpr char kGroup[] = "Live television";
 enum Place { First, Then };
 
 // The signals of one broadcast player, as they read.
-class Player {
+class BroadcastPlayer : public Player {
  public:
-    explicit Player(Session& session) : m_session(session), m_id(session.newPlayer()) {}
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
-    // A player that is left behind would be shown on.
-    ~Player() {
-        try {
-            ask("Release");
-        } catch (const Failed&) {  // NOLINT(bugprone-empty-catch): Said by the check of that method.
-        }
-    }
+    explicit BroadcastPlayer(Session& session) : Player(session, "IBroadcastPlayer", "Release") {}
 
     [[nodiscard]] std::string state(const std::string& value, const std::string& error = "1000") const {
         return "PluginEventData(101, " + m_id + ", " + value + ", " + error + ")";
@@ -40,9 +31,6 @@ class Player {
         ask("GetChannel");
         m_session.middleware.expect(relevant, expected);
         m_session.middleware.forget();
-    }
-    GVariantHandle ask(const std::string& method, const std::string& more = "") {
-        return m_session.middleware.ask("IBroadcastPlayer." + method, m_id + more);
     }
 
     void bind() {
@@ -71,15 +59,11 @@ class Player {
                 "SetChannel of channel " + id + " answers with " + std::to_string(unsignedOf(answer)));
         return isShown(id);
     }
-
- private:
-    Session& m_session;
-    const std::string m_id;
 };
 
 std::string zap(Session& session) {
     constexpr size_t kTried = 3;
-    Player player(session);
+    BroadcastPlayer player(session);
     player.bind();
     const auto before = session.currentChannel();
     auto others = session.watchableChannels();
@@ -100,7 +84,7 @@ std::string zap(Session& session) {
 }
 
 std::string step(Session& session) {
-    Player player(session);
+    BroadcastPlayer player(session);
     player.bind();
     const auto before = session.currentChannel();
     if (!booleanOf(player.ask("NextOrPrevChannel", ", true"), 1))
@@ -111,7 +95,7 @@ std::string step(Session& session) {
 }
 
 std::string failedZap(Session& session) {
-    Player player(session);
+    BroadcastPlayer player(session);
     player.bind();
     const auto before = session.currentChannel();
     // No broadcaster has these numbers.
@@ -123,7 +107,7 @@ std::string failedZap(Session& session) {
 }
 
 std::string stopAndRelease(Session& session) {
-    Player player(session);
+    BroadcastPlayer player(session);
     player.bind();
     player.ask("Stop");
     player.expect({{First, player.state("3")}});
@@ -136,7 +120,7 @@ std::string stopAndRelease(Session& session) {
 
 std::string components(Session& session) {
     constexpr size_t kPid = 3;
-    Player player(session);
+    BroadcastPlayer player(session);
     player.bind();
     const auto pids = [&](const char* active) {
         const auto reply = player.ask("GetAudioComponents", std::string(", ") + active);
@@ -171,7 +155,7 @@ void checkTelevision(Session& session) {
     std::vector<std::string> needsChannels = needs;
     needsChannels.emplace_back("IJSChannelCache");
     session.check(kGroup, "A bind is presented", needs, [&] {
-        Player player(session);
+        BroadcastPlayer player(session);
         player.bind();
         return "states 1 and 2, or 2 at once";
     });

@@ -26,33 +26,44 @@ bool PictureView::update() {
         const auto newest = memory().newest.load(std::memory_order_acquire);
         if (newest == m_frame.number)
             return false;
-        const auto& buffer = memory().bufferOf(newest);
-        if (newest != 0 && buffer.number.load(std::memory_order_acquire) != newest)
-            continue;
-        const auto frame = newest == 0 ? Frame()
-                                       : Frame{newest, buffer.width.load(std::memory_order_relaxed),
-                                               buffer.height.load(std::memory_order_relaxed)};
-        if (newest != 0 && (!has(newest) || frame.width == 0 || frame.width > PictureMemory::LargestWidth ||
-                            frame.height == 0 || frame.height > PictureMemory::LargestHeight))
-            continue;
-        m_frame = frame;
-        return true;
+        if (newest == 0) {
+            m_frame = Frame();
+            return true;
+        }
+        if (turnTo(newest))
+            return true;
     }
     return false;
 }
 
-bool PictureView::read(std::uint32_t* pixels) const {
-    const auto& buffer = memory().bufferOf(m_frame.number);
-    if (m_frame.number == 0 || buffer.number.load(std::memory_order_acquire) != m_frame.number)
+template <typename Look>
+bool PictureView::readWhole(std::uint32_t number, const Look& look) const {
+    const auto& buffer = memory().bufferOf(number);
+    if (buffer.number.load(std::memory_order_acquire) != number)
         return false;
-    std::copy_n(buffer.pixels.data(), std::size_t{m_frame.width} * m_frame.height, pixels);
-    return has(m_frame.number);
-}
-
-bool PictureView::has(std::uint32_t number) const {
+    look(buffer);
     // Had anything been written since, the number would be another now.
     std::atomic_thread_fence(std::memory_order_acquire);
-    return memory().bufferOf(number).number.load(std::memory_order_relaxed) == number;
+    return buffer.number.load(std::memory_order_relaxed) == number;
+}
+
+bool PictureView::turnTo(std::uint32_t number) {
+    Frame frame{number};
+    const bool isWhole = readWhole(number, [&frame](const PictureMemory::Buffer& buffer) {
+        frame.width = buffer.width.load(std::memory_order_relaxed);
+        frame.height = buffer.height.load(std::memory_order_relaxed);
+    });
+    if (!isWhole || frame.width == 0 || frame.width > PictureMemory::LargestWidth || frame.height == 0 ||
+        frame.height > PictureMemory::LargestHeight)
+        return false;
+    m_frame = frame;
+    return true;
+}
+
+bool PictureView::read(std::uint32_t* pixels) const {
+    return m_frame.number != 0 && readWhole(m_frame.number, [&](const PictureMemory::Buffer& buffer) {
+               std::copy_n(buffer.pixels.data(), std::size_t{m_frame.width} * m_frame.height, pixels);
+           });
 }
 
 }  // namespace Host

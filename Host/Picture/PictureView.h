@@ -37,8 +37,11 @@ class PictureView {
     [[nodiscard]] const PictureMemory& memory() const {
         return *static_cast<const PictureMemory*>(m_mapping.address());
     }
-    // What has been read of this frame until now is whole.
-    [[nodiscard]] bool has(std::uint32_t number) const;
+    // False when the frame is gone, also while it was looked at.
+    template <typename Look>
+    [[nodiscard]] bool readWhole(std::uint32_t number, const Look& look) const;
+    // False for a frame that is gone, or none.
+    [[nodiscard]] bool turnTo(std::uint32_t number);
 
     Mapping m_mapping;
     Frame m_frame;

@@ -1,5 +1,6 @@
 #include "Host/Shell/WebProcessChannel.h"
 
+#include "Host/Inc/MainLoop.h"
 #include "Host/Inc/ShellChannel.h"
 
 namespace Shell {
@@ -48,14 +49,7 @@ std::string WebProcessChannel::address() const {
 }
 
 void WebProcessChannel::waitForEnd() {
-    bool isOver = false;
-    const auto onLimit = [](gpointer over) -> gboolean {
-        *static_cast<bool*>(over) = true;
-        return G_SOURCE_CONTINUE;
-    };
-    const GSourceHandle limit(g_timeout_add(kEndLimitMs, onLimit, &isOver));
-    while (!m_connections.empty() && !isOver)
-        g_main_context_iteration(nullptr, TRUE);
+    runUntil([this] { return m_connections.empty(); }, kEndLimitMs);
 }
 
 GDBusConnection* WebProcessChannel::fileReaderOf(std::uint64_t page) const {

@@ -274,7 +274,7 @@
                 drawSubtitles(context, subtitles, width, height);
             }
         }
-        return {root, resize, paint};
+        return { root, resize, paint };
     }
 
     function makePane() {
