@@ -65,14 +65,11 @@ void PlayerPicture::change(const PlaneContent& content) {
     m_card = {};
     m_cardTime = 0;
     m_number = 0;
-    (void)update();
 }
 
 void PlayerPicture::setFrames(std::unique_ptr<PictureView> frames) {
-    if (!shows(PlanePicture::Frames))
-        return;
-    m_frames = std::move(frames);
-    (void)update();
+    if (shows(PlanePicture::Frames))
+        m_frames = std::move(frames);
 }
 
 bool PlayerPicture::update() {
@@ -331,6 +328,8 @@ void Glass::framesOpened(const PlanePlayer& player, std::unique_ptr<PictureView>
     if (!picture || !*picture)
         return;
     (*picture)->setFrames(std::move(frames));
+    // A film begins to move at once, whatever there was before it.
+    m_lastChange = g_get_monotonic_time();
     paintAll();
 }
 
