@@ -118,11 +118,15 @@ describe("An application of a table", () => {
       assert.equal(program.exitCode, 1);
       assert.match(workplace.lines.find(line => line.startsWith(`hbbtv-shell: view 1: cannot show ${url}`)) ?? "", words);
     }
-    const html = server.write("page.html", "<script>console.log('runs as a page');</script>");
-    run(...exitAfterLoad, "--ait", html);
-    await once(program, "close");
-    assert.match(workplace.lines.join("\n"), /view 1: cannot show \S+page\.html: this is no AIT but a page: text\/html/);
-    assert.deepEqual(begun(), []);
+    server.write("page.html", "<script>console.log('runs as a page');</script>");
+    server.write("gone.aitx", table(application(1, "AUTOSTART", "nowhere.html")));
+    for (const [name, words] of [["page.html", /page\.html: this is no AIT but a page: text\/html/], ["gone.aitx", /nowhere\.html: .*404/]]) {
+      run(...exitAfterLoad, "--ait", server.url(`/written/${name}`));
+      await once(program, "close");
+      assert.equal(program.exitCode, 1);
+      assert.match(workplace.lines.find(line => line.includes("view 1: cannot show")) ?? "", words);
+      assert.deepEqual(begun(), []);
+    }
     const file = join(workplace.env.HOME, "old.aitx");
     writeFileSync(file, table(application(1, "PRESENT", server.url("/written/auto.html"))));
     run(...exitAfterLoad, file);
