@@ -43,6 +43,7 @@ Request parse(const std::vector<std::string>& arguments, const std::vector<Inter
     char* media = nullptr;
     char* file = nullptr;
     char* streamEvent = nullptr;
+    char* shell = nullptr;
     const GOptionEntry entries[] = {
         {"only", 0, 0, G_OPTION_ARG_STRING_ARRAY, &only, "Check these; what a part of a middleware claims",
          "INTERFACE"},
@@ -52,6 +53,8 @@ Request parse(const std::vector<std::string>& arguments, const std::vector<Inter
         {"stream-event", 0, 0, G_OPTION_ARG_STRING, &streamEvent, "A stream event that fires by itself",
          "NAME@URL"},
         {"file", 0, 0, G_OPTION_ARG_STRING, &file, "A file that is in the object carousel", "URL"},
+        {"shell", 0, 0, G_OPTION_ARG_FILENAME, &shell,
+         "Also show a page that uses the middleware, in this hbbtv-shell; it needs a display", "PROGRAM"},
         {"junit", 0, 0, G_OPTION_ARG_FILENAME, &junit, "Write the results as JUnit's XML", "FILE"},
         {"html", 0, 0, G_OPTION_ARG_FILENAME, &html, "Write a page with the results and the times", "FILE"},
         {}};
@@ -62,6 +65,7 @@ Request parse(const std::vector<std::string>& arguments, const std::vector<Inter
     options.media = takeText(media).value_or("");
     options.file = takeText(file).value_or("");
     options.streamEvent = takeText(streamEvent).value_or("");
+    options.shell = takeText(shell).value_or("");
     for (char** list = only; list && *list; ++list) {
         std::stringstream names(*list);
         for (std::string name; std::getline(names, name, ',');)

@@ -68,6 +68,7 @@ Report Session::run() {
     checkMedia(*this);
     checkSearch(*this);
     checkMessages(*this);
+    checkPage(*this);
     checkMethods(*this);
     checkSignalTypes(*this);
     m_report.timings = middleware.timings();
@@ -95,7 +96,11 @@ void Session::check(const std::string& group, const std::string& name, const std
         finding.reason = failed.what();
     }
     finding.milliseconds = static_cast<double>(g_get_monotonic_time() - begin) / 1000;
-    m_report.add(finding);
+    tell(std::move(finding));
+}
+
+void Session::tell(Finding finding) {
+    m_report.add(std::move(finding));
     m_tell(m_report.findings.back());
 }
 

@@ -17,6 +17,7 @@ struct Options {
     std::string media;           // A medium that plays to its end.
     std::string file;            // A file of the object carousel that is there.
     std::string streamEvent;     // "NAME@URL", one that fires by itself.
+    std::string shell;           // The program that shows a page; empty for none.
 
     [[nodiscard]] bool claims(const std::string& interface) const {
         return only.empty() || only.contains(interface);
@@ -35,6 +36,11 @@ class Session {
     const std::vector<Interface>& contract;
     const Options& options;
 
+    // Claimed, and somebody owns the name.
+    [[nodiscard]] bool has(const std::string& interface) const {
+        return options.claims(interface) && m_owned.contains(interface);
+    }
+    void tell(Finding finding);
     // A check that uses these interfaces; it answers what it has seen.
     void check(const std::string& group, const std::string& name, const std::vector<std::string>& needs,
                const std::function<std::string()>& look);
@@ -85,6 +91,7 @@ void checkTelevision(Session& session);
 void checkMedia(Session& session);
 void checkSearch(Session& session);
 void checkMessages(Session& session);
+void checkPage(Session& session);
 void checkMethods(Session& session);
 void checkSignalTypes(Session& session);
 

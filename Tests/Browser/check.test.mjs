@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, describe, it } from "node:test";
-import { checker, sourceRoot } from "./Harness/programs.mjs";
+import { checker, shell, sourceRoot } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
 import { slowness, waitFor } from "./Harness/wait.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
@@ -46,11 +46,12 @@ describe("The check of a middleware", () => {
     const [junit, html] = ["check.xml", "check.html"].map(name => join(workplace.env.HOME, name));
     const world = pointer => receiver.getWorld(pointer);
     const before = [await world("/broadcast/current_channel"), await world("/keys/mask")];
-    const { code, PASS, FAIL, SKIP } = await check(...told, "--junit", junit, "--html", html);
+    const { code, PASS, FAIL, SKIP } = await check(...told, "--shell", shell(), "--junit", junit, "--html", html);
     assert.deepEqual([code, FAIL], [0, []]);
     // Signals that nothing in a check causes.
     assert.deepEqual(SKIP.map(line => line.split(":")[0]),
       ["IDAEBrowserAPI.PluginEvent", "IDAEBrowserAPI.PluginEventDrmError", "IDAEBrowserAPI.SASMessage"]);
+    assert.equal(PASS.filter(line => /^A page sees /.test(line)).length, 9, PASS.join("\n"));
     assert.deepEqual([await world("/broadcast/current_channel"), await world("/keys/mask")], before, "all is as it was");
     const cases = readFileSync(junit, "utf8").match(/<testcase /g).length;
     assert.equal(cases, PASS.length + SKIP.length);
@@ -59,11 +60,12 @@ describe("The check of a middleware", () => {
 
     await receiver.fail("IDAEBrowserAPI.GetCountryID", "no </message> & none");
     await receiver.delay("IMetaDataSearch.QcRetain", 1500 * slowness);
-    const broken = await check("--junit", junit, "--html", html, "--limit", String(slowness));
+    const broken = await check("--junit", junit, "--html", html, "--limit", String(slowness), "--shell", "/bin/false");
     assert.equal(broken.code, 1);
+    assert.ok(broken.FAIL.includes("A page is shown: it says nothing"));
     const names = broken.FAIL.map(line => line.split(":")[0]);
     assert.deepEqual(names.filter(name => name.includes(".")), ["IDAEBrowserAPI.GetCountryID", "IMetaDataSearch.QcRetain"]);
-    assert.ok(broken.FAIL.every(line => /no <\/message>|QcRetain.*no answer within/.test(line)), broken.FAIL.join("\n"));
+    assert.ok(broken.FAIL.every(line => /no <\/message>|QcRetain.*no answer within|says nothing/.test(line)), broken.FAIL.join("\n"));
     assert.match(readFileSync(junit, "utf8"), /name="IDAEBrowserAPI.GetCountryID"[^>]*><failure message="[^"]*no &lt;\/message&gt; &amp; none"/);
   });
 
@@ -80,13 +82,13 @@ describe("The check of a middleware", () => {
 
   for (const [fault, expected] of Object.entries({
     "signal-type": /IDAEBrowserAPI\.PluginEventData: PluginEventData\(101, \d+, 1\) is \(iui\), not \(iuii\)/,
-    "signal-order": /A zap is told and presented: PluginEventData\(101, \d+, 1, 1000\) came, which does not belong there/,
+    "signal-order": /A zap is told and presented: PluginEventData\(101, \d+, 1, 1000\) came, which does not belong there[^]*A page sees a bind: expected .* heard .*PlayStateChange 1 undefined$/m,
     "unknown-channel": /A failed zap is told: PluginEventData\(100, \d+, \*, \*\) did not come/,
     "crash": /^IDAEBrowserAPI\.HasCapability: \(\d+ bytes\): the middleware has left the bus$/,
     "capabilities": /Capabilities are XML for a script: GetXmlCapabilities has a quotation mark/
   })) {
     it(`names what is wrong with ${fault}`, () => withMiddleware("Tests/Browser/broken-middleware.py", [fault], async () => {
-      const { code, FAIL } = await check("--only", claimed.join(), "--limit", "2");
+      const { code, FAIL } = await check("--only", claimed.join(), "--limit", "2", ...fault === "signal-order" ? ["--shell", shell()] : []);
       assert.equal(code, 1);
       assert.match(FAIL.join("\n"), expected);
     }));
