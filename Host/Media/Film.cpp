@@ -42,7 +42,10 @@ void Film::load(const std::string& url, double speed, std::uint32_t limitMs) {
     m_speed = speed;
     m_limitMs = limitMs;
     m_limit.start(limitMs,
-                  [this] { fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt); });
+                  [this] {
+                      fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt,
+                           "nothing to be shown came" + withinLimit());
+                  });
     m_pipeline.open(url);
 }
 
@@ -152,9 +155,10 @@ void Film::handle(GstMessage* message) {
         case GST_MESSAGE_ERROR: {
             const auto error = mediaErrorOf(message, m_url);
             const bool elsewhere = m_progress.seeking && error != MediaError::CannotConnect;
-            fail(m_progress.missingPlugin ? MediaError::UnsupportedFormat
-                 : elsewhere              ? MediaError::PositionNotAvailable
-                                          : error);
+            if (!m_progress.missingPlugin.empty())
+                fail(MediaError::UnsupportedFormat, "GStreamer has no " + m_progress.missingPlugin);
+            else
+                fail(elsewhere ? MediaError::PositionNotAvailable : error, reasonOf(message));
             return;
         }
         case GST_MESSAGE_EOS:
@@ -205,7 +209,7 @@ void Film::handleElement(GstMessage* message) {
         m_progress.onlyFromStart = refusesRanges(message);
     if (!gst_is_missing_plugin_message(message))
         return;
-    m_progress.missingPlugin = true;
+    m_progress.missingPlugin = Host::GChars(gst_missing_plugin_message_get_description(message)).get();
     GstCaps* rawCaps = nullptr;
     if (!gst_structure_get(gst_message_get_structure(message), "detail", GST_TYPE_CAPS, &rawCaps, nullptr))
         return;
@@ -213,13 +217,13 @@ void Film::handleElement(GstMessage* message) {
     const std::string name = gst_structure_get_name(gst_caps_get_structure(caps.get(), 0));
     // A medium of which only a part can be seen or heard is one that does not play.
     if (name.starts_with("video/") || name.starts_with("audio/"))
-        fail(MediaError::UnsupportedFormat);
+        fail(MediaError::UnsupportedFormat, "GStreamer has no " + m_progress.missingPlugin);
 }
 
 void Film::handleApplication(GstMessage* message) {
     if (gst_message_has_name(message, PipelineSays::StateChangeFailed)) {
         // An error that says why has usually come before, and then this pipeline is gone.
-        fail(MediaError::Unidentified);
+        fail(MediaError::Unidentified, "GStreamer does not start");
     } else if (gst_message_has_name(message, PipelineSays::IsLive)) {
         m_progress.live = true;
         prerolled();
@@ -273,7 +277,7 @@ void Film::prerolled() {
     }
     // A page of text, such as a server's excuse, is no medium, though GStreamer shows it as a subtitle.
     if (!m_progress.live && !m_streams.has(ComponentType::Video) && !m_streams.has(ComponentType::Audio)) {
-        fail(MediaError::Corrupt);
+        fail(MediaError::Corrupt, "it has neither pictures nor sound");
         return;
     }
     m_duration = m_pipeline.duration().value_or(0);
@@ -318,7 +322,7 @@ void Film::buffered(int percent) {
 void Film::reachedEnd() {
     // At its end a pipeline says that all of the medium has been played, even if some of it never came.
     if (isTooEarlyToEnd()) {
-        fail(MediaError::Corrupt);
+        fail(MediaError::Corrupt, "it ends too early");
         return;
     }
     // A demuxer of segments now and then comes to the end behind a seek without having given a picture.
@@ -364,7 +368,7 @@ void Film::roll() {
 // A server that sends nothing more must not keep a page waiting for ever.
 void Film::waitForData() {
     m_progress.bestBuffered = m_progress.buffered;
-    m_limit.start(m_limitMs, [this] { fail(MediaError::CannotConnect); });
+    m_limit.start(m_limitMs, [this] { fail(MediaError::CannotConnect, "no more of it came" + withinLimit()); });
     changeState(MediaState::Buffering, NoError);
 }
 
@@ -390,7 +394,9 @@ void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) 
     m_seekLimit.start(m_limitMs / patienceShare, [this, rate, milliseconds, mode] {
         m_progress.seekChecked = false;
         m_pipeline.seek(rate, milliseconds, mode);
-        m_seekLimit.start(m_limitMs, [this] { fail(MediaError::PositionNotAvailable); });
+        m_seekLimit.start(m_limitMs, [this] {
+            fail(MediaError::PositionNotAvailable, "nothing came from the place that was sought" + withinLimit());
+        });
     });
 }
 
@@ -474,8 +480,14 @@ void Film::settle(MediaState state) {
     m_listener.mediaSpeedChanged(m_speed);
 }
 
-void Film::fail(std::int32_t error) {
+void Film::fail(std::int32_t error, const std::string& reason) {
+    if (!isOver())
+        g_printerr("hbbtv-media: cannot play %.300s: %s\n", m_url.c_str(), reason.c_str());
     end(MediaState::Error, error);
+}
+
+std::string Film::withinLimit() const {
+    return " within " + std::to_string(m_limitMs) + " ms";
 }
 
 // The process ends soon; nothing that the pipeline says in between matters.

@@ -66,7 +66,7 @@ class Film {
         bool announceSeek = false;
         std::optional<std::uint32_t> soughtTo;  // unless it has been sought there twice
         bool onlyFromStart = false;  // the server does not send from the middle
-        bool missingPlugin = false;
+        std::string missingPlugin;  // what GStreamer calls it
         std::optional<double> announcedSpeed;
         std::vector<std::string> selected;
     };
@@ -106,7 +106,9 @@ class Film {
     void glance();
     // The pipeline is where it was wanted.
     void settle(MediaState state);
-    void fail(std::int32_t error);
+    // The page hears the error alone; the reason is for the log.
+    void fail(std::int32_t error, const std::string& reason);
+    [[nodiscard]] std::string withinLimit() const;
     void end(MediaState state, std::int32_t error);
     void changeState(MediaState state, std::int32_t error);
 

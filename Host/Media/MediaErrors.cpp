@@ -64,7 +64,7 @@ std::string header(const GstStructure& headers, const char* name) {
 std::int32_t mediaErrorOf(GstMessage* message, const std::string& url) {
     GError* rawError = nullptr;
     gst_message_parse_error(message, &rawError, nullptr);
-    const std::unique_ptr<GError, Host::GFree<&g_error_free>> error(rawError);
+    const Host::GErrorHandle error(rawError);
     const GstStructure* details = nullptr;
     gst_message_parse_error_details(message, &details);
     unsigned httpStatus = 0;
@@ -78,6 +78,18 @@ std::int32_t mediaErrorOf(GstMessage* message, const std::string& url) {
     if (error->domain == GST_CORE_ERROR && error->code == GST_CORE_ERROR_MISSING_PLUGIN)
         return MediaError::UnsupportedFormat;
     return MediaError::Unidentified;
+}
+
+std::string reasonOf(GstMessage* message) {
+    GError* error = nullptr;
+    char* details = nullptr;
+    gst_message_parse_error(message, &error, &details);
+    const Host::GErrorHandle ownedError(error);
+    const Host::GChars ownedDetails(details);
+    // The details' first line is a place in GStreamer's source, and the second one, if there is one, says more.
+    const std::string more = details ? details : "";
+    const auto second = more.find('\n');
+    return error->message + (second == std::string::npos ? "" : " (" + more.substr(second + 1) + ")");
 }
 
 bool refusesRanges(GstMessage* message) {

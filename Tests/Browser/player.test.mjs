@@ -55,6 +55,8 @@ describe("The media player", () => {
     await makeMedia();
     television = await player.start();
     ({ browser, receiver, server } = television);
+    // A busy machine takes its time, too.
+    await receiver.setWorld("/media/connect_limit_ms", 60000);
   });
 
   after(player.close);
@@ -165,6 +167,8 @@ describe("The media player", () => {
       server.intercept(path, request => request.socket.destroy());
       connections.forEach(connection => connection.destroy());
       await sees({ state: "Cannot be played", cover: "No connection", failed: film });
+      const told = line => /^hbbtv-media: cannot play http\S+\/media\/film\.mp4: ./.test(line);
+      assert.equal(television.workplace.lines.filter(told).length, 1);
     } finally {
       server.intercept(path, null);
     }
