@@ -5,6 +5,8 @@
 #include <iostream>
 #include <iterator>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Control/Failure.h"
 
 namespace Control {

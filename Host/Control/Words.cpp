@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Control/Failure.h"
 
 namespace Control {

@@ -1,5 +1,7 @@
 #include "Host/Receiver/BusReceiver.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Inc/ReceiverNames.h"
 #include "Host/Receiver/Media/ChildMediaPlayer.h"
 #include "Host/Receiver/World/ChosenMediaPlayer.h"

@@ -6,6 +6,8 @@
 
 #include <gio/gunixfdlist.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Receiver/PlaneNames.h"
 #include "Host/Receiver/ReceiverControl-generated.h"
 #include "Host/Receiver/SkeletonGlue.h"

@@ -10,6 +10,8 @@
 #include <gio/gio.h>
 #include <glib-unix.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Inc/CommandLine.h"
 #include "Host/Receiver/BusReceiver.h"
 #include "Host/Receiver/World/JsonReader.h"

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Receiver/World/JsonReader.h"
 #include "Host/Receiver/World/World.h"
 

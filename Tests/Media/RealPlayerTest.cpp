@@ -11,6 +11,8 @@
 
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Receiver/World/MediaPlayers.h"
 #include "Host/Receiver/World/World.h"
 #include "Tests/Bus/BusFixture.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include <nlohmann/json.hpp>
+
 namespace Receiver {
 
 namespace {

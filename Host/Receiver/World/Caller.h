@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include "Host/Receiver/World/Applications.h"
 #include "Host/Receiver/World/BoundedStore.h"

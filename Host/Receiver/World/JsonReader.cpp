@@ -5,6 +5,8 @@
 
 #include <glib.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Inc/GHandles.h"
 
 namespace Receiver {

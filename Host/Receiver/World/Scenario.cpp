@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <set>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Receiver/World/JsonReader.h"
 #include "Host/Receiver/World/Urls.h"
 

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 namespace Receiver {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <nlohmann/json.hpp>
+
 #include "Host/Receiver/World/JsonReader.h"
 #include "Host/Receiver/World/SimulatedMediaPlayer.h"
 #include "Host/Receiver/World/Urls.h"
@@ -63,9 +65,9 @@ void addUp(nlohmann::json& state, const CallerName& caller, const nlohmann::json
 
 World::World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
              MediaPlayerFactory makePlayer, const std::string& pictures)
-    : m_document(std::move(document)),
+    : m_document(std::make_unique<nlohmann::json>(std::move(document))),
       m_folder(std::move(folder)),
-      m_scenario(readScenario(m_document, m_folder)),
+      m_scenario(readScenario(*m_document, m_folder)),
       m_timers(timers),
       m_events(events),
       m_applications(m_scenario, events),
@@ -113,6 +115,8 @@ World::World(nlohmann::json document, std::string folder, Timers& timers, Receiv
     m_runningChannel = runningChannel();
 }
 
+World::~World() = default;
+
 Caller& World::caller(const CallerName& name) {
     auto& entry = m_callers[name];
     if (entry == nullptr)
@@ -150,7 +154,7 @@ void World::setValue(const std::string& pointer, const std::string& json) {
     if (pointer == "/keys/maximum" && changed[nlohmann::json::json_pointer(pointer)].is_number_unsigned())
         changed["keys"]["mask"] = m_scenario.keys.mask & changed["keys"]["maximum"].get<std::uint32_t>();
     auto next = readScenario(changed, m_folder);
-    m_document = std::move(changed);
+    *m_document = std::move(changed);
     if (pointer == "/broadcast/related" || pointer == "/broadcast" || pointer.empty())
         m_relatedAtStart = next.broadcast.related;
     adopt(std::move(next));
@@ -248,7 +252,7 @@ bool World::hasProfile(const Profile& profile) const {
 }
 
 nlohmann::json World::document() const {
-    auto live = m_document;
+    auto live = *m_document;
     live["applications"].emplace("boundary_origins", nlohmann::json::array());
     live["keys"]["mask"] = m_scenario.keys.mask;
     live["broadcast"]["current_channel"] = m_scenario.broadcast.currentChannel;

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include "Host/Receiver/World/Applications.h"
 #include "Host/Receiver/World/Caller.h"
@@ -29,6 +29,9 @@ class World {
     // pictures that are not there to the other one. Without a factory media are simulated.
     World(nlohmann::json document, std::string folder, Timers& timers, ReceiverEvents& events,
           MediaPlayerFactory makePlayer = nullptr, const std::string& pictures = "");
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+    ~World();
 
     [[nodiscard]] const Scenario& scenario() const { return m_scenario; }
     [[nodiscard]] Applications& applications() { return m_applications; }
@@ -79,7 +82,8 @@ class World {
     // Of the live picture; nothing when nobody looks.
     [[nodiscard]] std::optional<std::int32_t> liveVolume() const;
 
-    nlohmann::json m_document;
+    // Never null; apart from this header, because its own takes two seconds to compile.
+    std::unique_ptr<nlohmann::json> m_document;
     const std::string m_folder;
     Scenario m_scenario;
     Timers& m_timers;
