@@ -1,7 +1,7 @@
 // hbbtv-control as a developer types it, and every command line of the documents.
 import assert from "node:assert/strict";
-import { execFile, execFileSync } from "node:child_process";
-import { mkdirSync, readdirSync, readFileSync, symlinkSync, writeFileSync } from "node:fs";
+import { execFile } from "node:child_process";
+import { mkdirSync, readdirSync, readFileSync, statSync, symlinkSync, writeFileSync } from "node:fs";
 import { delimiter, join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { startServer } from "../../Tools/Scripts/serve.mjs";
@@ -155,7 +155,9 @@ const table = `<ServiceDiscovery xmlns="urn:dvb:mhp:2009" xmlns:xsi="http://www.
 
 // The command lines of all documents, with what is a person's own replaced: the folder and the server of a page.
 function documentedCommands() {
-  const documents = execFileSync("git", ["ls-files", "*.md"], { cwd: sourceRoot, encoding: "utf8" }).trim().split("\n");
+  const documents = readdirSync(sourceRoot).filter(name => !/^(\.|build$|node_modules$)/.test(name)).flatMap(name =>
+    statSync(join(sourceRoot, name)).isFile() ? name
+      : readdirSync(join(sourceRoot, name), { recursive: true }).map(file => join(name, file))).filter(file => file.endsWith(".md"));
   return documents.flatMap(document => {
     const text = readFileSync(join(sourceRoot, document), "utf8").replace(/ *\\\n */g, " ");
     return [...text.matchAll(/^ {4}((?:xvfb-run -a )?hbbtv-(?:control|shell) .*)$/gm)]
