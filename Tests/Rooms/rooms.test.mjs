@@ -48,6 +48,12 @@ test('Every include keeps to the room table', () => {
   assert.deepEqual(found, []);
 });
 
+test('No text is half merged', () => {
+  const texts = sources(/\.(h|cpp|c|js|mjs|md|html|idl|xml|txt|cmake|json)$/);
+  const found = texts.filter((file) => /^(<{7}|>{7}) /m.test(readFileSync(path.join(root, file), 'utf8')));
+  assert.deepEqual(found, []);
+});
+
 // The include folders and the language of the whole build. Which libraries a room may use is the table's business.
 function buildFlags(commands) {
   const flags = new Set(['-std=c++20']);
