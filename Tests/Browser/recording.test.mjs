@@ -72,7 +72,7 @@ describe("A recording", () => {
       const at = (kind, name) => entries.find(entry => entry.kind === kind && entry.name.includes(name)).start;
       return [at("shell", "DOWN"), at("bus", "SetChannel"), at("handler", "ChannelChangeSucceeded")];
     });
-    assert.deepEqual(order, order.toSorted((a, b) => a - b));
+    assert.deepEqual(order, [...order].sort((a, b) => a - b));
     const isWithin = await browser.run(() =>
       entries.find(entry => entry.kind === "handler").parent.kind);
     assert.equal(isWithin, "signal");
