@@ -62,7 +62,8 @@ describe("An application of a table", () => {
   const begun = () => workplace.lines.map(line => /CONSOLE LOG runs (.*)$/.exec(line)?.[1]).filter(Boolean);
   const begins = async (...paths) => {
     const expected = paths.map(path => server.url(`/written/${path}`));
-    await waitFor(`begun: ${expected}`, () => begun().length >= expected.length)
+    // A shell may have to start first.
+    await waitFor(`begun: ${expected}`, () => begun().length >= expected.length, 60000)
       .catch(error => assert.deepEqual(begun(), expected, error.message));
     assert.deepEqual(begun(), expected);
   };
@@ -96,7 +97,7 @@ describe("An application of a table", () => {
     await waitFor("red starts it", async () => {
       await workplace.pressOnScreen("F1");
       return begun().length > 0;
-    });
+    }, 60000);
     await workplace.pressOnScreen("shift+Escape");
     await waitFor("red starts it again", async () => {
       await workplace.pressOnScreen("F1");
