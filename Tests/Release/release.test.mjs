@@ -75,6 +75,6 @@ test('The examples for distributions are of this version, know its licences, and
   for (const [, file, sum] of ofRecipe('LIC_FILES_CHKSUM').matchAll(/file:\/\/(\S+);md5=(\w+)/g))
     assert.equal(createHash('md5').update(readFileSync(path.join(source, file))).digest('hex'), sum, file);
   for (const file of ofPackage('LICENSE_FILES').split(' ')) assert.ok(existsSync(path.join(source, file)), file);
-  assert.match(run('python3', ['-c', 'import kconfiglib, sys; print(kconfiglib.Kconfig(sys.argv[1], warn=False)'
+  assert.match(run('/usr/bin/python3', ['-c', 'import kconfiglib, sys; print(kconfiglib.Kconfig(sys.argv[1], warn=False)'
     + '.syms["BR2_PACKAGE_HBBTV_INJECTED_BUNDLE"])', example('buildroot/Config.in')]), /depends on BR2_PACKAGE_WEBKITGTK/);
 });
