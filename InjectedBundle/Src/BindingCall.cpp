@@ -34,12 +34,6 @@ void LogIgnored(const char* where, size_t index) {
     HBBTV_LOG_INFO("%s Argument[%lu] is accepted and not used", where, static_cast<unsigned long>(index));
 }
 
-JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call) {
-    *call.exception = jiUtility::JSObjectMakeException(
-        where, call.context, "TypeError", std::string(missing) + " is not supported", call.exception);
-    return JSValueMakeNull(call.context);
-}
-
 void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception) {
     *exception = jiUtility::JSObjectMakeException(where, context, "TypeError",
                                                   std::string("Value is not ") + typeName, exception);

@@ -18,9 +18,6 @@
 
 namespace OipfJavaScript {
 
-// Whether an implementation's member wants the calling context as its first argument.
-enum class CallWith { Nothing, Context };
-
 namespace Call {
 
 // Fills the exception slot from the block; true when there is something to throw.
@@ -35,16 +32,16 @@ namespace Call {
 // Says that an argument which pages give, and which means nothing here, was given.
 void LogIgnored(const char* where, size_t index);
 
-// Answers a member whose result class is not part of this build.
-[[nodiscard]] JSValueRef RefuseMissingClass(const char* where, const char* missing, const CallArguments& call);
-
 void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception);
 
 // Turns the implementation's answer into the page's.
 template <class Type, typename Produce>
 JSValueRef Answer(const char* where, JSContextRef context, CallStatus& status, JSValueRef* exception,
                   Produce&& produce) {
-    if constexpr (std::is_void_v<std::invoke_result_t<Produce>>) {
+    using Result = std::invoke_result_t<Produce>;
+    static_assert(Idl::kReturns<Type, std::remove_cvref_t<Result>>,
+                  "the implementation's member does not return what the description says");
+    if constexpr (std::is_void_v<Result>) {
         produce();
         if (Throws(where, context, status, exception))
             return JSValueMakeNull(context);
@@ -61,17 +58,54 @@ JSValueRef Answer(const char* where, JSContextRef context, CallStatus& status, J
 
 }  // namespace Call
 
-// Chooses among overloaded members by their parameters.
-template <typename... Parameters>
+// The types that a member takes, where const and reference make no difference.
+template <typename Type, typename Plain = std::remove_cvref_t<Type>>
+using Taken = std::conditional_t<std::is_pointer_v<Plain>, const std::remove_pointer_t<Plain>*, Plain>;
+template <typename Member>
+struct TakenBy;
+template <typename Result, class Implementation, typename... Parameters>
+struct TakenBy<Result (Implementation::*)(Parameters...)>
+    : std::type_identity<std::tuple<Taken<Parameters>...>> {};
+template <typename Result, class Implementation, typename... Parameters>
+struct TakenBy<Result (Implementation::*)(Parameters...) const>
+    : std::type_identity<std::tuple<Taken<Parameters>...>> {};
+
+template <auto Member, typename... Parameters>
+inline constexpr bool kTakes =
+    std::is_same_v<typename TakenBy<decltype(Member)>::type, std::tuple<Taken<Parameters>...>>;
+
+// An implementation's member may want the calling context before what the description names.
+template <auto Member, typename... Natives>
+inline constexpr bool kTakesContext = kTakes<Member, JSContextRef, Natives...>;
+
+template <auto Member, class Implementation, typename... Natives>
+decltype(auto) CallMember(Implementation& implementation, [[maybe_unused]] JSContextRef context, Natives&... natives) {
+    static_assert(kTakes<Member, Natives...> || kTakesContext<Member, Natives...>,
+                  "the implementation's member does not take what the description says");
+    if constexpr (kTakesContext<Member, Natives...>)
+        return (implementation.*Member)(context, natives...);
+    else
+        return (implementation.*Member)(natives...);
+}
+
+// Chooses among overloaded members by the described types of their arguments.
+template <class... Types>
 struct Overload {
+    template <class Type, typename Native = typename Type::Native>
+    using Parameter = std::conditional_t<std::is_trivially_copyable_v<Native>, Native, const Native&>;
+
     template <typename Result, class Implementation>
-    static consteval auto Of(Result (Implementation::*member)(Parameters...)) {
+    static consteval auto Of(Result (Implementation::*member)(Parameter<Types>...)) {
+        return member;
+    }
+    template <typename Result, class Implementation>
+    static consteval auto Of(Result (Implementation::*member)(JSContextRef, Parameter<Types>...)) {
         return member;
     }
 };
 
 // One form of an operation: the implementation's member, the result's type and the arguments' types.
-template <auto Member, CallWith With, class Result, class... Arguments>
+template <auto Member, class Result, class... Arguments>
 struct Operation {
     static constexpr size_t kMost = sizeof...(Arguments);
     static constexpr size_t kLeast = (0 + ... + (Idl::kMayBeMissing<Arguments> ? 0 : 1));
@@ -133,10 +167,7 @@ struct Operation {
             return JSValueMakeNull(call.context);
         return Call::Answer<Result>(where, call.context, implementation, call.exception, [&]() -> decltype(auto) {
             const auto forward = [&](auto&... passed) -> decltype(auto) {
-                if constexpr (With == CallWith::Context)
-                    return (implementation.*Member)(call.context, passed...);
-                else
-                    return (implementation.*Member)(passed...);
+                return CallMember<Member>(implementation, call.context, passed...);
             };
             return std::apply(forward, std::tuple_cat(Pass<Arguments>(where, call, I, std::get<I>(natives))...));
         });
@@ -146,6 +177,7 @@ struct Operation {
 // An operation whose implementation reads its arguments itself.
 template <auto Member>
 struct CustomOperation {
+    static_assert(kTakes<Member, CallArguments>, "a custom operation takes the call's arguments");
     static bool Matches(const CallArguments&) { return true; }
     template <class Implementation>
     static JSValueRef Invoke(const char* where, const CallArguments& call, Implementation& implementation) {
@@ -157,6 +189,7 @@ struct CustomOperation {
 // addEventListener and removeEventListener.
 template <auto Member>
 struct ListenerOperation {
+    static_assert(kTakes<Member, JSContextRef, JSObjectRef, const char*, JSValueRef, bool>);
     static bool Matches(const CallArguments& call) {
         return (call.count == 2 || call.count == 3) && JSValueIsString(call.context, call.values[0]);
     }
@@ -200,20 +233,16 @@ JSValueRef CallOperation(const char* where, const CallArguments& call) {
     return result;
 }
 
-template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>
+template <class Binding, class Type, auto Member>
 JSValueRef GetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
                         JSValueRef* exception) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
     implementation.ResetStatus();
-    return Call::Answer<Type>(attribute.name, context, implementation, exception, [&] {
-        if constexpr (With == CallWith::Context)
-            return (implementation.*Member)(context);
-        else
-            return (implementation.*Member)();
-    });
+    return Call::Answer<Type>(attribute.name, context, implementation, exception,
+                              [&] { return CallMember<Member>(implementation, context); });
 }
 
-template <class Binding, class Type, auto Member, CallWith With = CallWith::Nothing>
+template <class Binding, class Type, auto Member>
 void SetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
                   JSValueRef value, JSValueRef* exception) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
@@ -223,10 +252,7 @@ void SetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObj
     typename Type::Native converted{};
     if (!Type::FromJS(attribute.name, context, value, converted))
         return;
-    if constexpr (With == CallWith::Context)
-        (implementation.*Member)(context, converted);
-    else
-        (implementation.*Member)(converted);
+    CallMember<Member>(implementation, context, converted);
     (void)Call::Throws(attribute.name, context, implementation, exception);
 }
 
@@ -249,12 +275,6 @@ void SetCustomAttribute(const BindingAttribute& attribute, JSContextRef context,
     (implementation.*Member)(context, value, exception);
     if (*exception == nullptr)
         (void)Call::Throws(attribute.name, context, implementation, exception);
-}
-
-// An attribute whose class is not part of this build.
-inline JSValueRef GetMissingClass(const BindingAttribute&, JSContextRef context, JSObjectRef, BindingObject&,
-                                  JSValueRef*) {
-    return JSValueMakeNull(context);
 }
 
 // on<Event> attributes: the event's name is the attribute's without "on".
@@ -293,12 +313,6 @@ JSValueRef IndexedItem(JSContextRef context, JSObjectRef, BindingObject& native,
 
 // Puts the one instance of a class on the global object.
 void RegisterInstance(JSContextRef context, const char* id, JSObjectRef instance);
-
-// A deep copy of an implementation object, for the classes whose objects can be copied.
-template <class Implementation>
-std::unique_ptr<Implementation> CopyImplementation(const Implementation& original) {
-    return std::make_unique<Implementation>(original);
-}
 
 // A new binding object around a new implementation object.
 template <class Binding, typename... Arguments>

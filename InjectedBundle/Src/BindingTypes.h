@@ -177,4 +177,18 @@ inline constexpr bool kMayBeMissing<Optional<Type>> = true;
 template <>
 inline constexpr bool kMayBeMissing<Ignored> = true;
 
+// Whether an implementation's member may return a Native where the description says Type. Numbers are not converted.
+template <class Type, typename Native>
+inline constexpr bool kReturns = requires(JSContextRef context, Native native, JSValueRef* exception) {
+    Type::ToJS(context, std::move(native), exception);
+};
+template <typename NativeType, NativeType (*Convert)(double), typename Native>
+inline constexpr bool kReturns<Number<NativeType, Convert>, Native> = std::is_same_v<NativeType, Native>;
+template <class Type, typename Native>
+inline constexpr bool kReturns<Nullable<Type>, std::optional<Native>> = kReturns<Type, Native>;
+template <class Type, typename Native>
+inline constexpr bool kReturns<Nullable<Type>, Native> = kReturns<Type, Native>;
+template <>
+inline constexpr bool kReturns<Undefined, void> = true;
+
 }  // namespace OipfJavaScript::Idl

@@ -2,10 +2,9 @@
 // Binding generator: turns the interface descriptions into ji<Name>.{h,cpp} and C<Name>Base.h, and the members table
 // of the bootstrap script. Generated code converts, checks and forwards; it never decides anything.
 //
-// Usage: generate.mjs --idl DIR --out DIR --classes A,B,... [--members FILE]
-//   --idl DIR       folder of the <Name>.idl files; all are read and checked
+// Usage: generate.mjs --idl DIR --out DIR [--members FILE]
+//   --idl DIR       folder of the <Name>.idl files
 //   --out DIR       where the C++ files go; a file whose content is unchanged is left alone
-//   --classes LIST  classes that this build contains; a member whose class is not in the list is refused at run time
 //   --members FILE  writes the names of the classes' attributes and methods as a script
 
 import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
@@ -28,7 +27,7 @@ function writeIfChanged(path, content) {
 function readOptions() {
   const text = { type: 'string' };
   try {
-    return parseArgs({ options: { idl: text, out: text, classes: text, members: text } }).values;
+    return parseArgs({ options: { idl: text, out: text, members: text } }).values;
   } catch (error) {
     console.error(error.message);
     return null;
@@ -37,28 +36,23 @@ function readOptions() {
 
 function main() {
   const values = readOptions();
-  if (!values?.idl || !values.out || !values.classes) {
-    console.error('usage: generate.mjs --idl DIR --out DIR --classes A,B,... [--members FILE]');
+  if (!values?.idl || !values.out) {
+    console.error('usage: generate.mjs --idl DIR --out DIR [--members FILE]');
     return 2;
   }
-  const built = new Set(values.classes.split(',').filter(Boolean));
   let interfaces;
   try {
     interfaces = readInterfaces(values.idl);
-    for (const name of built) {
-      if (!interfaces.has(name)) throw new Error(`--classes: ${join(values.idl, name + '.idl')} does not exist`);
-    }
   } catch (error) {
     console.error(error.message);
     return 1;
   }
-  for (const name of built) {
-    const description = interfaces.get(name);
+  for (const [name, description] of interfaces) {
     writeIfChanged(join(values.out, `ji${name}.h`), bindingHeader(description));
-    writeIfChanged(join(values.out, `ji${name}.cpp`), bindingSource(description, built));
+    writeIfChanged(join(values.out, `ji${name}.cpp`), bindingSource(description));
     writeIfChanged(join(values.out, `C${name}Base.h`), baseHeader(description));
   }
-  if (values.members) writeIfChanged(values.members, membersScript([...built].map((name) => interfaces.get(name))));
+  if (values.members) writeIfChanged(values.members, membersScript([...interfaces.values()]));
   return 0;
 }
 

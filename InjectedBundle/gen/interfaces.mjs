@@ -3,7 +3,7 @@
 import { readdirSync, readFileSync } from 'node:fs';
 import { basename, join } from 'node:path';
 
-import { parse } from 'webidl2';
+import { parse, write } from 'webidl2';
 
 const PRIMITIVES = new Map([
   ['boolean', 'Boolean'], ['long', 'Long'], ['unsigned long', 'UnsignedLong'], ['long long', 'LongLong'],
@@ -11,11 +11,14 @@ const PRIMITIVES = new Map([
 ]);
 const MIXIN = 'EventListeners';
 const LONGEST_NAME = 40; // the property tables of the runtime look no further
+// A method is served by t_ and its name; these are taken.
+const CALLBACKS = new Set(['getClassDefinition', 'getConstants', 'initCb', 'finaliseCb', 'hasProperty', 'getProperty',
+  'setProperty', 'callAsConstructor', 'convertToType', 'getCallbackFunction', 'addCallbackFunction']);
 
 const KNOWN_ATTRIBUTES = {
   interface: new Set(['GlobalConstructor', 'GlobalInstance', 'CustomConvertToType']),
-  attribute: new Set(['CallWith', 'CustomGetter', 'CustomSetter']),
-  operation: new Set(['CallWith', 'Custom']),
+  attribute: new Set(['CustomGetter', 'CustomSetter']),
+  operation: new Set(['Custom']),
   argument: new Set(['Ignored']),
   const: new Set(),
 };
@@ -69,6 +72,10 @@ function commentOf(node) {
   return '';
 }
 
+// A member as it is declared, on one line and without its comments.
+const declarationOf = (node) =>
+  write([node]).replace(/\/\*[\s\S]*?\*\/|\/\/.*/g, '').replace(/\s+/g, ' ').trim();
+
 function firstTypeToken(node) {
   const type = node.idlType;
   if (!type) return null;
@@ -82,8 +89,6 @@ function extendedAttributes(source, node, kind) {
       source.fail(node, `unknown extended attribute [${attribute.name}] on ${kind} ${node.name ?? ''}`.trim());
     found.set(attribute.name, attribute.rhs?.value ?? true);
   }
-  if (found.has('CallWith') && found.get('CallWith') !== 'Context')
-    source.fail(node, `[CallWith=${found.get('CallWith')}] on ${node.name}: only Context is known`);
   return found;
 }
 
@@ -133,6 +138,74 @@ function calledWith(source, node, lists, names) {
   });
 }
 
+const isAny = (type) => type.tag === 'Any' && !type.nullable;
+
+// The mixin's operations have one implementation for all classes, which takes these arguments and no others.
+function checkListenerOperation(source, operation) {
+  const [form] = operation.forms;
+  const [type, listener, useCapture, ...rest] = form.arguments;
+  const fits = form.result.tag === 'Undefined' && type?.type.tag === 'String' && !type.optional &&
+    listener && isAny(listener.type) && !listener.optional && useCapture?.ignored && rest.length === 0;
+  if (!fits || form.custom || operation.forms.length > 1)
+    source.fail(form, `${form.name}: ${MIXIN} has operations of (DOMString, any, [Ignored] optional any) alone`);
+}
+
+function constantOf(source, node, doc) {
+  if (node.idlType.idlType !== 'long' || node.value.type !== 'number')
+    source.fail(node, `constant ${node.name} must be a long`);
+  const value = Number(node.value.value);
+  if (value !== (value | 0)) source.fail(node, `constant ${node.name} must be a whole number of 32 bits`);
+  return { name: node.name, value, doc };
+}
+
+function attributeOf(source, node, { names, isTarget, known, calls, doc }) {
+  if (node.special) source.fail(node, `${node.special} is not supported`);
+  const type = typeOf(source, node, node.idlType, names, { handler: true });
+  if (node.readonly && known.has('CustomSetter')) source.fail(node, `${node.name} is read-only and has no setter`);
+  if (type.kind === 'handler') {
+    if (!isTarget) source.fail(node, `${node.name}: only a class that includes ${MIXIN} has handlers`);
+    if (node.readonly || node.idlType.nullable || known.size)
+      source.fail(node, `${node.name}: a handler is plain "attribute EventHandler"`);
+    if (!node.name.startsWith('on')) source.fail(node, `${node.name}: a handler's name begins with "on"`);
+    if (calls.length > 1) source.fail(node, `${node.name}: a handler is called with one list of arguments`);
+  }
+  return {
+    name: node.name, type, doc, calls, text: declarationOf(node), readonly: node.readonly,
+    customGetter: known.has('CustomGetter'), customSetter: known.has('CustomSetter'),
+  };
+}
+
+function formOf(source, node, { names, known, calls, doc }) {
+  if (node.special && node.special !== 'getter') source.fail(node, `${node.special} is not supported`);
+  const form = {
+    name: node.name, doc, calls, text: declarationOf(node), custom: known.has('Custom'),
+    result: typeOf(source, node, node.idlType, names, { result: true }), arguments: argumentsOf(source, node, names),
+  };
+  if (node.special === 'getter') {
+    if (form.custom) source.fail(node, `${node.name}: an indexed getter cannot be custom`);
+    if (form.arguments.length !== 1 || form.arguments[0].type.tag !== 'UnsignedLong')
+      source.fail(node, `${node.name}: an indexed getter takes one unsigned long`);
+  }
+  return form;
+}
+
+// Overloads are forms of one operation.
+function addForm(source, node, form, operations) {
+  if (!operations.has(node.name)) operations.set(node.name, { name: node.name, forms: [], getter: false });
+  const operation = operations.get(node.name);
+  operation.forms.push(form);
+  if (operation.forms.some((each) => each.custom) && operation.forms.length > 1)
+    source.fail(node, `${node.name}: a custom operation takes every call, so it is declared once`);
+  const signature = ({ arguments: list }) => JSON.stringify(list.map(({ type, optional }) => [type, optional]));
+  if (new Set(operation.forms.map(signature)).size < operation.forms.length)
+    source.fail(node, `${node.name} is declared twice with the same arguments`);
+  if (node.special === 'getter') {
+    if ([...operations.values()].some((each) => each.getter))
+      source.fail(node, `${node.name}: there is another indexed getter`);
+    operation.getter = true;
+  }
+}
+
 function membersOf(source, nodes, names, isTarget) {
   const constants = [];
   const attributes = [];
@@ -145,58 +218,17 @@ function membersOf(source, nodes, names, isTarget) {
     if (!node.name) source.fail(node, 'a member needs a name');
     if (!doc) source.fail(node, `${node.name} has no doc comment`);
     if (node.name.length > LONGEST_NAME) source.fail(node, `${node.name} is longer than ${LONGEST_NAME} characters`);
+    if (node.type === 'operation' && CALLBACKS.has(node.name))
+      source.fail(node, `${node.name} is the name of a callback that every class has`);
     if (seen.has(node.name) && !(node.type === 'operation' && operations.has(node.name)))
       source.fail(node, `${node.name} is declared twice`);
     seen.add(node.name);
     if (lists.length && !known.has('Custom') && node.idlType.idlType !== 'EventHandler')
       source.fail(node, `${node.name}: "@arguments" belongs to handlers and custom operations`);
-    const calls = calledWith(source, node, lists, names);
-    if (node.type === 'const') {
-      if (node.idlType.idlType !== 'long' || node.value.type !== 'number')
-        source.fail(node, `constant ${node.name} must be a long`);
-      if (Number(node.value.value) !== (Number(node.value.value) | 0))
-        source.fail(node, `constant ${node.name} must be a whole number of 32 bits`);
-      constants.push({ name: node.name, value: Number(node.value.value), doc });
-    } else if (node.type === 'attribute') {
-      if (node.special) source.fail(node, `${node.special} is not supported`);
-      const type = typeOf(source, node, node.idlType, names, { handler: true });
-      if (node.readonly && known.has('CustomSetter')) source.fail(node, `${node.name} is read-only and has no setter`);
-      if (type.kind === 'handler') {
-        if (!isTarget) source.fail(node, `${node.name}: only a class that includes ${MIXIN} has handlers`);
-        if (node.readonly || node.idlType.nullable || known.size)
-          source.fail(node, `${node.name}: a handler is plain "attribute EventHandler"`);
-        if (!node.name.startsWith('on')) source.fail(node, `${node.name}: a handler's name begins with "on"`);
-        if (calls.length > 1) source.fail(node, `${node.name}: a handler is called with one list of arguments`);
-      }
-      attributes.push({
-        name: node.name, type, doc, calls, readonly: node.readonly, context: known.has('CallWith'),
-        customGetter: known.has('CustomGetter'), customSetter: known.has('CustomSetter'),
-      });
-    } else {
-      if (node.special && node.special !== 'getter') source.fail(node, `${node.special} is not supported`);
-      const form = {
-        name: node.name, doc, calls, custom: known.has('Custom'), context: known.has('CallWith'),
-        result: typeOf(source, node, node.idlType, names, { result: true }), arguments: argumentsOf(source, node, names),
-      };
-      if (!operations.has(node.name)) operations.set(node.name, { name: node.name, forms: [], getter: false });
-      const operation = operations.get(node.name);
-      if (form.custom && form.context) source.fail(node, `${node.name}: a custom operation gets the context anyway`);
-      operation.forms.push(form);
-      if (operation.forms.some((each) => each.custom) && operation.forms.length > 1)
-        source.fail(node, `${node.name}: a custom operation takes every call, so it is declared once`);
-      const signature = ({ arguments: list }) => JSON.stringify(list.map(({ type, optional }) => [type, optional]));
-      if (new Set(operation.forms.map(signature)).size < operation.forms.length)
-        source.fail(node, `${node.name} is declared twice with the same arguments`);
-      if (node.special === 'getter') {
-        if (form.custom || form.context)
-          source.fail(node, `${node.name}: an indexed getter cannot be custom or called with the context`);
-        if ([...operations.values()].some((each) => each.getter))
-          source.fail(node, `${node.name}: there is another indexed getter`);
-        if (form.arguments.length !== 1 || form.arguments[0].type.tag !== 'UnsignedLong')
-          source.fail(node, `${node.name}: an indexed getter takes one unsigned long`);
-        operation.getter = true;
-      }
-    }
+    const member = { names, isTarget, known, doc, calls: calledWith(source, node, lists, names) };
+    if (node.type === 'const') constants.push(constantOf(source, node, doc));
+    else if (node.type === 'attribute') attributes.push(attributeOf(source, node, member));
+    else addForm(source, node, formOf(source, node, member), operations);
   }
   return { constants, attributes, operations: [...operations.values()] };
 }
@@ -213,6 +245,7 @@ export function readInterfaces(folder) {
   const mixin = read.find(({ name }) => name === MIXIN);
   const interfaces = new Map();
   const listeners = mixin ? membersOf(mixin.source, mixin.nodes[0]?.members ?? [], names, false).operations : [];
+  listeners.forEach((operation) => checkListenerOperation(mixin.source, operation));
   for (const { source, name, nodes } of read) {
     if (name === MIXIN) continue;
     const [description, ...rest] = nodes.filter((node) => node.type === 'interface');
@@ -233,7 +266,7 @@ export function readInterfaces(folder) {
     const members = membersOf(source, description.members, names, isTarget);
     const getter = members.operations.find((operation) => operation.getter);
     const length = members.attributes.find((attribute) => attribute.name === 'length');
-    if (getter && (length?.type.tag !== 'UnsignedLong' || length.customGetter || length.context))
+    if (getter && (length?.type.tag !== 'UnsignedLong' || length.customGetter))
       source.fail(description, `${name}: a class with an indexed getter needs a plain unsigned long length`);
     if (known.has('GlobalConstructor') && known.has('GlobalInstance'))
       source.fail(description, `${name}: the window holds either the constructor or an instance`);

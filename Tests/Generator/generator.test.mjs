@@ -29,11 +29,8 @@ const scratch = mkdtempSync(join(tmpdir(), 'generator-'));
 after(() => rmSync(scratch, { recursive: true }));
 const makeFolder = () => mkdtempSync(join(scratch, 'run-'));
 
-function generate(idl, out, classes = 'Thing') {
-  const members = join(out, 'members.js');
-  return spawnSync(process.execPath,
-    [GENERATOR, '--idl', idl, '--out', out, '--classes', classes, '--members', members], { encoding: 'utf8' });
-}
+const generate = (idl, out) => spawnSync(process.execPath,
+  [GENERATOR, '--idl', idl, '--out', out, '--members', join(out, 'members.js')], { encoding: 'utf8' });
 
 function outputOf(name) {
   const out = makeFolder();
@@ -91,7 +88,8 @@ const REFUSED = [
   ['an unknown extended attribute', thing('[Fast] attribute long size;'), 5, /unknown extended attribute \[Fast\]/],
   ['an extended attribute in the wrong place', thing('[CustomGetter] undefined find();'), 5,
     /unknown extended attribute \[CustomGetter\]/],
-  ['a call with something unknown', thing('[CallWith=Window] undefined find();'), 5, /only Context is known/],
+  ['a method whose callback every class has', thing('any getProperty(DOMString name);'), 5,
+    /getProperty is the name of a callback/],
   ['a handler on a class without listeners', thing('attribute EventHandler onMove;'), 5,
     /only a class that includes EventListeners has handlers/],
   ['a member declared twice', thing('attribute long size; /** Again. */ attribute long size;'), 5,
@@ -155,10 +153,15 @@ describe('the generator', () => {
     });
   }
 
-  it('refuses to build a class that has no description', () => {
-    const { status, stderr } = generate(join(CASES, 'empty'), makeFolder(), 'Thing,Other');
-    assert.equal(status, 1);
-    assert.match(stderr, /Other\.idl does not exist/);
+  it('refuses listener operations that the runtime does not serve', () => {
+    for (const [right, wrong] of [['any listener', 'DOMString listener'], [', [Ignored] optional any useCapture', '']]) {
+      const idl = makeFolder();
+      writeFileSync(join(idl, 'Thing.idl'), thing('attribute long size;', LISTENS));
+      writeFileSync(join(idl, 'EventListeners.idl'), MIXIN.replace(right, wrong));
+      const { status, stderr } = generate(idl, makeFolder());
+      assert.equal(status, 1, stderr);
+      assert.match(stderr, /EventListeners\.idl:\d+: addEventListener: EventListeners has operations of/);
+    }
   });
 
   it('refuses a folder without descriptions, or one that is not there', () => {
