@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Host/Shell/Ait.h"
-#include "Host/Shell/ReceiverControl.h"
+#include "Host/Shell/Content/Ait.h"
+#include "Host/Shell/Processes/ReceiverControl.h"
 
 namespace Shell {
 

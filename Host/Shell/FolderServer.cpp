@@ -3,8 +3,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "Host/Shell/CarouselFile.h"
-#include "Host/Shell/InstalledFiles.h"
+#include "Host/Shell/Content/CarouselFile.h"
+#include "Host/Shell/Processes/InstalledFiles.h"
 
 namespace Shell {
 

@@ -8,7 +8,7 @@
 #include <gio/gio.h>
 
 #include "Host/Inc/CommandLine.h"
-#include "Host/Shell/KeyMap.h"
+#include "Host/Shell/Keys/KeyMap.h"
 
 namespace Shell {
 

@@ -4,7 +4,7 @@
 
 #include <jsc/jsc.h>
 
-#include "Host/Shell/Screenshot.h"
+#include "Host/Shell/View/Screenshot.h"
 
 namespace Shell {
 

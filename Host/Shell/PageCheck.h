@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/View/BrowserView.h"
 #include "Host/Shell/Options.h"
-#include "Host/Shell/Screen.h"
+#include "Host/Shell/View/Screen.h"
 
 namespace Shell {
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "Host/Inc/ShellChannel.h"
-#include "Host/Shell/InstalledFiles.h"
+#include "Host/Shell/Processes/InstalledFiles.h"
 #include "Host/Shell/UserAgent.h"
 
 namespace Shell {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Host/Shell/CarouselFile.h"
+#include "Host/Shell/Content/CarouselFile.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <gdk/gdkkeysyms.h>
 #include <gtest/gtest.h>
 
-#include "Host/Shell/KeyMap.h"
+#include "Host/Shell/Keys/KeyMap.h"
 
 namespace {
 

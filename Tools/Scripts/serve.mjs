@@ -5,7 +5,7 @@
 //
 // FOLDER is Examples/ when left out. Without --port the system chooses a free one. --mount serves another folder
 // below a path of its own, such as player/media=build/media. The first line printed is the address, for people
-// and scripts alike. Host/Shell/content-types.txt says what is served as what, in UTF-8 where it is text; parts of
+// and scripts alike. Host/Shell/Content/content-types.txt says what is served as what, in UTF-8 where it is text; parts of
 // files are served, as media players ask for. Ends with Ctrl+C.
 // Tests import `startServer` or `sendFile` instead.
 
@@ -16,7 +16,7 @@ import path from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 
-const contentTypes = readFileSync(new URL('../../Host/Shell/content-types.txt', import.meta.url), 'utf8')
+const contentTypes = readFileSync(new URL('../../Host/Shell/Content/content-types.txt', import.meta.url), 'utf8')
   .split('\n').filter((line) => line.startsWith('.')).map((line) => line.split(' '));
 
 export function contentType(file) {

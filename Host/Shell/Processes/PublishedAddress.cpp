@@ -1,4 +1,4 @@
-#include "Host/Shell/PublishedAddress.h"
+#include "Host/Shell/Processes/PublishedAddress.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

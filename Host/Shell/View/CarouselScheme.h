@@ -7,7 +7,7 @@
 #include <webkit2/webkit2.h>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Shell/WebProcessChannel.h"
+#include "Host/Shell/View/WebProcessChannel.h"
 
 namespace Shell {
 

@@ -1,9 +1,9 @@
-#include "Host/Shell/RemotePanel.h"
+#include "Host/Shell/Keys/RemotePanel.h"
 
 #include <utility>
 
-#include "Host/Shell/KeyMap.h"
-#include "Host/Shell/Screen.h"
+#include "Host/Shell/Keys/KeyMap.h"
+#include "Host/Shell/View/Screen.h"
 
 namespace Shell {
 

@@ -1,4 +1,4 @@
-#include "Host/Shell/SessionBus.h"
+#include "Host/Shell/Processes/SessionBus.h"
 
 #include <unistd.h>
 

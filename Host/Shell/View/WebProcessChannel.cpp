@@ -1,4 +1,4 @@
-#include "Host/Shell/WebProcessChannel.h"
+#include "Host/Shell/View/WebProcessChannel.h"
 
 #include "Host/Inc/MainLoop.h"
 #include "Host/Inc/ShellChannel.h"

@@ -1,4 +1,4 @@
-#include "Host/Shell/Ait.h"
+#include "Host/Shell/Content/Ait.h"
 
 #include <algorithm>
 #include <cstdio>

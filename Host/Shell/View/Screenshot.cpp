@@ -1,4 +1,4 @@
-#include "Host/Shell/Screenshot.h"
+#include "Host/Shell/View/Screenshot.h"
 
 #include <gdk/gdkx.h>
 

@@ -1,4 +1,4 @@
-#include "Host/Shell/ShellPages.h"
+#include "Host/Shell/View/ShellPages.h"
 
 #include "Host/Inc/GHandles.h"
 

@@ -7,7 +7,7 @@
 
 #include <gtk/gtk.h>
 
-#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/View/BrowserView.h"
 
 namespace Shell {
 

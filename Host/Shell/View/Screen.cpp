@@ -1,4 +1,4 @@
-#include "Host/Shell/Screen.h"
+#include "Host/Shell/View/Screen.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,8 +5,8 @@
 
 #include <gdk/gdk.h>
 
-#include "Host/Shell/BrowserView.h"
-#include "Host/Shell/KeyMap.h"
+#include "Host/Shell/View/BrowserView.h"
+#include "Host/Shell/Keys/KeyMap.h"
 
 namespace Shell {
 

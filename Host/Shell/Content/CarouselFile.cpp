@@ -1,4 +1,4 @@
-#include "Host/Shell/CarouselFile.h"
+#include "Host/Shell/Content/CarouselFile.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,12 +1,12 @@
-#include "Host/Shell/BrowserView.h"
+#include "Host/Shell/View/BrowserView.h"
 
 #include <utility>
 
 #include <libsoup/soup.h>
 
-#include "Host/Shell/Ait.h"
-#include "Host/Shell/CarouselFile.h"
-#include "Host/Shell/ShellPages.h"
+#include "Host/Shell/Content/Ait.h"
+#include "Host/Shell/Content/CarouselFile.h"
+#include "Host/Shell/View/ShellPages.h"
 
 namespace Shell {
 

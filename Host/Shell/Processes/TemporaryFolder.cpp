@@ -1,4 +1,4 @@
-#include "Host/Shell/TemporaryFolder.h"
+#include "Host/Shell/Processes/TemporaryFolder.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

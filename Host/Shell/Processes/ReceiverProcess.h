@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Shell/ChildProcess.h"
+#include "Host/Shell/Processes/ChildProcess.h"
 
 namespace Shell {
 

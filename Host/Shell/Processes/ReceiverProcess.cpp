@@ -1,4 +1,4 @@
-#include "Host/Shell/ReceiverProcess.h"
+#include "Host/Shell/Processes/ReceiverProcess.h"
 
 #include <algorithm>
 #include <iostream>
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Host/Inc/ReceiverNames.h"
-#include "Host/Shell/InstalledFiles.h"
+#include "Host/Shell/Processes/InstalledFiles.h"
 
 namespace Shell {
 

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Shell/ChildProcess.h"
-#include "Host/Shell/PublishedAddress.h"
+#include "Host/Shell/Processes/ChildProcess.h"
+#include "Host/Shell/Processes/PublishedAddress.h"
 
 namespace Shell {
 

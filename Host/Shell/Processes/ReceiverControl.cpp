@@ -1,4 +1,4 @@
-#include "Host/Shell/ReceiverControl.h"
+#include "Host/Shell/Processes/ReceiverControl.h"
 
 #include <cstdlib>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "Host/Shell/Recorder.h"
+#include "Host/Shell/Recording/Recorder.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -18,7 +18,7 @@
 
 #include <glib.h>
 
-#include "Host/Shell/Recording.h"
+#include "Host/Shell/Recording/Recording.h"
 
 namespace Shell {
 

@@ -1,4 +1,4 @@
-#include "Host/Shell/ChildProcess.h"
+#include "Host/Shell/Processes/ChildProcess.h"
 
 #include <poll.h>
 #include <sys/prctl.h>

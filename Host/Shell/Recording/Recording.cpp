@@ -1,4 +1,4 @@
-#include "Host/Shell/Recording.h"
+#include "Host/Shell/Recording/Recording.h"
 
 #include <string_view>
 

@@ -1,4 +1,4 @@
-#include "Host/Shell/InstalledFiles.h"
+#include "Host/Shell/Processes/InstalledFiles.h"
 
 #include <cstdlib>
 #include <filesystem>

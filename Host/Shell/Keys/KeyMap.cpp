@@ -1,4 +1,4 @@
-#include "Host/Shell/KeyMap.h"
+#include "Host/Shell/Keys/KeyMap.h"
 
 #include <algorithm>
 #include <iterator>

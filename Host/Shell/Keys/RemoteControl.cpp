@@ -1,4 +1,4 @@
-#include "Host/Shell/RemoteControl.h"
+#include "Host/Shell/Keys/RemoteControl.h"
 
 #include <memory>
 

@@ -1,12 +1,12 @@
-#include "Host/Shell/CarouselScheme.h"
+#include "Host/Shell/View/CarouselScheme.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "Host/Inc/ShellChannel.h"
-#include "Host/Shell/CarouselFile.h"
-#include "Host/Shell/ShellPages.h"
+#include "Host/Shell/Content/CarouselFile.h"
+#include "Host/Shell/View/ShellPages.h"
 
 namespace Shell {
 
