@@ -1,5 +1,5 @@
-// The yardstick of the way to the first picture: GStreamer's own player, started by nobody but itself. Reads one
-// address a line; for each it plays until the pipeline does, and prints how many milliseconds that took.
+// The yardstick of the way to the first picture: GStreamer's own player, started by nobody but itself. Reads
+// one address a line; for each it plays until the pipeline does, and prints how many milliseconds that took.
 #include <chrono>
 #include <cstdio>
 #include <iostream>
@@ -41,8 +41,8 @@ GstElement* makeAudioSink() {
 Owned<GstElement> makePipeline(const std::string& address) {
     GstElement* pipeline = gst_element_factory_make("playbin3", nullptr);
     gst_util_set_object_arg(G_OBJECT(pipeline), "flags", "video+audio+soft-volume+buffering");
-    g_object_set(pipeline, "uri", address.c_str(), "video-sink", makeVideoSink(), "audio-sink", makeAudioSink(),
-                 "audio-filter", gst_element_factory_make("scaletempo", nullptr), nullptr);
+    g_object_set(pipeline, "uri", address.c_str(), "video-sink", makeVideoSink(), "audio-sink",
+                 makeAudioSink(), "audio-filter", gst_element_factory_make("scaletempo", nullptr), nullptr);
     return Owned<GstElement>(pipeline);
 }
 

@@ -1,5 +1,6 @@
-// Generated bindings against the same class written by hand, a small class against a large one, and event dispatch
-// against bare calls. Each case is a loop in a page's script, or in the code that makes objects; Table.mjs pairs them.
+// Generated bindings against the same class written by hand, a small class against a large one, and event
+// dispatch against bare calls. Each case is a loop in a page's script, or in the code that makes objects;
+// Table.mjs pairs them.
 #include <JavaScriptCore/JavaScript.h>
 
 #include <memory>
@@ -40,21 +41,29 @@ void RunLoop(benchmark::State& state, Create create, const char* body) {
     Script script;
     const JSObjectRef object = create(script.Context());
     script.Keep(object);
-    const JSObjectRef loop = script.Function("function (o) { var sum = 0; for (var i = 0; i < " +
-                                             std::to_string(kRound) + "; ++i) { " + body + " } return sum; }");
+    const JSObjectRef loop =
+        script.Function("function (o) { var sum = 0; for (var i = 0; i < " + std::to_string(kRound) +
+                        "; ++i) { " + body + " } return sum; }");
     const JSValueRef argument = object;
     for (auto _ : state) {
         JSValueRef exception = nullptr;
-        benchmark::DoNotOptimize(JSObjectCallAsFunction(script.Context(), loop, nullptr, 1, &argument, &exception));
+        benchmark::DoNotOptimize(
+            JSObjectCallAsFunction(script.Context(), loop, nullptr, 1, &argument, &exception));
         if (exception != nullptr)
             state.SkipWithError("the page's script threw");
     }
     state.SetItemsProcessed(state.iterations() * kRound);
 }
 
-void Read(benchmark::State& state, Create create) { RunLoop(state, create, "sum += o.value;"); }
-void Write(benchmark::State& state, Create create) { RunLoop(state, create, "o.value = i;"); }
-void Call(benchmark::State& state, Create create) { RunLoop(state, create, "sum += o.add(i);"); }
+void Read(benchmark::State& state, Create create) {
+    RunLoop(state, create, "sum += o.value;");
+}
+void Write(benchmark::State& state, Create create) {
+    RunLoop(state, create, "o.value = i;");
+}
+void Call(benchmark::State& state, Create create) {
+    RunLoop(state, create, "sum += o.add(i);");
+}
 
 void MakeObjects(benchmark::State& state, Create create) {
     Script script;
@@ -68,7 +77,8 @@ void MakeObjects(benchmark::State& state, Create create) {
 std::vector<JSObjectRef> MakeListeners(Script& script) {
     std::vector<JSObjectRef> listeners;
     for (int i = 0; i < kListeners; ++i)
-        listeners.push_back(script.Function("function (event) { return event.argument + " + std::to_string(i) + "; }"));
+        listeners.push_back(
+            script.Function("function (event) { return event.argument + " + std::to_string(i) + "; }"));
     return listeners;
 }
 
@@ -101,7 +111,8 @@ void CallBare(benchmark::State& state, Create create) {
                                 kJSPropertyAttributeReadOnly, nullptr);
             const JSValueRef arguments[] = {argument};
             JSValueRef exception = nullptr;
-            benchmark::DoNotOptimize(JSObjectCallAsFunction(context, listener, target, 1, arguments, &exception));
+            benchmark::DoNotOptimize(
+                JSObjectCallAsFunction(context, listener, target, 1, arguments, &exception));
         }
     }
     state.SetItemsProcessed(state.iterations());

@@ -17,17 +17,22 @@ struct Native {
 
 JSClassRef Class();
 
-Native* NativeOf(JSObjectRef object) { return static_cast<Native*>(JSObjectGetPrivate(object)); }
+Native* NativeOf(JSObjectRef object) {
+    return static_cast<Native*>(JSObjectGetPrivate(object));
+}
 
 void Initialise(JSContextRef /*context*/, JSObjectRef /*object*/) {}
 
-void Finalise(JSObjectRef object) { delete NativeOf(object); }
+void Finalise(JSObjectRef object) {
+    delete NativeOf(object);
+}
 
 bool HasProperty(JSContextRef /*context*/, JSObjectRef /*object*/, JSStringRef name) {
     return JSStringIsEqualToUTF8CString(name, "value");
 }
 
-JSValueRef GetProperty(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef* /*exception*/) {
+JSValueRef GetProperty(JSContextRef context, JSObjectRef object, JSStringRef name,
+                       JSValueRef* /*exception*/) {
     const Native* native = NativeOf(object);
     if (native == nullptr || !JSStringIsEqualToUTF8CString(name, "value"))
         return JSValueMakeNull(context);
@@ -74,7 +79,8 @@ JSObjectRef Construct(JSContextRef context, JSObjectRef /*constructor*/, size_t 
 JSClassRef Class() {
     static const JSStaticValue s_values[] = {{"value", &GetProperty, &SetProperty, kJSPropertyAttributeNone},
                                              {nullptr, nullptr, nullptr, 0}};
-    static const JSStaticFunction s_functions[] = {{"add", &Add, kJSPropertyAttributeReadOnly}, {nullptr, nullptr, 0}};
+    static const JSStaticFunction s_functions[] = {{"add", &Add, kJSPropertyAttributeReadOnly},
+                                                   {nullptr, nullptr, 0}};
     static const JSClassRef s_class = [] {
         JSClassDefinition definition = kJSClassDefinitionEmpty;
         definition.className = "HandWritten";
@@ -93,6 +99,8 @@ JSClassRef Class() {
 
 }  // namespace
 
-JSObjectRef CreateHandWritten(JSContextRef context) { return JSObjectMake(context, Class(), new Native); }
+JSObjectRef CreateHandWritten(JSContextRef context) {
+    return JSObjectMake(context, Class(), new Native);
+}
 
 }  // namespace Benchmarks

@@ -11,9 +11,11 @@
 namespace Benchmarks {
 
 class Script {
-   public:
+ public:
     // Handlers are taken from frames alone.
-    Script() : m_context(JSGlobalContextCreate(nullptr)) { OipfJavaScript::FrameBuiltIns::Capture(m_context); }
+    Script() : m_context(JSGlobalContextCreate(nullptr)) {
+        OipfJavaScript::FrameBuiltIns::Capture(m_context);
+    }
     Script(const Script&) = delete;
     Script& operator=(const Script&) = delete;
     ~Script() {
@@ -38,7 +40,7 @@ class Script {
         JSObjectSetProperty(m_context, JSContextGetGlobalObject(m_context), name.Get(), value, 0, nullptr);
     }
 
-   private:
+ private:
     JSGlobalContextRef m_context;
     int m_kept = 0;
 };

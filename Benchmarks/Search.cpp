@@ -148,7 +148,8 @@ class Proxies {
                 !imeta_data_search_call_pc_get_sync(
                     m_search.get(), programme, &channel, &event, OutPointer(name), OutPointer(description),
                     OutPointer(crid), &begin, &duration, &rating, &known, nullptr, nullptr) ||
-                !known || (channels.insert(channel).second && !Benchmarks::AskForChannel(m_channels.get(), channel)))
+                !known ||
+                (channels.insert(channel).second && !Benchmarks::AskForChannel(m_channels.get(), channel)))
                 return false;
         }
         return channels.size() == kWindow;

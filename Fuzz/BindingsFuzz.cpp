@@ -1,5 +1,5 @@
-// Any use of any member of the objects that pages see, with a receiver behind them. The bytes are choices; what they
-// choose between stands in Bindings.js.
+// Any use of any member of the objects that pages see, with a receiver behind them. The bytes are choices;
+// what they choose between stands in Bindings.js.
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -10,8 +10,8 @@
 #include <string>
 
 #include <gio/gio.h>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
+#include <nlohmann/json.hpp>
 
 #include "API/Src/IPluginController.h"
 #include "Fuzz/Fuzz.h"
@@ -24,7 +24,9 @@
 
 // What the engine holds from its own heap is not seen by the leak check, which knows the C heap only.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();  // NOLINT
-const char* __lsan_default_suppressions() { return "leak:libjavascriptcoregtk\n"; }           // NOLINT
+const char* __lsan_default_suppressions() {
+    return "leak:libjavascriptcoregtk\n";
+}  // NOLINT
 
 namespace {
 
@@ -64,7 +66,8 @@ int32_t numberOf(JSContextRef context, size_t count, const JSValueRef values[], 
     return index < count ? static_cast<int32_t>(JSValueToNumber(context, values[index], nullptr)) : 0;
 }
 
-JSValueRef fire(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, const JSValueRef values[], JSValueRef*) {
+JSValueRef fire(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, const JSValueRef values[],
+                JSValueRef*) {
     const auto code = numberOf(context, count, values, 0);
     CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(
         event_t::WithData(code, 0, numberOf(context, count, values, 1), numberOf(context, count, values, 2)));
@@ -72,7 +75,8 @@ JSValueRef fire(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, co
 }
 
 // Runs the main loop: until the function that is given answers true, or what has come is done.
-JSValueRef pump(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, const JSValueRef values[], JSValueRef*) {
+JSValueRef pump(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, const JSValueRef values[],
+                JSValueRef*) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
     const JSObjectRef fact = count > 0 ? JSValueToObject(context, values[0], nullptr) : nullptr;
     while (fact && std::chrono::steady_clock::now() < end &&
@@ -89,7 +93,8 @@ JSValueRef pump(JSContextRef context, JSObjectRef, JSObjectRef, size_t count, co
 std::string scenario() {
     auto document = nlohmann::json::parse(std::ifstream(HBBTV_DEFAULT_SCENARIO));
     document["media"]["player"] = "simulated";
-    document["media"]["connect_ms"] = document["broadcast"]["tune_ms"] = document["search"]["duration_ms"] = 0;
+    document["media"]["connect_ms"] = document["broadcast"]["tune_ms"] = document["search"]["duration_ms"] =
+        0;
     for (auto& source : document["stream_events"])
         source["period_ms"] = 20;
     document["applications"]["trusted_origins"] = {"*"};
@@ -98,8 +103,8 @@ std::string scenario() {
     return document.dump();
 }
 
-// For as long as the program lives; both end with it, the bus by its own watcher: to stop it would wait half a minute
-// for the bundle to let go of its connection.
+// For as long as the program lives; both end with it, the bus by its own watcher: to stop it would wait half
+// a minute for the bundle to let go of its connection.
 void startBusAndReceiver() {
     GErrorSlot error;
     char* name = nullptr;
@@ -110,19 +115,22 @@ void startBusAndReceiver() {
     std::atexit([] { std::remove(path.c_str()); });
     static GTestDBus* const bus = g_test_dbus_new(G_TEST_DBUS_NONE);
     g_test_dbus_up(bus);
-    static const GObjectHandle<GSubprocess> receiver(
-        g_subprocess_new(G_SUBPROCESS_FLAGS_STDOUT_PIPE, error.out(), HBBTV_RECEIVER, "--scenario", path.c_str(), nullptr));
+    static const GObjectHandle<GSubprocess> receiver(g_subprocess_new(
+        G_SUBPROCESS_FLAGS_STDOUT_PIPE, error.out(), HBBTV_RECEIVER, "--scenario", path.c_str(), nullptr));
     Require(receiver != nullptr);
     std::atexit([] { g_subprocess_force_exit(receiver.get()); });
     char ready = 0;
     while (ready != '\n')
-        Require(g_input_stream_read(g_subprocess_get_stdout_pipe(receiver.get()), &ready, 1, nullptr, nullptr) == 1);
-    // The view of the browser's fake, with an application that may do everything. It goes with its connection.
-    static const GObjectHandle<GDBusConnection> connection(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
+        Require(g_input_stream_read(g_subprocess_get_stdout_pipe(receiver.get()), &ready, 1, nullptr,
+                                    nullptr) == 1);
+    // The view of the browser's fake, with an application that may do everything. It goes with its
+    // connection.
+    static const GObjectHandle<GDBusConnection> connection(
+        g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     const GVariantHandle done(g_dbus_connection_call_sync(
         connection.get(), Receiver::Names::Control, Receiver::Names::ControlPath, Receiver::Names::Control,
-        "RegisterView", g_variant_new("(is)", 7, "http://application.invalid/"),
-        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, error.out()));
+        "RegisterView", g_variant_new("(is)", 7, "http://application.invalid/"), nullptr,
+        G_DBUS_CALL_FLAGS_NONE, -1, nullptr, error.out()));
     Require(done != nullptr);
 }
 
@@ -139,13 +147,15 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const std::string script = "var classes = [" + listed(classes()) + "];" + fileText(HBBTV_FUZZ_SCRIPT);
+    static const std::string script =
+        "var classes = [" + listed(classes()) + "];" + fileText(HBBTV_FUZZ_SCRIPT);
     FakeFrame& frame = page().main;
     // As from page to page: players are given back.
     page().StartLoad(frame);
     frame.Navigate();
     for (const auto& [name, function] : {std::pair{"collect", &collect}, {"fire", &fire}, {"pump", &pump}})
-        frame.SetGlobal(name, JSObjectMakeFunctionWithCallback(frame.context, JSStringHandle(name).Get(), function));
+        frame.SetGlobal(
+            name, JSObjectMakeFunctionWithCallback(frame.context, JSStringHandle(name).Get(), function));
     const std::string loaded = frame.Eval(script + "; 'loaded'");
     std::string list;
     for (size_t i = 0; i < size; ++i)

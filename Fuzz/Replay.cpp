@@ -1,5 +1,5 @@
-// Runs a fuzzing program without libFuzzer, among the ordinary tests: the inputs of its corpus, and each of them with
-// changes that are the same on every run.
+// Runs a fuzzing program without libFuzzer, among the ordinary tests: the inputs of its corpus, and each of
+// them with changes that are the same on every run.
 //
 //     fuzz_<subject> FOLDER CHANGES      so many changes of each input
 #include <algorithm>

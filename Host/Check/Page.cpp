@@ -22,8 +22,9 @@ class PageFile {
         GFileIOStream* stream = nullptr;
         m_file.reset(g_file_new_tmp("hbbtv-check-XXXXXX.html", &stream, error.out()));
         const GObjectHandle<GFileIOStream> opened(stream);
-        if (!m_file || !g_output_stream_write_all(g_io_stream_get_output_stream(G_IO_STREAM(stream)),
-                                                  s_page.data(), s_page.size(), nullptr, nullptr, error.out()))
+        if (!m_file ||
+            !g_output_stream_write_all(g_io_stream_get_output_stream(G_IO_STREAM(stream)), s_page.data(),
+                                       s_page.size(), nullptr, nullptr, error.out()))
             throw Failed(std::string("the page cannot be written: ") + error.message());
     }
     PageFile(const PageFile&) = delete;
@@ -47,10 +48,11 @@ std::string queryOf(const Session& session) {
             claims += (claims.empty() ? "" : ",") + interface.shortName();
     }
     std::string query = "?limit=" + std::to_string(options.limitSeconds);
-    for (const auto& [name, value] :
-         {std::pair<const char*, std::string>("claims", claims), {"media", options.media}, {"stream-event", options.streamEvent}})
-        query += std::string("&") + name + "=" +
-                 GChars(g_uri_escape_string(value.c_str(), nullptr, FALSE)).get();
+    for (const auto& [name, value] : {std::pair<const char*, std::string>("claims", claims),
+                                      {"media", options.media},
+                                      {"stream-event", options.streamEvent}})
+        query +=
+            std::string("&") + name + "=" + GChars(g_uri_escape_string(value.c_str(), nullptr, FALSE)).get();
     return query;
 }
 

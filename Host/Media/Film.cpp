@@ -18,7 +18,8 @@ constexpr double fastestWithSound = 2.0;
 constexpr std::uint32_t stepMs = 200;
 constexpr std::uint32_t glanceMs = 500;
 constexpr int mostStillGlances = 6;
-// How often, and for how many times, a length is asked for that is not known yet; that of a live stream never is.
+// How often, and for how many times, a length is asked for that is not known yet; that of a live stream never
+// is.
 constexpr std::uint32_t lookMs = 50;
 constexpr int mostLooks = 20;
 // The tracks of a medium do not end together to the millisecond, and a demuxer that is sent behind the end of
@@ -41,11 +42,10 @@ void Film::load(const std::string& url, double speed, std::uint32_t limitMs) {
     m_url = url;
     m_speed = speed;
     m_limitMs = limitMs;
-    m_limit.start(limitMs,
-                  [this] {
-                      fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt,
-                           "nothing to be shown came" + withinLimit());
-                  });
+    m_limit.start(limitMs, [this] {
+        fail(isRemote(m_url) ? MediaError::CannotConnect : MediaError::Corrupt,
+             "nothing to be shown came" + withinLimit());
+    });
     m_pipeline.open(url);
 }
 
@@ -86,7 +86,8 @@ std::uint32_t Film::position() const {
     auto here = m_pipeline.position().value_or(m_lastPosition);
     if (m_duration != 0)
         here = std::min(here, m_duration);
-    // What has run out of data says that it is at the medium's end before the pipeline says that it has ended.
+    // What has run out of data says that it is at the medium's end before the pipeline says that it has
+    // ended.
     if (here + tolerance(m_duration) >= m_duration && isTooEarlyToEnd())
         return m_lastPosition;
     m_lastPosition = here;
@@ -368,7 +369,8 @@ void Film::roll() {
 // A server that sends nothing more must not keep a page waiting for ever.
 void Film::waitForData() {
     m_progress.bestBuffered = m_progress.buffered;
-    m_limit.start(m_limitMs, [this] { fail(MediaError::CannotConnect, "no more of it came" + withinLimit()); });
+    m_limit.start(m_limitMs,
+                  [this] { fail(MediaError::CannotConnect, "no more of it came" + withinLimit()); });
     changeState(MediaState::Buffering, NoError);
 }
 
@@ -395,7 +397,8 @@ void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) 
         m_progress.seekChecked = false;
         m_pipeline.seek(rate, milliseconds, mode);
         m_seekLimit.start(m_limitMs, [this] {
-            fail(MediaError::PositionNotAvailable, "nothing came from the place that was sought" + withinLimit());
+            fail(MediaError::PositionNotAvailable,
+                 "nothing came from the place that was sought" + withinLimit());
         });
     });
 }

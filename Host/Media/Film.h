@@ -65,8 +65,8 @@ class Film {
         std::optional<std::uint32_t> nextSeek;  // wanted while another one was under way
         bool announceSeek = false;
         std::optional<std::uint32_t> soughtTo;  // unless it has been sought there twice
-        bool onlyFromStart = false;  // the server does not send from the middle
-        std::string missingPlugin;  // what GStreamer calls it
+        bool onlyFromStart = false;             // the server does not send from the middle
+        std::string missingPlugin;              // what GStreamer calls it
         std::optional<double> announcedSpeed;
         std::vector<std::string> selected;
     };

@@ -86,7 +86,8 @@ std::string reasonOf(GstMessage* message) {
     gst_message_parse_error(message, &error, &details);
     const Host::GErrorHandle ownedError(error);
     const Host::GChars ownedDetails(details);
-    // The details' first line is a place in GStreamer's source, and the second one, if there is one, says more.
+    // The details' first line is a place in GStreamer's source, and the second one, if there is one, says
+    // more.
     const std::string more = details ? details : "";
     const auto second = more.find('\n');
     return error->message + (second == std::string::npos ? "" : " (" + more.substr(second + 1) + ")");

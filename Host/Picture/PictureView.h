@@ -1,5 +1,5 @@
-// The viewer's end: the newest frame of a player, whole or not at all. The memory is another process's and may
-// hold anything at any time; nothing that is read from it is believed unseen.
+// The viewer's end: the newest frame of a player, whole or not at all. The memory is another process's and
+// may hold anything at any time; nothing that is read from it is believed unseen.
 #pragma once
 
 #include <cstdint>

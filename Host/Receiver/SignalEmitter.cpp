@@ -34,7 +34,8 @@ void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
     if (g_dbus_is_member_name(name.c_str()) == FALSE)
         throw ScenarioError("", "\"" + name + "\" is no name of a signal");
 
-    // Any name of an interface that may have some, as any arguments: clients are tried with what is wrong, too.
+    // Any name of an interface that may have some, as any arguments: clients are tried with what is wrong,
+    // too.
     const bool mayHaveOthers = hasInterface && interfaceName == defaultInterface;
     const bool declaresNone = (*interface)->signals == nullptr || (*interface)->signals[0] == nullptr;
     if (findSignal(**interface, name) == nullptr && !mayHaveOthers && !(hasInterface && declaresNone))

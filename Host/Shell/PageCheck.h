@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "Host/Shell/View/BrowserView.h"
 #include "Host/Shell/Options.h"
+#include "Host/Shell/View/BrowserView.h"
 #include "Host/Shell/View/Screen.h"
 
 namespace Shell {

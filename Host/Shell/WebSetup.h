@@ -7,9 +7,9 @@
 #include <webkit2/webkit2.h>
 
 #include "Host/Inc/GHandles.h"
-#include "Host/Shell/View/BrowserView.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/Processes/TemporaryFolder.h"
+#include "Host/Shell/View/BrowserView.h"
 
 namespace Shell {
 

@@ -8,8 +8,8 @@
 #include "Host/Shell/Browser.h"
 #include "Host/Shell/FolderServer.h"
 #include "Host/Shell/Options.h"
-#include "Host/Shell/Recording/Recorder.h"
 #include "Host/Shell/Processes/SessionBus.h"
+#include "Host/Shell/Recording/Recorder.h"
 #include "Host/Shell/TerminalLog.h"
 
 namespace {

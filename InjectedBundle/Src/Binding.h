@@ -1,5 +1,5 @@
-// What every binding class has beside its own members: the implementation object it owns, and the callbacks that its
-// JSClassDefinition names. `Self` is the generated class, which has ID and Class().
+// What every binding class has beside its own members: the implementation object it owns, and the callbacks
+// that its JSClassDefinition names. `Self` is the generated class, which has ID and Class().
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -14,7 +14,7 @@ namespace OipfJavaScript {
 
 template <class Self, class Implementing>
 class Binding : public BindingObject {
-   public:
+ public:
     using Impl = Implementing;
 
     explicit Binding(std::unique_ptr<Impl> implementation) : m_implementation(std::move(implementation)) {}
@@ -42,12 +42,17 @@ class Binding : public BindingObject {
     }
 
     static const JSClassDefinition* t_GetClassDefinition() { return Self::Class().Definition(); }
-    static void t_InitCb(JSContextRef context, JSObjectRef object) { Self::Class().Initialise(context, object); }
-    static void t_FinaliseCb(JSObjectRef object) { delete static_cast<BindingObject*>(JSObjectGetPrivate(object)); }
+    static void t_InitCb(JSContextRef context, JSObjectRef object) {
+        Self::Class().Initialise(context, object);
+    }
+    static void t_FinaliseCb(JSObjectRef object) {
+        delete static_cast<BindingObject*>(JSObjectGetPrivate(object));
+    }
     static bool t_HasProperty(JSContextRef, JSObjectRef object, JSStringRef name) {
         return Self::Class().HasProperty(object, name);
     }
-    static JSValueRef t_GetProperty(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef* exception) {
+    static JSValueRef t_GetProperty(JSContextRef context, JSObjectRef object, JSStringRef name,
+                                    JSValueRef* exception) {
         return Self::Class().GetProperty(context, object, name, exception);
     }
     static bool t_SetProperty(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value,
@@ -59,13 +64,13 @@ class Binding : public BindingObject {
         return Self::Class().RefuseConstruction(context, exception);
     }
 
-   protected:
+ protected:
     static BindingCallbacks Callbacks(JSObjectConvertToTypeCallback convertToType = nullptr) {
         return {&t_InitCb,      &t_FinaliseCb,        &t_HasProperty, &t_GetProperty,
                 &t_SetProperty, &t_CallAsConstructor, convertToType};
     }
 
-   private:
+ private:
     std::unique_ptr<Impl> m_implementation;
 };
 

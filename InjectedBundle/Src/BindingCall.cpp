@@ -16,7 +16,8 @@ bool Throws(const char* where, JSContextRef context, const CallStatus& status, J
 }
 
 JSValueRef Missing(JSContextRef context, const CallStatus& status) {
-    return status.m_status == CallStatus::kUndefined ? JSValueMakeUndefined(context) : JSValueMakeNull(context);
+    return status.m_status == CallStatus::kUndefined ? JSValueMakeUndefined(context)
+                                                     : JSValueMakeNull(context);
 }
 
 JSValueRef RefuseArguments(const char* id, const char* where, const CallArguments& call) {
@@ -34,7 +35,8 @@ void LogIgnored(const char* where, size_t index) {
     HBBTV_LOG_INFO("%s Argument[%lu] is accepted and not used", where, static_cast<unsigned long>(index));
 }
 
-void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception) {
+void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName,
+                         JSValueRef* exception) {
     *exception = jiUtility::JSObjectMakeException(where, context, "TypeError",
                                                   std::string("Value is not ") + typeName, exception);
 }

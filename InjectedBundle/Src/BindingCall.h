@@ -1,5 +1,6 @@
-// The one road from a page's call to an implementation object: the right class? status reset, count and types,
-// conversion, call, status to exception, result, undefined or null. Generated code adds a line per member to it.
+// The one road from a page's call to an implementation object: the right class? status reset, count and
+// types, conversion, call, status to exception, result, undefined or null. Generated code adds a line per
+// member to it.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -21,7 +22,8 @@ namespace OipfJavaScript {
 namespace Call {
 
 // Fills the exception slot from the block; true when there is something to throw.
-[[nodiscard]] bool Throws(const char* where, JSContextRef context, const CallStatus& status, JSValueRef* exception);
+[[nodiscard]] bool Throws(const char* where, JSContextRef context, const CallStatus& status,
+                          JSValueRef* exception);
 
 // What the page gets instead of a result, for a status other than success.
 [[nodiscard]] JSValueRef Missing(JSContextRef context, const CallStatus& status);
@@ -32,7 +34,8 @@ namespace Call {
 // Says that an argument which pages give, and which means nothing here, was given.
 void LogIgnored(const char* where, size_t index);
 
-void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName, JSValueRef* exception);
+void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName,
+                         JSValueRef* exception);
 
 // Turns the implementation's answer into the page's.
 template <class Type, typename Produce>
@@ -79,7 +82,8 @@ template <auto Member, typename... Natives>
 inline constexpr bool kTakesContext = kTakes<Member, JSContextRef, Natives...>;
 
 template <auto Member, class Implementation, typename... Natives>
-decltype(auto) CallMember(Implementation& implementation, [[maybe_unused]] JSContextRef context, Natives&... natives) {
+decltype(auto) CallMember(Implementation& implementation, [[maybe_unused]] JSContextRef context,
+                          Natives&... natives) {
     static_assert(kTakes<Member, Natives...> || kTakesContext<Member, Natives...>,
                   "the implementation's member does not take what the description says");
     if constexpr (kTakesContext<Member, Natives...>)
@@ -126,7 +130,7 @@ struct Operation {
         return InvokeWith(where, call, implementation, std::index_sequence_for<Arguments...>{});
     }
 
-   private:
+ private:
     template <size_t... I>
     static bool MatchesTypes(const CallArguments& call, std::index_sequence<I...>) {
         return ((I >= call.count || Arguments::Accepts(call.context, call.values[I])) && ...);
@@ -147,7 +151,8 @@ struct Operation {
 
     // What is passed on: everything but the ignored arguments.
     template <class Type>
-    static auto Pass(const char* where, const CallArguments& call, size_t index, typename Type::Native& native) {
+    static auto Pass(const char* where, const CallArguments& call, size_t index,
+                     typename Type::Native& native) {
         if constexpr (std::is_same_v<Type, Idl::Ignored>) {
             if (index < call.count)
                 Call::LogIgnored(where, index);
@@ -165,12 +170,14 @@ struct Operation {
                Arguments::FromJS(where, call.context, call.values[I], std::get<I>(natives))) &&
               ...))
             return JSValueMakeNull(call.context);
-        return Call::Answer<Result>(where, call.context, implementation, call.exception, [&]() -> decltype(auto) {
-            const auto forward = [&](auto&... passed) -> decltype(auto) {
-                return CallMember<Member>(implementation, call.context, passed...);
-            };
-            return std::apply(forward, std::tuple_cat(Pass<Arguments>(where, call, I, std::get<I>(natives))...));
-        });
+        return Call::Answer<Result>(
+            where, call.context, implementation, call.exception, [&]() -> decltype(auto) {
+                const auto forward = [&](auto&... passed) -> decltype(auto) {
+                    return CallMember<Member>(implementation, call.context, passed...);
+                };
+                return std::apply(forward,
+                                  std::tuple_cat(Pass<Arguments>(where, call, I, std::get<I>(natives))...));
+            });
     }
 };
 
@@ -199,14 +206,16 @@ struct ListenerOperation {
         if (!ToUtf8(call.context, call.values[0], type, call.exception))
             return JSValueMakeNull(call.context);
         const bool capture = call.count == 3 && JSValueToBoolean(call.context, call.values[2]);
-        return Call::Answer<Idl::Undefined>(where, call.context, implementation, call.exception, [&]() -> void {
-            (implementation.*Member)(call.context, call.thisObject, type.c_str(), call.values[1], capture);
-        });
+        return Call::Answer<Idl::Undefined>(
+            where, call.context, implementation, call.exception, [&]() -> void {
+                (implementation.*Member)(call.context, call.thisObject, type.c_str(), call.values[1],
+                                         capture);
+            });
     }
 };
 
-// Calls the first of the forms whose argument count and types fit. Where there are several, those that take objects
-// are told apart by the objects' classes first.
+// Calls the first of the forms whose argument count and types fit. Where there are several, those that take
+// objects are told apart by the objects' classes first.
 template <class Binding, class... Forms>
 JSValueRef CallOperation(const char* where, const CallArguments& call) {
     HbbTVPlatform::PCRecord record;
@@ -220,7 +229,9 @@ JSValueRef CallOperation(const char* where, const CallArguments& call) {
         implementation.ResetStatus();
         JSValueRef result = nullptr;
         if constexpr (sizeof...(Forms) > 1) {
-            if (((Forms::MatchesExactly(call) && (result = Forms::Invoke(where, call, implementation), true)) || ...))
+            if (((Forms::MatchesExactly(call) &&
+                  (result = Forms::Invoke(where, call, implementation), true)) ||
+                 ...))
                 return result;
         }
         const bool matched =
@@ -234,8 +245,8 @@ JSValueRef CallOperation(const char* where, const CallArguments& call) {
 }
 
 template <class Binding, class Type, auto Member>
-JSValueRef GetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
-                        JSValueRef* exception) {
+JSValueRef GetAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef,
+                        BindingObject& native, JSValueRef* exception) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
     implementation.ResetStatus();
     return Call::Answer<Type>(attribute.name, context, implementation, exception,
@@ -267,8 +278,8 @@ JSValueRef GetCustomAttribute(const BindingAttribute& attribute, JSContextRef co
 }
 
 template <class Binding, auto Member>
-void SetCustomAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef, BindingObject& native,
-                        JSValueRef value, JSValueRef* exception) {
+void SetCustomAttribute(const BindingAttribute& attribute, JSContextRef context, JSObjectRef,
+                        BindingObject& native, JSValueRef value, JSValueRef* exception) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
     implementation.ResetStatus();
     // What the conversion throws is the page's own.
@@ -287,8 +298,8 @@ JSValueRef GetHandler(const BindingAttribute& attribute, JSContextRef context, J
 }
 
 template <class Binding>
-void SetHandler(const BindingAttribute& attribute, JSContextRef context, JSObjectRef object, BindingObject& native,
-                JSValueRef value, JSValueRef*) {
+void SetHandler(const BindingAttribute& attribute, JSContextRef context, JSObjectRef object,
+                BindingObject& native, JSValueRef value, JSValueRef*) {
     auto& implementation = static_cast<Binding&>(native).Implementation();
     implementation.ResetStatus();
     implementation.t_AddCallbackFunction(context, object, attribute.name + 2, value);
@@ -324,8 +335,8 @@ std::unique_ptr<Binding> MakeBinding(Arguments&&... arguments) {
 // A new JavaScript object around one.
 template <class Binding, typename... Arguments>
 JSObjectRef MakeObject(JSContextRef context, Arguments&&... arguments) {
-    return Binding::CreateObject(context, MakeBinding<Binding>(std::forward<Arguments>(arguments)...).release(),
-                                 nullptr);
+    return Binding::CreateObject(
+        context, MakeBinding<Binding>(std::forward<Arguments>(arguments)...).release(), nullptr);
 }
 
 }  // namespace OipfJavaScript

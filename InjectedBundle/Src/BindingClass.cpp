@@ -30,12 +30,14 @@ std::vector<const BindingClass*>& AllClasses() {
     return *s_classes;
 }
 
-std::string MemberName(const char* id, std::string_view member) { return std::string(id).append(".").append(member); }
+std::string MemberName(const char* id, std::string_view member) {
+    return std::string(id).append(".").append(member);
+}
 
 }  // namespace
 
 class BindingClass::Name {
-   public:
+ public:
     explicit Name(JSStringRef string) {
         // The length is in characters; anything longer than the longest name is none of ours.
         const size_t length = JSStringGetLength(string);
@@ -62,7 +64,7 @@ class BindingClass::Name {
         return static_cast<uint32_t>(index);
     }
 
-   private:
+ private:
     std::array<char, kLongestName + 1> m_buffer;
     size_t m_length = 0;
 };
@@ -76,9 +78,10 @@ BindingClass::BindingClass(const char* id, std::span<const BindingAttribute> att
         while (m_table[slot] != nullptr)
             slot = (slot + 1) & (m_table.size() - 1);
         m_table[slot] = &attribute;
-        m_staticValues.push_back({attribute.name, callbacks.getProperty,
-                                  attribute.set != nullptr ? callbacks.setProperty : nullptr,
-                                  attribute.set != nullptr ? kJSPropertyAttributeNone : kJSPropertyAttributeReadOnly});
+        m_staticValues.push_back(
+            {attribute.name, callbacks.getProperty,
+             attribute.set != nullptr ? callbacks.setProperty : nullptr,
+             attribute.set != nullptr ? kJSPropertyAttributeNone : kJSPropertyAttributeReadOnly});
     }
     for (const BindingMethod& method : methods)
         m_staticFunctions.push_back({method.name, method.call, kJSPropertyAttributeReadOnly});
@@ -145,8 +148,8 @@ BindingObject* BindingClass::NativeOfOwn(const char* where, JSObjectRef object) 
 void BindingClass::RegisterConstructor(JSContextRef context) const {
     JSObjectRef constructor = JSObjectMakeConstructor(context, m_class, m_definition.callAsConstructor);
     const JSStringHandle name(m_id);
-    JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.Get(), constructor, kJSPropertyAttributeNone,
-                        nullptr);
+    JSObjectSetProperty(context, JSContextGetGlobalObject(context), name.Get(), constructor,
+                        kJSPropertyAttributeNone, nullptr);
     SetConstants(context, constructor);
 }
 
@@ -230,7 +233,8 @@ bool BindingClass::SetProperty(JSContextRef context, JSObjectRef object, JSStrin
 
 JSObjectRef BindingClass::RefuseConstruction(JSContextRef context, JSValueRef* exception) const {
     const std::string message = std::string("Not allowed to create ") + m_id + " object directly";
-    *exception = jiUtility::JSObjectMakeException("t_CallAsConstructor", context, "SecurityError", message, exception);
+    *exception =
+        jiUtility::JSObjectMakeException("t_CallAsConstructor", context, "SecurityError", message, exception);
     return nullptr;
 }
 

@@ -18,7 +18,8 @@ class BindingObject;
 // One attribute of a class. `set` is null for a read-only one.
 struct BindingAttribute {
     const char* name;
-    JSValueRef (*get)(const BindingAttribute&, JSContextRef, JSObjectRef, BindingObject&, JSValueRef* exception);
+    JSValueRef (*get)(const BindingAttribute&, JSContextRef, JSObjectRef, BindingObject&,
+                      JSValueRef* exception);
     void (*set)(const BindingAttribute&, JSContextRef, JSObjectRef, BindingObject&, JSValueRef value,
                 JSValueRef* exception);
 };
@@ -47,12 +48,13 @@ struct BindingCallbacks {
     JSObjectConvertToTypeCallback convertToType;
 };
 
-// Made once per binding class and kept for the process: a JSClassRef made per object would leak its prototype until
-// the page's global object dies, and cost several times the object itself.
+// Made once per binding class and kept for the process: a JSClassRef made per object would leak its prototype
+// until the page's global object dies, and cost several times the object itself.
 class BindingClass {
-   public:
-    BindingClass(const char* id, std::span<const BindingAttribute> attributes, std::span<const BindingMethod> methods,
-                 const BindingConstants* constants, const BindingIndexing* indexing, const BindingCallbacks& callbacks);
+ public:
+    BindingClass(const char* id, std::span<const BindingAttribute> attributes,
+                 std::span<const BindingMethod> methods, const BindingConstants* constants,
+                 const BindingIndexing* indexing, const BindingCallbacks& callbacks);
     BindingClass(const BindingClass&) = delete;
     BindingClass& operator=(const BindingClass&) = delete;
     ~BindingClass() = delete;  // the engine keeps the tables as long as it lives
@@ -61,8 +63,9 @@ class BindingClass {
     [[nodiscard]] const JSClassDefinition* Definition() const { return &m_definition; }
     [[nodiscard]] JSClassRef Class() const { return m_class; }
 
-    // The native object behind a value, or null (logged, unless `where` is null) when the value is not an object of exactly this
-    // class: a foreign `this` hands over a private pointer of another type, which must never be used.
+    // The native object behind a value, or null (logged, unless `where` is null) when the value is not an
+    // object of exactly this class: a foreign `this` hands over a private pointer of another type, which must
+    // never be used.
     [[nodiscard]] BindingObject* NativeOf(const char* where, JSContextRef context, JSValueRef value) const;
 
     // The name of the object's class; null when it is none of ours.
@@ -76,11 +79,11 @@ class BindingClass {
     [[nodiscard]] bool HasProperty(JSObjectRef object, JSStringRef name) const;
     [[nodiscard]] JSValueRef GetProperty(JSContextRef context, JSObjectRef object, JSStringRef name,
                                          JSValueRef* exception) const;
-    [[nodiscard]] bool SetProperty(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value,
-                                   JSValueRef* exception) const;
+    [[nodiscard]] bool SetProperty(JSContextRef context, JSObjectRef object, JSStringRef name,
+                                   JSValueRef value, JSValueRef* exception) const;
     [[nodiscard]] JSObjectRef RefuseConstruction(JSContextRef context, JSValueRef* exception) const;
 
-   private:
+ private:
     struct NamedConstant {
         JSStringHandle name;
         int32_t value;
@@ -88,9 +91,9 @@ class BindingClass {
 
     // A property name in the form the tables are searched by: ASCII, in a buffer as long as the longest name.
     class Name;
-    // The same for the object of a property callback. The engine calls it with the object whose class names the
-    // callback, whatever the receiver was, so the native object's own word is enough; asking the engine takes its lock
-    // and would cost more than the whole rest.
+    // The same for the object of a property callback. The engine calls it with the object whose class names
+    // the callback, whatever the receiver was, so the native object's own word is enough; asking the engine
+    // takes its lock and would cost more than the whole rest.
     [[nodiscard]] BindingObject* NativeOfOwn(const char* where, JSObjectRef object) const;
     [[nodiscard]] const BindingAttribute* Find(const Name& name) const;
     [[nodiscard]] JSValueRef Read(JSContextRef context, JSObjectRef object, const Name& name,

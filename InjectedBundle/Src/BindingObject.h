@@ -8,7 +8,7 @@ namespace OipfJavaScript {
 class BindingClass;
 
 class BindingObject {
-   public:
+ public:
     BindingObject(const BindingObject&) : BindingObject() {}
     BindingObject& operator=(const BindingObject&) = default;
     virtual ~BindingObject() { --s_alive; }
@@ -19,10 +19,10 @@ class BindingObject {
     // How many exist, wrapped in a JavaScript object or not: a page that leaves must take its share with it.
     [[nodiscard]] static size_t AliveCount() { return s_alive; }
 
-   protected:
+ protected:
     BindingObject() { ++s_alive; }
 
-   private:
+ private:
     static inline size_t s_alive = 0;
 };
 

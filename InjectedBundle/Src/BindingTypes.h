@@ -1,9 +1,10 @@
 // One small type for each type that an interface description can name: how it is recognised among a call's
 // arguments, converted for the implementation, and converted back.
 //
-// Accepts() decides by the JavaScript type alone and runs no page code. FromJS() gives false for a value that makes
-// the whole call answer null without reaching the implementation (NaN, an object of a foreign class). Where a type has
-// IsExactly(), it also tells whether FromJS() would take the value: it chooses among the forms of an operation.
+// Accepts() decides by the JavaScript type alone and runs no page code. FromJS() gives false for a value that
+// makes the whole call answer null without reaching the implementation (NaN, an object of a foreign class).
+// Where a type has IsExactly(), it also tells whether FromJS() would take the value: it chooses among the
+// forms of an operation.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -36,7 +37,9 @@ struct Number {
     }
 };
 
-inline double Same(double number) { return number; }
+inline double Same(double number) {
+    return number;
+}
 
 using Long = Number<int32_t, ToInt32>;
 using UnsignedLong = Number<uint32_t, ToUint32>;
@@ -96,8 +99,8 @@ struct Any {
     }
 };
 
-// An object of one binding class. As an argument the implementation gets a pointer that is good during the call; as
-// a result it hands over a new binding object, or null.
+// An object of one binding class. As an argument the implementation gets a pointer that is good during the
+// call; as a result it hands over a new binding object, or null.
 template <class Binding>
 struct Object {
     using Native = Binding*;
@@ -123,12 +126,15 @@ struct Nullable {
     using Native = std::optional<typename Type::Native>;
     static constexpr const char* kName = Type::kName;
     static bool Accepts(JSContextRef context, JSValueRef value) {
-        return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) || Type::Accepts(context, value);
+        return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) ||
+               Type::Accepts(context, value);
     }
-    static bool IsExactly(JSContextRef context, JSValueRef value)
-        requires requires { Type::IsExactly(context, value); }
+    static bool IsExactly(JSContextRef context, JSValueRef value) requires requires {
+        Type::IsExactly(context, value);
+    }
     {
-        return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) || Type::IsExactly(context, value);
+        return JSValueIsNull(context, value) || JSValueIsUndefined(context, value) ||
+               Type::IsExactly(context, value);
     }
     static bool FromJS(const char* where, JSContextRef context, JSValueRef value, Native& native) {
         if (JSValueIsNull(context, value) || JSValueIsUndefined(context, value))
@@ -138,7 +144,8 @@ struct Nullable {
     template <typename Result>
     static JSValueRef ToJS(JSContextRef context, Result&& native, JSValueRef* exception) {
         if constexpr (requires { native.has_value(); })
-            return native ? Type::ToJS(context, *std::forward<Result>(native), exception) : JSValueMakeNull(context);
+            return native ? Type::ToJS(context, *std::forward<Result>(native), exception)
+                          : JSValueMakeNull(context);
         else
             return Type::ToJS(context, std::forward<Result>(native), exception);
     }
@@ -151,11 +158,10 @@ struct Optional {
     static bool Accepts(JSContextRef context, JSValueRef value) {
         return JSValueIsUndefined(context, value) || Type::Accepts(context, value);
     }
-    static bool IsExactly(JSContextRef context, JSValueRef value)
-        requires requires { Type::IsExactly(context, value); }
-    {
-        return JSValueIsUndefined(context, value) || Type::IsExactly(context, value);
+    static bool IsExactly(JSContextRef context, JSValueRef value) requires requires {
+        Type::IsExactly(context, value);
     }
+    { return JSValueIsUndefined(context, value) || Type::IsExactly(context, value); }
     static bool FromJS(const char* where, JSContextRef context, JSValueRef value, Native& native) {
         if (JSValueIsUndefined(context, value))
             return true;
@@ -177,7 +183,8 @@ inline constexpr bool kMayBeMissing<Optional<Type>> = true;
 template <>
 inline constexpr bool kMayBeMissing<Ignored> = true;
 
-// Whether an implementation's member may return a Native where the description says Type. Numbers are not converted.
+// Whether an implementation's member may return a Native where the description says Type. Numbers are not
+// converted.
 template <class Type, typename Native>
 inline constexpr bool kReturns = requires(JSContextRef context, Native native, JSValueRef* exception) {
     Type::ToJS(context, std::move(native), exception);

@@ -6,9 +6,10 @@
 
 namespace OipfJavaScript {
 
-// First fields of every implementation object. The binding resets them before each call and reads them after it.
+// First fields of every implementation object. The binding resets them before each call and reads them after
+// it.
 class CallStatus {
-   public:
+ public:
     enum Value : int32_t {
         kOk = 0,         // the page gets the result
         kNull = 1,       // the page gets null, as for every other value not listed here
@@ -38,7 +39,7 @@ class CallStatus {
     std::string m_errorName = kSecurityError;
     std::string m_errorMessage;
 
-   private:
+ private:
     static constexpr const char* kSecurityError = "SecurityError";
 };
 

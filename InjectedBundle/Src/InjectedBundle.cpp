@@ -9,6 +9,10 @@
 
 #include "CSP/Inc/PCLog.h"
 #include "CSP/Inc/PCRecord.h"
+#include "IPC/DBUS/Src/AVEventHandlerWK_DBus.h"
+#include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 #include "InjectedBundle/Src/BindingObject.h"
 #include "InjectedBundle/Src/BootstrapScript.h"
 #include "InjectedBundle/Src/PageHandlers.h"
@@ -16,10 +20,6 @@
 #include "InjectedBundle/gen/js/jiKeyEvent.h"
 #include "InjectedBundle/gen/js/jiKeyset.h"
 #include "InjectedBundle/gen/js/jiPrivateObjectFactory.h"
-#include "IPC/DBUS/Src/AVEventHandlerWK_DBus.h"
-#include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
-#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 #include "JavaScript/Src/PlayerHold.h"
 #include "JavaScript/Src/jiDebug.h"
 #include "Platform/Inc/WKBundle.h"
@@ -67,8 +67,8 @@ void BundlePageDidStartProvisionalLoadForFrameCallback(WKBundlePageRef, WKBundle
     CDAEBrowserAPIWK::GetInstance()->UnsubscribeEvents(nullptr);
 }
 
-void BundlePageDidClearWindowObjectForFrame(WKBundlePageRef page, WKBundleFrameRef frame, WKBundleScriptWorldRef,
-                                            const void*) {
+void BundlePageDidClearWindowObjectForFrame(WKBundlePageRef page, WKBundleFrameRef frame,
+                                            WKBundleScriptWorldRef, const void*) {
     HBBTV_LOG_ENTRY();
     JSGlobalContextRef context = WKBundleFrameGetJavaScriptContext(frame);
     const bool isMainFrame = WKBundleFrameIsMainFrame(frame);
@@ -104,10 +104,11 @@ void didInitializePageGroup(WKBundleRef bundle, WKBundlePageGroupRef pageGroup, 
     HBBTV_LOG_ENTRY();
     // The script's own lines cost more than what they tell of; they are made where they can be seen.
     const bool logs = PlatformLogShows == nullptr || PlatformLogShows(kPlatformLogInfo);
-    const std::string script = std::string(logs ? "" : "var _hbbtv_vantrel_logs = false;\n").append(s_bootstrapScript);
+    const std::string script =
+        std::string(logs ? "" : "var _hbbtv_vantrel_logs = false;\n").append(s_bootstrapScript);
     WKStringRef source = WKStringCreateWithUTF8CString(script.c_str());
-    WKBundleAddUserScript(bundle, pageGroup, WKBundleScriptWorldNormalWorld(), source, nullptr, nullptr, nullptr,
-                          kWKInjectAtDocumentStart, kWKInjectInAllFrames);
+    WKBundleAddUserScript(bundle, pageGroup, WKBundleScriptWorldNormalWorld(), source, nullptr, nullptr,
+                          nullptr, kWKInjectAtDocumentStart, kWKInjectInAllFrames);
     WKRelease(source);
 }
 
@@ -134,7 +135,8 @@ namespace {
 
 void Initialize(WKBundleRef bundle) {
     HBBTV_LOG_ERROR(
-        "\n***************************************\n*** HbbTV INJECTED BUNDLE\n*** DATE built: %s\n*** TIME built: "
+        "\n***************************************\n*** HbbTV INJECTED BUNDLE\n*** DATE built: %s\n*** TIME "
+        "built: "
         "%s\n***************************************",
         __DATE__, __TIME__);
     HBBTV_LOG_INFO("%s()", "WKBundleInitialize");

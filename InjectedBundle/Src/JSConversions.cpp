@@ -14,10 +14,15 @@ namespace {
 
 constexpr gunichar kReplacement = 0xFFFD;
 
-constexpr bool IsHighSurrogate(JSChar unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool IsLowSurrogate(JSChar unit) { return (unit & 0xFC00) == 0xDC00; }
+constexpr bool IsHighSurrogate(JSChar unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool IsLowSurrogate(JSChar unit) {
+    return (unit & 0xFC00) == 0xDC00;
+}
 
-// The long way, for texts that hold more than ASCII. The library's own converters give up at a lone surrogate.
+// The long way, for texts that hold more than ASCII. The library's own converters give up at a lone
+// surrogate.
 std::string Utf8FromUtf16(const JSChar* units, size_t length) {
     std::string text;
     text.reserve(length * 2);
@@ -150,7 +155,8 @@ std::string BytesToUtf8(std::string_view bytes) {
     text.reserve(bytes.size() * 2);
     for (const char byte : bytes) {
         char encoded[6];
-        text.append(encoded, static_cast<size_t>(g_unichar_to_utf8(static_cast<unsigned char>(byte), encoded)));
+        text.append(encoded,
+                    static_cast<size_t>(g_unichar_to_utf8(static_cast<unsigned char>(byte), encoded)));
     }
     return text;
 }
@@ -168,12 +174,16 @@ std::string WellFormedUtf8(std::string_view bytes) {
     return text;
 }
 
-int32_t ToInt32(double number) { return Saturate<int32_t>(number); }
+int32_t ToInt32(double number) {
+    return Saturate<int32_t>(number);
+}
 
 uint32_t ToUint32(double number) {
     return number < 0 ? static_cast<uint32_t>(Saturate<int32_t>(number)) : Saturate<uint32_t>(number);
 }
 
-int64_t ToInt64(double number) { return Saturate<int64_t>(number); }
+int64_t ToInt64(double number) {
+    return Saturate<int64_t>(number);
+}
 
 }  // namespace OipfJavaScript

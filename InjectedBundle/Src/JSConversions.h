@@ -1,5 +1,5 @@
-// Conversions between JavaScript and C++ values. Every one is total: no input is undefined behaviour, and no text
-// is silently cut because one character of it is ill-formed.
+// Conversions between JavaScript and C++ values. Every one is total: no input is undefined behaviour, and no
+// text is silently cut because one character of it is ill-formed.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -13,8 +13,8 @@ namespace OipfJavaScript {
 // UTF-8 of a JavaScript string; each lone surrogate becomes U+FFFD. NULs are kept.
 [[nodiscard]] std::string ToUtf8(JSStringRef string);
 
-// UTF-8 of the value's string conversion. The conversion can run page code, and so fail: then the result is false,
-// the exception slot (which may be null) is filled, and the text is untouched.
+// UTF-8 of the value's string conversion. The conversion can run page code, and so fail: then the result is
+// false, the exception slot (which may be null) is filled, and the text is untouched.
 [[nodiscard]] bool ToUtf8(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception);
 
 // UTF-16 of UTF-8; each ill-formed byte becomes U+FFFD. NULs are kept.
@@ -35,9 +35,9 @@ namespace OipfJavaScript {
 // What is well-formed UTF-8 in a payload; the bytes that are not are left out. NULs are kept.
 [[nodiscard]] std::string WellFormedUtf8(std::string_view bytes);
 
-// Numbers are truncated toward zero; NaN is 0; what lies outside the type's range becomes its nearest bound, except
-// that a negative number keeps its two's complement when it is read as unsigned (-1 is 4294967295), so that a
-// negative index never names a first element.
+// Numbers are truncated toward zero; NaN is 0; what lies outside the type's range becomes its nearest bound,
+// except that a negative number keeps its two's complement when it is read as unsigned (-1 is 4294967295), so
+// that a negative index never names a first element.
 [[nodiscard]] int32_t ToInt32(double number);
 [[nodiscard]] uint32_t ToUint32(double number);
 [[nodiscard]] int64_t ToInt64(double number);

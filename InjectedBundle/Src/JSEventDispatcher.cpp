@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "CSP/Inc/PCLog.h"
-#include "InjectedBundle/gen/js/jiEvent.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/PageRecord.h"
+#include "InjectedBundle/gen/js/jiEvent.h"
 #include "JavaScript/Src/CEventImpl.h"
 #include "Platform/Inc/JSCPrivate.h"
 
@@ -22,8 +22,8 @@ std::set<JSEventDispatcher*>& Holders() {
     return *holders;
 }
 
-// The frame whose script made a function. The engine calls setters in the caller's frame and methods in the object's,
-// and neither need be the function's; where the engine cannot tell, the caller's has to do.
+// The frame whose script made a function. The engine calls setters in the caller's frame and methods in the
+// object's, and neither need be the function's; where the engine cannot tell, the caller's has to do.
 JSGlobalContextRef FrameOf(JSGlobalContextRef caller, JSObjectRef function) {
     return JSObjectGetGlobalContext != nullptr ? JSObjectGetGlobalContext(function) : caller;
 }
@@ -44,9 +44,10 @@ bool Inherits(JSContextRef context, JSObjectRef object, JSStringRef name) {
            JSObjectHasProperty(context, JSValueToObject(context, prototype, nullptr), name);
 }
 
-// Defines a read-only property that the object has not. What a page put under its name on a prototype would take the
-// value instead, and run: then the object is without a prototype for as long as it takes.
-bool SetReadOnly(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value, bool inherits) {
+// Defines a read-only property that the object has not. What a page put under its name on a prototype would
+// take the value instead, and run: then the object is without a prototype for as long as it takes.
+bool SetReadOnly(JSContextRef context, JSObjectRef object, JSStringRef name, JSValueRef value,
+                 bool inherits) {
     const JSValueRef prototype = inherits ? JSObjectGetPrototype(context, object) : nullptr;
     if (inherits)
         JSObjectSetPrototype(context, object, JSValueMakeNull(context));
@@ -84,7 +85,8 @@ JSEventDispatcher::~JSEventDispatcher() {
 JSEventDispatcher::Handler JSEventDispatcher::MakeHandler(JSValueRef value) {
     Holders().insert(this);
     const JSGlobalContextRef frame = FrameOf(m_caller, const_cast<JSObjectRef>(value));
-    return std::make_shared<HandlerFunction>(ProtectedValue(frame, value), ProtectedValue(frame, m_thisObject));
+    return std::make_shared<HandlerFunction>(ProtectedValue(frame, value),
+                                             ProtectedValue(frame, m_thisObject));
 }
 
 void JSEventDispatcher::ForgetIfIdle() {
@@ -153,7 +155,8 @@ bool JSEventDispatcher::JSAddEventListenerDOM2(const char* eventName, JSValueRef
         return true;
     }
     m_dom2.emplace(eventName, MakeHandler(value));
-    HBBTV_LOG_INFO("%s(%s) - %lu listeners", m_name.c_str(), eventName, static_cast<unsigned long>(m_dom2.size()));
+    HBBTV_LOG_INFO("%s(%s) - %lu listeners", m_name.c_str(), eventName,
+                   static_cast<unsigned long>(m_dom2.size()));
     return true;
 }
 
@@ -199,35 +202,38 @@ bool JSEventDispatcher::JSDispatchEvent(const char* eventName, std::span<const c
         return false;
     }
     if (paramNames.size() != paramValues.size()) {
-        HBBTV_LOG_ERROR("%s(%s) - paramNames.size() is not the same as paramValues.size()", m_name.c_str(), eventName);
+        HBBTV_LOG_ERROR("%s(%s) - paramNames.size() is not the same as paramValues.size()", m_name.c_str(),
+                        eventName);
         return false;
     }
 
     const auto handler = m_dom1.find(std::string_view(eventName));
     const auto [first, last] = m_dom2.equal_range(std::string_view(eventName));
     if (handler == m_dom1.end() && first == last) {
-        HBBTV_LOG_INFO("%s(%s) - No matching DOM1 CBs or DOM2 listeners registered.", m_name.c_str(), eventName);
+        HBBTV_LOG_INFO("%s(%s) - No matching DOM1 CBs or DOM2 listeners registered.", m_name.c_str(),
+                       eventName);
         return true;
     }
     std::vector<Handler> listeners;
     for (auto at = first; at != last; ++at)
         listeners.push_back(at->second);
-    return CallHandlers(eventName, handler != m_dom1.end() ? handler->second : nullptr, std::move(listeners), paramNames,
-                        paramValues);
+    return CallHandlers(eventName, handler != m_dom1.end() ? handler->second : nullptr, std::move(listeners),
+                        paramNames, paramValues);
 }
 
-bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handlerEntry, std::vector<Handler> listeners,
-                                     std::span<const char* const> paramNames,
+bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handlerEntry,
+                                     std::vector<Handler> listeners, std::span<const char* const> paramNames,
                                      std::span<const JSValueRef> paramValues) {
-    // Everything that is used from here on is a copy: a handler may add and remove handlers, and drop this object. The
-    // shared handlers keep their functions, their frames and the event target.
+    // Everything that is used from here on is a copy: a handler may add and remove handlers, and drop this
+    // object. The shared handlers keep their functions, their frames and the event target.
     const Handler handler = handlerEntry;
     const JSObjectRef target = m_thisObject;
     const std::string name = m_name;
     const JSGlobalContextRef context = (handler ? handler : listeners.front())->Frame();
 
-    // One array keeps what is made for the calls: protecting each value by itself costs more than making an event. The
-    // events get places that are there from the start, because a put behind the end is the page's to intercept.
+    // One array keeps what is made for the calls: protecting each value by itself costs more than making an
+    // event. The events get places that are there from the start, because a put behind the end is the page's
+    // to intercept.
     std::vector<JSValueRef> places(paramValues.begin(), paramValues.end());
     places.resize(paramValues.size() + listeners.size(), JSValueMakeUndefined(context));
     JSObjectRef kept = JSObjectMakeArray(context, places.size(), places.data(), nullptr);
@@ -250,12 +256,12 @@ bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handl
             HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
             return false;
         }
-        JSObjectSetPropertyAtIndex(context, kept, static_cast<unsigned>(paramValues.size() + pending.size()), event,
-                                   nullptr);
+        JSObjectSetPropertyAtIndex(context, kept, static_cast<unsigned>(paramValues.size() + pending.size()),
+                                   event, nullptr);
         pending.push_back({std::move(listener), event});
     }
-    // All of them are set before the first call, so that what a listener finds on the firing object is what the last
-    // of these settings left there; only that one is made.
+    // All of them are set before the first call, so that what a listener finds on the firing object is what
+    // the last of these settings left there; only that one is made.
     if (!pending.empty() && !SetReadOnlyAnew(context, target, s_event.Get(), pending.back().event)) {
         HBBTV_LOG_ERROR("%s(%s) - Fail to set event object on this object!", name.c_str(), eventName);
         return false;
@@ -271,33 +277,37 @@ bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handl
                 inherits = Inherits(frame, each.event, property.Get());
             }
             if (!SetReadOnly(frame, each.event, property.Get(), paramValues[i], inherits)) {
-                HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s.", name.c_str(), eventName, paramNames[i]);
+                HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s.", name.c_str(), eventName,
+                                paramNames[i]);
                 return false;
             }
         }
         if (!SetReadOnlyAnew(context, target, property.Get(), paramValues[i])) {
-            HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s on this object.", name.c_str(), eventName,
-                            paramNames[i]);
+            HBBTV_LOG_ERROR("%s(%s) - failed to set event property %s on this object.", name.c_str(),
+                            eventName, paramNames[i]);
             return false;
         }
     }
 
     const std::string place = name + "(" + eventName + ")";
     bool everyListenerReturned = true;
-    const auto call = [&](const HandlerFunction& called, bool isListener, std::span<const JSValueRef> arguments) {
+    const auto call = [&](const HandlerFunction& called, bool isListener,
+                          std::span<const JSValueRef> arguments) {
         HbbTVPlatform::PCRecord record;
         if (PageRecord::IsOn()) [[unlikely]]
             record.BeginLong("handler", name + (isListener ? "." : ".on") + eventName,
                              PageRecord::TextOf(called.Frame(), paramValues, paramNames));
         JSValueRef exception = nullptr;
-        JSObjectCallAsFunction(called.Frame(), called.Function(), target, arguments.size(), arguments.data(), &exception);
+        JSObjectCallAsFunction(called.Frame(), called.Function(), target, arguments.size(), arguments.data(),
+                               &exception);
         if (exception == nullptr)
             return true;
         if (isListener)
-            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(), eventName,
-                            static_cast<void*>(called.Function()));
+            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 2 event listener (%p).", name.c_str(),
+                            eventName, static_cast<void*>(called.Function()));
         else
-            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 1 call-back function.", name.c_str(), eventName);
+            HBBTV_LOG_ERROR("%s(%s) - failed to call DOM level 1 call-back function.", name.c_str(),
+                            eventName);
         record.SetError(FrameBuiltIns::ReportException(called.Frame(), place, exception));
         return false;
     };

@@ -1,9 +1,9 @@
 // Handlers and listeners of one event-firing object, and their calls.
 //
-// Lifetime: every stored handler pins the object (protects it), because finalisers run lazily: an unpinned object can
-// be dead and still hear the middleware. An object without handlers touches no JavaScript. A handler belongs to the
-// frame whose script made it, and is dropped when that frame goes, so that a handler, its page and the native object
-// do not keep each other alive for ever.
+// Lifetime: every stored handler pins the object (protects it), because finalisers run lazily: an unpinned
+// object can be dead and still hear the middleware. An object without handlers touches no JavaScript. A
+// handler belongs to the frame whose script made it, and is dropped when that frame goes, so that a handler,
+// its page and the native object do not keep each other alive for ever.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -20,7 +20,7 @@
 namespace OipfJavaScript {
 
 class JSEventDispatcher {
-   public:
+ public:
     JSEventDispatcher(JSContextRef context, JSObjectRef thisObject, const std::string& name);
     JSEventDispatcher(const JSEventDispatcher&) = delete;
     JSEventDispatcher& operator=(const JSEventDispatcher&) = delete;
@@ -39,8 +39,8 @@ class JSEventDispatcher {
     // Removes the function from every event of the object: the name takes no part in the comparison.
     bool JSRemoveEventListener(const char* eventName, JSValueRef value);
     bool JSRemoveAllEventListeners(const char* eventName);
-    // Calls the handler with the values by position, then each listener with an Event that carries them by name. The
-    // values are the caller's to keep, where the collector sees them: on the stack.
+    // Calls the handler with the values by position, then each listener with an Event that carries them by
+    // name. The values are the caller's to keep, where the collector sees them: on the stack.
     bool JSDispatchEvent(const char* eventName, std::span<const char* const> paramNames,
                          std::span<const JSValueRef> paramValues);
 
@@ -51,7 +51,7 @@ class JSEventDispatcher {
     // dispatch that is under way.
     static void DropHandlers(const std::function<bool(JSGlobalContextRef)>& belongs);
 
-   private:
+ private:
     struct HandlerFunction {
         ProtectedValue value;  // in the frame that made it
         ProtectedValue pin;    // of the object that it was given to

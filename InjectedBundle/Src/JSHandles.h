@@ -1,4 +1,5 @@
-// Owners of JavaScriptCore values. The only place where strings and classes are released and values unprotected.
+// Owners of JavaScriptCore values. The only place where strings and classes are released and values
+// unprotected.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -10,7 +11,7 @@ namespace OipfJavaScript {
 
 // Owns one reference to a JavaScript string.
 class JSStringHandle {
-   public:
+ public:
     JSStringHandle() = default;
     explicit JSStringHandle(const char* utf8) : m_string(JSStringCreateWithUTF8CString(utf8)) {}
     JSStringHandle(const JSStringHandle&) = delete;
@@ -35,30 +36,33 @@ class JSStringHandle {
     [[nodiscard]] JSStringRef Get() const { return m_string; }
     explicit operator bool() const { return m_string != nullptr; }
 
-   private:
+ private:
     JSStringRef m_string = nullptr;
 };
 
 // The names of an object's enumerable properties, its prototypes' included.
 class JSPropertyNames {
-   public:
-    JSPropertyNames(JSContextRef context, JSObjectRef object) : m_names(JSObjectCopyPropertyNames(context, object)) {}
+ public:
+    JSPropertyNames(JSContextRef context, JSObjectRef object)
+        : m_names(JSObjectCopyPropertyNames(context, object)) {}
     JSPropertyNames(const JSPropertyNames&) = delete;
     JSPropertyNames& operator=(const JSPropertyNames&) = delete;
     ~JSPropertyNames() { JSPropertyNameArrayRelease(m_names); }
 
     [[nodiscard]] size_t Count() const { return JSPropertyNameArrayGetCount(m_names); }
     // Owned by the list.
-    [[nodiscard]] JSStringRef At(size_t index) const { return JSPropertyNameArrayGetNameAtIndex(m_names, index); }
+    [[nodiscard]] JSStringRef At(size_t index) const {
+        return JSPropertyNameArrayGetNameAtIndex(m_names, index);
+    }
 
-   private:
+ private:
     JSPropertyNameArrayRef m_names;
 };
 
-// Keeps a value, and through it the page that it belongs to, alive. Never let one be destroyed in a finaliser:
-// releasing it calls into the engine; see Abandon().
+// Keeps a value, and through it the page that it belongs to, alive. Never let one be destroyed in a
+// finaliser: releasing it calls into the engine; see Abandon().
 class ProtectedValue {
-   public:
+ public:
     ProtectedValue() = default;
     ProtectedValue(JSContextRef context, JSValueRef value)
         : m_context(JSContextGetGlobalContext(context)), m_value(value) {
@@ -68,7 +72,8 @@ class ProtectedValue {
     ProtectedValue(const ProtectedValue&) = delete;
     ProtectedValue& operator=(const ProtectedValue&) = delete;
     ProtectedValue(ProtectedValue&& other) noexcept
-        : m_context(std::exchange(other.m_context, nullptr)), m_value(std::exchange(other.m_value, nullptr)) {}
+        : m_context(std::exchange(other.m_context, nullptr)),
+          m_value(std::exchange(other.m_value, nullptr)) {}
     ProtectedValue& operator=(ProtectedValue&& other) noexcept {
         std::swap(m_context, other.m_context);
         std::swap(m_value, other.m_value);
@@ -84,7 +89,8 @@ class ProtectedValue {
         Abandon();
     }
 
-    // Forgets the value without a call into the engine: for the one case that the engine itself is going away.
+    // Forgets the value without a call into the engine: for the one case that the engine itself is going
+    // away.
     void Abandon() {
         m_context = nullptr;
         m_value = nullptr;
@@ -94,7 +100,7 @@ class ProtectedValue {
     [[nodiscard]] JSGlobalContextRef Context() const { return m_context; }
     explicit operator bool() const { return m_context != nullptr; }
 
-   private:
+ private:
     JSGlobalContextRef m_context = nullptr;
     JSValueRef m_value = nullptr;
 };

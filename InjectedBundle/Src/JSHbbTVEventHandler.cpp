@@ -19,8 +19,8 @@ void JSHbbTVEventHandler::m_CreateJSED(JSContextRef context, JSObjectRef thisObj
     m_dispatcher->SetCaller(context);
 }
 
-bool JSHbbTVEventHandler::t_AddCallbackFunction(JSContextRef context, JSObjectRef thisObject, const char* eventName,
-                                                JSValueRef value) {
+bool JSHbbTVEventHandler::t_AddCallbackFunction(JSContextRef context, JSObjectRef thisObject,
+                                                const char* eventName, JSValueRef value) {
     m_CreateJSED(context, thisObject);
     return m_dispatcher->JSAddEventListenerDOM1(eventName, value);
 }
@@ -31,14 +31,15 @@ JSValueRef JSHbbTVEventHandler::t_GetCallbackFunction(JSContextRef context, JSOb
     return m_dispatcher->JSGetCallbackFunction(eventName);
 }
 
-bool JSHbbTVEventHandler::t_AddEventListener(JSContextRef context, JSObjectRef thisObject, const char* eventName,
-                                             JSValueRef value, bool /*useCapture*/) {
+bool JSHbbTVEventHandler::t_AddEventListener(JSContextRef context, JSObjectRef thisObject,
+                                             const char* eventName, JSValueRef value, bool /*useCapture*/) {
     m_CreateJSED(context, thisObject);
     return m_dispatcher->JSAddEventListenerDOM2(eventName, value);
 }
 
-bool JSHbbTVEventHandler::t_RemoveEventListener(JSContextRef context, JSObjectRef thisObject, const char* eventName,
-                                                JSValueRef value, bool /*useCapture*/) {
+bool JSHbbTVEventHandler::t_RemoveEventListener(JSContextRef context, JSObjectRef thisObject,
+                                                const char* eventName, JSValueRef value,
+                                                bool /*useCapture*/) {
     m_CreateJSED(context, thisObject);
     return m_dispatcher->JSRemoveEventListener(eventName, value);
 }
@@ -71,7 +72,8 @@ bool JSHbbTVEventHandler::DispatchEvent(const char* eventName, ...) {
         values[count++] = value;
     }
     va_end(arguments);
-    return m_dispatcher->JSDispatchEvent(eventName, std::span(names).first(count), std::span(values).first(count));
+    return m_dispatcher->JSDispatchEvent(eventName, std::span(names).first(count),
+                                         std::span(values).first(count));
 }
 
 JSContextRef JSHbbTVEventHandler::ContextFor(const char* eventName) const {

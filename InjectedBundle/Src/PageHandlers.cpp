@@ -14,7 +14,8 @@ void PageHandlers::WindowObjectCleared(WKBundlePageRef page, WKBundleFrameRef fr
     Leave([&](JSGlobalContextRef known, const Owner& owner) {
         return known != context && owner.page == page && (isMainFrame || owner.frame == frame);
     });
-    // A context may stand where one of another frame stood: the engine reuses the memory of those that are gone.
+    // A context may stand where one of another frame stood: the engine reuses the memory of those that are
+    // gone.
     m_owners[context] = {page, frame};
     FrameBuiltIns::Capture(context);
 }

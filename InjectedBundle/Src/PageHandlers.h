@@ -1,6 +1,6 @@
-// Ends the handlers of documents that go, and what else belongs to them. Which page and frame a script context belongs
-// to is known only when a frame's window object is cleared for a new document; it is remembered here until the frame
-// has another one, or goes.
+// Ends the handlers of documents that go, and what else belongs to them. Which page and frame a script
+// context belongs to is known only when a frame's window object is cleared for a new document; it is
+// remembered here until the frame has another one, or goes.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -13,7 +13,7 @@
 namespace OipfJavaScript {
 
 class PageHandlers {
-   public:
+ public:
     // A frame's window object was cleared for a new document. A main frame ends what belongs to all earlier
     // documents of its page, a child frame those of its own earlier document.
     void WindowObjectCleared(WKBundlePageRef page, WKBundleFrameRef frame, bool isMainFrame,
@@ -21,7 +21,7 @@ class PageHandlers {
     // A frame was taken out of its page; those in it are announced by themselves.
     void FrameRemoved(WKBundleFrameRef frame);
 
-   private:
+ private:
     struct Owner {
         WKBundlePageRef page;
         WKBundleFrameRef frame;

@@ -70,7 +70,7 @@ namespace OipfJavaScript {
 class C${name}Impl;
 
 ${head}${head.length + base.length < WIDTH ? ' ' : '\n    '}${base}
-   public:
+ public:
     static const char* const ID;
     static const BindingClass& Class();
 
@@ -88,7 +88,7 @@ export function baseHeader({ name, isTarget }) {
   const bases = isTarget ? ' : public CallStatus, public JSHbbTVEventHandler' : ' : public CallStatus';
   const body = isTarget
     ? `{
-   protected:
+ protected:
     explicit C${name}Base(const char* name) : JSHbbTVEventHandler(name) {}
 }`
     : '{}';

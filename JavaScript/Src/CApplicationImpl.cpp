@@ -1,9 +1,9 @@
 #include "JavaScript/Src/CApplicationImpl.h"
 
 #include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiApplicationPrivateData.h"
-#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "JavaScript/Src/CApplicationPrivateDataImpl.h"
 #include "JavaScript/Src/jiUtility.h"
 
@@ -39,8 +39,8 @@ void CApplicationImpl::Hide() {
     CDAEBrowserAPIWK::GetInstance()->Hide(m_viewId);
 }
 
-std::unique_ptr<jiApplication> CApplicationImpl::CreateApplication(JSContextRef context, const std::string& uri,
-                                                                   bool /*child*/) {
+std::unique_ptr<jiApplication> CApplicationImpl::CreateApplication(JSContextRef context,
+                                                                   const std::string& uri, bool /*child*/) {
     HBBTV_LOG_INFO("%s::%s %s", jiApplication::ID, __func__, uri.c_str());
     if (const char* reason = CheckViewId()) {
         Fail(reason);

@@ -11,7 +11,7 @@ namespace OipfJavaScript {
 class jiApplicationPrivateData;
 
 class CApplicationImpl : public CApplicationBase {
-   public:
+ public:
     // -1 names no view.
     explicit CApplicationImpl(int viewId) : m_viewId(viewId) {}
 
@@ -19,11 +19,11 @@ class CApplicationImpl : public CApplicationBase {
     void Show();
     void Hide();
     // Whether a child is wanted is not passed on: every new application is the parent's neighbour.
-    [[nodiscard]] std::unique_ptr<jiApplication> CreateApplication(JSContextRef context, const std::string& uri,
-                                                                   bool child);
+    [[nodiscard]] std::unique_ptr<jiApplication> CreateApplication(JSContextRef context,
+                                                                   const std::string& uri, bool child);
     void DestroyApplication();
 
-   private:
+ private:
     // Null, or why the application cannot be addressed.
     [[nodiscard]] const char* CheckViewId() const;
 

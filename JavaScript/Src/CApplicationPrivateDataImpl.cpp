@@ -5,16 +5,18 @@
 #include <string>
 
 #include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannel.h"
 #include "InjectedBundle/gen/js/jiKeyset.h"
-#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "JavaScript/Src/CChannelImpl.h"
 #include "JavaScript/Src/CKeysetImpl.h"
 
 namespace OipfJavaScript {
 
-std::unique_ptr<jiKeyset> CApplicationPrivateDataImpl::GetKeyset() const { return MakeBinding<jiKeyset>(); }
+std::unique_ptr<jiKeyset> CApplicationPrivateDataImpl::GetKeyset() const {
+    return MakeBinding<jiKeyset>();
+}
 
 std::unique_ptr<jiChannel> CApplicationPrivateDataImpl::GetCurrentChannel() {
     auto* api = CDAEBrowserAPIWK::GetInstance();

@@ -12,7 +12,7 @@ class jiChannel;
 class jiKeyset;
 
 class CApplicationPrivateDataImpl : public CApplicationPrivateDataBase {
-   public:
+ public:
     // A new object each.
     [[nodiscard]] std::unique_ptr<jiKeyset> GetKeyset() const;
     // Null for an application that is not broadcast-related or bound to no channel.

@@ -1,9 +1,9 @@
 #include "JavaScript/Src/CChannelImpl.h"
 
 #include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiStringCollection.h"
-#include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "JavaScript/Src/CStringCollectionImpl.h"
 
 namespace OipfJavaScript {
@@ -13,9 +13,9 @@ CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId) {
         return;
     bool radio = false;
     if (!IJSChannelCacheWK::GetInstance()->GetChannelInfo(
-            cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid, &radio,
-            &m_ccid, &m_authorised, &m_hidden, &m_locked, &m_manualBlock, &m_channelMaxBitRate, &m_ipBroadcastID,
-            &m_majorChannel)) {
+            cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid,
+            &radio, &m_ccid, &m_authorised, &m_hidden, &m_locked, &m_manualBlock, &m_channelMaxBitRate,
+            &m_ipBroadcastID, &m_majorChannel)) {
         HBBTV_LOG_ERROR("Got channel info FAIL (ID %d)", static_cast<int>(cacheId));
     }
     m_channelType = radio ? TYPE_RADIO : TYPE_TV;
@@ -42,6 +42,8 @@ JSValueRef CChannelImpl::getCustomDsd(JSContextRef context, JSObjectRef /*channe
     return MakeByteString(context, m_dsd);
 }
 
-std::unique_ptr<jiStringCollection> CChannelImpl::GetGenre() const { return nullptr; }
+std::unique_ptr<jiStringCollection> CChannelImpl::GetGenre() const {
+    return nullptr;
+}
 
 }  // namespace OipfJavaScript

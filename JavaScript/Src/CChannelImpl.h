@@ -14,12 +14,13 @@ namespace OipfJavaScript {
 class jiStringCollection;
 
 class CChannelImpl : public CChannelBase {
-   public:
+ public:
     static constexpr uint32_t kAbsent = 0xFFFFFFFF;
     // The ccid of a channel that the receiver has not named.
     static constexpr const char* kNoCcid = "ccid://0.0";
 
-    // From the receiver's channel cache, whose entry is retained for as long as this object lives. 0 names no entry.
+    // From the receiver's channel cache, whose entry is retained for as long as this object lives. 0 names no
+    // entry.
     explicit CChannelImpl(uint32_t cacheId);
     // As pages describe a channel; these never touch the cache.
     CChannelImpl(int32_t idType, const std::string& dsd, int32_t sid);
@@ -48,7 +49,9 @@ class CChannelImpl : public CChannelBase {
     [[nodiscard]] bool GetLocked() const { return m_locked; }
 
     // Whether a page that names a channel by this text, or by these three numbers, means this one.
-    [[nodiscard]] bool MatchesChannelID(const std::string& id) const { return id == m_ccid || id == m_ipBroadcastID; }
+    [[nodiscard]] bool MatchesChannelID(const std::string& id) const {
+        return id == m_ccid || id == m_ipBroadcastID;
+    }
     [[nodiscard]] bool MatchesTriplet(uint32_t onid, uint32_t tsid, uint32_t sid) const {
         return onid == m_onid && tsid == m_tsid && sid == m_sid;
     }
@@ -57,7 +60,7 @@ class CChannelImpl : public CChannelBase {
     [[nodiscard]] const std::string& Dsd() const { return m_dsd; }
     [[nodiscard]] uint32_t CacheId() const { return m_cacheEntry.Id(); }
 
-   private:
+ private:
     int32_t m_channelType = TYPE_TV;
     std::string m_ccid = kNoCcid;
     uint32_t m_nid = kAbsent;

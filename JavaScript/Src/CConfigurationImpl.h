@@ -8,7 +8,7 @@
 namespace OipfJavaScript {
 
 class CConfigurationImpl : public CConfigurationBase {
-   public:
+ public:
     [[nodiscard]] std::string GetPreferredAudioLanguage() const;
     [[nodiscard]] std::string GetPreferredSubtitleLanguage() const;
     [[nodiscard]] std::string GetPreferredUILanguage() const;

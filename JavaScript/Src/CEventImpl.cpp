@@ -44,9 +44,17 @@ JSValueRef CEventImpl::getCustomSrcElement(JSContextRef context, JSObjectRef eve
     return getCustomTarget(context, event);
 }
 
-void CEventImpl::PreventDefault() { HBBTV_LOG_ENTRY(); }
-void CEventImpl::InitEvent() { HBBTV_LOG_ENTRY(); }
-void CEventImpl::StopPropagation() { HBBTV_LOG_ENTRY(); }
-void CEventImpl::StopImmediatePropagation() { HBBTV_LOG_ENTRY(); }
+void CEventImpl::PreventDefault() {
+    HBBTV_LOG_ENTRY();
+}
+void CEventImpl::InitEvent() {
+    HBBTV_LOG_ENTRY();
+}
+void CEventImpl::StopPropagation() {
+    HBBTV_LOG_ENTRY();
+}
+void CEventImpl::StopImmediatePropagation() {
+    HBBTV_LOG_ENTRY();
+}
 
 }  // namespace OipfJavaScript

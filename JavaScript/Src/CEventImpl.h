@@ -9,11 +9,11 @@
 namespace OipfJavaScript {
 
 class CEventImpl : public CEventBase {
-   public:
+ public:
     explicit CEventImpl(const char* type);
 
-    // A new Event. The target is kept by the JavaScript object, where the collector sees it: an event that a page
-    // keeps must neither lose its target nor keep it alive once both are garbage.
+    // A new Event. The target is kept by the JavaScript object, where the collector sees it: an event that a
+    // page keeps must neither lose its target nor keep it alive once both are garbage.
     [[nodiscard]] static JSObjectRef MakeEvent(JSContextRef context, const char* type, JSObjectRef target);
 
     [[nodiscard]] const std::string& GetType() const { return m_type; }
@@ -33,7 +33,7 @@ class CEventImpl : public CEventBase {
     void StopPropagation();
     void StopImmediatePropagation();
 
-   private:
+ private:
     std::string m_type;
     int64_t m_timeStamp;
 };

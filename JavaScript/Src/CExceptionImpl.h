@@ -8,8 +8,9 @@
 namespace OipfJavaScript {
 
 class CExceptionImpl : public CExceptionBase {
-   public:
-    // Pages read the kind from `name` or from `message`, and the human text from `description`: both carry `name`.
+ public:
+    // Pages read the kind from `name` or from `message`, and the human text from `description`: both carry
+    // `name`.
     CExceptionImpl(const std::string& name, const std::string& text)
         : m_name(name), m_message(name), m_description(text) {}
 
@@ -22,7 +23,7 @@ class CExceptionImpl : public CExceptionBase {
     [[nodiscard]] JSValueRef customConvertToType(JSContextRef context, JSObjectRef object, JSType type,
                                                  JSValueRef* exception) const;
 
-   private:
+ private:
     std::string m_name;
     std::string m_message;
     std::string m_description;

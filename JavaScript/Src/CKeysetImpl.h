@@ -8,7 +8,7 @@
 namespace OipfJavaScript {
 
 class CKeysetImpl : public CKeysetBase {
-   public:
+ public:
     [[nodiscard]] uint32_t GetValue() const;
     [[nodiscard]] uint32_t GetMaximumValue() const;
     // Asks for a mask; the result is the mask in force afterwards, which the receiver may have limited.

@@ -1,10 +1,10 @@
 #include "JavaScript/Src/COipfApplicationManagerImpl.h"
 
 #include "CSP/Inc/PCLog.h"
+#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/Src/InjectedBundle.h"
 #include "InjectedBundle/gen/js/jiApplication.h"
-#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "JavaScript/Src/CApplicationImpl.h"
 
 namespace OipfJavaScript {
@@ -15,7 +15,8 @@ constexpr const char* kTag = "APPLICATIONMANAGER";
 
 }  // namespace
 
-COipfApplicationManagerImpl::COipfApplicationManagerImpl() : COipfApplicationManagerBase(jiOipfApplicationManager::ID) {
+COipfApplicationManagerImpl::COipfApplicationManagerImpl()
+    : COipfApplicationManagerBase(jiOipfApplicationManager::ID) {
     if (!BundleGetWKViewFromWKManager(m_viewId)) {
         HBBTV_LOG_ERROR("[%s:%d] %s %s() - no valid view ID returned", kTag, __LINE__, __func__, __func__);
         return;
@@ -46,7 +47,8 @@ void COipfApplicationManagerImpl::OnEvent(event_t event) {
     if (context == nullptr)
         return;
     // The argument never names the application that failed: it has no view to be named by.
-    JSObjectRef application = jiApplication::CreateObject(context, MakeBinding<jiApplication>(-1).release(), nullptr);
+    JSObjectRef application =
+        jiApplication::CreateObject(context, MakeBinding<jiApplication>(-1).release(), nullptr);
     DispatchEvent("ApplicationLoadError", "app", application, nullptr);
 }
 

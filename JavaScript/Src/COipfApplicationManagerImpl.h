@@ -11,7 +11,7 @@ namespace OipfJavaScript {
 class jiApplication;
 
 class COipfApplicationManagerImpl final : public COipfApplicationManagerBase, public IPluginController {
-   public:
+ public:
     // Asks the browser for the page's view; without one the manager hears no events.
     COipfApplicationManagerImpl();
     ~COipfApplicationManagerImpl() override;
@@ -21,7 +21,7 @@ class COipfApplicationManagerImpl final : public COipfApplicationManagerBase, pu
 
     void OnEvent(event_t event) override;
 
-   private:
+ private:
     int m_viewId = -1;
 };
 

@@ -10,7 +10,7 @@ namespace OipfJavaScript {
 class jiConfiguration;
 
 class COipfConfigurationImpl : public COipfConfigurationBase {
-   public:
+ public:
     // A new object each time.
     [[nodiscard]] std::unique_ptr<jiConfiguration> GetConfiguration() const;
 };

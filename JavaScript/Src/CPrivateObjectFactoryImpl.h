@@ -1,5 +1,5 @@
-// Makes the native objects that the bootstrap script puts behind object elements. Nothing is kept: every call makes
-// a new object, whose life is that of its JavaScript object.
+// Makes the native objects that the bootstrap script puts behind object elements. Nothing is kept: every call
+// makes a new object, whose life is that of its JavaScript object.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ class jiOipfSearchManager;
 class jiOipfVideoBroadcast;
 
 class CPrivateObjectFactoryImpl : public CPrivateObjectFactoryBase {
-   public:
+ public:
     [[nodiscard]] std::unique_ptr<jiOipfVideoBroadcast> CreateVideoBroadcastObject(JSContextRef context);
     [[nodiscard]] std::unique_ptr<jiOipfAVControl> CreateVideoMpegObject(JSContextRef context);
     [[nodiscard]] std::unique_ptr<jiOipfApplicationManager> CreateApplicationManagerObject();

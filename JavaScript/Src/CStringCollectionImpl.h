@@ -10,14 +10,14 @@
 namespace OipfJavaScript {
 
 class CStringCollectionImpl : public CStringCollectionBase {
-   public:
+ public:
     explicit CStringCollectionImpl(std::vector<std::string> strings) : m_strings(std::move(strings)) {}
 
     [[nodiscard]] uint32_t GetLength() const { return static_cast<uint32_t>(m_strings.size()); }
     // Undefined at or past the end.
     [[nodiscard]] std::string Item(uint32_t index);
 
-   private:
+ private:
     std::vector<std::string> m_strings;
 };
 

@@ -1,5 +1,5 @@
-// Holds one entry of the receiver's channel cache: retained with every copy, released with every end. When the
-// receiver has gone meanwhile, there is nothing to release: the id may be another channel's now.
+// Holds one entry of the receiver's channel cache: retained with every copy, released with every end. When
+// the receiver has gone meanwhile, there is nothing to release: the id may be another channel's now.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 namespace OipfJavaScript {
 
 class ChannelCacheEntry {
-   public:
+ public:
     ChannelCacheEntry() = default;
     // 0 names no entry, and touches nothing.
     explicit ChannelCacheEntry(uint32_t id);
@@ -18,7 +18,7 @@ class ChannelCacheEntry {
 
     [[nodiscard]] uint32_t Id() const { return m_id; }
 
-   private:
+ private:
     [[nodiscard]] bool IsHeld() const;
 
     uint32_t m_id = 0;

@@ -1,7 +1,7 @@
 // The TCP socket that echoes debug() messages to one client at a time, for a developer with a terminal.
 //
-// It never holds up a page: messages go into a bounded buffer that the socket's own thread sends, and a client that
-// does not read loses lines.
+// It never holds up a page: messages go into a bounded buffer that the socket's own thread sends, and a
+// client that does not read loses lines.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 namespace OipfJavaScript {
 
 class DebugSocket {
-   public:
+ public:
     static constexpr int kFirstPort = 9900;
 
     [[nodiscard]] static DebugSocket& GetInstance();
@@ -31,7 +31,7 @@ class DebugSocket {
     // The port it listens on, 0 while it does not.
     [[nodiscard]] int Port() const;
 
-   private:
+ private:
     void Run();
     // A socket that listens on the first free port, or -1.
     [[nodiscard]] int Listen();

@@ -7,12 +7,12 @@
 namespace OipfJavaScript {
 
 class jiDebug {
-   public:
+ public:
     jiDebug() = delete;
 
     static void Register(JSContextRef context);
-    static JSValueRef t_DebugMessage(JSContextRef context, JSObjectRef function, JSObjectRef thisObject, size_t count,
-                                     const JSValueRef arguments[], JSValueRef* exception);
+    static JSValueRef t_DebugMessage(JSContextRef context, JSObjectRef function, JSObjectRef thisObject,
+                                     size_t count, const JSValueRef arguments[], JSValueRef* exception);
 };
 
 }  // namespace OipfJavaScript

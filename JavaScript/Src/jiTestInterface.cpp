@@ -32,16 +32,20 @@ JSValueRef ForceGC(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const
     return JSValueMakeNull(context);
 }
 
-JSValueRef RegisterAllEmbeddedObjects(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
-                                      JSValueRef*) {
+JSValueRef RegisterAllEmbeddedObjects(JSContextRef context, JSObjectRef, JSObjectRef, size_t,
+                                      const JSValueRef[], JSValueRef*) {
     return JSValueMakeNull(context);
 }
 
 }  // namespace
 
-void jiTestInterface::RegisterAlert(JSContextRef context) { PutOnWindow(context, "alert", &Alert); }
+void jiTestInterface::RegisterAlert(JSContextRef context) {
+    PutOnWindow(context, "alert", &Alert);
+}
 
-void jiTestInterface::RegisterForceGC(JSContextRef context) { PutOnWindow(context, "forceGC", &ForceGC); }
+void jiTestInterface::RegisterForceGC(JSContextRef context) {
+    PutOnWindow(context, "forceGC", &ForceGC);
+}
 
 void jiTestInterface::RegisterRegisterAllEmbeddedObjects(JSContextRef context) {
     PutOnWindow(context, "registerAllEmbeddedObjects", &RegisterAllEmbeddedObjects);

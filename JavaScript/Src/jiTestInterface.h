@@ -6,7 +6,7 @@
 namespace OipfJavaScript {
 
 class jiTestInterface {
-   public:
+ public:
     jiTestInterface() = delete;
 
     static void RegisterAlert(JSContextRef context);

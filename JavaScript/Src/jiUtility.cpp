@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "CSP/Inc/PCLog.h"
-#include "InjectedBundle/gen/js/jiException.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/JSConversions.h"
 #include "InjectedBundle/Src/JSHandles.h"
+#include "InjectedBundle/gen/js/jiException.h"
 #include "JavaScript/Src/CExceptionImpl.h"
 
 namespace OipfJavaScript {
@@ -32,7 +32,9 @@ std::string Evaluate(JSContextRef context, const char* script) {
 
 }  // namespace
 
-std::string jiUtility::JSStringToString(JSStringRef string) { return ToUtf8(string); }
+std::string jiUtility::JSStringToString(JSStringRef string) {
+    return ToUtf8(string);
+}
 
 bool jiUtility::JSStringToLong(JSStringRef string, long& value) {
     const std::string text = ToUtf8(string);
@@ -120,6 +122,8 @@ std::string jiUtility::Ucs2ToUtf8(const char16_t* text, size_t length) {
     return ToUtf8(string.Get());
 }
 
-std::u16string jiUtility::Utf8ToUcs2(const char* text, size_t length) { return ToUtf16({text, length}); }
+std::u16string jiUtility::Utf8ToUcs2(const char* text, size_t length) {
+    return ToUtf16({text, length});
+}
 
 }  // namespace OipfJavaScript

@@ -9,15 +9,16 @@
 namespace OipfJavaScript {
 
 class jiUtility {
-   public:
+ public:
     jiUtility() = delete;
 
     [[nodiscard]] static std::string JSStringToString(JSStringRef string);
-    // True and the value when the whole text is a base-10 unsigned number; an empty text is 0. Otherwise false, and
-    // the value is untouched.
+    // True and the value when the whole text is a base-10 unsigned number; an empty text is 0. Otherwise
+    // false, and the value is untouched.
     [[nodiscard]] static bool JSStringToLong(JSStringRef string, long& value);
     // Empty when the conversion threw; then the exception slot is filled.
-    [[nodiscard]] static std::string JSValueToString(JSContextRef context, JSValueRef value, JSValueRef* exception);
+    [[nodiscard]] static std::string JSValueToString(JSContextRef context, JSValueRef value,
+                                                     JSValueRef* exception);
     // The type's name for log lines.
     [[nodiscard]] static const char* JSValueQueryType(JSContextRef context, JSValueRef value);
 
@@ -30,8 +31,8 @@ class jiUtility {
 
     // An Exception object for the exception slot, which the caller fills with it.
     [[nodiscard]] static JSObjectRef JSObjectMakeException(const char* where, JSContextRef context,
-                                                           const std::string& name, const std::string& message,
-                                                           JSValueRef* exception);
+                                                           const std::string& name,
+                                                           const std::string& message, JSValueRef* exception);
 
     // `length` counts 16-bit units or bytes. What is ill-formed becomes U+FFFD.
     [[nodiscard]] static std::string Ucs2ToUtf8(const char16_t* text, size_t length);

@@ -15,6 +15,7 @@ extern "C" {
 int __dlog_print(int logId, int priority, const char* tag, const char* format, ...)  // NOLINT
     __attribute__((format(printf, 4, 5)));
 
-// Whether records of this priority are shown. Only the stand-in for the service has it: where it is null, all are.
+// Whether records of this priority are shown. Only the stand-in for the service has it: where it is null, all
+// are.
 bool PlatformLogShows(int priority) __attribute__((weak));
 }

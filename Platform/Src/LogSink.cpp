@@ -21,7 +21,7 @@ int ThresholdFromEnvironment() {
         const char* name;
         int priority;
     } kLevels[] = {
-        {"debug", kPlatformLogDebug}, {"info", kPlatformLogInfo}, {"warning", kPlatformLogWarning},
+        {"debug", kPlatformLogDebug}, {"info", kPlatformLogInfo},      {"warning", kPlatformLogWarning},
         {"error", kPlatformLogError}, {"none", kPlatformLogError + 1},
     };
     for (const auto& known : kLevels) {
@@ -29,7 +29,8 @@ int ThresholdFromEnvironment() {
             return known.priority;
     }
     std::fprintf(stderr,
-                 "HBBTV_LOG_LEVEL: \"%s\" is none of debug, info, warning, error, none; warning is used\n", level);
+                 "HBBTV_LOG_LEVEL: \"%s\" is none of debug, info, warning, error, none; warning is used\n",
+                 level);
     return kPlatformLogWarning;
 }
 
@@ -44,7 +45,8 @@ extern "C" bool PlatformLogShows(int priority) {
     return priority >= Threshold();
 }
 
-extern "C" int __dlog_print(int /*logId*/, int priority, const char* tag, const char* format, ...) {  // NOLINT
+extern "C" int __dlog_print(int /*logId*/, int priority, const char* tag, const char* format,
+                            ...) {  // NOLINT
     if (!PlatformLogShows(priority))
         return 0;
 

@@ -4,7 +4,8 @@
 #include <chrono>
 #include <functional>
 
-// Limits are of time in which the machine ran: a busy one may stand still for seconds, and nobody is late then.
+// Limits are of time in which the machine ran: a busy one may stand still for seconds, and nobody is late
+// then.
 
 // Runs the main loop until the fact holds. False when it did not within the limit.
 [[nodiscard]] bool WaitFor(const std::function<bool()>& fact,

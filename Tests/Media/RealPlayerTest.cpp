@@ -167,7 +167,8 @@ TEST_F(ARealPlayer, PlaysStreamsInSegments) {
         ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Red; }));
         ASSERT_TRUE(player->seek(10500));
         ASSERT_TRUE(WaitFor([&] { return listener.has("position 10500"); }));
-        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; })) << reaches(MediaState::Stopped).message();
+        ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue; }))
+            << reaches(MediaState::Stopped).message();
         ASSERT_TRUE(reaches(MediaState::Finished));
     }
 }

@@ -1,6 +1,6 @@
 // The room plan holds: no include goes upward, and every header compiles by itself.
 import assert from 'node:assert/strict';
-import { execFile, execFileSync } from 'node:child_process';
+import { execFile, execFileSync, spawnSync } from 'node:child_process';
 import { readFileSync, readdirSync } from 'node:fs';
 import { availableParallelism, cpus } from 'node:os';
 import path from 'node:path';
@@ -52,6 +52,12 @@ test('No text is half merged', () => {
   const texts = sources(/\.(h|cpp|c|js|mjs|md|html|idl|xml|txt|cmake|json)$/);
   const found = texts.filter((file) => /^(<{7}|>{7}) /m.test(readFileSync(path.join(root, file), 'utf8')));
   assert.deepEqual(found, []);
+});
+
+test('Every C++ source is formatted', () => {
+  const { status, error, stderr } = spawnSync('clang-format-14', ['--dry-run', '--Werror', ...sources(/\.(h|cpp|c)$/)],
+    { cwd: root, encoding: 'utf8', maxBuffer: 1 << 26 });
+  assert.equal(status, 0, error?.message ?? stderr);
 });
 
 // The include folders and the language of the whole build. Which libraries a room may use is the table's business.

@@ -17,14 +17,16 @@ namespace OipfJavaScript {
 namespace {
 
 class ABinding : public testing::Test {
-   protected:
+ protected:
     ABinding() {
-        page.main.SetGlobal("keyset",
-                            jiKeyset::CreateObject(page.main.context, MakeBinding<jiKeyset>().release(), nullptr));
-        page.main.SetGlobal("channel", jiChannel::CreateObject(
-                                           page.main.context, MakeBinding<jiChannel>(12, 1, 2, 3).release(), nullptr));
+        page.main.SetGlobal(
+            "keyset", jiKeyset::CreateObject(page.main.context, MakeBinding<jiKeyset>().release(), nullptr));
+        page.main.SetGlobal("channel",
+                            jiChannel::CreateObject(page.main.context,
+                                                    MakeBinding<jiChannel>(12, 1, 2, 3).release(), nullptr));
         auto strings = MakeBinding<jiStringCollection>(std::vector<std::string>{"eng", "", "d\u00e9u"});
-        page.main.SetGlobal("strings", jiStringCollection::CreateObject(page.main.context, strings.release(), nullptr));
+        page.main.SetGlobal("strings",
+                            jiStringCollection::CreateObject(page.main.context, strings.release(), nullptr));
         page.main.Eval(R"(
             function kind(f) {
                 try { f(); return 'no exception'; }
@@ -33,15 +35,19 @@ class ABinding : public testing::Test {
     }
 
     std::string Value(const std::string& expression) { return page.main.Value(expression); }
-    std::string Thrown(const std::string& statement) { return page.main.Eval("kind(function() { " + statement + " })"); }
+    std::string Thrown(const std::string& statement) {
+        return page.main.Eval("kind(function() { " + statement + " })");
+    }
 
     FakePage page;
 };
 
-constexpr const char* kBadArguments = "SecurityError|SecurityError|Argument count or the argument types are bad";
+constexpr const char* kBadArguments =
+    "SecurityError|SecurityError|Argument count or the argument types are bad";
 
 TEST_F(ABinding, CannotBeMadeByAPage) {
-    EXPECT_EQ(Thrown("new Keyset()"), "SecurityError|SecurityError|Not allowed to create Keyset object directly");
+    EXPECT_EQ(Thrown("new Keyset()"),
+              "SecurityError|SecurityError|Not allowed to create Keyset object directly");
     EXPECT_EQ(page.main.Eval("try { new Channel() } catch (e) { '' + e }"),
               "[object Exception] : \"SecurityError\", \"Not allowed to create Channel object directly\"");
     EXPECT_EQ(Value("typeof PrivateObjectFactory"), "string object") << "an instance, no constructor";
@@ -55,9 +61,10 @@ TEST_F(ABinding, CarriesItsConstantsReadOnlyOnConstructorAndInstance) {
     EXPECT_EQ(Value("[Channel.ID_ISDB_C, Channel.ID_ISDB_S, Channel.ID_ISDB_T, channel.TYPE_OTHER].join()"),
               "string 20,20,21,2");
     EXPECT_EQ(Value("Object.keys(KeyEvent).length"), "number 170");
-    EXPECT_EQ(Value("[KeyEvent.VK_LEFT, KeyEvent.VK_0, KeyEvent.VK_Z, KeyEvent.VK_RED, KeyEvent.VK_VOLUME_DOWN, "
-                    "KeyEvent.VK_BACK, KeyEvent.VK_PLAY_PAUSE].join()"),
-              "string 37,48,90,403,448,461,463");
+    EXPECT_EQ(
+        Value("[KeyEvent.VK_LEFT, KeyEvent.VK_0, KeyEvent.VK_Z, KeyEvent.VK_RED, KeyEvent.VK_VOLUME_DOWN, "
+              "KeyEvent.VK_BACK, KeyEvent.VK_PLAY_PAUSE].join()"),
+        "string 37,48,90,403,448,461,463");
 }
 
 TEST_F(ABinding, ChecksCountAndTypesOfArguments) {
@@ -83,8 +90,8 @@ TEST_F(ABinding, RefusesAForeignThisByItsClass) {
     JSValueRef exception = nullptr;
     const JSValueRef channel =
         JSEvaluateScript(page.main.context, JSStringHandle("channel").Get(), nullptr, nullptr, 1, nullptr);
-    const JSValueRef value = jiKeyset::t_GetProperty(page.main.context, const_cast<JSObjectRef>(channel), name.Get(),
-                                                     &exception);
+    const JSValueRef value =
+        jiKeyset::t_GetProperty(page.main.context, const_cast<JSObjectRef>(channel), name.Get(), &exception);
     EXPECT_TRUE(JSValueIsNull(page.main.context, value));
     EXPECT_EQ(exception, nullptr);
 }
@@ -114,8 +121,9 @@ TEST_F(ABinding, ReadsACollectionByItemAndByIndex) {
     EXPECT_EQ(Value("strings.item(-1e300)"), "undefined");
     EXPECT_EQ(Value("strings.item(0.9)"), "string eng");
     EXPECT_EQ(Value("strings.item(NaN)"), "null");
-    EXPECT_EQ(Value("[strings['00'], strings['-1'], strings['1.0'], strings[4294967295], strings['']].join()"),
-              "string ,,,,");
+    EXPECT_EQ(
+        Value("[strings['00'], strings['-1'], strings['1.0'], strings[4294967295], strings['']].join()"),
+        "string ,,,,");
     EXPECT_EQ(Value("Object.keys(strings).join()"), "string length");
     EXPECT_EQ(Value("(function() { var names = []; for (var name in strings) names.push(name); "
                     "return names.join(); })()"),
@@ -130,17 +138,20 @@ TEST_F(ABinding, IsCopiedDeeply) {
 }
 
 TEST_F(ABinding, ReadsAChannelWithoutARecordAsItsDefaults) {
-    page.main.SetGlobal("none", jiChannel::CreateObject(page.main.context,
-                                                        MakeBinding<jiChannel>(uint32_t{0}).release(), nullptr));
-    EXPECT_EQ(Value("[none.ccid, none.idType, none.channelType, none.onid, none.name, none.authorised].join()"),
-              "string ccid://0.0,12,0,4294967295,,false");
+    page.main.SetGlobal(
+        "none",
+        jiChannel::CreateObject(page.main.context, MakeBinding<jiChannel>(uint32_t{0}).release(), nullptr));
+    EXPECT_EQ(
+        Value("[none.ccid, none.idType, none.channelType, none.onid, none.name, none.authorised].join()"),
+        "string ccid://0.0,12,0,4294967295,,false");
     EXPECT_EQ(Value("none.genre"), "null");
     EXPECT_EQ(Value("none.nid"), "undefined");
     EXPECT_EQ(Value("none.dsd"), "string ");
 }
 
 TEST_F(ABinding, IsRefusedWhileItsClassIsNotBuilt) {
-    EXPECT_EQ(Thrown("PrivateObjectFactory.createSearchManagerObject()").substr(0, 20), "TypeError|TypeError|");
+    EXPECT_EQ(Thrown("PrivateObjectFactory.createSearchManagerObject()").substr(0, 20),
+              "TypeError|TypeError|");
 }
 
 TEST_F(ABinding, AcceptsAnyTextInADebugMessage) {

@@ -19,7 +19,8 @@ TEST(ABundle, HasNoViewBeforeItIsInitialised) {
     const auto ask = [] {
         int view = 5;
         const bool got = BundleGetWKViewFromWKManager(view);
-        const int said = LogCapture::Count("InjectedBundle::BundleGetWKViewFromWKManager() s_globalBundle is NULL");
+        const int said =
+            LogCapture::Count("InjectedBundle::BundleGetWKViewFromWKManager() s_globalBundle is NULL");
         std::exit(got || view != 5 || said != 1 ? 1 : 0);
     };
     EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "");
@@ -50,12 +51,13 @@ TEST(ABundle, LogsAsThePlatformExpects) {
     HBBTV_LOG_ERROR("error %s", "2");
     HBBTV_LOG_ENTRY();
     HBBTV_LOG_OBJECT(ERROR, "object");
-    const std::pair<int, std::string> expected[] = {{2, "debug 1"},
-                                                    {4, "\033[32minfo\033[0m"},
-                                                    {8, "\033[33mwarning\033[0m"},
-                                                    {16, "\033[31merror 2\033[0m"},
-                                                    {4, "\033[32mTestBody()\033[0m"},
-                                                    {16, "\033[31m[BundleTest.cpp:%d] TestBody object\033[0m"}};
+    const std::pair<int, std::string> expected[] = {
+        {2, "debug 1"},
+        {4, "\033[32minfo\033[0m"},
+        {8, "\033[33mwarning\033[0m"},
+        {16, "\033[31merror 2\033[0m"},
+        {4, "\033[32mTestBody()\033[0m"},
+        {16, "\033[31m[BundleTest.cpp:%d] TestBody object\033[0m"}};
     const auto records = LogCapture::Records();
     ASSERT_EQ(records.size(), std::size(expected));
     for (size_t i = 0; i < records.size(); ++i) {
@@ -92,8 +94,9 @@ TEST(ABundle, PutsItsGlobalsOnEveryWindow) {
     FakePage page;
     FakeFrame& child = page.AddFrame();
     for (FakeFrame* frame : {&page.main, &child}) {
-        EXPECT_EQ(frame->Eval("[typeof PrivateObjectFactory.createApplicationManagerObject, typeof KeyEvent.VK_RED, "
-                              "typeof Keyset.RED, typeof debug, typeof Channel.ID_DVB_T].join()"),
+        EXPECT_EQ(frame->Eval(
+                      "[typeof PrivateObjectFactory.createApplicationManagerObject, typeof KeyEvent.VK_RED, "
+                      "typeof Keyset.RED, typeof debug, typeof Channel.ID_DVB_T].join()"),
                   "function,number,number,function,number");
     }
     page.main.Eval("mark = 1");

@@ -51,7 +51,9 @@ TEST(AText, IsReadFromBytesWithoutLosingTheRest) {
     EXPECT_EQ(ToUtf16(std::string("x\0y", 3)), std::u16string(u"x\0y", 3));
     EXPECT_EQ(ToUtf16("\xF0\x9F\x93"), u"\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(ToUtf16("\xF0\x9F\x93\xBA"), u"\U0001F4FA");
-    EXPECT_EQ(WellFormedUtf8("a\xFF\xC3\xA9\xE2\x82" "b\xED\xA0\x80\xF0\x9F\x93\xBA\xC3"), "a\u00e9b\U0001F4FA");
+    EXPECT_EQ(WellFormedUtf8("a\xFF\xC3\xA9\xE2\x82"
+                             "b\xED\xA0\x80\xF0\x9F\x93\xBA\xC3"),
+              "a\u00e9b\U0001F4FA");
     EXPECT_EQ(WellFormedUtf8(std::string("\0x\0\x80\0", 5)), std::string("\0x\0\0", 4));
     EXPECT_EQ(BytesToUtf8(std::string("\0A\x80\xFF", 4)), std::string("\0A\u0080\u00ff", 6));
     EXPECT_EQ(jiUtility::Ucs2ToUtf8(u"\u20ac!", 2), "\u20ac!");
@@ -61,7 +63,8 @@ TEST(AText, IsReadFromBytesWithoutLosingTheRest) {
 TEST(AText, ReachesAPageByteByByteWhereItIsBytes) {
     FakePage page;
     page.main.SetGlobal("bytes", MakeByteString(page.main.context, std::string("\0\x80\xFF", 3)));
-    EXPECT_EQ(page.main.Eval("[bytes.length, bytes.charCodeAt(0), bytes.charCodeAt(1), bytes.charCodeAt(2)].join()"),
+    EXPECT_EQ(page.main.Eval(
+                  "[bytes.length, bytes.charCodeAt(0), bytes.charCodeAt(1), bytes.charCodeAt(2)].join()"),
               "3,0,128,255");
     EXPECT_EQ(ToBytes(JSStringHandle("a\u00ff\u0100").Get()), std::string("a\xFF\0", 3));
 }
@@ -92,7 +95,8 @@ TEST(APath, IsCompletedFromThePagesFolder) {
     EXPECT_EQ(absolute("/root.html"), "http://tv.example:80/root.html");
     EXPECT_EQ(absolute("dvb://1.2.3/x"), "dvb://1.2.3/x");
     page.main.Eval("document = {get location() { throw 1; }}");
-    EXPECT_EQ(absolute("next.html"), "/next.html") << "a page that hides its location breaks only its own path";
+    EXPECT_EQ(absolute("next.html"), "/next.html")
+        << "a page that hides its location breaks only its own path";
 }
 
 }  // namespace

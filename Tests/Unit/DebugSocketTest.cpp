@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 // A developer's terminal on the socket.
 class Client {
-   public:
+ public:
     explicit Client(int port) : m_socket(socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -55,12 +55,12 @@ class Client {
 
     bool connected = false;
 
-   private:
+ private:
     int m_socket;
 };
 
 class ADebugSocket : public testing::Test {
-   protected:
+ protected:
     ADebugSocket() { socket.Start(); }
     int Port() {
         pollfd nothing{-1, 0, 0};
@@ -85,7 +85,8 @@ TEST_F(ADebugSocket, SendsLinesToTheOneClientItServes) {
         ASSERT_TRUE(client.connected);
         EXPECT_EQ(FirstLine(client).substr(0, 6), "hello\n");
         client.Send("help me");
-        EXPECT_TRUE(client.ReceiveUntil("shown here\n").ends_with("window.debug() messages should be shown here\n"));
+        EXPECT_TRUE(
+            client.ReceiveUntil("shown here\n").ends_with("window.debug() messages should be shown here\n"));
     }
     const Client next(Port());
     EXPECT_EQ(FirstLine(next).substr(0, 6), "hello\n") << "after one client another is served";

@@ -5,20 +5,26 @@
 #include <string>
 
 #include "API/Src/IPluginController.h"
-#include "InjectedBundle/Src/BindingObject.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
+#include "InjectedBundle/Src/BindingObject.h"
 #include "Tests/Bus/LogCapture.h"
 #include "Tests/Unit/FakeBrowser.h"
 
 namespace OipfJavaScript {
 namespace {
 
-void Fire(int32_t code) { CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event_t::Plain(code, 0)); }
-void LowMemory() { Fire(E_APP_LOW_MEMORY); }
-void LoadError() { Fire(E_APP_LOAD_ERROR); }
+void Fire(int32_t code) {
+    CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event_t::Plain(code, 0));
+}
+void LowMemory() {
+    Fire(E_APP_LOW_MEMORY);
+}
+void LoadError() {
+    Fire(E_APP_LOAD_ERROR);
+}
 
 class AnEventTarget : public testing::Test {
-   protected:
+ protected:
     AnEventTarget() {
         page.main.Eval("var log = []; var manager = PrivateObjectFactory.createApplicationManagerObject();");
     }
@@ -40,8 +46,9 @@ TEST_F(AnEventTarget, CallsTheHandlerFirstAndThenEachListenerWithAnEvent) {
         }, false);
         manager.onApplicationLoadError = function(app) { log.push('handler', typeof app.show, arguments.length); };)");
     LoadError();
-    EXPECT_EQ(Log(), "handler,function,1,ApplicationLoadError,true,true,object,1,true,true,0 false false false "
-                     "false,true,object");
+    EXPECT_EQ(Log(),
+              "handler,function,1,ApplicationLoadError,true,true,object,1,true,true,0 false false false "
+              "false,true,object");
     LowMemory();
     EXPECT_EQ(Log(), "");
 }
@@ -50,7 +57,8 @@ TEST_F(AnEventTarget, RefreshesTheArgumentsThatItCarriesItself) {
     Eval("manager.addEventListener('ApplicationLoadError', function(e) { log.push(e); })");
     LoadError();
     LoadError();
-    EXPECT_EQ(Eval("log.length === 2 && log[0] !== log[1] && log[0].app !== log[1].app && manager.event === log[1] && "
+    EXPECT_EQ(Eval("log.length === 2 && log[0] !== log[1] && log[0].app !== log[1].app && manager.event === "
+                   "log[1] && "
                    "manager.app === log[1].app"),
               "true");
 }
@@ -69,7 +77,9 @@ TEST_F(AnEventTarget, KeepsOneHandlerAndEachListenerOnce) {
         manager.addEventListener('LowMemory', g); manager.addEventListener('LowMemory', g, true);)");
     LowMemory();
     EXPECT_EQ(Log(), "true,f,g");
-    Eval("manager.addEventListener('ApplicationLoadError', g); manager.removeEventListener('ApplicationLoadError', g)");
+    Eval(
+        "manager.addEventListener('ApplicationLoadError', g); "
+        "manager.removeEventListener('ApplicationLoadError', g)");
     LowMemory();
     EXPECT_EQ(Log(), "f") << "a listener goes from every event of its object";
     for (const char* value : {"null", "undefined", "7", "'f'", "{}"}) {
@@ -102,10 +112,14 @@ TEST_F(AnEventTarget, TellsTheLogAndTheWindowOfTheListenerWhatItsListenersThrow)
     LogCapture::Clear();
     LowMemory();
     EXPECT_EQ(Eval("log.splice(0).sort().join()"), "1,2,3");
-    EXPECT_EQ(Eval("reported.length + ' ' + reported[0]"), "2 TypeError: mine") << "to the one it had at the start";
+    EXPECT_EQ(Eval("reported.length + ' ' + reported[0]"), "2 TypeError: mine")
+        << "to the one it had at the start";
     EXPECT_EQ(child.Eval("reported.join()"), "of the child");
-    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - failed to call DOM level 1 call-back function."), 1);
-    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - TypeError: mine (http://tv/page.js:2)"), 1);
+    EXPECT_EQ(LogCapture::Count(
+                  "OipfApplicationManager(LowMemory) - failed to call DOM level 1 call-back function."),
+              1);
+    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - TypeError: mine (http://tv/page.js:2)"),
+              1);
     EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - of the child"), 1);
     EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - (no text)"), 1);
     EXPECT_EQ(LogCapture::Errors(), 6);
@@ -223,14 +237,15 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
         page.main.Share("late", child);
         LowMemory();
         LoadError();
-        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "child,child,child on 0,child on 1,main,main on theirs");
-        page.main.SetGlobal("go", JSObjectMakeFunctionWithCallback(
-                                      page.main.context, nullptr,
-                                      [](JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
-                                         JSValueRef*) -> JSValueRef {
-                                          s_leaving->Remove();
-                                          return JSValueMakeUndefined(context);
-                                      }));
+        EXPECT_EQ(Eval("log.splice(0).sort().join()"),
+                  "child,child,child on 0,child on 1,main,main on theirs");
+        page.main.SetGlobal(
+            "go", JSObjectMakeFunctionWithCallback(page.main.context, nullptr,
+                                                   [](JSContextRef context, JSObjectRef, JSObjectRef, size_t,
+                                                      const JSValueRef[], JSValueRef*) -> JSValueRef {
+                                                       s_leaving->Remove();
+                                                       return JSValueMakeUndefined(context);
+                                                   }));
         if (go == &FakeFrame::Remove)
             // Of the two objects either may be the first that hears.
             Eval(R"(var gone = false; [manager, theirs].forEach(each => {
@@ -241,18 +256,21 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
             child.Navigate();
         LowMemory();
         LoadError();
-        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "main,main on theirs") << "even in the dispatch that removes it";
+        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "main,main on theirs")
+            << "even in the dispatch that removes it";
         Eval("manager.addEventListener('LowMemory', late); theirs.onLowMemory = late;");
         LowMemory();
         EXPECT_EQ(Log(), "main") << "a script that runs on gives no handlers any more";
     }
 
     FakePage other;
-    other.main.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-                    "{ log.push('other'); }");
+    other.main.Eval(
+        "var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+        "{ log.push('other'); }");
     FakeFrame& child = page.AddFrame();
-    child.Eval("var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-               "{ log.push('child'); }");
+    child.Eval(
+        "var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
+        "{ log.push('child'); }");
     page.main.Navigate();
     LowMemory();
     EXPECT_EQ(other.main.Eval("log.join()"), "other") << "another page keeps its own";
@@ -262,8 +280,9 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
 TEST(AnEventTargetWithoutAView, HearsNothing) {
     FakePage page;
     FakeBrowser::Get().viewId.reset();
-    page.main.Eval("var heard = 0; var manager = PrivateObjectFactory.createApplicationManagerObject(); "
-                   "manager.onLowMemory = function() { heard++; }");
+    page.main.Eval(
+        "var heard = 0; var manager = PrivateObjectFactory.createApplicationManagerObject(); "
+        "manager.onLowMemory = function() { heard++; }");
     FakeBrowser::Get().viewId = "7";
     LowMemory();
     EXPECT_EQ(page.main.Eval("heard + ' ' + manager.getOwnerApplication(1)"), "0 null");

@@ -22,15 +22,25 @@ JSContextGroupRef Engine() {
     return s_engine;
 }
 
-FakePage& PageOf(WKBundlePageRef page) { return *reinterpret_cast<FakePage*>(const_cast<OpaqueWKBundlePage*>(page)); }
+FakePage& PageOf(WKBundlePageRef page) {
+    return *reinterpret_cast<FakePage*>(const_cast<OpaqueWKBundlePage*>(page));
+}
 FakeFrame& FrameOf(WKBundleFrameRef frame) {
     return *reinterpret_cast<FakeFrame*>(const_cast<OpaqueWKBundleFrame*>(frame));
 }
-WKBundlePageRef RefOf(FakePage& page) { return reinterpret_cast<WKBundlePageRef>(&page); }
-WKBundleFrameRef RefOf(FakeFrame& frame) { return reinterpret_cast<WKBundleFrameRef>(&frame); }
-WKBundleRef Bundle() { return reinterpret_cast<WKBundleRef>(&s_browser); }
+WKBundlePageRef RefOf(FakePage& page) {
+    return reinterpret_cast<WKBundlePageRef>(&page);
+}
+WKBundleFrameRef RefOf(FakeFrame& frame) {
+    return reinterpret_cast<WKBundleFrameRef>(&frame);
+}
+WKBundleRef Bundle() {
+    return reinterpret_cast<WKBundleRef>(&s_browser);
+}
 
-std::string* StringOf(WKTypeRef string) { return static_cast<std::string*>(const_cast<void*>(string)); }
+std::string* StringOf(WKTypeRef string) {
+    return static_cast<std::string*>(const_cast<void*>(string));
+}
 
 WKStringRef NewString(const std::string& text) {
     ++s_browser.liveStrings;
@@ -63,7 +73,9 @@ FakeFrame::FakeFrame(FakePage& owner, bool main) : page(owner), isMain(main) {
     context = JSGlobalContextCreateInGroup(Engine(), nullptr);
 }
 
-FakeFrame::~FakeFrame() { JSGlobalContextRelease(context); }
+FakeFrame::~FakeFrame() {
+    JSGlobalContextRelease(context);
+}
 
 void FakeFrame::Navigate() {
     JSGlobalContextRelease(context);
@@ -92,8 +104,10 @@ std::string FakeFrame::Eval(const std::string& script) {
 }
 
 std::string FakeFrame::Value(const std::string& expression) {
-    return Eval("(function(v) { return v === null ? 'null' : v === undefined ? 'undefined' : typeof v + ' ' + v; })(" +
-                expression + ")");
+    return Eval(
+        "(function(v) { return v === null ? 'null' : v === undefined ? 'undefined' : typeof v + ' ' + v; "
+        "})(" +
+        expression + ")");
 }
 
 void FakeFrame::CollectGarbage() {
@@ -118,7 +132,9 @@ FakePage::FakePage() : main(*this, true) {
 }
 
 // What a closed page leaves behind hears no events of the pages after it.
-FakePage::~FakePage() { main.Navigate(); }
+FakePage::~FakePage() {
+    main.Navigate();
+}
 
 FakeFrame& FakePage::AddFrame() {
     children.push_back(std::make_unique<FakeFrame>(*this, false));
@@ -137,8 +153,12 @@ void WKRelease(WKTypeRef type) {
     --s_browser.liveStrings;
     delete StringOf(type);
 }
-WKStringRef WKStringCreateWithUTF8CString(const char* text) { return NewString(text); }
-size_t WKStringGetMaximumUTF8CStringSize(WKStringRef string) { return StringOf(string)->size() * 3 + 1; }
+WKStringRef WKStringCreateWithUTF8CString(const char* text) {
+    return NewString(text);
+}
+size_t WKStringGetMaximumUTF8CStringSize(WKStringRef string) {
+    return StringOf(string)->size() * 3 + 1;
+}
 size_t WKStringGetUTF8CString(WKStringRef string, char* buffer, size_t size) {
     const std::string& text = *StringOf(string);
     const size_t length = std::min(text.size(), size - 1);
@@ -159,13 +179,15 @@ void WKBundlePageSetPageLoaderClient(WKBundlePageRef page, WKBundlePageLoaderCli
     s_copy = *reinterpret_cast<WKBundlePageLoaderClientV6*>(client);
     PageOf(page).loaderClient = &s_copy.base;
 }
-void WKBundleAddUserScript(WKBundleRef, WKBundlePageGroupRef, WKBundleScriptWorldRef, WKStringRef source, WKURLRef url,
-                           WKArrayRef whitelist, WKArrayRef blacklist, WKUserScriptInjectionTime time,
-                           WKUserContentInjectedFrames frames) {
+void WKBundleAddUserScript(WKBundleRef, WKBundlePageGroupRef, WKBundleScriptWorldRef, WKStringRef source,
+                           WKURLRef url, WKArrayRef whitelist, WKArrayRef blacklist,
+                           WKUserScriptInjectionTime time, WKUserContentInjectedFrames frames) {
     const bool everyUrl = url == nullptr && whitelist == nullptr && blacklist == nullptr;
     s_browser.userScripts.push_back({*StringOf(source), time, frames, everyUrl});
 }
-WKBundleScriptWorldRef WKBundleScriptWorldNormalWorld() { return nullptr; }
+WKBundleScriptWorldRef WKBundleScriptWorldNormalWorld() {
+    return nullptr;
+}
 void WKBundlePostMessage(WKBundleRef, WKStringRef name, WKTypeRef body) {
     s_browser.messages.emplace_back(*StringOf(name), *StringOf(body));
 }
@@ -173,6 +195,12 @@ void WKBundlePostSynchronousMessage(WKBundleRef, WKStringRef name, WKTypeRef bod
     s_browser.messages.emplace_back(*StringOf(name), body != nullptr ? *StringOf(body) : "null");
     *reply = s_browser.viewId ? NewString(*s_browser.viewId) : nullptr;
 }
-WKBundleFrameRef WKBundlePageGetMainFrame(WKBundlePageRef page) { return RefOf(PageOf(page).main); }
-JSGlobalContextRef WKBundleFrameGetJavaScriptContext(WKBundleFrameRef frame) { return FrameOf(frame).context; }
-bool WKBundleFrameIsMainFrame(WKBundleFrameRef frame) { return FrameOf(frame).isMain; }
+WKBundleFrameRef WKBundlePageGetMainFrame(WKBundlePageRef page) {
+    return RefOf(PageOf(page).main);
+}
+JSGlobalContextRef WKBundleFrameGetJavaScriptContext(WKBundleFrameRef frame) {
+    return FrameOf(frame).context;
+}
+bool WKBundleFrameIsMainFrame(WKBundleFrameRef frame) {
+    return FrameOf(frame).isMain;
+}

@@ -1,5 +1,5 @@
-// The web process as far as the bundle sees it: pages and frames on plain script contexts, and a record of what the
-// bundle asked of the browser.
+// The web process as far as the bundle sees it: pages and frames on plain script contexts, and a record of
+// what the bundle asked of the browser.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -13,7 +13,7 @@
 #include "Platform/Inc/WKBundle.h"
 
 class FakeFrame {
-   public:
+ public:
     FakeFrame(class FakePage& page, bool isMain);
     FakeFrame(const FakeFrame&) = delete;
     FakeFrame& operator=(const FakeFrame&) = delete;
@@ -39,7 +39,7 @@ class FakeFrame {
 };
 
 class FakePage {
-   public:
+ public:
     FakePage();
     ~FakePage();
     FakeFrame& AddFrame();

@@ -1,4 +1,5 @@
-// Has the simulated receiver emit signals, so many a second, by turns, over one connection, until it is ended.
+// Has the simulated receiver emit signals, so many a second, by turns, over one connection, until it is
+// ended.
 //
 //     hbbtv-emit-signals RATE SIGNAL TUPLE [SIGNAL TUPLE]...
 //
@@ -19,7 +20,8 @@ using namespace Host;
 
 class Emitter {
  public:
-    Emitter(GDBusConnection* connection, int rate, std::vector<std::pair<std::string, GVariantHandle>> signals)
+    Emitter(GDBusConnection* connection, int rate,
+            std::vector<std::pair<std::string, GVariantHandle>> signals)
         : m_connection(connection), m_rate(rate), m_signals(std::move(signals)) {}
 
     void tick() {

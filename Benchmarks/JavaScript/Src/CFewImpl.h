@@ -8,12 +8,12 @@
 namespace OipfJavaScript {
 
 class CFewImpl : public CFewBase {
-   public:
+ public:
     [[nodiscard]] int32_t GetValue() const { return m_value; }
     void SetValue(int32_t value) { m_value = value; }
     [[nodiscard]] int32_t Add(int32_t number) const { return m_value + number; }
 
-   private:
+ private:
     int32_t m_value = 1;
 };
 

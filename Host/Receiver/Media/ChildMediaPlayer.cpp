@@ -114,9 +114,9 @@ void ChildMediaPlayer::connect() {
     // The first time GStreamer may look through all of its plugins.
     m_silence.start(m_scenario.media.connectLimitMs + longestSilenceMs, [this] { m_child->kill(); });
     m_child->listen({[this](MediaMessage& message) { hear(message); }, [this] { childEnded(); }});
-    tell(MediaWords::Load, g_variant_new(MediaWords::Load.type, m_url.c_str(),
-                                         m_scenario.media.userAgent.c_str(), m_speed,
-                                         m_scenario.media.connectLimitMs, m_volume));
+    tell(MediaWords::Load,
+         g_variant_new(MediaWords::Load.type, m_url.c_str(), m_scenario.media.userAgent.c_str(), m_speed,
+                       m_scenario.media.connectLimitMs, m_volume));
 }
 
 void ChildMediaPlayer::tell(const MediaWord& word, GVariant* content) {

@@ -6,8 +6,9 @@
 namespace Receiver::MediaWords {
 
 // To the process. Commands are numbered from 1.
-inline constexpr MediaWord Load{"load", "(ssdui)"};  // address, user agent, speed, time limit in milliseconds, volume
-inline constexpr MediaWord Begin{"begin", "()"};    // once: the answer to the first Components
+inline constexpr MediaWord Load{"load",
+                                "(ssdui)"};  // address, user agent, speed, time limit in milliseconds, volume
+inline constexpr MediaWord Begin{"begin", "()"};  // once: the answer to the first Components
 inline constexpr MediaWord Play{"play", "d"};
 inline constexpr MediaWord Seek{"seek", "u"};
 inline constexpr MediaWord Present{"present", "an"};  // pids
@@ -22,7 +23,7 @@ inline constexpr MediaWord State{"state", "(ii)"};  // and error
 inline constexpr MediaWord Speed{"speed", "d"};
 inline constexpr MediaWord Sought{"sought", "u"};
 inline constexpr MediaWord Components{"components", "a(isnsi)"};  // type, encoding, pid, language, extra
-inline constexpr MediaWord Picture{"picture", "b"};  // with the memory that holds it, or none any more
+inline constexpr MediaWord Picture{"picture", "b"};    // with the memory that holds it, or none any more
 inline constexpr MediaWord Subtitle{"subtitle", "s"};  // its lines, or empty: none any more
 
 }  // namespace Receiver::MediaWords

@@ -71,8 +71,8 @@ bool Applications::fail(std::int32_t viewId) {
 }
 
 void Applications::destroy(std::int32_t viewId) {
-    // Told also when it is not known any more: the shell may just have taken leave of an earlier view of this id,
-    // and show the one that this is about.
+    // Told also when it is not known any more: the shell may just have taken leave of an earlier view of this
+    // id, and show the one that this is about.
     m_views.erase(viewId);
     if (viewId >= 0)
         m_events.applicationDestroyed(viewId);

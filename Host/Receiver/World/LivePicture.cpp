@@ -60,7 +60,8 @@ void LivePicture::mediaStateChanged(MediaState state, std::int32_t error) {
                 m_next.start(lookMs, [this] { goRound(); });
             break;
         case MediaState::Finished:
-            // Not now: the player is in the middle of telling this. Nor at once after a picture that stands still.
+            // Not now: the player is in the middle of telling this. Nor at once after a picture that stands
+            // still.
             m_next.start(m_player->duration() > lookMs ? 0 : lookMs, [this] { (void)m_player->play(1.0); });
             break;
         case MediaState::Error:

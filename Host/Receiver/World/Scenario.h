@@ -24,7 +24,8 @@ struct Component {
     std::string language;
     // Subtitles: for the hearing impaired; audio: audio description. The wire has one flag for both.
     bool impaired = false;
-    // Video: aspect ratio in hundredths; audio: number of main channels, 5 for 5.1. The wire has one value for both.
+    // Video: aspect ratio in hundredths; audio: number of main channels, 5 for 5.1. The wire has one value
+    // for both.
     std::int32_t extra = 0;
 };
 

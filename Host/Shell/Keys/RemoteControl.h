@@ -5,8 +5,8 @@
 
 #include <gdk/gdk.h>
 
-#include "Host/Shell/View/BrowserView.h"
 #include "Host/Shell/Keys/KeyMap.h"
+#include "Host/Shell/View/BrowserView.h"
 
 namespace Shell {
 
