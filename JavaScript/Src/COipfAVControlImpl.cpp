@@ -168,6 +168,7 @@ void COipfAVControlImpl::Start(float speed) {
 }
 
 bool COipfAVControlImpl::Play(JSContextRef context, double speed) {
+    HBBTV_LOG_ENTRY();
     HBBTV_LOG_OBJECT(INFO, "(%f)", speed);
     if (!m_player->FlagPlayerActive(m_playerId)) {
         if (!AcquirePlayer())
@@ -183,6 +184,7 @@ bool COipfAVControlImpl::Play(JSContextRef context, double speed) {
 
 // Sets a player up in another order than Play does: receivers rely on either.
 bool COipfAVControlImpl::Queue(JSContextRef context, const std::optional<std::string>& url) {
+    HBBTV_LOG_ENTRY();
     if (!url) {
         HBBTV_LOG_OBJECT(INFO, "(NULL) Clear any queue items");
         m_player->Queue(m_playerId, "");
@@ -213,10 +215,12 @@ bool COipfAVControlImpl::Stop() {
 }
 
 bool COipfAVControlImpl::Seek(int32_t position) {
+    HBBTV_LOG_ENTRY();
     return m_player->Seek(m_playerId, position);
 }
 
 bool COipfAVControlImpl::SetVolume(int32_t volume) {
+    HBBTV_LOG_ENTRY();
     return m_player->SetVolume(m_playerId, volume);
 }
 

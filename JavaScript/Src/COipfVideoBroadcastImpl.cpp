@@ -66,8 +66,9 @@ std::unique_ptr<jiChannel> COipfVideoBroadcastImpl::GetCurrentChannel() {
         return nullptr;
     }
     uint32_t cacheId = 0;
+    // Usual before a page binds; a receiver that does not answer is told of by the call.
     if (m_player == nullptr || !m_player->GetChannel(m_playerId, cacheId)) {
-        HBBTV_LOG_OBJECT(ERROR, "COipfVideoBroadcastImpl::%s failed", __func__);
+        HBBTV_LOG_OBJECT(INFO, "COipfVideoBroadcastImpl::%s failed", __func__);
         Fail();
         return nullptr;
     }
@@ -185,6 +186,7 @@ void COipfVideoBroadcastImpl::NextChannel() {
 }
 
 void COipfVideoBroadcastImpl::SetFullScreen(bool fullscreen) {
+    HBBTV_LOG_ENTRY();
     if (!IsBroadcastRelated()) {
         HBBTV_LOG_OBJECT(INFO, "app is not broadcast related");
         return Fail();
@@ -216,6 +218,7 @@ void COipfVideoBroadcastImpl::Stop() {
 }
 
 JSValueRef COipfVideoBroadcastImpl::customAddStreamEventListener(const CallArguments& call) {
+    HBBTV_LOG_ENTRY();
     StreamEventArguments arguments;
     if (!Read(call, arguments)) {
         HBBTV_LOG_OBJECT(ERROR, "invalid parameters");
@@ -228,6 +231,7 @@ JSValueRef COipfVideoBroadcastImpl::customAddStreamEventListener(const CallArgum
 }
 
 JSValueRef COipfVideoBroadcastImpl::customRemoveStreamEventListener(const CallArguments& call) {
+    HBBTV_LOG_ENTRY();
     StreamEventArguments arguments;
     if (!Read(call, arguments)) {
         HBBTV_LOG_OBJECT(ERROR, "invalid parameters");
