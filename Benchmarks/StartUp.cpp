@@ -1,0 +1,99 @@
+// What the bundle adds to the start of a web process: from dlopen to the end of WKBundleInitialize, beside
+// the first script context, which the engine makes anyway. Each is measured in processes of its own, by
+// turns, with no bus to be reached. Prints JSON, in milliseconds. Takes the library's path.
+#include <dlfcn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+#include <gio/gio.h>
+
+#include "Platform/Inc/WKBundle.h"
+
+namespace {
+
+constexpr int kRounds = 25;
+
+const char* s_library = nullptr;
+
+void startBundle() {
+    void* const library = dlopen(s_library, RTLD_LAZY);
+    const auto initialize =
+        library != nullptr
+            ? reinterpret_cast<decltype(&WKBundleInitialize)>(dlsym(library, "WKBundleInitialize"))
+            : nullptr;
+    if (initialize == nullptr) {
+        std::fprintf(stderr, "%s\n", dlerror());
+        _exit(1);
+    }
+    initialize(nullptr, nullptr);
+}
+
+void connectToBus() {
+    GDBusConnection* const connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (connection == nullptr ||
+        g_dbus_proxy_new_sync(connection, G_DBUS_PROXY_FLAGS_NONE, nullptr, "org.vantrel.hbbtv.DSMCC",
+                              "/org/vantrel/hbbtv/DSMCC", "org.vantrel.hbbtv.DSMCC", nullptr,
+                              nullptr) == nullptr)
+        _exit(1);
+}
+
+// False when the work failed.
+bool measure(void (*work)(), std::vector<double>& times) {
+    int line[2];
+    if (pipe(line) != 0)
+        return false;
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto begin = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
+        const double value = taken.count();
+        _exit(write(line[1], &value, sizeof value) == sizeof value ? 0 : 1);
+    }
+    close(line[1]);
+    double value = 0;
+    const bool isRead = read(line[0], &value, sizeof value) == sizeof value;
+    close(line[0]);
+    waitpid(child, nullptr, 0);
+    times.push_back(value);
+    return isRead;
+}
+
+void print(const char* name, const std::vector<double>& times, const char* end) {
+    std::printf("\"%s\": [", name);
+    for (size_t i = 0; i < times.size(); ++i)
+        std::printf("%s%.4f", i == 0 ? "" : ", ", times[i]);
+    std::printf("]%s", end);
+}
+
+}  // namespace
+
+// What the start asks of the browser.
+void WKBundleSetClient(WKBundleRef, WKBundleClientBase*) {}
+WKStringRef WKStringCreateWithUTF8CString(const char*) {
+    return nullptr;
+}
+void WKBundlePostMessage(WKBundleRef, WKStringRef, WKTypeRef) {}
+void WKRelease(WKTypeRef) {}
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: StartUp LIBRARY\n");
+        return 2;
+    }
+    s_library = argv[1];
+    std::vector<double> bundle;
+    std::vector<double> bus;
+    for (int i = 0; i < kRounds; ++i) {
+        if (!measure(&startBundle, bundle) || !measure(&connectToBus, bus))
+            return 1;
+    }
+    std::printf("{");
+    print("bundle", bundle, ", ");
+    print("bus", bus, "}\n");
+    return 0;
+}
