@@ -3,16 +3,12 @@
 #include <sys/socket.h>
 
 #include <array>
-#include <memory>
-#include <string>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Host/Inc/ShellChannel.h"
 #include "Host/WebProcess/CarouselLoader.h"
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
 
 namespace {

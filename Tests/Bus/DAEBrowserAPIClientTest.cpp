@@ -1,13 +1,9 @@
 // Texts that the client of org.vantrel.hbbtv.IDAEBrowserAPI sends.
 
-#include <string>
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace {
 

@@ -1,20 +1,14 @@
 // Signals of org.vantrel.hbbtv.IDAEBrowserAPI, up to the subscribers.
 
-#include <memory>
 #include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "API/Src/IPRResponse.h"
 #include "API/Src/SDrmErrorParams.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 #include "Wrapper/Src/SASMessage.h"
 
 namespace {

@@ -2,17 +2,12 @@
 #include <climits>
 #include <cstdint>
 #include <future>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace {
 

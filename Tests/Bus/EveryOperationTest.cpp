@@ -1,18 +1,14 @@
 // Every operation of every client, by the interface descriptions.
 
 #include <cmath>
-#include <string>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/AVEventHandlerWK_DBus.h"
 #include "IPC/DBUS/Src/CBroadcastPlayerWK_DBus.h"
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
-#include "Tests/Bus/LogCapture.h"
 #include "Tests/Bus/OperationWalk.h"
 
 namespace {

@@ -14,14 +14,6 @@ void Check(const GErrorPtr& error, const char* what) {
         throw std::runtime_error(std::string(what) + ": " + error->message);
 }
 
-// The tuple type of a method's output or a signal's arguments.
-std::string TupleOf(GDBusArgInfo* const* arguments) {
-    std::string type = "(";
-    for (; arguments != nullptr && *arguments != nullptr; ++arguments)
-        type += (*arguments)->signature;
-    return type + ")";
-}
-
 GVariantPtr Parse(const std::string& type, const std::string& values) {
     GErrorPtr error;
     GVariantPtr value(g_variant_parse(type.empty() ? nullptr : G_VARIANT_TYPE(type.c_str()), values.c_str(),
@@ -35,7 +27,15 @@ std::string Annotated(const std::string& type, const std::string& values) {
     return GCharPtr(g_variant_print(Parse(type, values).get(), TRUE)).get();
 }
 
-// The text of a tuple of zeros: false, 0, "" and empty arrays.
+}  // namespace
+
+std::string TupleOf(GDBusArgInfo* const* arguments) {
+    std::string type = "(";
+    for (; arguments != nullptr && *arguments != nullptr; ++arguments)
+        type += (*arguments)->signature;
+    return type + ")";
+}
+
 std::string ZerosOf(GDBusArgInfo* const* arguments) {
     std::string text;
     size_t count = 0;
@@ -44,10 +44,8 @@ std::string ZerosOf(GDBusArgInfo* const* arguments) {
         text += count > 0 ? ", " : "";
         text += type == 'b' ? "false" : type == 's' ? "''" : type == 'a' ? "[]" : "0";
     }
-    return "(" + text + (count == 1 ? ",)" : ")");
+    return Annotated(TupleOf(arguments), "(" + text + (count == 1 ? ",)" : ")"));
 }
-
-}  // namespace
 
 FakeService::FakeService(const std::string& interface) : m_name("org.vantrel.hbbtv." + interface) {
     GCharPtr xml;
@@ -191,7 +189,7 @@ void FakeService::EmitAnything(const std::string& signal, const std::string& val
 std::vector<std::pair<std::string, std::string>> FakeService::Signals() const {
     std::vector<std::pair<std::string, std::string>> signals;
     for (GDBusSignalInfo* const* each = m_info->signals; each != nullptr && *each != nullptr; ++each)
-        signals.emplace_back((*each)->name, Annotated(TupleOf((*each)->args), ZerosOf((*each)->args)));
+        signals.emplace_back((*each)->name, ZerosOf((*each)->args));
     return signals;
 }
 

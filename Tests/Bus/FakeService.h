@@ -13,6 +13,13 @@
 #include <vector>
 
 #include "IPC/DBUS/Src/GLibHandles.h"
+#include "Tests/Bus/BusFixture.h"
+#include "Tests/Bus/LogCapture.h"
+
+// The type of a tuple of these arguments, and the text of one of zeros with their types: false, 0, "" and
+// empty arrays.
+std::string TupleOf(GDBusArgInfo* const* arguments);
+std::string ZerosOf(GDBusArgInfo* const* arguments);
 
 class FakeService {
  public:

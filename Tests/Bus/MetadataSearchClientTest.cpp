@@ -1,13 +1,9 @@
 // Lists that the clients of org.vantrel.hbbtv.IMetaDataSearch send, and the proxy that they share.
 
-#include <string>
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace {
 

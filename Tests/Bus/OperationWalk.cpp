@@ -4,11 +4,8 @@
 #include <map>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Platform/Inc/PlatformLog.h"
-#include "Tests/Bus/BusFixture.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace operation_walk {
 

@@ -3,13 +3,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <set>
-#include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "API/Src/IAVComponent.h"
 #include "API/Src/IDAEBrowserAPICommon.h"

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -12,9 +11,7 @@
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "IPC/DBUS/Src/DBusUtils.h"
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace {
 

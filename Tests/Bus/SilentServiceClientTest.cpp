@@ -2,11 +2,8 @@
 
 #include <chrono>
 #include <future>
-#include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "IPC/DBUS/Src/AVEventHandlerWK_DBus.h"
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
@@ -14,9 +11,7 @@
 #include "IPC/DBUS/Src/DSMCCWK_DBus.h"
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
 #include "IPC/DBUS/Src/Patience.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
 
 namespace {
 
