@@ -1,11 +1,5 @@
 // What one client of the bus has of the receiver is its own, and ends with it: each web process is a client.
-#include <string>
-#include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 
 namespace {
@@ -29,6 +23,13 @@ constexpr const char household[] = R"({
   "stream_events": [{"url": "dvb://*", "name": "tick", "period_ms": 20, "data": "00"}]
 })";
 
+constexpr const char* kindsOfState[] = {"stream_event_subscriptions",
+                                        "drm_messages",
+                                        "carousel_requests",
+                                        "queries",
+                                        "searches",
+                                        "search_results"};
+
 constexpr const char noPlane[] = ", false, 0, 0, 0, 0, false, '', 'none', '')";
 
 class TwoPages : public ReceiverTest::RunningReceiver {
@@ -50,10 +51,10 @@ class TwoPages : public ReceiverTest::RunningReceiver {
         page.forget();
         (void)page.call("IBroadcastPlayer.UpdateLayout", window);
         (void)page.call("IAVEventHandler.UpdateLayout", window);
-        ASSERT_EQ(page.call("IBroadcastPlayer.BindToCurrentChannel", "(uint32 1,)").text(), "(true,)");
+        ASSERT_EQ(page.ask("IBroadcastPlayer.BindToCurrentChannel", "(uint32 1,)"), "(true,)");
         (void)page.call("IAVEventHandler.SetData", "(uint32 1, 'http://x/" + film + "')");
-        ASSERT_EQ(page.call("IAVEventHandler.GetPlayer", "(uint32 1,)").text(), "(true,)");
-        ASSERT_EQ(page.call("IAVEventHandler.Play", "(uint32 1, 1.0)").text(), "(true,)");
+        ASSERT_EQ(page.ask("IAVEventHandler.GetPlayer", "(uint32 1,)"), "(true,)");
+        ASSERT_EQ(page.ask("IAVEventHandler.Play", "(uint32 1, 1.0)"), "(true,)");
         ASSERT_TRUE(WaitFor([&] { return showsBoth(page); })) << testing::PrintToString(page.signals());
     }
     static bool showsBoth(Client& page) {
@@ -72,12 +73,12 @@ TEST_F(TwoPages, HaveTheirPlayersAndTheirSignalsForThemselvesUnderTheSameIds) {
     forget();
     watch(other, "film-b.mp4");
     EXPECT_THAT(signals(), hearNothingOfPlayers());
-    EXPECT_EQ(call("IAVEventHandler.GetData", "(uint32 1,)").text(), "('http://x/film-a.mp4',)");
+    EXPECT_EQ(ask("IAVEventHandler.GetData", "(uint32 1,)"), "('http://x/film-a.mp4',)");
     for (const auto& player : {"'broadband', 'me', 1", "'broadband', 'other', 1", "'broadcast', 'me', 1",
                                "'broadcast', 'other', 1"})
         EXPECT_THAT(control("GetPlanes").text(), HasSubstr(player));
     // There are two decoders for all of them.
-    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(false,)");
+    EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(false,)");
 
     // What a new document does first of all.
     forget();
@@ -87,17 +88,17 @@ TEST_F(TwoPages, HaveTheirPlayersAndTheirSignalsForThemselvesUnderTheSameIds) {
     EXPECT_TRUE(other.hears(
         {std::string("PlaneChanged('broadband', 'other', 1") + noPlane, "PluginEventData(200, 1, 0, 1000)",
          std::string("PlaneChanged('broadcast', 'other', 1") + noPlane, "PluginEventData(101, 1, 0, 1000)"}));
-    EXPECT_EQ(call("IAVEventHandler.GetPlayState", "(uint32 1,)").text(), "(1,)");
-    EXPECT_EQ(call("IBroadcastPlayer.GetPlayState", "(uint32 1,)").text(), "(2,)");
+    EXPECT_EQ(ask("IAVEventHandler.GetPlayState", "(uint32 1,)"), "(1,)");
+    EXPECT_EQ(ask("IBroadcastPlayer.GetPlayState", "(uint32 1,)"), "(2,)");
     EXPECT_THAT(signals(), hearNothingOfPlayers());
-    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(true,)");
+    EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(true,)");
 }
 
 TEST_F(TwoPages, GetTheirOwnAnswersAndHoldWhatTheyAskedFor) {
-    const auto job = other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')").text();
-    const auto sent = other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')").text();
-    ASSERT_EQ(other.call("DSMCC.FileRequest", "(uint32 7, 'dvb:/household.json')").text(), "(true,)");
-    const auto query = other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)").text();
+    const auto job = other.ask("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')");
+    const auto sent = other.ask("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')");
+    ASSERT_EQ(other.ask("DSMCC.FileRequest", "(uint32 7, 'dvb:/household.json')"), "(true,)");
+    const auto query = other.ask("IMetaDataSearch.QcAddOp", "(uint32 0,)");
     ASSERT_TRUE(WaitFor([this] {
         return testing::Value(other.signals(), AllOf(Contains(HasSubstr("StreamEvent(0, ")),
                                                      Contains(HasSubstr("PlayReadyResponse(")),
@@ -106,10 +107,10 @@ TEST_F(TwoPages, GetTheirOwnAnswersAndHoldWhatTheyAskedFor) {
     forget();
     EXPECT_EQ(signals(), std::vector<std::string>());
     const auto id = [](const std::string& tuple) { return tuple.substr(1, tuple.size() - 3); };
-    EXPECT_EQ(call("IDAEBrowserAPI.StreamEventUnsubscribe", "(uint32 " + id(job) + ",)").text(), "(false,)");
-    EXPECT_EQ(call("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)").text(), "(false,)");
-    EXPECT_EQ(other.call("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)").text(), "(true,)");
-    EXPECT_EQ(other.call("IJSChannelCache.Retain", "(uint32 1,)").text(), "(true,)");
+    EXPECT_EQ(ask("IDAEBrowserAPI.StreamEventUnsubscribe", "(uint32 " + id(job) + ",)"), "(false,)");
+    EXPECT_EQ(ask("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)"), "(false,)");
+    EXPECT_EQ(other.ask("IMetaDataSearch.QcRetain", "(uint32 " + id(query) + ",)"), "(true,)");
+    EXPECT_EQ(other.ask("IJSChannelCache.Retain", "(uint32 1,)"), "(true,)");
     (void)call("IJSChannelCache.Release", "(uint32 1,)");
     EXPECT_EQ(world("/state/retained_channels"), R"({"other 1":1})");
     // The next receiver gives none of these ids.
@@ -117,9 +118,9 @@ TEST_F(TwoPages, GetTheirOwnAnswersAndHoldWhatTheyAskedFor) {
     leave();
     RunningReceiver::TearDown();
     SetUp();
-    EXPECT_NE(other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')").text(), job);
-    EXPECT_NE(other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')").text(), sent);
-    EXPECT_NE(other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)").text(), query);
+    EXPECT_NE(other.ask("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')"), job);
+    EXPECT_NE(other.ask("IDAEBrowserAPI.SendDRMMessage", "('', '', 'quick')"), sent);
+    EXPECT_NE(other.ask("IMetaDataSearch.QcAddOp", "(uint32 0,)"), query);
 }
 
 // What a television does: it has one tuner, whose channel everybody sees who watches.
@@ -129,7 +130,7 @@ TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
     forget();
     other.forget();
     const std::string channelTwo = "(uint32 1, uint32 0, '', 0, 0, 0, uint32 2)";
-    EXPECT_EQ(other.call("IBroadcastPlayer.SetChannel", channelTwo).text(), "(2, true)");
+    EXPECT_EQ(other.ask("IBroadcastPlayer.SetChannel", channelTwo), "(2, true)");
     const std::string picture = "', 1, true, 0, 0, 16, 9, false, 'Two', 'card', '')";
     const auto black = std::string("PlaneChanged('broadcast', 'other', 1") + noPlane;
     EXPECT_TRUE(hears({black, "PlaneChanged('broadcast', 'me" + picture, "PluginEventData(100, 1, 2, 1000)",
@@ -142,7 +143,7 @@ TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
     forget();
     (void)other.call("IBroadcastPlayer.Stop", "(uint32 1,)");
     EXPECT_TRUE(hears({black}));
-    EXPECT_EQ(call("IBroadcastPlayer.IsPresenting", "(uint32 1,)").text(), "(true,)");
+    EXPECT_EQ(ask("IBroadcastPlayer.IsPresenting", "(uint32 1,)"), "(true,)");
     forget();
     (void)other.call("IBroadcastPlayer.SetNullChannel", "(uint32 1, true)");
     EXPECT_TRUE(
@@ -156,13 +157,12 @@ TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
     (void)other.call("IJSChannelCache.Retain", "(uint32 2,)");
     (void)other.call("IDAEBrowserAPI.StreamEventSubscribe", "('dvb://x', 'tick')");
     (void)other.call("IDAEBrowserAPI.SendDRMMessage", "('', '', 'slow')");
-    ASSERT_TRUE(control("SetWorld", "('/carousel/reply_ms', '60000')").value);
+    setWorld("/carousel/reply_ms", "60000");
     (void)other.call("DSMCC.FileRequest", "(uint32 7, 'dvb:/household.json')");
     (void)other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)");
-    const auto search = other.call("IMetaDataSearch.MdsAdd", "(1,)").text();
+    const auto search = other.ask("IMetaDataSearch.MdsAdd", "(1,)");
     (void)other.call("IMetaDataSearch.SrAdd", "(uint32 " + search.substr(1));
-    for (const char* kind : {"stream_event_subscriptions", "drm_messages", "carousel_requests", "queries",
-                             "searches", "search_results"})
+    for (const char* kind : kindsOfState)
         ASSERT_EQ(world(std::string("/state/") + kind), "1") << kind;
     ASSERT_TRUE(control("DelayMethod", "('IJSChannelCache.Retain', uint32 3600000)").value);
     Answer never;
@@ -177,20 +177,18 @@ TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
     ASSERT_TRUE(control("ResetMethods").value);
     EXPECT_THAT(world("/state/callers"), AllOf(HasSubstr("film-a"), Not(HasSubstr("film-b"))));
     EXPECT_EQ(world("/state/retained_channels"), "{}");
-    for (const char* kind : {"stream_event_subscriptions", "drm_messages", "carousel_requests", "queries",
-                             "searches", "search_results"})
+    for (const char* kind : kindsOfState)
         EXPECT_EQ(world(std::string("/state/") + kind), "0") << kind;
-    EXPECT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 2,)").text(), "(true,)")
-        << "a decoder is free again";
+    EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(true,)") << "a decoder is free again";
 }
 
 // The same client stands for the shell and its page here.
 TEST_F(TwoPages, GoOnWithTheirOwnViewsWhenTheOtherShellIsKilled) {
-    const auto isTrusted = [this] { return call("IDAEBrowserAPI.IsTrusted").text(); };
+    const auto isTrusted = [this] { return ask("IDAEBrowserAPI.IsTrusted"); };
     ASSERT_TRUE(control("RegisterView", "(1, 'http://localhost/')").value);
     const auto before = world("/state/views");
     ASSERT_TRUE(other.control("RegisterView", "(65, 'https://portal.invalid/')").value);
-    ASSERT_EQ(other.call("IDAEBrowserAPI.CreateApplication", "('https://portal.invalid/child', 65)").text(),
+    ASSERT_EQ(other.ask("IDAEBrowserAPI.CreateApplication", "('https://portal.invalid/child', 65)"),
               "(true,)");
     (void)other.call("IBroadcastPlayer.SetNullChannel", "(uint32 1, true)");
     EXPECT_EQ(isTrusted(), "(false,)");
@@ -207,43 +205,6 @@ TEST_F(TwoPages, GoOnWithTheirOwnViewsWhenTheOtherShellIsKilled) {
     EXPECT_EQ(control("GetRunningChannel").text(), "('', 'none')");
     ASSERT_TRUE(other.control("RegisterView", "(65, 'http://localhost/')").value);
     EXPECT_EQ(control("GetRunningChannel").text(), "('One', 'card')");
-}
-
-TEST_F(TwoPages, PlayFilesOfTheReceiverOnlyWhenTheyAreFilesThemselves) {
-    struct Page {
-        const char* location;
-        const char* file;
-        std::vector<std::string> states;
-    };
-    const std::string playing = "PluginEventData(200, 1, 1, 1000)";
-    const std::string connecting = "PluginEventData(200, 1, 3, 1000)";
-    const std::string refused = "PluginEventData(200, 1, 6, 5)";
-    for (const auto& [location, file, states] : {
-             Page{"file:///srv/page.html", "file:///srv/film.mp4", {connecting, playing}},
-             Page{"file:///srv/page.html", "file:///srv/none.mp4", {connecting, refused}},
-             Page{"http://page.example/", "file:///srv/film.mp4", {connecting, refused}},
-             Page{"http://page.example/", "FILE:///srv/none.mp4", {connecting, refused}},
-             Page{"dvb://1.2.3/file:", "file:/srv/film.mp4", {connecting, refused}},
-             Page{"", "file:///srv/film.mp4", {connecting, refused}},
-             Page{"http://page.example/", "http://x/film.mp4", {connecting, playing}},
-         }) {
-        (void)call("IAVEventHandler.ReleasePlayer", "(uint32 0,)");
-        forget();
-        ASSERT_EQ(call("IAVEventHandler.GetPlayer", "(uint32 1,)").text(), "(true,)");
-        (void)call("IAVEventHandler.SetLocation", std::string("(uint32 1, '") + location + "')");
-        (void)call("IAVEventHandler.SetData", std::string("(uint32 1, '") + file + "')");
-        EXPECT_EQ(call("IAVEventHandler.Play", "(uint32 1, 1.0)").text(), "(true,)");
-        auto expected = states;
-        if (states.back() == playing)
-            expected.push_back("PluginEventFloat(201, 1, 1.0)");
-        EXPECT_TRUE(hears(expected)) << location << " plays " << file;
-    }
-    // Nor behind what a page may play.
-    (void)call("IAVEventHandler.Queue", "(uint32 1, 'file:///srv/film.mp4')");
-    (void)call("IAVEventHandler.Stop", "(uint32 1,)");
-    forget();
-    EXPECT_EQ(call("IAVEventHandler.Queue", "(uint32 1, 'file:///srv/film.mp4')").text(), "(true,)");
-    EXPECT_TRUE(hears({connecting, refused}));
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <map>
 
 #include "Host/Inc/ReceiverNames.h"
-#include "Tests/Bus/BusFixture.h"
 
 namespace ReceiverTest {
 
@@ -103,13 +102,6 @@ void onSignal(GDBusConnection*, const char*, const char*, const char*, const cha
         return;
     const GChars text(g_variant_print(arguments, FALSE));
     static_cast<std::vector<std::string>*>(user)->push_back(std::string(signal) + labelled(text.get()));
-}
-
-std::string listed(const std::vector<std::string>& lines) {
-    std::string list;
-    for (const auto& line : lines)
-        list += "\n  " + line;
-    return list;
 }
 
 }  // namespace
@@ -251,6 +243,10 @@ std::string Client::world(const std::string& pointer) {
     return labelled(json);
 }
 
+void Client::setWorld(const std::string& pointer, const std::string& value) {
+    EXPECT_EQ(control("SetWorld", "('" + pointer + "', '" + value + "')").error, "");
+}
+
 void Client::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
     const auto target = targetOf(method);
     const auto finish = [](GObject* source, GAsyncResult* result, gpointer user) {
@@ -266,7 +262,8 @@ void Client::callLater(const std::string& method, const std::string& arguments, 
 testing::AssertionResult Client::hears(const std::vector<std::string>& expected) {
     if (WaitFor([&] { return m_signals.size() >= expected.size(); }) && m_signals == expected)
         return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "heard" << listed(m_signals) << "\nand not" << listed(expected);
+    return testing::AssertionFailure() << "heard " << testing::PrintToString(m_signals) << "\nand not "
+                                       << testing::PrintToString(expected);
 }
 
 void Client::forget() {

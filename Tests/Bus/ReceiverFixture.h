@@ -6,9 +6,11 @@
 #include <vector>
 
 #include <gio/gio.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Host/Inc/GHandles.h"
+#include "Tests/Bus/BusFixture.h"
 
 namespace ReceiverTest {
 
@@ -50,6 +52,12 @@ class Client {
     // "Interface.Method" and the arguments as GVariant text, "(1, 'a')".
     Answer call(const std::string& method, const std::string& arguments = "()");
     Answer control(const std::string& method, const std::string& arguments = "()");
+    // The text of the answer.
+    std::string ask(const std::string& method, const std::string& arguments = "()") {
+        return call(method, arguments).text();
+    }
+    // Changes the world; the value is JSON text.
+    void setWorld(const std::string& pointer, const std::string& value);
     // What all clients have called so far, as "Interface.Method(arguments)".
     [[nodiscard]] std::vector<std::string> calls();
     // A value of the world as JSON text.

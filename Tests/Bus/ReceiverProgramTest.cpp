@@ -1,9 +1,4 @@
 // hbbtv-receiver as a program: its arguments, its refusals, its exit codes.
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Tests/Bus/ReceiverFixture.h"
 
@@ -13,25 +8,25 @@ using ReceiverTest::runReceiver;
 using ReceiverTest::writeFile;
 using testing::HasSubstr;
 
+void expectRefusal(const ReceiverTest::Ended& ended, int exitCode, const std::string& message) {
+    EXPECT_EQ(ended.exitCode, exitCode);
+    EXPECT_THAT(ended.errors, HasSubstr(message));
+    EXPECT_EQ(ended.output, "");
+}
+
 TEST(TheReceiverProgram, RefusesBadArgumentsWithExitCodeTwo) {
     const std::vector<std::vector<std::string>> badArguments = {
         {}, {"--scenario"}, {"--scenario="}, {"--scnario", "a.json"}, {"--scenario", "a.json", "b.json"}};
     for (const auto& arguments : badArguments) {
-        const auto ended = runReceiver(arguments);
-        EXPECT_EQ(ended.exitCode, 2) << testing::PrintToString(arguments);
-        EXPECT_THAT(ended.errors, HasSubstr("hbbtv-receiver: "));
-        EXPECT_EQ(ended.output, "");
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        expectRefusal(runReceiver(arguments), 2, "hbbtv-receiver: ");
     }
     EXPECT_THAT(runReceiver({"-h"}).output, HasSubstr("--scenario=FILE"));
     EXPECT_EQ(runReceiver({"--version"}).output, "hbbtv-receiver " HBBTV_VERSION "\n");
 }
 
 TEST(TheReceiverProgram, RefusesAScenarioWithFilePlaceAndReason) {
-    struct Refusal {
-        std::string scenario;
-        std::string message;
-    };
-    const std::vector<Refusal> refusals = {
+    const std::vector<std::pair<std::string, std::string>> refusals = {
         {"", "line 1, column 1: syntax error"},
         {"{\n  \"keys\": {\n    \"mask\" 3\n  }\n}", "line 3, column 12: syntax error"},
         {"[]", "the whole document: must be an object, is array"},
@@ -51,40 +46,33 @@ TEST(TheReceiverProgram, RefusesAScenarioWithFilePlaceAndReason) {
          "/broadcast/current_channel: there is no channel with the id 5"},
         {"{\"stream_events\": [{\"url\": \"*\", \"name\": \"e\", \"data\": \"0g\"}]}",
          "/stream_events/0/data: must be bytes as pairs of hexadecimal digits"},
+        {"{\"media\": {\"player\": \"both\"}}", "/media/player"},
         {"{\"carousel\": {\"folder\": \"nowhere\"}}", "/carousel/folder: there is no folder"},
     };
     for (const auto& [scenario, message] : refusals) {
         const auto file = writeFile("refused.json", scenario);
+        SCOPED_TRACE(scenario);
         const auto ended = runReceiver({"--scenario", file});
-        EXPECT_EQ(ended.exitCode, 1) << scenario;
-        EXPECT_THAT(ended.errors, HasSubstr("hbbtv-receiver: " + file + ": ")) << scenario;
-        EXPECT_THAT(ended.errors, HasSubstr(message)) << scenario;
-        EXPECT_EQ(ended.output, "") << scenario;
+        expectRefusal(ended, 1, "hbbtv-receiver: " + file + ": ");
+        EXPECT_THAT(ended.errors, HasSubstr(message));
     }
-    const auto missing = runReceiver({"--scenario", "/nowhere/at-all.json"});
-    EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_THAT(missing.errors, HasSubstr("/nowhere/at-all.json: cannot open it: No such file or directory"));
-    const auto folder = runReceiver({"--scenario", "/"});
-    EXPECT_EQ(folder.exitCode, 1);
-    EXPECT_THAT(folder.errors, HasSubstr("hbbtv-receiver: /: cannot read it: Is a directory"));
+    expectRefusal(runReceiver({"--scenario", "/nowhere/at-all.json"}), 1,
+                  "/nowhere/at-all.json: cannot open it: No such file or directory");
+    expectRefusal(runReceiver({"--scenario", "/"}), 1, "hbbtv-receiver: /: cannot read it: Is a directory");
 }
 
 TEST(TheReceiverProgram, SaysThatThereIsNoBus) {
-    const auto ended = runReceiver({"--scenario", HBBTV_DEFAULT_SCENARIO},
-                                   {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus"}});
-    EXPECT_EQ(ended.exitCode, 1);
-    EXPECT_THAT(ended.errors, HasSubstr("there is no session bus: "));
-    EXPECT_EQ(ended.output, "");
+    expectRefusal(runReceiver({"--scenario", HBBTV_DEFAULT_SCENARIO},
+                              {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus"}}),
+                  1, "there is no session bus: ");
 }
 
 class TheReceiverProgramBesideAnother : public ReceiverTest::RunningReceiver {};
 
 TEST_F(TheReceiverProgramBesideAnother, SaysThatTheNamesHaveAnOwnerAndLeavesTheOtherAlone) {
-    const auto second = runReceiver({"--scenario", HBBTV_DEFAULT_SCENARIO});
-    EXPECT_EQ(second.exitCode, 1);
-    EXPECT_THAT(second.errors, HasSubstr("the name org.vantrel.hbbtv.IDAEBrowserAPI already has an owner"));
-    EXPECT_EQ(second.output, "");
-    EXPECT_EQ(call("IDAEBrowserAPI.GetCountryID").text(), "('DEU',)");
+    expectRefusal(runReceiver({"--scenario", HBBTV_DEFAULT_SCENARIO}), 1,
+                  "the name org.vantrel.hbbtv.IDAEBrowserAPI already has an owner");
+    EXPECT_EQ(ask("IDAEBrowserAPI.GetCountryID"), "('DEU',)");
 }
 
 }  // namespace

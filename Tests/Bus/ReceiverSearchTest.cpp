@@ -5,7 +5,6 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Tests/Bus/ReceiverSimulation.h"
 
@@ -14,74 +13,6 @@ namespace {
 using namespace ReceiverTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-TEST(ASearch, FindsWhatMatchesInTheWantedOrderAndWindow) {
-    Simulation simulation(R"({"search": {"duration_ms": 100}, "broadcast": {"channels": [
-      {"id": 1, "name": "One", "id_type": "ID_DVB_T", "programmes": [
-        {"event_id": 1, "name": "Evening News", "start_minutes": 0, "duration_minutes": 15},
-        {"event_id": 2, "name": "Film", "start_minutes": 15, "duration_minutes": 90, "parental_rating": 12},
-        {"event_id": 3, "name": "Late news", "start_minutes": 105, "duration_minutes": 30}]},
-      {"id": 2, "name": "Two", "id_type": "ID_DVB_T", "programmes": [
-        {"event_id": 4, "name": "News in brief", "start_minutes": 0, "duration_minutes": 5}]},
-      {"id": 3, "name": "Hidden", "id_type": "ID_DVB_T", "hidden": true, "programmes": [
-        {"event_id": 5, "name": "News for engineers", "start_minutes": 0, "duration_minutes": 5}]}]}})");
-    auto& search = simulation.me.search();
-    const auto name = static_cast<std::uint32_t>(QueryField::Name);
-    const auto duration = static_cast<std::uint32_t>(QueryField::Duration);
-    const auto contains = static_cast<std::uint32_t>(QueryMode::Contains);
-    const auto greater = static_cast<std::uint32_t>(QueryMode::Greater);
-    const auto news = search.addQuery(name, contains, std::string("NEWS"));
-    const auto isLong = search.addQuery(duration, greater, 600u);
-    const auto both = search.join(MetadataSearch::Junction::And, news, isLong);
-    ASSERT_TRUE(both);
-
-    const auto searchId = search.addSearch(1);
-    const auto eventsFound = [&](std::uint32_t queryId) {
-        EXPECT_TRUE(search.setQuery(searchId, queryId));
-        search.start(searchId);
-        const auto resultsId = search.resultsOf(searchId).value_or(0);
-        EXPECT_FALSE(search.results().find(resultsId)->complete);
-        simulation.timers.pass(100);
-        EXPECT_TRUE(search.results().find(resultsId)->complete);
-        std::vector<int> events;
-        for (const auto id : search.results().find(resultsId)->programmes)
-            events.push_back(search.programme(id)->programme->eventId);
-        return events;
-    };
-    EXPECT_THAT(eventsFound(news), ElementsAre(1, 4, 3));
-    EXPECT_THAT(eventsFound(*both), ElementsAre(1, 3));
-    EXPECT_THAT(eventsFound(*search.negate(news)), ElementsAre(2));
-    ASSERT_TRUE(search.setOrderBy(searchId, {{duration, false}}));
-    EXPECT_THAT(eventsFound(news), ElementsAre(3, 1, 4));
-    const auto onTwo = search.addQuery({{static_cast<std::uint32_t>(QueryField::ChannelId), 2U}});
-    ASSERT_TRUE(search.addConstraints(searchId, onTwo));
-    EXPECT_THAT(eventsFound(news), ElementsAre(4));
-    ASSERT_TRUE(search.clearConstraints(searchId));
-    EXPECT_THAT(eventsFound(news), ElementsAre(3, 1, 4));
-    auto* results = search.results().find(*search.resultsOf(searchId));
-    ASSERT_TRUE(search.setWindow(*search.resultsOf(searchId), 1, 5));
-    EXPECT_EQ(results->shown(), 2u);
-    EXPECT_FALSE(search.setWindow(*search.resultsOf(searchId), -1, 5));
-
-    // A query outlives its id where a search or another query still needs it.
-    MetadataSearch::release(search.queries(), news);
-    EXPECT_FALSE(search.setQuery(searchId, news));
-    EXPECT_THAT(eventsFound(*both), ElementsAre(3, 1));
-    // Objects end with the last of those who retained them.
-    EXPECT_TRUE(MetadataSearch::retain(search.searches(), searchId));
-    EXPECT_TRUE(MetadataSearch::retain(search.searches(), searchId));
-    MetadataSearch::release(search.searches(), searchId);
-    EXPECT_NE(search.searches().find(searchId), nullptr);
-    MetadataSearch::release(search.searches(), searchId);
-    EXPECT_EQ(search.searches().find(searchId), nullptr);
-    // Queries joined with themselves again and again do not grow for ever.
-    auto grown = search.addQuery(0);
-    int joins = 0;
-    while (const auto larger = search.join(MetadataSearch::Junction::Or, grown, grown)) {
-        grown = *larger;
-        ASSERT_LT(++joins, 100);
-    }
-}
 
 // Which of a morning's programmes a condition finds, by their event ids.
 class ACondition : public testing::Test {
@@ -99,9 +30,15 @@ class ACondition : public testing::Test {
         const auto id = search.addSearch(1);
         EXPECT_TRUE(search.setQuery(id, queryId));
         search.start(id);
+        return EventsOf(id);
+    }
+    // When it has come to its end.
+    std::vector<int> EventsOf(std::uint32_t searchId) {
         simulation.timers.pass(0);
+        const auto* results = search.results().find(*search.resultsOf(searchId));
+        EXPECT_TRUE(results->complete);
         std::vector<int> events;
-        for (const auto programme : search.results().find(*search.resultsOf(id))->programmes)
+        for (const auto programme : results->programmes)
             events.push_back(search.programme(programme)->programme->eventId);
         return events;
     }
@@ -156,8 +93,7 @@ TEST_F(ACondition, IsSearchedWithinTheBoundsAndTheTargetOfTheSearch) {
     const auto id = search.addSearch(1);
     const auto found = [&](std::uint32_t searchId) {
         search.start(searchId);
-        simulation.timers.pass(0);
-        return search.results().find(*search.resultsOf(searchId))->programmes.size();
+        return EventsOf(searchId).size();
     };
     ASSERT_TRUE(search.setQuery(id, search.addQuery(1, 0, QueryValue("News"))));
     EXPECT_EQ(found(id), 1U);
@@ -169,6 +105,50 @@ TEST_F(ACondition, IsSearchedWithinTheBoundsAndTheTargetOfTheSearch) {
     EXPECT_FALSE(search.setBounds(id, 0, -1));
     EXPECT_EQ(found(search.addSearch(2)), 0U);
     EXPECT_EQ(search.addSearch(3), 0U);
+}
+
+TEST_F(ACondition, IsSearchedInTheWantedOrderAndFoundInAWindowOfTheResults) {
+    using enum QueryMode;
+    const auto channel = Number(QueryField::ChannelId), duration = Number(QueryField::Duration);
+    const auto id = search.addSearch(1);
+    const auto found = [&] {
+        search.start(id);
+        EXPECT_FALSE(search.results().find(*search.resultsOf(id))->complete);
+        return EventsOf(id);
+    };
+    const auto isLong = search.addQuery(duration, static_cast<std::uint32_t>(Greater), QueryValue(300U));
+    const auto isShort = search.negate(isLong);
+    ASSERT_TRUE(search.setQuery(id, isLong));
+    EXPECT_THAT(found(), ElementsAre(1, 2));
+    ASSERT_TRUE(search.setOrderBy(id, {{duration, false}}));
+    EXPECT_THAT(found(), ElementsAre(2, 1));
+    ASSERT_TRUE(search.addConstraints(id, search.addQuery({{channel, 8U}})));
+    EXPECT_THAT(found(), IsEmpty());
+    ASSERT_TRUE(search.clearConstraints(id));
+    EXPECT_THAT(found(), ElementsAre(2, 1));
+    const auto results = *search.resultsOf(id);
+    ASSERT_TRUE(search.setWindow(results, 1, 5));
+    EXPECT_EQ(search.results().find(results)->shown(), 1u);
+    EXPECT_FALSE(search.setWindow(results, -1, 5));
+    // A query outlives its id where a search or another query still needs it.
+    MetadataSearch::release(search.queries(), isLong);
+    EXPECT_FALSE(search.setQuery(id, isLong));
+    EXPECT_THAT(found(), ElementsAre(2, 1));
+    EXPECT_THAT(Found(*isShort), ElementsAre(3));
+    // Objects end with the last of those who retained them.
+    for (int time = 0; time < 2; ++time)
+        EXPECT_TRUE(MetadataSearch::retain(search.searches(), id));
+    MetadataSearch::release(search.searches(), id);
+    EXPECT_NE(search.searches().find(id), nullptr);
+    MetadataSearch::release(search.searches(), id);
+    EXPECT_EQ(search.searches().find(id), nullptr);
+    // Queries joined with themselves again and again do not grow for ever.
+    auto grown = search.addQuery(0);
+    int joins = 0;
+    while (const auto larger = search.join(MetadataSearch::Junction::Or, grown, grown)) {
+        grown = *larger;
+        ASSERT_LT(++joins, 100);
+    }
 }
 
 TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
@@ -211,6 +191,7 @@ TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
     EXPECT_EQ(found().size(), 3U) << "each programme once";
     simulation.world.setValue("/broadcast/channels/1/hidden", "true");
     EXPECT_EQ(describe(early[0]), "nothing");
+    EXPECT_EQ(found().size(), 1U) << "of the other channel";
     for (const std::uint32_t none : {0U, 3U * 2048 + 1, 0xFFFFFFFFU})
         EXPECT_EQ(describe(none), "nothing") << none;
 }

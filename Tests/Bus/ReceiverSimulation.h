@@ -118,6 +118,12 @@ struct Simulation {
     explicit Simulation(const std::string& scenario, const std::string& folder = ".")
         : world(parseJson(scenario), folder, timers, events) {}
 
+    // What is told until then, since the last time.
+    std::vector<std::string> heardAfter(std::int64_t milliseconds) {
+        timers.pass(milliseconds);
+        return events.take();
+    }
+
     ManualTimers timers;
     HeardEvents events;
     World world;

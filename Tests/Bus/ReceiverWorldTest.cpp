@@ -2,12 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <string>
 #include <tuple>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "Host/Receiver/World/CallLog.h"
 #include "Host/Receiver/World/Capabilities.h"
@@ -71,6 +66,8 @@ constexpr const char media[] =
     R"({"media": {"mime_types": ["video/mp4"], "connect_ms": 100, "maximum_players": 1,
   "items": [{"url": "*/broken*", "error": 4}, {"url": "*/film*", "duration_ms": 10000}]}})";
 
+const auto itPlays = ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1");
+
 TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
     Simulation simulation(media);
     auto& players = simulation.me.media();
@@ -80,8 +77,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
     ASSERT_TRUE(players.acquire(1));
     auto& player = *players.player(1);
     ASSERT_TRUE(player.play(1.0));
-    simulation.timers.pass(100);
-    EXPECT_THAT(events.take(), ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
+    EXPECT_THAT(simulation.heardAfter(100), itPlays);
     simulation.timers.pass(2000);
     EXPECT_EQ(player.position(), 2000u);
     ASSERT_TRUE(player.play(0.0));
@@ -94,8 +90,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
     EXPECT_FALSE(player.seek(10001));
     simulation.timers.pass(499);
     EXPECT_EQ(player.position(), 9998u);
-    simulation.timers.pass(1);
-    EXPECT_THAT(events.take(), ElementsAre("unsigned 202 1 9000", "data 200 1 5 1000"));
+    EXPECT_THAT(simulation.heardAfter(1), ElementsAre("unsigned 202 1 9000", "data 200 1 5 1000"));
     EXPECT_EQ(player.position(), 10000u);
     EXPECT_FALSE(player.seek(1)) << "nothing plays";
     // Rewinding ends at the start, where it plays on.
@@ -103,8 +98,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
     simulation.timers.pass(1100);
     ASSERT_TRUE(player.play(-4.0));
     events.take();
-    simulation.timers.pass(1250);
-    EXPECT_THAT(events.take(), ElementsAre("float 201 1 1"));
+    EXPECT_THAT(simulation.heardAfter(1250), ElementsAre("float 201 1 1"));
     EXPECT_EQ(player.position(), 1000u);
     for (const double unplayable : {0.0 / 0.0, 1.0 / 0.0, 1e300})
         EXPECT_FALSE(player.play(unplayable));
@@ -121,13 +115,11 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     EXPECT_FALSE(players.player(1)->play(1.0)) << "there is no medium";
     players.session(1).setUrl("http://x/broken.mp4");
     ASSERT_TRUE(players.player(1)->play(1.0));
-    simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 3 1000", "data 200 1 6 4"));
+    EXPECT_THAT(simulation.heardAfter(100), ElementsAre("data 200 1 3 1000", "data 200 1 6 4"));
     EXPECT_EQ(players.session(1).error(), 4);
     players.session(1).setUrl("http://x/elsewhere.mp4");
     ASSERT_TRUE(players.player(1)->play(1.0));
-    simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(),
+    EXPECT_THAT(simulation.heardAfter(100),
                 ElementsAre("data 200 1 0 1000", "data 200 1 3 1000", "data 200 1 6 5"));
 
     // Between two of the queue there is no stop, and one that fails does not hold the next up.
@@ -135,20 +127,16 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     ASSERT_TRUE(players.play(1, 1.0));
     for (const char* queued : {"broken.mp4", "elsewhere.mp4", "film2.mp4"})
         ASSERT_TRUE(players.queue(1, std::string("http://x/") + queued));
-    simulation.timers.pass(10099);
-    (void)simulation.events.take();
-    simulation.timers.pass(301);
-    EXPECT_THAT(simulation.events.take(),
+    (void)simulation.heardAfter(10099);
+    EXPECT_THAT(simulation.heardAfter(301),
                 ElementsAre("data 200 1 5 1000", "data 200 1 3 1000", "data 200 1 6 4", "data 200 1 3 1000",
                             "data 200 1 6 5", "data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
     EXPECT_EQ(players.session(1).url(), "http://x/film2.mp4");
     ASSERT_TRUE(players.queue(1, "http://x/film3.mp4"));
-    simulation.timers.pass(10100);
-    EXPECT_THAT(simulation.events.take(),
+    EXPECT_THAT(simulation.heardAfter(10100),
                 ElementsAre("data 200 1 5 1000", "data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
     // What is queued when nothing plays plays at once: after an end, a stop, an error, and with a new player.
-    simulation.timers.pass(10000);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 5 1000"));
+    EXPECT_THAT(simulation.heardAfter(10000), ElementsAre("data 200 1 5 1000"));
     for (const auto& quiet :
          std::vector<std::function<void()>>{[] {}, [&] { EXPECT_TRUE(players.stop(1)); },
                                             [&] {
@@ -160,9 +148,7 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
         quiet();
         (void)simulation.events.take();
         EXPECT_TRUE(players.queue(1, "http://x/film4.mp4"));
-        simulation.timers.pass(100);
-        EXPECT_THAT(simulation.events.take(),
-                    ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1"));
+        EXPECT_THAT(simulation.heardAfter(100), itPlays);
     }
     // The only decoder is at work; once the first has finished it is free, and the first has to wait in turn.
     EXPECT_FALSE(players.acquire(2));
@@ -184,6 +170,40 @@ TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
     EXPECT_FALSE(players.setMimeType(2, "video/ogg"));
 }
 
+TEST(AMediaPlayer, PlaysFilesOfTheReceiverOnlyForPagesThatAreFilesThemselves) {
+    Simulation simulation(R"({"media": {"connect_ms": 0, "items": [{"url": "*/film*"}]}})");
+    auto& players = simulation.me.media();
+    auto& page = players.session(1).location;
+    const auto heardOfPlaying = [&](const char* file) {
+        players.session(1).setUrl(file);
+        EXPECT_TRUE(players.acquire(1) && players.play(1, 1.0));
+        const auto heard = simulation.heardAfter(0);
+        (void)players.stop(1);
+        simulation.events.take();
+        return heard;
+    };
+    const auto connecting = "data 200 1 3 1000", refused = "data 200 1 6 5";
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"file:///srv/page.html", "file:///srv/film.mp4", true},
+        {"http://page.example/", "http://x/film.mp4", true},
+        {"file:///srv/page.html", "file:///srv/none.mp4", false},
+        {"http://page.example/", "file:///srv/film.mp4", false},
+        {"http://page.example/", "FILE:///srv/none.mp4", false},
+        {"dvb://1.2.3/file:", "file:/srv/film.mp4", false},
+        {"", "file:///srv/film.mp4", false}};
+    for (const auto& [location, file, isAllowed] : cases) {
+        SCOPED_TRACE(location + std::string(" plays ") + file);
+        page = location;
+        if (isAllowed)
+            EXPECT_THAT(heardOfPlaying(file), itPlays);
+        else
+            EXPECT_THAT(heardOfPlaying(file), ElementsAre(connecting, refused));
+    }
+    // Nor behind what a page may play.
+    EXPECT_TRUE(players.queue(1, "file:///srv/film.mp4"));
+    EXPECT_THAT(simulation.events.take(), ElementsAre(connecting, refused));
+}
+
 constexpr const char twoChannels[] =
     R"({"broadcast": {"current_channel": 1, "tune_ms": 100, "channels": [
   {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]}})";
@@ -192,8 +212,7 @@ TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
     Simulation simulation(twoChannels);
     auto& broadcast = simulation.me.broadcast();
     EXPECT_TRUE(broadcast.bindToCurrentChannel(1));
-    simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("data 101 1 1 1000", "data 101 1 2 1000"))
+    EXPECT_THAT(simulation.heardAfter(100), ElementsAre("data 101 1 1 1000", "data 101 1 2 1000"))
         << "no window yet";
     broadcast.setWindow(1, {200, 100, 640, 360});
     EXPECT_THAT(simulation.events.take(), ElementsAre("plane 1 200 100 640 360 0 One"));
@@ -201,8 +220,7 @@ TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
     EXPECT_THAT(simulation.events.take(), ElementsAre("no plane 1", "data 101 1 1 1000"));
     broadcast.setWindow(1, {0, 0, 0, 0, true});
     EXPECT_THAT(simulation.events.take(), IsEmpty()) << "black while it connects";
-    simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(),
+    EXPECT_THAT(simulation.heardAfter(100),
                 ElementsAre("data 100 1 2 1000", "plane 1 0 0 0 0 1 Two", "data 101 1 2 1000"));
     broadcast.setWindow(1, {0, 0, 0, 0});
     broadcast.setWindow(1, {0, 0, 0, 10});
@@ -211,6 +229,45 @@ TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
     broadcast.release(1);
     EXPECT_THAT(simulation.events.take(),
                 ElementsAre("plane 1 1 2 3 4 0 Two", "no plane 1", "data 101 1 0 1000"));
+}
+
+TEST(TheVideoPlane, ShowsAMediumFromItsFirstPlayingUntilItIsOver) {
+    Simulation simulation(media);
+    auto& players = simulation.me.media();
+    const auto playing = [&](const char* url) {
+        players.session(1).setUrl(url);
+        EXPECT_TRUE(players.acquire(1) && players.play(1, 1.0));
+        return simulation.heardAfter(100);
+    };
+    EXPECT_THAT(playing("http://x/film.mp4"), itPlays) << "there is no window yet";
+    const std::vector<VideoWindow> windows = {{10, 20, 32, 18}, {10, 20, 32, 18}, {0, 0, 0, 0, true},
+                                              {0, 0, 0, 9},     {0, 0, 9, 0},     {1, 2, 3, 4}};
+    for (const VideoWindow& window : windows)
+        players.setWindow(1, window);
+    EXPECT_THAT(simulation.events.take(),
+                ElementsAre("plane 1 10 20 32 18 0 film.mp4", "plane 1 0 0 0 0 1 film.mp4", "no plane 1",
+                            "plane 1 1 2 3 4 0 film.mp4"));
+    EXPECT_TRUE(players.play(1, 0.0));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("data 200 1 2 1000", "float 201 1 0"))
+        << "a pause changes nothing to be seen";
+    for (int time = 0; time < 2; ++time)
+        EXPECT_TRUE(players.stop(1));
+    EXPECT_THAT(simulation.events.take(), ElementsAre("no plane 1", "data 200 1 0 1000"));
+    // The window stays until the page has gone.
+    for (const std::uint32_t released : {1U, 0U}) {
+        EXPECT_THAT(playing("http://x/a/film.mp4"),
+                    ElementsAre("data 200 1 3 1000", "plane 1 1 2 3 4 0 film.mp4", "data 200 1 1 1000",
+                                "float 201 1 1"));
+        players.release(released);
+        EXPECT_THAT(simulation.events.take(), ElementsAre("no plane 1", "data 200 1 0 1000"));
+    }
+    EXPECT_THAT(playing("http://x/film.mp4"), itPlays) << "another page's player";
+    players.setWindow(1, {1, 2, 3, 4});
+    (void)simulation.events.take();
+    EXPECT_THAT(simulation.heardAfter(10000), ElementsAre("no plane 1", "data 200 1 5 1000"));
+    EXPECT_THAT(playing("http://x/broken.mp4"),
+                ElementsAre("data 200 1 0 1000", "data 200 1 3 1000", "data 200 1 6 4"))
+        << "never anything to be seen";
 }
 
 TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
@@ -223,8 +280,7 @@ TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
     simulation.timers.pass(100);
     EXPECT_TRUE(broadcast.stepChannel(2, true));
     (void)simulation.events.take();
-    simulation.timers.pass(100);
-    EXPECT_THAT(simulation.events.take(),
+    EXPECT_THAT(simulation.heardAfter(100),
                 ElementsAre("plane 1 1 0 16 9 0 Two", "data 100 1 2 1000", "data 100 2 2 1000",
                             "plane 2 2 0 16 9 0 Two", "data 101 2 2 1000"));
     broadcast.setNullChannel(2, false);
@@ -257,29 +313,27 @@ TEST(TheRunningChannel, IsBehindTheApplicationsWhileNoPlayerDoesAnything) {
 TEST(ATuner, NeverFinishesAChangeThatIsOvertakenStoppedOrReleased) {
     Simulation simulation(twoChannels);
     auto& broadcast = simulation.me.broadcast();
-    const auto heardAfter = [&simulation](std::int64_t milliseconds) {
-        simulation.timers.pass(milliseconds);
-        return simulation.events.take();
-    };
     const auto setChannel = [&broadcast](std::uint32_t id) {
         ChannelRequest request;
         request.id = id;
         EXPECT_TRUE(broadcast.setChannel(1, request));
     };
     setChannel(1);
-    (void)heardAfter(50);
+    (void)simulation.heardAfter(50);
     setChannel(2);
-    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 100 1 2 1000", "data 101 1 2 1000"));
+    EXPECT_THAT(simulation.heardAfter(1000),
+                ElementsAre("data 101 1 1 1000", "data 100 1 2 1000", "data 101 1 2 1000"));
     setChannel(1);
     broadcast.stop(1);
     broadcast.stop(1);
-    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 101 1 3 1000"));
+    EXPECT_THAT(simulation.heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 101 1 3 1000"));
     EXPECT_TRUE(broadcast.bindToCurrentChannel(2));
-    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 2 1 1000", "data 101 2 2 1000"));
+    EXPECT_THAT(simulation.heardAfter(1000), ElementsAre("data 101 2 1 1000", "data 101 2 2 1000"));
     // Player 0 stands for all.
     setChannel(1);
     broadcast.release(0);
-    EXPECT_THAT(heardAfter(1000), ElementsAre("data 101 1 1 1000", "data 101 1 0 1000", "data 101 2 0 1000"));
+    EXPECT_THAT(simulation.heardAfter(1000),
+                ElementsAre("data 101 1 1 1000", "data 101 1 0 1000", "data 101 2 0 1000"));
     EXPECT_EQ(simulation.world.value("/broadcast/current_channel"), 2);
     EXPECT_EQ(broadcast.state(1), BroadcastState::Unrealized);
 }
@@ -292,8 +346,7 @@ TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
     ASSERT_TRUE(me.media().acquire(1));
     me.media().session(1).setUrl("http://x/film.mp4");
     ASSERT_TRUE(me.media().play(1, 1.0));
-    simulation.timers.pass(0);
-    simulation.events.take();
+    (void)simulation.heardAfter(0);
     for (std::uint32_t id = 1; id <= 3000; ++id) {
         me.broadcast().setVolume(id, 1);
         me.media().session(id + 1).setAttribute("name" + std::to_string(id), "value");
@@ -333,12 +386,9 @@ TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {
     const auto second = simulation.me.sendDrmMessage("other");
     EXPECT_EQ(second, first + 1);
     EXPECT_EQ(simulation.me.sendDrmMessage("silent"), first + 2);
-    simulation.timers.pass(0);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("drm " + std::to_string(second) + " 5 "));
-    simulation.timers.pass(50);
-    EXPECT_THAT(simulation.events.take(), ElementsAre("drm " + std::to_string(first) + " 2 no"));
-    simulation.timers.pass(3'600'000);
-    EXPECT_THAT(simulation.events.take(), IsEmpty());
+    EXPECT_THAT(simulation.heardAfter(0), ElementsAre("drm " + std::to_string(second) + " 5 "));
+    EXPECT_THAT(simulation.heardAfter(50), ElementsAre("drm " + std::to_string(first) + " 2 no"));
+    EXPECT_THAT(simulation.heardAfter(3'600'000), IsEmpty());
 }
 
 TEST(AWorld, FiresAStreamEventsPayloadsOneAfterAnother) {
@@ -355,11 +405,9 @@ TEST(AWorld, FollowsChangesOfTheScenarioWithSubscriptionsUnderWay) {
     const auto fired = "stream e " + std::to_string(simulation.me.streamEvents().subscribe("dvb://x", "e"));
     simulation.timers.pass(100);
     simulation.world.setValue("/stream_events", "[]");
-    simulation.timers.pass(10000);
-    EXPECT_THAT(simulation.events.take(), ElementsAre(fired));
+    EXPECT_THAT(simulation.heardAfter(10000), ElementsAre(fired));
     simulation.world.setValue("/stream_events/-", R"({"url": "*", "name": "e", "period_ms": 5000})");
-    simulation.timers.pass(1000);
-    EXPECT_THAT(simulation.events.take(), ElementsAre(fired));
+    EXPECT_THAT(simulation.heardAfter(1000), ElementsAre(fired));
     // A refused change leaves everything as it was.
     EXPECT_THROW(simulation.world.setValue("/stream_events/0/period_ms", "0"), ScenarioError);
     EXPECT_EQ(simulation.world.value("/stream_events/0/period_ms"), 5000);
@@ -374,8 +422,7 @@ TEST(ACarousel, GivesFilesOfItsFolderAndNoOthers) {
     Simulation simulation(R"({"carousel": {"folder": "carousel", "reply_ms": 10}})", home.string());
     const auto response = [&simulation](const std::string& url) {
         EXPECT_TRUE(simulation.me.carousel().request(5, url));
-        simulation.timers.pass(10);
-        const auto heard = simulation.events.take();
+        const auto heard = simulation.heardAfter(10);
         return heard.size() == 1 ? heard.front() : "not one response";
     };
     (void)ReceiverTest::writeFile("carousel/sub/index.html", "page");
