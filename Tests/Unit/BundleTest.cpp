@@ -1,11 +1,9 @@
 // The bundle and its host: what it installs, asks and puts on windows.
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <iterator>
-#include <string>
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/InjectedBundle.h"
@@ -79,29 +77,13 @@ TEST(ABundle, ReadsTheViewFromTheFrontOfTheReply) {
         const bool got = BundleGetWKViewFromWKManager(id);
         return std::make_pair(got, id);
     };
-    EXPECT_EQ(view("12"), std::make_pair(true, 12));
-    EXPECT_EQ(view("12abc"), std::make_pair(true, 12));
-    EXPECT_EQ(view("abc"), std::make_pair(true, 0));
-    EXPECT_EQ(view(""), std::make_pair(true, 0));
-    EXPECT_EQ(view("-1"), std::make_pair(true, -1));
+    for (const auto& [reply, id] : {std::pair("12", 12), std::pair("12abc", 12), std::pair("abc", 0),
+                                    std::pair("", 0), std::pair("-1", -1)})
+        EXPECT_EQ(view(reply), std::make_pair(true, id)) << reply;
     EXPECT_EQ(view(std::nullopt), std::make_pair(false, -5));
     browser.viewId = FakeBrowser().viewId;
     EXPECT_EQ(browser.messages.back(), std::make_pair(std::string("GetViewId"), std::string("null")));
     EXPECT_EQ(browser.liveStrings, 0);
-}
-
-TEST(ABundle, PutsItsGlobalsOnEveryWindow) {
-    FakePage page;
-    FakeFrame& child = page.AddFrame();
-    for (FakeFrame* frame : {&page.main, &child}) {
-        EXPECT_EQ(frame->Eval(
-                      "[typeof PrivateObjectFactory.createApplicationManagerObject, typeof KeyEvent.VK_RED, "
-                      "typeof Keyset.RED, typeof debug, typeof Channel.ID_DVB_T].join()"),
-                  "function,number,number,function,number");
-    }
-    page.main.Eval("mark = 1");
-    page.main.Navigate();
-    EXPECT_EQ(page.main.Eval("typeof mark + typeof Keyset.RED"), "undefinednumber");
 }
 
 }  // namespace

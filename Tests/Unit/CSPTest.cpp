@@ -48,23 +48,23 @@ class AConsolePrinter : public testing::Test {
         return testing::internal::GetCapturedStdout();
     }
 
-    static std::string Line(const std::string& text) {
-        return std::to_string(HbbTVPlatform::lineCount) + " " + text + "\n";
+    // So many lines after the next.
+    static std::string Line(unsigned long after, const std::string& text) {
+        return std::to_string(HbbTVPlatform::lineCount + after) + " " + text + "\n";
     }
 };
 
-TEST_F(AConsolePrinter, PrintsEveryLevelUntilToldOtherwise) {
-    const std::string expected = Line("(0): a 1");
-    EXPECT_EQ(OutputOf([] { PCRealDebug::Print("a %d", 1); }), expected);
-    const std::string top = Line("(4294967295): 100%");
-    EXPECT_EQ(OutputOf([] { PCRealDebug::Print(0xFFFFFFFFU, "%s", "100%"); }), top);
-}
-
 TEST_F(AConsolePrinter, KeepsToItsLevelsAndCountsOnlyWhatItPrints) {
+    std::string expected = Line(0, "(0): a 1") + Line(1, "(4294967295): 100%");
+    EXPECT_EQ(OutputOf([] {
+                  PCRealDebug::Print("a %d", 1);
+                  PCRealDebug::Print(0xFFFFFFFFU, "%s", "100%");
+              }),
+              expected)
+        << "at first all of them";
     PCRealDebug::SetLevel(1, 10);
     PCRealDebug::SetLevel(5, 3);
-    const std::string expected =
-        Line("(1): low") + std::to_string(HbbTVPlatform::lineCount + 1) + " (10): high\n";
+    expected = Line(0, "(1): low") + Line(1, "(10): high");
     EXPECT_EQ(OutputOf([] {
                   PCRealDebug::Print(0, "below");
                   PCRealDebug::Print("without a level");
@@ -78,22 +78,21 @@ TEST_F(AConsolePrinter, KeepsToItsLevelsAndCountsOnlyWhatItPrints) {
 TEST_F(AConsolePrinter, KeepsLinesOfThreadsWhole) {
     constexpr int kThreads = 4;
     constexpr int kLines = 200;
-    const unsigned long before = HbbTVPlatform::lineCount;
-    const std::string output = OutputOf([] {
-        std::vector<std::thread> threads;
-        for (int t = 0; t < kThreads; ++t) {
-            threads.emplace_back([] {
-                for (int i = 0; i < kLines; ++i)
-                    PCRealDebug::Print(7, "%s-%s", "left", "right");
-            });
-        }
-        for (auto& thread : threads)
-            thread.join();
-    });
     std::string expected;
-    for (unsigned long line = before; line < before + kThreads * kLines; ++line)
-        expected += std::to_string(line) + " (7): left-right\n";
-    EXPECT_EQ(output, expected);
+    for (unsigned long line = 0; line < kThreads * kLines; ++line)
+        expected += Line(line, "(7): left-right");
+    EXPECT_EQ(OutputOf([] {
+                  std::vector<std::thread> threads;
+                  for (int t = 0; t < kThreads; ++t) {
+                      threads.emplace_back([] {
+                          for (int i = 0; i < kLines; ++i)
+                              PCRealDebug::Print(7, "%s-%s", "left", "right");
+                      });
+                  }
+                  for (auto& thread : threads)
+                      thread.join();
+              }),
+              expected);
 }
 
 TEST_F(AConsolePrinter, DoesNotDisturbTheEndOfAProgramWhoseThreadsPrint) {

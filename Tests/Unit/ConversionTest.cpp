@@ -1,10 +1,7 @@
 // Conversions between JavaScript and C++: every input has a defined result, and no text is silently cut.
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
-#include <string>
 
 #include "InjectedBundle/Src/JSConversions.h"
 #include "InjectedBundle/Src/JSHandles.h"

@@ -61,12 +61,16 @@ class Client {
 
 class ADebugSocket : public testing::Test {
  protected:
-    ADebugSocket() { socket.Start(); }
-    int Port() {
+    void SetUp() override {
+        socket.Start();
+        ASSERT_GE(Port(), DebugSocket::kFirstPort);
+    }
+    int Port() { return PortOf(socket); }
+    static int PortOf(const DebugSocket& started) {
         pollfd nothing{-1, 0, 0};
-        for (int i = 0; i < 600 && socket.Port() == 0; ++i)
+        for (int i = 0; i < 600 && started.Port() == 0; ++i)
             poll(&nothing, 1, 50);
-        return socket.Port();
+        return started.Port();
     }
     // Writes until the client is known to be served: a line written before that may be lost.
     std::string FirstLine(const Client& client) {
@@ -79,7 +83,6 @@ class ADebugSocket : public testing::Test {
 };
 
 TEST_F(ADebugSocket, SendsLinesToTheOneClientItServes) {
-    ASSERT_GE(Port(), DebugSocket::kFirstPort);
     {
         const Client client(Port());
         ASSERT_TRUE(client.connected);
@@ -93,19 +96,13 @@ TEST_F(ADebugSocket, SendsLinesToTheOneClientItServes) {
 }
 
 TEST_F(ADebugSocket, TakesTheNextPortWhenOneIsTaken) {
-    const int first = Port();
-    ASSERT_GE(first, DebugSocket::kFirstPort);
     DebugSocket second;
     second.Start();
-    pollfd nothing{-1, 0, 0};
-    for (int i = 0; i < 600 && second.Port() == 0; ++i)
-        poll(&nothing, 1, 50);
-    EXPECT_NE(second.Port(), first) << "another program may hold or free any of them meanwhile";
+    EXPECT_NE(PortOf(second), Port()) << "another program may hold or free any of them meanwhile";
     EXPECT_GE(second.Port(), DebugSocket::kFirstPort);
 }
 
 TEST_F(ADebugSocket, IsNotHeldUpByAClientThatDoesNotRead) {
-    ASSERT_GE(Port(), DebugSocket::kFirstPort);
     const Client client(Port());
     ASSERT_TRUE(client.connected);
     (void)FirstLine(client);
@@ -117,7 +114,6 @@ TEST_F(ADebugSocket, IsNotHeldUpByAClientThatDoesNotRead) {
 }
 
 TEST_F(ADebugSocket, EndsCleanlyAndStartsAgain) {
-    ASSERT_GE(Port(), DebugSocket::kFirstPort);
     {
         const Client client(Port());
         (void)FirstLine(client);

@@ -1,9 +1,5 @@
 // Messages to DRM systems and their answers, from both kinds of systems.
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
 #include "API/Src/IPRResponse.h"
 #include "Tests/Unit/TelevisionPage.h"
 
@@ -21,11 +17,9 @@ class ADrmAgent : public TelevisionPage {
  protected:
     ADrmAgent() {
         api.Reply("IsProfileSupported", "(true,)");
-        Eval(
-            "var agent = PrivateObjectFactory.createDrmAgentObject();"
-            "function result(id, message, code) { log.push('result', typeof id, id, message, code); }"
-            "agent.onDRMMessageResult = result;"
-            "agent.onDRMSystemMessage = function(message, system) { log.push('system', message, system); };");
+        Eval(R"(var makeAgent = () => PrivateObjectFactory.createDrmAgentObject(), agent = makeAgent();
+                agent.onDRMMessageResult = (id, ...rest) => log.push('result', typeof id, id, ...rest);
+                agent.onDRMSystemMessage = (...all) => log.push('system', ...all);)");
         (void)api.TakeCalls();
     }
 
@@ -70,11 +64,8 @@ TEST_F(ADrmAgent, SendsThreeTextsAndGivesTheIdAsText) {
 }
 
 TEST_F(ADrmAgent, TellsAPlayReadyAnswerOnceToWhoeverSentTheMessage) {
-    Eval(
-        "var other = PrivateObjectFactory.createDrmAgentObject(); "
-        "other.onDRMMessageResult = function() { log.push('other'); }; "
-        "agent.addEventListener('DRMMessageResult', function(e) { log.push(e.msgID, e.resultMsg, "
-        "e.resultCode); });");
+    Eval(R"(var other = makeAgent(); other.onDRMMessageResult = () => log.push('other');
+            agent.addEventListener('DRMMessageResult', e => log.push(e.msgID, e.resultMsg, e.resultCode));)");
     (void)Send("9");
     Respond(8, 0, "of another page");
     EXPECT_EQ(Log(), "");
@@ -112,27 +103,23 @@ TEST_F(ADrmAgent, TellsTheReplyOfAModuleInTheFormOfTheMessage) {
 }
 
 TEST_F(ADrmAgent, TellsEveryAgentWhatAModuleSaysByItself) {
-    Eval(
-        "var other = PrivateObjectFactory.createDrmAgentObject(); "
-        "other.addEventListener('DRMSystemMessage', function(e) { log.push('other', e.msg, e.DRMSystemID); "
-        "});");
+    Eval(R"(var other = makeAgent();
+            other.addEventListener('DRMSystemMessage', e => log.push('other', e.msg, e.DRMSystemID));)");
     Module(kSystemInfo, 5, {{kData, "Subscription ends"}});
     Module(kSystemInfo, 5, {});
     const std::string log = "," + Log();
-    for (const char* part : {",system,Subscription ends,urn:dvb:casystemid:19219",
-                             ",other,Subscription ends,urn:dvb:casystemid:19219",
-                             ",system,,urn:dvb:casystemid:19219", ",other,,urn:dvb:casystemid:19219"})
-        EXPECT_THAT(log, testing::HasSubstr(part));
+    for (const std::string agent : {",system", ",other"})
+        for (const std::string said : {",Subscription ends", ","})
+            EXPECT_THAT(log, testing::HasSubstr(agent + said + ",urn:dvb:casystemid:19219"));
 }
 
 TEST_F(ADrmAgent, MayGoBetweenMessageAndAnswer) {
     (void)Send("5");
-    Eval(
-        "agent.onDRMMessageResult = function() { agent = null; collect(); log.push('gone'); }; "
-        "agent.onDRMSystemMessage = null");
+    Eval(R"(agent.onDRMMessageResult = () => { agent = null; collect(); log.push('gone'); };
+            agent.onDRMSystemMessage = null)");
     Module(kReply, 5, {{kData, "x"}});
     EXPECT_EQ(Log(), "gone");
-    Eval("PrivateObjectFactory.createDrmAgentObject().sendDRMMessage('a', 'b', 'c'); collect()");
+    Eval("makeAgent().sendDRMMessage('a', 'b', 'c'); collect()");
     Module(kReply, 5, {{kData, "x"}});
     Respond(5, 0, "x");
     EXPECT_EQ(Log(), "");
@@ -140,12 +127,9 @@ TEST_F(ADrmAgent, MayGoBetweenMessageAndAnswer) {
 
 TEST_F(ADrmAgent, IsRefusedWhereTheReceiverHasNone) {
     api.Reply("IsProfileSupported", "(false,)");
-    const auto thrown = [this](const std::string& kind) {
-        return Eval("try { PrivateObjectFactory.create" + kind +
-                    "Object() } catch (e) { e.name + '|' + e.description }");
-    };
-    EXPECT_EQ(thrown("DrmAgent"), "TypeError|application/oipfdrmagent is not supported");
-    EXPECT_EQ(thrown("SearchManager"), "TypeError|application/oipfSearchManager is not supported");
+    EXPECT_EQ(Thrown("makeAgent()"), "TypeError|application/oipfdrmagent is not supported");
+    EXPECT_EQ(Thrown("PrivateObjectFactory.createSearchManagerObject()"),
+              "TypeError|application/oipfSearchManager is not supported");
     EXPECT_THAT(api.TakeCalls(), ElementsAre("IsProfileSupported (0, 0x01, 0x02, 0x01)",
                                              "IsProfileSupported (0, 0x01, 0x02, 0x01)"));
 }

@@ -1,9 +1,5 @@
 // Handlers and listeners as a page meets them, and how long they keep what alive.
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "API/Src/IPluginController.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/BindingObject.h"
@@ -13,25 +9,18 @@
 namespace OipfJavaScript {
 namespace {
 
-void Fire(int32_t code) {
-    CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event_t::Plain(code, 0));
-}
-void LowMemory() {
-    Fire(E_APP_LOW_MEMORY);
-}
-void LoadError() {
-    Fire(E_APP_LOAD_ERROR);
-}
+constexpr const char* kManager =
+    "var log = [], make = () => PrivateObjectFactory.createApplicationManagerObject(), manager = make();";
 
-class AnEventTarget : public testing::Test {
+class AnEventTarget : public testing::Test, protected TestedPage {
  protected:
-    AnEventTarget() {
-        page.main.Eval("var log = []; var manager = PrivateObjectFactory.createApplicationManagerObject();");
+    AnEventTarget() { Eval(kManager); }
+    static void Fire(int32_t code) {
+        CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event_t::Plain(code, 0));
     }
-    std::string Eval(const std::string& script) { return page.main.Eval(script); }
-    std::string Log() { return Eval("log.splice(0).join()"); }
-
-    FakePage page;
+    static void LowMemory() { Fire(E_APP_LOW_MEMORY); }
+    static void LoadError() { Fire(E_APP_LOAD_ERROR); }
+    std::string SortedLog() { return Eval("log.splice(0).sort().join()"); }
 };
 
 TEST_F(AnEventTarget, CallsTheHandlerFirstAndThenEachListenerWithAnEvent) {
@@ -53,20 +42,17 @@ TEST_F(AnEventTarget, CallsTheHandlerFirstAndThenEachListenerWithAnEvent) {
     EXPECT_EQ(Log(), "");
 }
 
-TEST_F(AnEventTarget, RefreshesTheArgumentsThatItCarriesItself) {
-    Eval("manager.addEventListener('ApplicationLoadError', function(e) { log.push(e); })");
+TEST_F(AnEventTarget, CarriesTheArgumentsOfItsLastEventForListenersOnly) {
+    Eval("manager.onApplicationLoadError = () => log.push('handler')");
+    LoadError();
+    EXPECT_EQ(Eval("[...log.splice(0), 'app' in manager, 'event' in manager].join()"), "handler,false,false");
+    Eval(R"(manager.onApplicationLoadError = null;
+            manager.addEventListener('ApplicationLoadError', e => log.push(e));)");
     LoadError();
     LoadError();
-    EXPECT_EQ(Eval("log.length === 2 && log[0] !== log[1] && log[0].app !== log[1].app && manager.event === "
-                   "log[1] && "
-                   "manager.app === log[1].app"),
-              "true");
-}
-
-TEST_F(AnEventTarget, SetsNothingOnItselfForAHandlerAlone) {
-    Eval("manager.onApplicationLoadError = function() { log.push(1); }");
-    LoadError();
-    EXPECT_EQ(Eval("log.length + ' ' + ('app' in manager) + ' ' + ('event' in manager)"), "1 false false");
+    EXPECT_EQ(Eval("[log.length, log[0] === log[1], log[0].app === log[1].app, manager.event === log[1], "
+                   "manager.app === log[1].app].join()"),
+              "2,false,false,true,true");
 }
 
 TEST_F(AnEventTarget, KeepsOneHandlerAndEachListenerOnce) {
@@ -77,26 +63,22 @@ TEST_F(AnEventTarget, KeepsOneHandlerAndEachListenerOnce) {
         manager.addEventListener('LowMemory', g); manager.addEventListener('LowMemory', g, true);)");
     LowMemory();
     EXPECT_EQ(Log(), "true,f,g");
-    Eval(
-        "manager.addEventListener('ApplicationLoadError', g); "
-        "manager.removeEventListener('ApplicationLoadError', g)");
+    Eval("for (const act of ['add', 'remove']) manager[act + 'EventListener']('ApplicationLoadError', g)");
     LowMemory();
     EXPECT_EQ(Log(), "f") << "a listener goes from every event of its object";
     for (const char* value : {"null", "undefined", "7", "'f'", "{}"}) {
         Eval("manager.onLowMemory = f; manager.onLowMemory = " + std::string(value));
-        EXPECT_EQ(page.main.Value("manager.onLowMemory"), "null") << value;
+        EXPECT_EQ(Value("manager.onLowMemory"), "null") << value;
     }
     LowMemory();
     EXPECT_EQ(Log(), "");
 }
 
 TEST_F(AnEventTarget, TakesTwoOrThreeArgumentsForAListener) {
-    EXPECT_EQ(page.main.Value("manager.addEventListener('LowMemory', null)"), "undefined");
-    EXPECT_EQ(page.main.Value("manager.removeEventListener('LowMemory', function() {}, {capture: true})"),
-              "undefined");
+    ExpectAll("undefined", {"manager.addEventListener('LowMemory', null)",
+                            "manager.removeEventListener('LowMemory', function() {}, {capture: true})"});
     for (const std::string arguments : {"'LowMemory'", "1, log.push", "'LowMemory', log.push, false, 1"})
-        EXPECT_EQ(Eval("try { manager.addEventListener(" + arguments + ") } catch (e) { e.description }"),
-                  "Argument count or the argument types are bad");
+        EXPECT_EQ(Thrown("manager.addEventListener(" + arguments + ")"), kBadArguments) << arguments;
     LowMemory();
 }
 
@@ -105,23 +87,18 @@ TEST_F(AnEventTarget, TellsTheLogAndTheWindowOfTheListenerWhatItsListenersThrow)
     child.Share("manager", page.main);
     child.Share("log", page.main);
     Eval(R"(reportError = null;
-        manager.onLowMemory = function() { log.push(1); throw new TypeError('mine'); };
-        manager.addEventListener('LowMemory', function() { log.push(2); throw {toString() { throw 3; }}; });
-        )");
-    child.Eval("manager.addEventListener('LowMemory', function() { log.push(3); throw 'of the child'; });");
+        manager.onLowMemory = () => { log.push(1); throw new TypeError('mine'); };
+        manager.addEventListener('LowMemory', () => { log.push(2); throw {toString() { throw 3; }}; });)");
+    child.Eval("manager.addEventListener('LowMemory', () => { log.push(3); throw 'of the child'; });");
     LogCapture::Clear();
     LowMemory();
-    EXPECT_EQ(Eval("log.splice(0).sort().join()"), "1,2,3");
+    EXPECT_EQ(SortedLog(), "1,2,3");
     EXPECT_EQ(Eval("reported.length + ' ' + reported[0]"), "2 TypeError: mine")
         << "to the one it had at the start";
     EXPECT_EQ(child.Eval("reported.join()"), "of the child");
-    EXPECT_EQ(LogCapture::Count(
-                  "OipfApplicationManager(LowMemory) - failed to call DOM level 1 call-back function."),
-              1);
-    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - TypeError: mine (http://tv/page.js:2)"),
-              1);
-    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - of the child"), 1);
-    EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - (no text)"), 1);
+    for (const std::string said : {"failed to call DOM level 1 call-back function.", "of the child",
+                                   "(no text)", "TypeError: mine (http://tv/page.js:2)"})
+        EXPECT_EQ(LogCapture::Count("OipfApplicationManager(LowMemory) - " + said), 1) << said;
     EXPECT_EQ(LogCapture::Errors(), 6);
 }
 
@@ -161,8 +138,7 @@ TEST_F(AnEventTarget, IsDeafToWhatThePageDidToItsBuiltIns) {
 
 TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
     Eval(R"(
-        function removed() { log.push('removed'); }
-        function added() { log.push('added'); }
+        const removed = () => log.push('removed'), added = () => log.push('added');
         manager.onLowMemory = function() {
             manager.removeEventListener('LowMemory', removed);
             manager.addEventListener('LowMemory', added);
@@ -177,18 +153,18 @@ TEST_F(AnEventTarget, DeliversToTheListenersThatItHadAtTheStart) {
 
 TEST_F(AnEventTarget, SurvivesAHandlerThatDropsAndMakesObjectsWhileItIsCalled) {
     Eval(R"(
-        function make() {
-            var another = PrivateObjectFactory.createApplicationManagerObject();
-            another.onLowMemory = function() {
+        function go() {
+            var another = make();
+            another.onLowMemory = () => {
                 log.push('x');
                 another.onLowMemory = null;  // from here on nothing holds it
                 another = null;
-                for (var i = 0; i < 50; i++) make();
+                for (var i = 0; i < 50; i++) go();
                 collect();
                 log.push('y');
             };
         }
-        make(); manager = null;)");
+        go(); manager = null;)");
     LowMemory();
     EXPECT_EQ(Log(), "x,y");
     page.main.CollectGarbage();
@@ -198,10 +174,7 @@ TEST_F(AnEventTarget, SurvivesAHandlerThatDropsAndMakesObjectsWhileItIsCalled) {
 
 TEST_F(AnEventTarget, IsPinnedByAHandlerAndOnlyByAHandler) {
     const size_t before = BindingObject::AliveCount();
-    Eval(R"((function() {
-            for (var i = 0; i < 40; i++) PrivateObjectFactory.createApplicationManagerObject().onLowMemory;
-            PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() { log.push('pinned'); };
-        })())");
+    Eval("for (var i = 0; i < 40; i++) make().onLowMemory; make().onLowMemory = () => log.push('pinned'); 0");
     page.main.CollectGarbage();
     EXPECT_LT(BindingObject::AliveCount(), before + 10) << "what has no handler is garbage";
     LowMemory();
@@ -224,8 +197,8 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
         s_leaving = &child;
         // Each frame has handlers on the other's object, whoever touched it first.
         child.Eval("var theirs = PrivateObjectFactory.createApplicationManagerObject()");
-        child.Share("manager", page.main);
-        child.Share("log", page.main);
+        for (const char* name : {"manager", "log"})
+            child.Share(name, page.main);
         page.main.Share("theirs", child);
         Eval("theirs.onLowMemory = () => log.push('main on theirs');");
         child.Eval(R"([manager, theirs].forEach((each, i) => {
@@ -237,8 +210,7 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
         page.main.Share("late", child);
         LowMemory();
         LoadError();
-        EXPECT_EQ(Eval("log.splice(0).sort().join()"),
-                  "child,child,child on 0,child on 1,main,main on theirs");
+        EXPECT_EQ(SortedLog(), "child,child,child on 0,child on 1,main,main on theirs");
         page.main.SetGlobal(
             "go", JSObjectMakeFunctionWithCallback(page.main.context, nullptr,
                                                    [](JSContextRef context, JSObjectRef, JSObjectRef, size_t,
@@ -256,36 +228,28 @@ TEST_F(AnEventTarget, LosesTheHandlersOfAFrameThatGoesAndNoOthers) {
             child.Navigate();
         LowMemory();
         LoadError();
-        EXPECT_EQ(Eval("log.splice(0).sort().join()"), "main,main on theirs")
-            << "even in the dispatch that removes it";
+        EXPECT_EQ(SortedLog(), "main,main on theirs") << "even in the dispatch that removes it";
         Eval("manager.addEventListener('LowMemory', late); theirs.onLowMemory = late;");
         LowMemory();
         EXPECT_EQ(Log(), "main") << "a script that runs on gives no handlers any more";
     }
 
     FakePage other;
-    other.main.Eval(
-        "var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-        "{ log.push('other'); }");
     FakeFrame& child = page.AddFrame();
-    child.Eval(
-        "var log = []; PrivateObjectFactory.createApplicationManagerObject().onLowMemory = function() "
-        "{ log.push('child'); }");
+    for (FakeFrame* frame : {&other.main, &child})
+        frame->Eval(kManager + std::string("manager.onLowMemory = () => log.push('heard')"));
     page.main.Navigate();
     LowMemory();
-    EXPECT_EQ(other.main.Eval("log.join()"), "other") << "another page keeps its own";
+    EXPECT_EQ(other.main.Eval("log.join()"), "heard") << "another page keeps its own";
     EXPECT_EQ(child.Eval("log.join()"), "") << "the frames go with their page";
 }
 
-TEST(AnEventTargetWithoutAView, HearsNothing) {
-    FakePage page;
+TEST_F(AnEventTarget, HearsNothingWithoutAView) {
     FakeBrowser::Get().viewId.reset();
-    page.main.Eval(
-        "var heard = 0; var manager = PrivateObjectFactory.createApplicationManagerObject(); "
-        "manager.onLowMemory = function() { heard++; }");
+    Eval(kManager + std::string("manager.onLowMemory = () => log.push('heard')"));
     FakeBrowser::Get().viewId = "7";
     LowMemory();
-    EXPECT_EQ(page.main.Eval("heard + ' ' + manager.getOwnerApplication(1)"), "0 null");
+    EXPECT_EQ(Eval("log.length + ' ' + manager.getOwnerApplication(1)"), "0 null");
 }
 
 }  // namespace

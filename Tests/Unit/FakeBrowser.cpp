@@ -14,7 +14,6 @@ namespace {
 
 FakeBrowser s_browser;
 WKBundleClientV1 s_client{};
-bool s_started = false;
 
 // All pages of a web process share one engine.
 JSContextGroupRef Engine() {
@@ -53,16 +52,14 @@ JSValueRef Collect(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const
     return JSValueMakeUndefined(context);
 }
 
-template <typename Client>
-const Client* ClientOf(const void* base) {
-    return static_cast<const Client*>(base);
+const WKBundlePageLoaderClientV6& LoaderOf(const FakePage& page) {
+    return *reinterpret_cast<const WKBundlePageLoaderClientV6*>(page.loaderClient);
 }
 
 }  // namespace
 
 FakeBrowser& FakeBrowser::Get() {
-    if (!s_started) {
-        s_started = true;
+    if (s_client.didCreatePage == nullptr) {
         WKBundleInitialize(Bundle(), nullptr);
         s_client.didInitializePageGroup(Bundle(), reinterpret_cast<WKBundlePageGroupRef>(&s_client), nullptr);
     }
@@ -83,14 +80,11 @@ void FakeFrame::Navigate() {
     SetGlobal("collect", JSObjectMakeFunctionWithCallback(context, nullptr, &Collect));
     Eval(R"(var reported = []; function reportError(error) { reported.push(error); }
         class DOMParser { parseFromString(text, type) { return {text, type}; } })");
-    ClientOf<WKBundlePageLoaderClientV6>(page.loaderClient)
-        ->didClearWindowObjectForFrame(RefOf(page), RefOf(*this), nullptr, nullptr);
+    LoaderOf(page).didClearWindowObjectForFrame(RefOf(page), RefOf(*this), nullptr, nullptr);
 }
 
 void FakeFrame::Remove() {
-    const auto removed = ClientOf<WKBundlePageLoaderClientV6>(page.loaderClient)->didRemoveFrameFromHierarchy;
-    if (removed != nullptr)
-        removed(RefOf(page), RefOf(*this), nullptr, nullptr);
+    LoaderOf(page).didRemoveFrameFromHierarchy(RefOf(page), RefOf(*this), nullptr, nullptr);
 }
 
 std::string FakeFrame::Eval(const std::string& script) {
@@ -104,10 +98,14 @@ std::string FakeFrame::Eval(const std::string& script) {
 }
 
 std::string FakeFrame::Value(const std::string& expression) {
-    return Eval(
-        "(function(v) { return v === null ? 'null' : v === undefined ? 'undefined' : typeof v + ' ' + v; "
-        "})(" +
-        expression + ")");
+    return Eval("(v => v === null ? 'null' : v === undefined ? 'undefined' : typeof v + ' ' + v)(" +
+                expression + ")");
+}
+
+std::string FakeFrame::Thrown(const std::string& statement) {
+    return Eval("try { " + statement +
+                "; 'nothing' } catch (e) { "
+                "[...new Set([e.name, e.message, e.description])].join('|') }");
 }
 
 void FakeFrame::CollectGarbage() {
@@ -143,8 +141,7 @@ FakeFrame& FakePage::AddFrame() {
 }
 
 void FakePage::StartLoad(FakeFrame& frame) {
-    ClientOf<WKBundlePageLoaderClientV6>(loaderClient)
-        ->didStartProvisionalLoadForFrame(RefOf(*this), RefOf(frame), nullptr, nullptr);
+    LoaderOf(*this).didStartProvisionalLoadForFrame(RefOf(*this), RefOf(frame), nullptr, nullptr);
 }
 
 // The fourteen functions.

@@ -4,11 +4,15 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "Platform/Inc/WKBundle.h"
 
@@ -28,6 +32,8 @@ class FakeFrame {
     std::string Eval(const std::string& script);
     // The same for an expression, with its type: "number 3", "string abc", "null", "undefined".
     std::string Value(const std::string& expression);
+    // The name, message and description of what a statement throws, each text once, or "nothing".
+    std::string Thrown(const std::string& statement);
     void CollectGarbage();
     void SetGlobal(const char* name, JSValueRef value);
     // Gives the frame what another frame of the page has under this name.
@@ -51,6 +57,26 @@ class FakePage {
 
     const WKBundlePageUIClientBase* uiClient = nullptr;
     const WKBundlePageLoaderClientBase* loaderClient = nullptr;
+};
+
+// A page in the words of its test. As a base it stands behind the services that it asks, so that it ends
+// before them.
+class TestedPage {
+ protected:
+    static constexpr const char* kBadArguments = "SecurityError|Argument count or the argument types are bad";
+
+    std::string Eval(const std::string& script) { return page.main.Eval(script); }
+    std::string Value(const std::string& expression) { return page.main.Value(expression); }
+    std::string Thrown(const std::string& statement) { return page.main.Thrown(statement); }
+    // Expects of all these expressions that they have the value.
+    void ExpectAll(const std::string& value, std::initializer_list<const char*> expressions) {
+        for (const char* expression : expressions)
+            EXPECT_EQ(Value(expression), value) << expression;
+    }
+    // What the page has logged since the last time.
+    std::string Log() { return Eval("log.splice(0).join()"); }
+
+    FakePage page;
 };
 
 struct FakeBrowser {

@@ -2,20 +2,9 @@
 // what it makes of the receiver's events.
 
 #include <algorithm>
-#include <cstdint>
-#include <string>
-#include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "API/Src/IPluginController.h"
 #include "API/Src/SDrmErrorParams.h"
-#include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
-#include "Tests/Bus/FakeService.h"
-#include "Tests/Bus/LogCapture.h"
-#include "Tests/Unit/FakeBrowser.h"
+#include "Tests/Unit/PlayerPage.h"
 
 namespace {
 
@@ -23,80 +12,44 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Bytes = std::vector<uint8_t>;
 
-constexpr const char* kDocument = "http://tv.example/app/index.html?a=b";
+constexpr const char* kDocument = "'http://tv.example/app/index.html?a=b'";
 
-class AnAVControl : public testing::Test {
+class AnAVControl : public PlayerPage {
  protected:
-    AnAVControl() {
+    AnAVControl() : PlayerPage("IAVEventHandler", "createVideoMpegObject", "av") {
         player.Reply("CheckMimeType", "(true,)");
         player.Reply("GetPlayer", "(true,)");
-        Eval(
-            "document = {location: {origin: 'http://tv.example', pathname: '/app/index.html', href: "
-            "'http://tv.example/app/index.html?a=b'}}; "
-            "var log = []; var av = PrivateObjectFactory.createVideoMpegObject();");
-        // The clients outlive the services of the test before; they learn in the main loop who has the names
-        // now.
-        std::string call;
-        EXPECT_TRUE(WaitFor([&] {
-            Eval("av.stop()");
-            const auto calls = player.TakeCalls();
-            call = calls.empty() ? "" : calls.front();
-            return !call.empty();
-        }));
-        id = static_cast<uint32_t>(std::stoul(call.substr(call.find('(') + 1)));
-        LogCapture::Clear();
+        Eval(R"(document = {location: {origin: 'http://tv.example', pathname: '/app/index.html',
+                                       href: 'http://tv.example/app/index.html?a=b'}};)");
     }
 
-    std::string Eval(const std::string& script) { return page.main.Eval(script); }
-    std::string Value(const std::string& expression) { return page.main.Value(expression); }
-    std::string Thrown(const std::string& statement) {
-        return Eval("try { " + statement + "; 'nothing' } catch (e) { e.name + '|' + e.description }");
-    }
-    // What the page has logged since the last time.
-    std::string Log() { return Eval("log.splice(0).join()"); }
     static bool Logged(const std::string& text) {
         return std::ranges::any_of(LogCapture::Records(), [&](const LogCapture::Record& record) {
             return record.text.find(text) != std::string::npos;
         });
     }
-    // The object's call as the service sees it.
-    std::string Mine(const std::string& method, const std::string& rest = "") {
-        return method + " (" + std::to_string(id) + "," + (rest.empty() ? "" : " " + rest) + ")";
-    }
-
-    static void Send(const event_t& event) { CDAEBrowserAPIWK::GetInstance()->SendEventToPlugins(event); }
-    void ChangeState(int32_t state, int32_t error = 0) {
-        Send(event_t::WithData(E_AVC_STATE, id, state, error));
-    }
+    void ChangeState(int32_t state, int32_t error = 0) { Fire(E_AVC_STATE, id, state, error); }
     static void SendSAS(const Bytes& message) {
         CDAEBrowserAPIWK::GetInstance()->SendSASDataToPlugins(message.data(), message.size());
     }
-
-    FakeService player{"IAVEventHandler"};
-    FakePage page;
-    uint32_t id = 0;
 };
 
 TEST_F(AnAVControl, SetsAPlayerUpBeforeItPlays) {
-    Eval(
-        "av.setMimeType('video/mp4'); av.setAttributes({quality: 'low', id: 'v'}); "
-        "av.setAttributes({quality: "
-        "'high'}); av.data = 'film.mp4';");
+    Eval(R"(av.setMimeType('video/mp4'); av.setAttributes({quality: 'low', id: 'v'});
+            av.setAttributes({quality: 'high'}); av.data = 'film.mp4';)");
     EXPECT_THAT(player.TakeCalls(), ElementsAre("CheckMimeType ('video/mp4',)",
                                                 Mine("SetData", "'http://tv.example/app/film.mp4'")));
     EXPECT_EQ(Value("av.data"), "string http://tv.example/app/film.mp4");
     EXPECT_EQ(Value("av.play(1)"), "boolean true");
     EXPECT_THAT(player.TakeCalls(),
-                ElementsAre(Mine("FlagPlayerActive"), Mine("GetPlayer"),
-                            Mine("SetLocation", "'" + std::string(kDocument) + "'"),
+                ElementsAre(Mine("FlagPlayerActive"), Mine("GetPlayer"), Mine("SetLocation", kDocument),
                             Mine("SetData", "'http://tv.example/app/film.mp4'"),
                             Mine("SetMimeType", "'video/mp4'"), Mine("SetAttribute", "'id', 'v'"),
                             Mine("SetAttribute", "'quality', 'high'"), Mine("Play", "1.0")));
     player.Reply("FlagPlayerActive", "(true,)");
     EXPECT_EQ(Value("[av.play(0), av.play(-1.5), av.play(1e300), av.play(-Infinity)].join()"),
               "string true,true,true,true");
-    const std::string active = Mine("FlagPlayerActive");
-    const std::string most = "3.4028234663852886e+38";
+    const std::string active = Mine("FlagPlayerActive"), most = "3.4028234663852886e+38";
     EXPECT_THAT(player.TakeCalls(),
                 ElementsAre(active, Mine("Play", "0.0"), active, Mine("Play", "-1.5"), active,
                             Mine("Play", most), active, Mine("Play", "-" + most)));
@@ -109,12 +62,10 @@ TEST_F(AnAVControl, QueuesBehindARunningPlayerAndStartsOneOtherwise) {
     Eval("av.setMimeType('audio/mpeg'); av.setAttributes({quality: 'low'}); av.data = 'first.mp3';");
     (void)player.TakeCalls();
     EXPECT_EQ(Value("av.queue('second.mp3')"), "boolean true");
-    const std::string url = "'http://tv.example/app/second.mp3'";
     EXPECT_THAT(player.TakeCalls(),
-                ElementsAre(Mine("FlagPlayerActive"), Mine("GetPlayer"),
-                            Mine("SetLocation", "'" + std::string(kDocument) + "'"),
+                ElementsAre(Mine("FlagPlayerActive"), Mine("GetPlayer"), Mine("SetLocation", kDocument),
                             Mine("SetAttribute", "'quality', 'low'"), Mine("SetMimeType", "'audio/mpeg'"),
-                            Mine("SetData", url), Mine("Play", "1.0")));
+                            Mine("SetData", "'http://tv.example/app/second.mp3'"), Mine("Play", "1.0")));
     EXPECT_EQ(Value("av.data"), "string http://tv.example/app/second.mp3");
     player.Reply("FlagPlayerActive", "(true,)");
     EXPECT_EQ(Value("[av.queue('http://x/3.mp3'), av.queue(null)].join()"), "string true,true");
@@ -125,9 +76,11 @@ TEST_F(AnAVControl, QueuesBehindARunningPlayerAndStartsOneOtherwise) {
 
 TEST_F(AnAVControl, TellsThePageWhenThereIsNoPlayerToBeHad) {
     player.Reply("GetPlayer", "(false,)");
-    Eval(
-        "av.data = 'http://x/a.mp4'; av.onPlayStateChange = function(state, error) { log.push(state, error); "
-        "try { av.setWindow(); } catch (e) {} av.getComponents(7); };");
+    Eval(R"(av.data = 'http://x/a.mp4'; av.onPlayStateChange = (state, error) => {
+                log.push(state, error);
+                try { av.setWindow(); } catch (e) {}
+                av.getComponents(7);
+            };)");
     (void)player.TakeCalls();
     for (const char* start : {"av.play(1)", "av.queue('http://x/b.mp4')"}) {
         EXPECT_EQ(Value(start), "boolean true");
@@ -145,9 +98,8 @@ TEST_F(AnAVControl, AsksForProgressOnlyWhenThereIsSome) {
     player.Reply("GetPlayPosition", "(uint32 4000000000,)");
     player.Reply("GetPlayTime", "(uint32 5000,)");
     player.Reply("GetSpeed", "(1.5,)");
-    const std::string position = Mine("GetPlayPosition"), time = Mine("GetPlayTime"),
-                      speed = Mine("GetSpeed");
-    Eval("function progress() { return [av.playPosition, av.playTime, av.speed].join(); }");
+    const std::string position = Mine("GetPlayPosition"), time = Mine("GetPlayTime");
+    Eval("var progress = () => [av.playPosition, av.playTime, av.speed].join()");
     for (const int state : {0, 3, 4, 5, 6}) {
         ChangeState(state);
         EXPECT_EQ(Value("progress()"), "string 0,0,0") << state;
@@ -155,7 +107,7 @@ TEST_F(AnAVControl, AsksForProgressOnlyWhenThereIsSome) {
     }
     ChangeState(1);
     EXPECT_EQ(Value("progress()"), "string 4000000000,5000,1.5");
-    EXPECT_THAT(player.TakeCalls(), ElementsAre(position, time, speed));
+    EXPECT_THAT(player.TakeCalls(), ElementsAre(position, time, Mine("GetSpeed")));
     ChangeState(2);
     EXPECT_EQ(Value("progress()"), "string 4000000000,5000,0") << "paused";
     EXPECT_THAT(player.TakeCalls(), ElementsAre(position, time));
@@ -180,21 +132,19 @@ TEST_F(AnAVControl, TakesATypeThatTheReceiverPlays) {
 }
 
 TEST_F(AnAVControl, ReadsAsTextWhateverAPageWritesToDataAndType) {
-    Eval("av.data = ''; av.data = null; av.data = {toString: function() { return 'a.mp4'; }};");
+    Eval("av.data = ''; av.data = null; av.data = {toString: () => 'a.mp4'};");
     EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("SetData", "''"), Mine("SetData", "''"),
                                                 Mine("SetData", "'http://tv.example/app/a.mp4'")));
-    EXPECT_EQ(Eval("av.data = {toString: function() { throw 'mine'; }}"), "throws: mine");
-    EXPECT_EQ(Eval("av.type = {toString: function() { throw 'mine'; }}"), "throws: mine");
+    EXPECT_EQ(Eval("av.data = {toString() { throw 'mine'; }}"), "throws: mine");
+    EXPECT_EQ(Eval("av.type = {toString() { throw 'mine'; }}"), "throws: mine");
     EXPECT_EQ(Eval("av.data = Symbol()").substr(0, 18), "throws: TypeError:");
     EXPECT_EQ(Value("av.data"), "string http://tv.example/app/a.mp4");
     EXPECT_THAT(player.TakeCalls(), IsEmpty());
 }
 
 TEST_F(AnAVControl, HasASizeThatIsNotThePagesInFullScreen) {
-    Eval(
-        "av.onFullScreenChange = function() { log.push(arguments.length, av.fullScreen); }; av.width = "
-        "640.9; "
-        "av.height = -1; av.setWindow(1, 2, 640, 360); av.setWindow(1, 2, 640, 360);");
+    Eval(R"(av.onFullScreenChange = (...all) => log.push(all.length, av.fullScreen);
+            av.width = 640.9; av.height = -1; av.setWindow(1, 2, 640, 360); av.setWindow(1, 2, 640, 360);)");
     EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("UpdateLayout", "0, 0, 640, 0, false"),
                                                 Mine("UpdateLayout", "0, 0, 640, 4294967295, false"),
                                                 Mine("UpdateLayout", "1, 2, 640, 360, false")));
@@ -243,36 +193,33 @@ TEST_F(AnAVControl, HasTheComponentsOfTheMediaPlayer) {
                             Mine("GetAudioComponents", "true"), Mine("GetSbtComponents", "true")));
     Eval("var audio = av.getComponents(1)[0];");
     (void)player.TakeCalls();
-    Eval(
-        "av.selectComponent(audio); av.selectComponent(2); av.unselectComponent(audio); "
-        "av.unselectComponent(1)");
+    Eval(R"(av.selectComponent(audio); av.selectComponent(2);
+            av.unselectComponent(audio); av.unselectComponent(1))");
     EXPECT_THAT(player.TakeCalls(),
                 ElementsAre(Mine("SelectComponent", "1, 101"), Mine("SelectComponent", "2, -1"),
                             Mine("UnselectComponent", "1, 101"), Mine("UnselectComponent", "1, -1")));
-    Eval(
-        "av.onSelectedComponentChanged = function(t) { log.push('on' + t); }; "
-        "av.addEventListener('SelectedComponentChange', function(e) { log.push(e.type + e.componentType); "
-        "});");
+    Eval(R"(av.onSelectedComponentChanged = t => log.push('on' + t);
+            av.addEventListener('SelectedComponentChange', e => log.push(e.type + e.componentType));)");
     Send(event_t::WithSigned(E_AVC_COMPONENT_SELECT, id, 1));
     EXPECT_EQ(Log(), "on1,SelectedComponentChange1");
 }
 
 TEST_F(AnAVControl, HearsOfItsOwnPlayerOnly) {
-    Eval(
-        "var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o, i) { "
-        "o.onPlayStateChange = function(s, e) { log.push([i, s, e, typeof e].join(' ')); }; "
-        "o.onPlaySpeedChanged = function(s) { log.push([i, s].join(' ')); }; "
-        "o.onPlayPositionChanged = function(p) { log.push([i, p].join(' ')); }; });");
+    Eval(R"(var other = make(); [av, other].forEach((each, i) => {
+                const hear = (...all) => log.push([i, ...all].join(' '));
+                each.onPlayStateChange = (state, error) => hear(state, error, typeof error);
+                each.onPlaySpeedChanged = each.onPlayPositionChanged = hear;
+            });)");
     ChangeState(1, 1000);
     Send(event_t::WithFloat(E_AVC_PLAYSPEED, id + 1, -2.5F));
     Send(event_t::WithUnsigned(E_AVC_PLAYPOSITION, id, 4000000000U));
-    Send(event_t::WithData(E_AVC_STATE, id + 2, 6, 4));
+    Fire(E_AVC_STATE, id + 2, 6, 4);
     EXPECT_EQ(Log(), "0 1 1000 number,1 -2.5,0 4000000000");
     EXPECT_EQ(Value("[av.playState, av.error, other.playState].join()"), "string 1,1000,0");
-    Send(event_t::WithData(E_AVC_STATE, 0, 6, 4));
+    Fire(E_AVC_STATE, 0, 6, 4);
     EXPECT_EQ(Value("log.sort().join()"), "string 0 6 4 number,1 6 4 number") << "0 addresses all";
     Eval("other.play(1)");
-    EXPECT_EQ(player.TakeCalls().front(), "FlagPlayerActive (" + std::to_string(id + 1) + ",)");
+    EXPECT_EQ(player.TakeCalls().front(), Theirs(1, "FlagPlayerActive"));
     Send(event_t::Plain(E_AVC_GOING_DOWN, id));
     Send(event_t::Plain(E_SAS_SESSION_MESSAGE, 0));
     EXPECT_TRUE(Logged("Going down!"));
@@ -290,7 +237,7 @@ TEST_F(AnAVControl, ReadsTheLastReportWhileItsPlayerDoesNotAnswer) {
 }
 
 TEST_F(AnAVControl, TellsOfMissingRights) {
-    Eval("av.onDRMRightsError = function() { log.push([].slice.call(arguments).map(String).join(' ')); };");
+    Eval("av.onDRMRightsError = (...all) => log.push(all.map(String).join(' '));");
     const SDrmErrorParams params{.contentId = "c\u00e9", .rightsIssuerUrl = "http://r", .errorState = 2};
     Send(event_t::WithRecord(E_AVC_DRM_ERROR_MSG, id, &params));
     Send(event_t::WithUnsigned(E_AVC_DRM_ERROR_MSG, id, 1));
@@ -298,9 +245,7 @@ TEST_F(AnAVControl, TellsOfMissingRights) {
 }
 
 TEST_F(AnAVControl, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
-    Eval(
-        "var other = PrivateObjectFactory.createVideoMpegObject(); [av, other].forEach(function(o) { "
-        "o.play(1); });");
+    Eval("[av, make()].forEach(each => each.play(1));");
     page.StartLoad(page.main);
     // All players are stopped when the load begins, but the page runs on until the next one is there.
     Eval("av.play(1)");
@@ -309,15 +254,13 @@ TEST_F(AnAVControl, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
     EXPECT_THAT(player.TakeCalls(), ElementsAre(Mine("ReleasePlayer")));
 
     FakeFrame& child = page.AddFrame();
-    child.Eval(
-        "var av = PrivateObjectFactory.createVideoMpegObject(); av.play(1); av.release(); "
-        "av.queue('http://x/a'); var theirs = [...Array(20)].map(() => "
-        "PrivateObjectFactory.createVideoMpegObject())");
+    child.Eval(R"(var make = () => PrivateObjectFactory.createVideoMpegObject(), av = make();
+                  av.play(1); av.release(); av.queue('http://x/a'); var theirs = [...Array(20)].map(make))");
     page.main.Share("theirs", child);
     ChangeState(5);
     (void)player.TakeCalls();
     child.Remove();
-    EXPECT_THAT(player.TakeCalls(), ElementsAre("ReleasePlayer (" + std::to_string(id + 2) + ",)"));
+    EXPECT_THAT(player.TakeCalls(), ElementsAre(Theirs(2, "ReleasePlayer")));
 
     // Who still holds the others may begin anew.
     Eval("theirs.forEach((each, i) => { each.play(1); if (i % 2) each.release(); }); theirs = null");
@@ -334,15 +277,14 @@ TEST_F(AnAVControl, GivesItsPlayerBackWithItsPageItsFrameOrItself) {
 class ASasMessageOfRatings : public AnAVControl {
  protected:
     ASasMessageOfRatings() {
-        Eval(
-            "function show(ratings) { var all = []; for (var i = 0; i < ratings.length; i++) "
-            "all.push(ratings[i].scheme + ratings[i].value + ratings[i].name + ratings[i].region); "
-            "return '[' + all.join('/') + ']'; } "
-            "av.onParentalRatingChange = function(content, ratings, system, blocked) { "
-            "log.push(['change', content, show(ratings), system, blocked].join(' ')); }; "
-            "av.addEventListener('ParentalRatingError', function(e) { "
-            "log.push(['error', e.contentID, show(e.ratings), e.DRMSystemID, 'blocked' in e].join(' ')); "
-            "});");
+        Eval(R"(
+            const text = r => r.scheme + r.value + r.name + r.region;
+            const show = all => '[' + Array.from(all, text).join('/') + ']';
+            av.onParentalRatingChange = (content, ratings, system, blocked) =>
+                log.push(['change', content, show(ratings), system, blocked].join(' '));
+            av.addEventListener('ParentalRatingError', e =>
+                log.push(['error', e.contentID, show(e.ratings), e.DRMSystemID, 'blocked' in e].join(' ')));
+        )");
     }
 
     // A message of kind 3 from the system 19187 with these items.

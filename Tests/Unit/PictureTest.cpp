@@ -31,6 +31,11 @@ bool isAll(const PictureView& view, std::uint32_t colour) {
                                                    [colour](std::uint32_t pixel) { return pixel == colour; });
 }
 
+// Whether there is another frame than at the last look, of this size and colour.
+bool hasNew(PictureView& view, std::uint32_t colour, int width, int height) {
+    return view.update() && view.width() == width && view.height() == height && isAll(view, colour);
+}
+
 TEST(APicture, GivesEachReaderTheNewestFrameOnce) {
     PictureWriter writer;
     EXPECT_FALSE(writer.hasFrame());
@@ -39,23 +44,16 @@ TEST(APicture, GivesEachReaderTheNewestFrameOnce) {
     const auto first = PictureView::open(writer.share());
     ASSERT_TRUE(first);
     EXPECT_EQ(first->width(), 0);
-    EXPECT_TRUE(first->update());
-    EXPECT_EQ(first->width(), 16);
-    EXPECT_EQ(first->height(), 9);
-    EXPECT_TRUE(isAll(*first, 0x102030));
+    EXPECT_TRUE(hasNew(*first, 0x102030, 16, 9));
     EXPECT_FALSE(first->update());
     // Another size; the frame between is never seen, nor one that could not be made.
     ASSERT_TRUE(write(writer, 0x111111, 16, 9));
     ASSERT_TRUE(write(writer, 0xFFEEDD, 21, 13));
     EXPECT_EQ(writer.write(3, 3, [](std::uint32_t*) { return false; }), Written::Refused);
-    EXPECT_TRUE(first->update());
-    EXPECT_EQ(first->width(), 21);
-    EXPECT_EQ(first->height(), 13);
-    EXPECT_TRUE(isAll(*first, 0xFFEEDD));
+    EXPECT_TRUE(hasNew(*first, 0xFFEEDD, 21, 13));
     const auto second = PictureView::open(writer.share());
     ASSERT_TRUE(second);
-    EXPECT_TRUE(second->update());
-    EXPECT_TRUE(isAll(*second, 0xFFEEDD));
+    EXPECT_TRUE(hasNew(*second, 0xFFEEDD, 21, 13));
     // Cleared, there is no picture; and then there is one again.
     writer.clear();
     EXPECT_FALSE(writer.hasFrame());
@@ -63,10 +61,8 @@ TEST(APicture, GivesEachReaderTheNewestFrameOnce) {
     EXPECT_EQ(first->width(), 0);
     EXPECT_FALSE(first->update());
     ASSERT_TRUE(write(writer, 0x000001, 8, 8));
-    EXPECT_TRUE(first->update());
-    EXPECT_TRUE(second->update());
-    EXPECT_TRUE(isAll(*first, 1));
-    EXPECT_TRUE(isAll(*second, 1));
+    EXPECT_TRUE(hasNew(*first, 1, 8, 8));
+    EXPECT_TRUE(hasNew(*second, 1, 8, 8));
 }
 
 TEST(APicture, OutlivesItsWriter) {
@@ -75,8 +71,7 @@ TEST(APicture, OutlivesItsWriter) {
     const auto view = PictureView::open(writer->share());
     ASSERT_TRUE(view);
     writer.reset();
-    EXPECT_TRUE(view->update());
-    EXPECT_TRUE(isAll(*view, 0xABCDEF));
+    EXPECT_TRUE(hasNew(*view, 0xABCDEF, 4, 4));
 }
 
 TEST(APicture, RefusesWhatIsNoFrame) {
@@ -112,9 +107,7 @@ TEST(APicture, IsNeverTornHoweverFastItIsWritten) {
                 std::count(pixels.begin(), pixels.begin() + view->width() * 36, colour) != view->width() * 36;
         }
     };
-    std::vector<std::thread> readers;
-    readers.emplace_back(read);
-    readers.emplace_back(read);
+    std::array readers = {std::thread(read), std::thread(read)};
     constexpr int enough = 2000;
     for (std::uint32_t colour = 1; colour < 0xFFFFFF && (colour < 2000 || seen < enough); ++colour)
         ASSERT_TRUE(write(writer, colour, widthOf(colour), 36));

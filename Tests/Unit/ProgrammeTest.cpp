@@ -1,7 +1,5 @@
 // Programmes, their ratings and their descriptors as a page meets them.
 
-#include <string>
-
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiParentalRating.h"
 #include "InjectedBundle/gen/js/jiParentalRatingCollection.h"
@@ -32,9 +30,8 @@ TEST_F(AProgramme, IsReadFromTheReceiversCollection) {
     EXPECT_THAT(api.TakeCalls(), ElementsAre("IsBroadcastRelated ()", "GetProgCollection (9,)"));
     EXPECT_EQ(Value("programmes.length"), "number 2");
     EXPECT_EQ(Value("programmes[2]"), "undefined");
-    Eval(
-        "function show(p) { return [p.name, p.longName, p.description, p.startTime, p.duration, p.channelID, "
-        "p.programmeID, p.programmeIDType, p.parentalRating.length].join(); }");
+    Eval(R"(const show = p => [p.name, p.longName, p.description, p.startTime, p.duration, p.channelID,
+                               p.programmeID, p.programmeIDType, p.parentalRating.length].join())");
     EXPECT_EQ(Value("show(programmes[0])"),
               "string News,,Of the day,1700000000,1800,ccid://9,CRID://x/1,0,1");
     EXPECT_EQ(Value("show(programmes.item(1))"), "string Talk,,,4294967295,0,ccid://9,dvb://1.2.3;7,1,0");
@@ -48,18 +45,15 @@ TEST_F(AProgramme, IsReadFromTheReceiversCollection) {
 TEST_F(AProgramme, HandsOutItsDescriptorsByteByByte) {
     api.Reply("GetProgramDescriptors", "([[byte 0x4d, 0x00, 0xff, 0xe9], @ay []],)");
     (void)api.TakeCalls();
-    EXPECT_EQ(
-        Value("Array.from(programmes[0].getSIDescriptors(0x4D)[0], function(c) { return c.charCodeAt(0); })"
-              ".join()"),
-        "string 77,0,255,233");
+    EXPECT_EQ(Eval("Array.from(programmes[0].getSIDescriptors(0x4D)[0], c => c.charCodeAt(0)).join()"),
+              "77,0,255,233");
     EXPECT_EQ(Value("programmes[0].getSIDescriptors(77, 1)[1]"), "string ");
     EXPECT_EQ(Value("programmes[1].getSIDescriptors(77, undefined, 4294967290).length"), "number 2");
     EXPECT_THAT(api.TakeCalls(), ElementsAre("GetProgramDescriptors (9, 4464, 77, -1, -1)",
                                              "GetProgramDescriptors (9, 4464, 77, 1, -1)",
                                              "GetProgramDescriptors (9, 7, 77, -1, -6)"));
     api.Reply("GetProgramDescriptors", "([],)");
-    EXPECT_EQ(Value("programmes[0].getSIDescriptors(77)"), "null");
-    EXPECT_EQ(Value("programmes[0].getSIDescriptors(NaN)"), "null");
+    ExpectAll("null", {"programmes[0].getSIDescriptors(77)", "programmes[0].getSIDescriptors(NaN)"});
 }
 
 TEST_F(AProgramme, IsMissingWhenTheReceiverDoesNotAnswer) {
@@ -68,23 +62,21 @@ TEST_F(AProgramme, IsMissingWhenTheReceiverDoesNotAnswer) {
     EXPECT_EQ(Value("programmes[0].name"), "string News") << "what a page has, it keeps";
 }
 
-TEST(AParentalRating, MeansSomethingInTheSchemeOfTheBroadcastOnly) {
-    FakePage page;
+class AParentalRating : public testing::Test, protected TestedPage {};
+
+TEST_F(AParentalRating, MeansSomethingInTheSchemeOfTheBroadcastOnly) {
     JSContextRef context = page.main.context;
     page.main.SetGlobal("ratings", MakeObject<jiParentalRatingCollection>(context));
     auto unnamed = MakeBinding<jiParentalRating>(12);
     unnamed->Implementation().SetAusNzMode(true);
     page.main.SetGlobal("unnamed", jiParentalRating::CreateObject(context, unnamed.release(), nullptr));
-    page.main.Eval(
-        "ratings.addParentalRating('dvb-si', '8', 8, 1, 'DEU'); "
-        "ratings.addParentalRating('mpaa', 'PG', 2, 3, null); var last = ratings[1];");
-    EXPECT_EQ(page.main.Value("[ratings.length, ratings[0].name, ratings[0].value, ratings[0].labels, "
-                              "ratings[0].region, last.scheme, last.labels, last.region].join()"),
+    Eval(R"(ratings.addParentalRating('dvb-si', '8', 8, 1, 'DEU');
+            ratings.addParentalRating('mpaa', 'PG', 2, 3, null); var last = ratings[1];)");
+    EXPECT_EQ(Value("[ratings.length, ratings[0].name, ratings[0].value, ratings[0].labels, "
+                    "ratings[0].region, last.scheme, last.labels, last.region].join()"),
               "string 2,8,8,1,DEU,mpaa,3,");
-    EXPECT_EQ(page.main.Value("last.name"), "undefined");
-    EXPECT_EQ(page.main.Value("last.value"), "undefined");
-    EXPECT_EQ(page.main.Value("ratings[2]"), "undefined");
-    EXPECT_EQ(page.main.Value("unnamed.name + unnamed.value"), "string 12");
+    ExpectAll("undefined", {"last.name", "last.value", "ratings[2]"});
+    EXPECT_EQ(Value("unnamed.name + unnamed.value"), "string 12");
 }
 
 }  // namespace

@@ -26,20 +26,6 @@ bool IsEmpty(const SASMessage& message) {
            message.Items().empty();
 }
 
-TEST(ASasMessage, IsReadFieldByField) {
-    const SASMessage message = Parse(kMessage);
-    ASSERT_TRUE(message.IsValid());
-    EXPECT_EQ(message.CommandId(), SASMessage::E_REPLY_MESSAGE);
-    EXPECT_EQ(message.CaSystemId(), 0x4B13);
-    EXPECT_EQ(message.TransactionId(), 0x81020304U);
-    ASSERT_EQ(message.Items().size(), 3U);
-    EXPECT_EQ(message.Items()[1].bytes, "");
-    ASSERT_NE(message.Find(0x0A), nullptr);
-    EXPECT_EQ(message.Find(0x0A)->bytes, "abc");
-    EXPECT_EQ(message.Find(0xFF)->bytes, std::string("\0\xFF", 2));
-    EXPECT_EQ(message.Find(1), nullptr);
-}
-
 TEST(ASasMessage, MayHaveNoItemsOrVeryLongOnes) {
     EXPECT_TRUE(Parse({1, 0, 0, 0, 0, 0, 0, 0}).IsValid());
     Bytes longest = {1, 0, 0, 0, 0, 0, 0, 1, 5, 0xFF, 0xFF};

@@ -2,23 +2,21 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "InjectedBundle/Src/JSHbbTVEventHandler.h"
 #include "InjectedBundle/Src/MainLoopTimer.h"
 #include "JavaScript/Src/SearchSession.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/FakeService.h"
 #include "Tests/Unit/FakeBrowser.h"
 
 namespace OipfJavaScript {
 namespace {
 
-class ASearchSession : public testing::Test {
+struct SearchService {
+    FakeService service{"IMetaDataSearch"};
+};
+
+class ASearchSession : public testing::Test, protected SearchService, protected TestedPage {
  protected:
     ASearchSession() {
         service.Reply("MdsRetain", "(true,)");
@@ -30,26 +28,33 @@ class ASearchSession : public testing::Test {
         // now.
         EXPECT_TRUE(WaitFor([] { return ISearchResultsCacheWK::GetInstance()->Retain(0); }));
         (void)service.TakeCalls();
-        page.main.Eval("var log = []; function heard(search, state) { log.push(search === target, state); }");
-        page.main.Eval("var target = {}");
+        Eval("var log = [], target = {}, heard = (search, state) => log.push(search === target, state);");
         manager.t_AddCallbackFunction(context, Object("target"), "MetadataSearch", Object("heard"));
-        session = std::make_shared<SearchSession>(context, RetainedId<IMetadataSearchCacheWK>(5), link,
-                                                  SearchSession::Patience{1, 4, 40});
-        session->SetPageObject(Object("target"));
+        Begin();
     }
     ~ASearchSession() override {
         page.main.Navigate();
         session.reset();
     }
 
+    void Begin() {
+        session = std::make_shared<SearchSession>(context, RetainedId<IMetadataSearchCacheWK>(5), link,
+                                                  SearchSession::Patience{1, 4, 40});
+        session->SetPageObject(Object("target"));
+    }
     JSObjectRef Object(const char* name) {
-        return JSValueToObject(context,
-                               JSObjectGetProperty(context, JSContextGetGlobalObject(context),
-                                                   JSStringHandle(name).Get(), nullptr),
+        const JSStringHandle script(name);
+        return JSValueToObject(context, JSEvaluateScript(context, script.Get(), nullptr, nullptr, 1, nullptr),
                                nullptr);
     }
-    [[nodiscard]] bool Logs(const std::string& expected) {
-        return WaitFor([&] { return page.main.Eval("log.join()") == expected; });
+    // Whether the page hears this, and nothing else, of what it asks for.
+    [[nodiscard]] bool GetsResults(const std::string& expected) {
+        Eval("log = []");
+        session->GetResults(0, 1);
+        return Hears(expected);
+    }
+    [[nodiscard]] bool Hears(const std::string& expected) {
+        return WaitFor([&] { return Eval("log.join()") == expected; });
     }
     size_t Asked() {
         const auto calls = service.TakeCalls();
@@ -58,8 +63,6 @@ class ASearchSession : public testing::Test {
 
     static inline std::function<void()> s_again;
 
-    FakeService service{"IMetaDataSearch"};
-    FakePage page;
     JSGlobalContextRef context = page.main.context;
     JSHbbTVEventHandler manager{"manager"};
     std::shared_ptr<SearchManagerLink> link =
@@ -68,18 +71,14 @@ class ASearchSession : public testing::Test {
 };
 
 TEST_F(ASearchSession, IsAskedMoreAndMoreRarelyAndGivenUpInTheEnd) {
-    session->GetResults(0, 1);
-    EXPECT_TRUE(Logs("true,4"));
+    EXPECT_TRUE(GetsResults("true,4"));
     const std::vector<std::string> calls = service.TakeCalls();
     EXPECT_EQ(std::ranges::count(calls, "SrQueryResults (7,)"), 12)
         << "after 1, 2, and ten times 4 milliseconds";
     EXPECT_EQ(calls.back(), "CancelSearch (5,)");
     EXPECT_EQ(session->Length(), 0U);
-    // Another attempt has as much time.
-    page.main.Eval("log = []");
-    session->GetResults(0, 1);
-    EXPECT_TRUE(Logs("true,4"));
-    EXPECT_EQ(Asked(), 12U);
+    EXPECT_TRUE(GetsResults("true,4"));
+    EXPECT_EQ(Asked(), 12U) << "another attempt has as much time";
 }
 
 TEST_F(ASearchSession, StopsAtOnceWhenTheEngineTakesItsObjectsAway) {
@@ -115,33 +114,31 @@ TEST_F(ASearchSession, FailsUntilTheReceiverTakesAllOfIt) {
         {"MdsSetQueryWindow", "(true, true)", "(false, true)", replace},
         {"MdsGetResults", "(7, true)", "(7, false)", [] {}},
         {"SrRetain", "(true,)", "(false,)", [] {}},
+        {"SrSetQueryWindow", "(true, true)", "(false, true)", [] {}},
     };
     for (const auto& each : cases)
         service.Reply(each.method, each.taken);
     service.Reply("SrQueryResults", "(true, 0, 1, 1, true)");
     service.Fail("StartSearch", "no tuner");
-    session->GetResults(0, 1);
-    EXPECT_TRUE(Logs("true,4")) << "at once: nothing was begun";
+    EXPECT_TRUE(GetsResults("true,4")) << "at once: nothing was begun";
     EXPECT_EQ(Asked(), 0U);
     service.Fail("StartSearch", "");
+    service.Fail("SrQueryResults", "gone");
+    EXPECT_TRUE(GetsResults("true,4"));
+    EXPECT_EQ(session->Length(), 0U);
+    service.Fail("SrQueryResults", "");
     for (const auto& each : cases) {
         SCOPED_TRACE(each.method + std::string(each.refused));
-        session = std::make_shared<SearchSession>(context, RetainedId<IMetadataSearchCacheWK>(5), link,
-                                                  SearchSession::Patience{1, 4, 40});
-        session->SetPageObject(Object("target"));
+        Begin();
         service.Reply(each.method, each.refused);
         each.set();
-        page.main.Eval("log = []");
         (void)service.TakeCalls();
-        session->GetResults(0, 1);
-        EXPECT_TRUE(Logs("true,4"));
+        EXPECT_TRUE(GetsResults("true,4"));
         EXPECT_EQ(std::ranges::count(service.TakeCalls(), "StartSearch (5,)"), 0);
         service.Reply(each.method, each.taken);
         keep();
         each.set();
-        page.main.Eval("log = []");
-        session->GetResults(0, 1);
-        EXPECT_TRUE(Logs("true,0"));
+        EXPECT_TRUE(GetsResults("true,0"));
     }
 }
 
@@ -149,12 +146,10 @@ TEST_F(ASearchSession, EndsWithTheReceiverThatHadIt) {
     session->GetResults(0, 1);
     service.Stop();
     service.Start();
-    EXPECT_TRUE(Logs("true,4"));
+    EXPECT_TRUE(Hears("true,4"));
     (void)service.TakeCalls();
-    page.main.Eval("log = []");
     EXPECT_FALSE(session->SetQuery(3));
-    session->GetResults(0, 1);
-    EXPECT_TRUE(Logs("true,4")) << "the new one has another search of this number, or none";
+    EXPECT_TRUE(GetsResults("true,4")) << "the new one has another search of this number, or none";
     session.reset();
     (void)ISearchResultsCacheWK::GetInstance()->Retain(0);
     EXPECT_THAT(service.TakeCalls(), testing::ElementsAre("SrRetain (0,)"));
@@ -168,12 +163,9 @@ TEST_F(ASearchSession, IsNotConfusedByAHandlerThatAsksAgain) {
                             [](JSContextRef where, JSObjectRef, JSObjectRef, size_t, const JSValueRef[],
                                JSValueRef*) { return s_again(), JSValueMakeUndefined(where); }));
     s_again = [this] { session->GetResults(0, 2); };
-    page.main.Eval(
-        "heard.left = 2; var inner = heard; "
-        "function hearAndAsk(s, state) { inner(s, state); if (heard.left--) again(); }");
+    Eval("var left = 2; function hearAndAsk(s, state) { heard(s, state); if (left--) again(); }");
     manager.t_AddCallbackFunction(context, Object("target"), "MetadataSearch", Object("hearAndAsk"));
-    session->GetResults(0, 1);
-    EXPECT_TRUE(Logs("true,0,true,0,true,0"));
+    EXPECT_TRUE(GetsResults("true,0,true,0,true,0"));
     EXPECT_EQ(session->Length(), 4000000000U) << "whatever the receiver says, nothing is allotted for it";
     EXPECT_EQ(session->At(3999999999U), nullptr);
 }

@@ -1,7 +1,5 @@
 // Stream events from subscription to trigger, and what remains of them when pages are done.
 
-#include <string>
-
 #include "InjectedBundle/Src/BindingObject.h"
 #include "JavaScript/Src/StreamEventHandler.h"
 #include "Tests/Unit/TelevisionPage.h"
@@ -15,7 +13,10 @@ using testing::IsEmpty;
 
 class AStreamEvent : public TelevisionPage {
  protected:
-    AStreamEvent() { Eval("function f(e) { log.push('f', e.name, e.data, e.text, e.status); }"); }
+    AStreamEvent() {
+        api.Reply("StreamEventUnsubscribe", "(true,)");
+        Eval("function f(e) { log.push('f', e.name, e.data, e.text, e.status); }");
+    }
 
     void Subscribe(unsigned jobId, const std::string& arguments) {
         api.Reply("StreamEventSubscribe", "(" + std::to_string(jobId) + ",)");
@@ -73,7 +74,6 @@ TEST_F(AStreamEvent, IsSubscribedOnceForEachTimeAListenerIsAdded) {
     Send(42);
     EXPECT_EQ(Eval("log.splice(0).length / 5"), "2") << "one job for two subscriptions";
     (void)api.TakeCalls();
-    api.Reply("StreamEventUnsubscribe", "(true,)");
     EXPECT_EQ(Value("tv.removeStreamEventListener('dvb://x', 'tick', f)"), "undefined");
     EXPECT_THAT(api.TakeCalls(), ElementsAre("StreamEventUnsubscribe (41,)", "StreamEventUnsubscribe (42,)",
                                              "StreamEventUnsubscribe (42,)"));
@@ -82,9 +82,8 @@ TEST_F(AStreamEvent, IsSubscribedOnceForEachTimeAListenerIsAdded) {
 TEST_F(AStreamEvent, IsNotHeardByAListenerThatWasRemoved) {
     Subscribe(41, "'dvb://x', 'tick', f");
     Subscribe(42, "'dvb://x', 'tock', f");
-    Eval(
-        "tv.removeStreamEventListener('dvb://y', 'tick', f); tv.removeStreamEventListener('dvb://x', 'tick', "
-        "function() {});");
+    Eval(R"(tv.removeStreamEventListener('dvb://y', 'tick', f);
+            tv.removeStreamEventListener('dvb://x', 'tick', () => {});)");
     (void)api.TakeCalls();
     Send(41);
     EXPECT_NE(Log(), "");
@@ -110,32 +109,29 @@ TEST_F(AStreamEvent, IsNotHeardByAListenerThatWasRemoved) {
 }
 
 TEST_F(AStreamEvent, SurvivesListenersThatDropTheirObject) {
-    api.Reply("StreamEventUnsubscribe", "(true,)");
     api.Reply("StreamEventSubscribe", "(41,)");
-    Eval(R"(function make(stays) {
-        var each = PrivateObjectFactory.createVideoBroadcastObject();
+    Eval(R"(function go(stays) {
+        var each = make();
         each.addStreamEventListener('dvb://x', 'tick', function once(e) {
             each.removeStreamEventListener('dvb://x', 'tick', once);
             each = null;
-            for (var i = 0; i < 3; i++) PrivateObjectFactory.createVideoBroadcastObject();
+            for (var i = 0; i < 3; i++) make();
             collect();
             log.push(e.data, e.text);
         });
         if (stays)
-            each.addStreamEventListener('dvb://x', 'tick', function() { log.push('stays'); });
+            each.addStreamEventListener('dvb://x', 'tick', () => log.push('stays'));
     }
-    for (var i = 0; i < 10; i++) make(i % 2);)");
+    for (var i = 0; i < 10; i++) go(i % 2);)");
     Send(41, "ab");
-    EXPECT_EQ(Eval("[log.filter(function(l) { return l === 'ab' }).length, "
-                   "log.splice(0).filter(function(l) { return l === 'stays' }).length].join()"),
-              "10,5");
+    EXPECT_EQ(Eval("['ab', 'stays'].map(what => log.filter(l => l === what).length).join()"), "10,5");
+    Eval("log = []");
     page.main.CollectGarbage();
     Send(41, "ab");
     EXPECT_EQ(Log(), "stays,stays,stays,stays,stays") << "the other listener keeps its object";
 }
 
 TEST_F(AStreamEvent, EndsWithTheReceiverThatHadIt) {
-    api.Reply("StreamEventUnsubscribe", "(true,)");
     Subscribe(41, "'dvb://x', 'tick', f");
     Subscribe(42, "'dvb://x', 'tock', f");
     Subscribe(43, "'dvb://x', 'tack', f");
@@ -158,7 +154,6 @@ TEST_F(AStreamEvent, EndsWithTheReceiverThatHadIt) {
 }
 
 TEST_F(AStreamEvent, EndsWithItsPageOrFrameAndHoldsItsObjectUntilThen) {
-    api.Reply("StreamEventUnsubscribe", "(true,)");
     api.Reply("StreamEventSubscribe", "(77,)");
     const char* const subscribe = R"((function() {
         for (var i = 0; i < 20; i++) {
@@ -181,11 +176,13 @@ TEST_F(AStreamEvent, EndsWithItsPageOrFrameAndHoldsItsObjectUntilThen) {
     EXPECT_EQ(Unsubscribed(77), 20U) << "what was removed is not unsubscribed again";
     page.main.Navigate();
     EXPECT_EQ(Unsubscribed(77), 20U);
-    Eval(
-        "var log = []; (function() { for (var i = 0; i < 20; i++) { var each = "
-        "PrivateObjectFactory.createVideoBroadcastObject(); each.addStreamEventListener('dvb://x', 'tick', "
-        "log.push); "
-        "each.removeStreamEventListener('dvb://x', 'tick', log.push); } })()");
+    Eval(R"((function() {
+        for (var i = 0; i < 20; i++) {
+            var each = PrivateObjectFactory.createVideoBroadcastObject();
+            for (const act of ['add', 'remove'])
+                each[act + 'StreamEventListener']('dvb://x', 'tick', Array.of);
+        }
+    })())");
     page.main.CollectGarbage();
     EXPECT_LT(OipfJavaScript::BindingObject::AliveCount(), before + 10)
         << "nothing is left that would be called";
