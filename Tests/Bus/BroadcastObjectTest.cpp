@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <string>
-
-#include <gmock/gmock.h>
 
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/LogCapture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 #include "Tests/Unit/FakeBrowser.h"
@@ -17,7 +13,7 @@ namespace {
 
 using ReceiverTest::writeFile;
 
-class AThousandChannels : public ReceiverTest::RunningReceiver {
+class AThousandChannels : public ReceiverTest::RunningReceiver, protected TestedPage {
  protected:
     void SetUp() override {
         RunningReceiver::SetUp();
@@ -33,9 +29,6 @@ class AThousandChannels : public ReceiverTest::RunningReceiver {
         ASSERT_TRUE(control("ClearCalls").value);
     }
 
-    std::string Eval(const std::string& script) { return page.main.Eval(script); }
-
-    FakePage page;
     static constexpr int kChannels = 1000;
 
     [[nodiscard]] std::string scenario() const override {
@@ -63,8 +56,6 @@ TEST_F(AThousandChannels, AreReadIndexedSearchedAndGivenBackToTheLast) {
     int retained = 0;
     int read = 0;
     const auto settled = [&] {
-        // The collector takes words that are left on the stack for references: leave others there.
-        Eval("(function deep(n) { return n && [deep(n - 1)]; })(100)");
         page.main.CollectGarbage();
         balance.clear();
         retained = read = 0;

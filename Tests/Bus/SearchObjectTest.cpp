@@ -1,15 +1,10 @@
 // Searches from a page's call to the simulated receiver and back.
 
 #include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "IPC/DBUS/Src/ChannelCacheWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "IPC/DBUS/Src/MetadataSearchWK_DBus.h"
-#include "Tests/Bus/BusFixture.h"
 #include "Tests/Bus/ReceiverFixture.h"
 #include "Tests/Unit/FakeBrowser.h"
 
@@ -21,7 +16,7 @@ using testing::ElementsAre;
 using testing::Not;
 using testing::StartsWith;
 
-class APageThatSearches : public ReceiverTest::RunningReceiver {
+class APageThatSearches : public ReceiverTest::RunningReceiver, protected TestedPage {
  protected:
     [[nodiscard]] std::string scenario() const override {
         return writeFile("guide.json", R"({
@@ -67,10 +62,10 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
                 if (query) search.setQuery(query(search));
                 return search;
             }
-            function named(text) { return function(search) { return search.createQuery('Programme.name', 6, text); }; }
-            function titles(results) { return Array.from(results, function(p) { return p.name; }).join('|'); }
+            var named = text => search => search.createQuery('Programme.name', 6, text);
+            var titles = results => Array.from(results, p => p.name).join('|');
+            manager.onMetadataSearch = (search, state) => log.push((search.label || '') + state);
         )");
-        Listen();
         ForgetCalls();
     }
 
@@ -79,12 +74,6 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
         RunningReceiver::TearDown();
     }
 
-    std::string Eval(const std::string& script) { return page.main.Eval(script); }
-    std::string Value(const std::string& expression) { return page.main.Value(expression); }
-    void Listen() {
-        Eval(
-            "manager.onMetadataSearch = function(search, state) { log.push((search.label || '') + state); }");
-    }
     [[nodiscard]] testing::AssertionResult Logs(const std::string& expected) {
         if (WaitFor([&] { return Eval("log.join()") == expected; }))
             return testing::AssertionSuccess();
@@ -92,11 +81,13 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
     }
     // What a search for the expression's query finds, as titles.
     std::string Finds(const std::string& query) {
-        EXPECT_EQ(Eval("log = []; var found = searchFor(function(s) { return " + query +
-                       "; }); found.result.getResults(0, 99)"),
-                  "false");
+        return FindsOf("var found = searchFor(s => " + query + ")", "found");
+    }
+    // What the search finds that a script has prepared.
+    std::string FindsOf(const std::string& script, const std::string& search = "s") {
+        EXPECT_EQ(Eval("log = []; " + script + "; " + search + ".result.getResults(0, 99)"), "false");
         EXPECT_TRUE(Logs("0"));
-        return Eval("titles(found.result)");
+        return Eval("titles(" + search + ".result)");
     }
 
     // The calls to the search interface, as "MdsAdd(1,)".
@@ -115,9 +106,7 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
             Calls(), [&](const std::string& call) { return call.starts_with(method + "("); }));
     }
     void ForgetCalls() { ASSERT_TRUE(control("ClearCalls").value); }
-    void SearchesTake(const std::string& milliseconds) {
-        ASSERT_TRUE(control("SetWorld", "('/search/duration_ms', '" + milliseconds + "')").value);
-    }
+    void SearchesTake(const std::string& milliseconds) { setWorld("/search/duration_ms", milliseconds); }
     // When a later call has been answered, all that was sent before has arrived.
     static void LetEverythingArrive() { (void)CDAEBrowserAPIWK::GetInstance()->IsTrusted(); }
     [[nodiscard]] bool ReleasedEverything() {
@@ -128,8 +117,6 @@ class APageThatSearches : public ReceiverTest::RunningReceiver {
         }
         return true;
     }
-
-    FakePage page;
 };
 
 TEST_F(APageThatSearches, HearsOfTheEndAndReadsWhatWasFound) {
@@ -139,7 +126,7 @@ TEST_F(APageThatSearches, HearsOfTheEndAndReadsWhatWasFound) {
         var search = searchFor(named('NEWS'));
         search.label = 'mine';
         manager.onMetadataSearch = function(s, state) { log.push(s === search, state, s.label, this === manager); };
-        manager.addEventListener('MetadataSearch', function(e) { log.push(e.search === search, e.state, e.type); });
+        manager.addEventListener('MetadataSearch', e => log.push(e.search === search, e.state, e.type));
         var atOnce = [search.result === search.result, search.result.length, search.result[0],
                       search.result.getResults(0, 2), search.result.totalSize, log.length].join();
     )");
@@ -151,9 +138,7 @@ TEST_F(APageThatSearches, HearsOfTheEndAndReadsWhatWasFound) {
               "Evening News,The day,1699999400,1800,ccid://1,crid://tv/11,0,12");
     EXPECT_EQ(Value("search.result.item(1).name"), "string News in brief");
     EXPECT_EQ(Value("search.result[0] === search.result[0]"), "boolean false");
-    EXPECT_EQ(Value("search.result[2]"), "undefined");
-    EXPECT_EQ(Value("search.result.item(2)"), "undefined");
-    EXPECT_EQ(Value("search.result.item(-1)"), "undefined");
+    ExpectAll("undefined", {"search.result[2]", "search.result.item(2)", "search.result.item(-1)"});
     EXPECT_EQ(Count("PcGet"), 2U) << "what was read once is not asked for again";
 
     Eval("log = []; search.result.getResults(3, 9)");
@@ -187,13 +172,12 @@ TEST_F(APageThatSearches, CombinesConditions) {
 TEST_F(APageThatSearches, GetsNullForWhatCannotBeMadeAndExceptionsForWrongCalls) {
     Eval("var s = manager.createSearch(2)");
     EXPECT_EQ(Eval("[s.searchTarget, s.TARGET_ON_DEMAND, s.query, s.result.STATE_IDLE].join()"), "2,2,,3");
-    for (const char* call :
-         {"manager.createSearch(0)", "manager.createSearch(3)", "manager.createSearch(NaN)",
-          "s.createQuery('', 0, 'x')", "s.createQuery('name', 0, 'x')",
-          "s.createQuery('Programme.Name', 0, 1)", "s.createQuery('Programme.name', 7, 'x')",
-          "s.createQuery('Programme.name', -1, 'x')", "s.createQuery('Programme.name', NaN, 'x')",
-          "named('x')(s).and(config)", "s.setQuery(config)", "s.query"})
-        EXPECT_EQ(Value(call), "null") << call;
+    ExpectAll("null",
+              {"manager.createSearch(0)", "manager.createSearch(3)", "manager.createSearch(NaN)",
+               "s.createQuery('', 0, 'x')", "s.createQuery('name', 0, 'x')",
+               "s.createQuery('Programme.Name', 0, 1)", "s.createQuery('Programme.name', 7, 'x')",
+               "s.createQuery('Programme.name', -1, 'x')", "s.createQuery('Programme.name', NaN, 'x')",
+               "named('x')(s).and(config)", "s.setQuery(config)", "s.query"});
     EXPECT_EQ(Count("QcAddDataModeStr"), 1U) << "the receiver is not asked for the others";
     for (const char* call :
          {"manager.createSearch()", "manager.createSearch('1')", "s.setQuery()", "s.setQuery(1)",
@@ -208,10 +192,7 @@ TEST_F(APageThatSearches, GetsNullForWhatCannotBeMadeAndExceptionsForWrongCalls)
 
 TEST_F(APageThatSearches, ChoosesChannels) {
     const auto on = [this](const std::string& constraints) {
-        Eval("log = []; var s = manager.createSearch(1); var list = config.channelList; " + constraints +
-             "; s.result.getResults(0, 9)");
-        EXPECT_TRUE(Logs("0"));
-        return Eval("titles(s.result)");
+        return FindsOf("var s = manager.createSearch(1), list = config.channelList; " + constraints);
     };
     EXPECT_EQ(on("s.addChannelConstraint(list[1])"), "News in brief");
     EXPECT_EQ(on("s.addChannelConstraint(list[1]); s.addChannelConstraint(list[2])"),
@@ -219,13 +200,10 @@ TEST_F(APageThatSearches, ChoosesChannels) {
     EXPECT_EQ(on("s.addChannelConstraint(list)"), "Evening News|News in brief|No news|Film|Late news");
     EXPECT_EQ(on("s.addChannelConstraint(list[1]); s.addChannelConstraint(null)"),
               "Evening News|News in brief|No news|Film|Late news");
-    EXPECT_EQ(on("s.addChannelConstraint(tv = PrivateObjectFactory.createVideoBroadcastObject()"
-                 ".createChannelObject(12, 1, 2, 99))"),
-              "")
-        << "a channel that the receiver does not know";
+    Eval("var tv = PrivateObjectFactory.createVideoBroadcastObject()");
+    EXPECT_EQ(on("s.addChannelConstraint(tv.createChannelObject(12, 1, 2, 99))"), "") << "an unknown channel";
     // An object of another class is neither.
-    EXPECT_EQ(Value("s.addChannelConstraint(config)"), "null");
-    EXPECT_EQ(Value("s.addChannelConstraint({})"), "null");
+    ExpectAll("null", {"s.addChannelConstraint(config)", "s.addChannelConstraint({})"});
 }
 
 TEST_F(APageThatSearches, ReadsTheScheduleOfAChannelFromWhatIsOn) {
@@ -261,13 +239,10 @@ TEST_F(APageThatSearches, StopsARunningSearch) {
     const size_t asked = Count("SrQueryResults");
 
     SearchesTake("10");
-    Eval(
-        "log = []; s.findProgrammesFromStream(config.channelList[0], null, 1); s.result.abort(); "
-        "s.result.getResults(0, 9)");
-    EXPECT_TRUE(Logs("0"));
-    EXPECT_EQ(Eval("[titles(s.result), s.query].join()"),
-              "Evening News|News in brief|No news|Film|Late news,")
+    EXPECT_EQ(FindsOf("s.findProgrammesFromStream(config.channelList[0], null, 1); s.result.abort()"),
+              "Evening News|News in brief|No news|Film|Late news")
         << "all that was set is gone, idle or not";
+    EXPECT_EQ(Value("s.query"), "null");
     const size_t askedThen = Count("SrQueryResults");
     EXPECT_GT(askedThen, asked);
     Eval("log = []; s.result.abort()");
@@ -328,7 +303,7 @@ TEST_F(APageThatSearches, HearsThatASearchFailed) {
     ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.MdsSetQuery', 'no')").value);
     EXPECT_EQ(Value("[s.query].concat(s.setQuery(named('x')(s)), s.query, "
                     "s.findProgrammesFromStream(config.channelList[0], 1), s.query)"
-                    ".filter(function(q, i, all) { return q === all[0]; }).length"),
+                    ".filter((q, i, all) => q === all[0]).length"),
               "number 3")
         << "what is refused is not remembered";
 }
@@ -338,19 +313,18 @@ TEST_F(APageThatSearches, RunsSeveralSearchesAtOnce) {
     Eval(R"(
         var first = searchFor(named('film')), second = searchFor(named('brief')), third = searchFor(named('no news'));
         first.label = 'first '; second.label = 'second '; third.label = 'third ';
-        manager.onMetadataSearch = function(search, state) {
+        manager.onMetadataSearch = (search, state) => {
             log.push(search.label + state + (search.result.length ? ' ' + search.result[0].name : ''));
             log.sort();
         };
-        [first, second, third].forEach(function(search) { search.result.getResults(0, 9); });
+        [first, second, third].forEach(search => search.result.getResults(0, 9));
         second.result.abort();
     )");
     EXPECT_TRUE(Logs("first 0 Film,second 3,third 0 No news"));
 }
 
 TEST_F(APageThatSearches, IsToldOfASearchThatItKeepsNoMore) {
-    Eval(
-        "(function() { var s = searchFor(named('film')); s.label = 'kept '; s.result.getResults(0, 1); })()");
+    Eval("(s => { s.label = 'kept '; s.result.getResults(0, 1); })(searchFor(named('film')))");
     page.main.CollectGarbage();
     EXPECT_TRUE(Logs("kept 0"));
     Eval("log = []; var results = (s => (s.label = 'again ', s.result))(searchFor())");
@@ -366,7 +340,7 @@ TEST_F(APageThatSearches, IsToldOfASearchThatItKeepsNoMore) {
 
 TEST_F(APageThatSearches, GivesBackWhatItRetained) {
     Eval(R"((function() {
-        var s = searchFor(function(s) { return named('news')(s).and(named('x')(s).not()).or(named('film')(s)); });
+        var s = searchFor(s => named('news')(s).and(named('x')(s).not()).or(named('film')(s)));
         s.addChannelConstraint(config.channelList);
         s.findProgrammesFromStream(config.channelList[0], null);
         s.setQuery(named('news')(s));
@@ -379,14 +353,13 @@ TEST_F(APageThatSearches, GivesBackWhatItRetained) {
     }));
     EXPECT_EQ(Count("QcRetain"), 10U) << "eight queries of the page's, and the constraints of two calls";
     EXPECT_EQ(Count("MdsRetain") + Count("SrRetain"), 2U);
-    EXPECT_EQ(control("GetWorld", "('/state/searches',)").text(), "('0',)");
-    EXPECT_EQ(control("GetWorld", "('/state/search_results',)").text(), "('0',)");
+    for (const char* kind : {"searches", "search_results"})
+        EXPECT_EQ(world(std::string("/state/") + kind), "0") << kind;
 }
 
 TEST_F(APageThatSearches, MayLoseItsManagerWhileASearchRuns) {
-    Eval(
-        "manager.onMetadataSearch = null; var s = searchFor(named('film')); s.result.getResults(0, 9); "
-        "manager = null;");
+    Eval(R"(manager.onMetadataSearch = null; var s = searchFor(named('film'));
+            s.result.getResults(0, 9); manager = null;)");
     page.main.CollectGarbage();
     EXPECT_TRUE(WaitFor([this] { return Value("s.result.length") == "number 1"; }));
     EXPECT_EQ(Eval("titles(s.result)"), "Film");
@@ -394,10 +367,8 @@ TEST_F(APageThatSearches, MayLoseItsManagerWhileASearchRuns) {
 
 TEST_F(APageThatSearches, LeavesNothingBehindWhenItIsLeft) {
     SearchesTake("60000");
-    Eval(
-        "var query = named('x')(manager.createSearch(1)), s = searchFor(named('film')); "
-        "s.result.getResults(0, 9); "
-        "var other = searchFor(named('news')); other.result.abort();");
+    Eval(R"(var query = named('x')(manager.createSearch(1)), s = searchFor(named('film'));
+            s.result.getResults(0, 9); var other = searchFor(named('news')); other.result.abort();)");
     EXPECT_TRUE(WaitFor([this] { return Count("SrQueryResults") > 0; }));
     EXPECT_FALSE(ReleasedEverything());
     page.main.Navigate();
@@ -406,10 +377,9 @@ TEST_F(APageThatSearches, LeavesNothingBehindWhenItIsLeft) {
     EXPECT_EQ(control("GetWorld", "('/state/searches',)").text(), "('0',)");
     const size_t asked = Count("SrQueryResults");
     SearchesTake("10");
-    Eval(
-        "var log = [], manager = PrivateObjectFactory.createSearchManagerObject(); "
-        "manager.onMetadataSearch = function(s, state) { log.push(state); }; "
-        "manager.createSearch(1).result.getResults(0, 9)");
+    Eval(R"(var log = [], manager = PrivateObjectFactory.createSearchManagerObject();
+            manager.onMetadataSearch = (s, state) => log.push(state);
+            manager.createSearch(1).result.getResults(0, 9))");
     EXPECT_TRUE(Logs("0"));
     EXPECT_GT(Count("SrQueryResults"), asked);
     EXPECT_THAT(Calls(), Not(Contains("CancelSearch(0,)")));
@@ -417,9 +387,9 @@ TEST_F(APageThatSearches, LeavesNothingBehindWhenItIsLeft) {
 
 TEST_F(APageThatSearches, KeepsObjectsOfAFrameThatIsLeftFromDoingAnything) {
     FakeFrame& frame = page.AddFrame();
-    frame.Eval(
-        "var manager = PrivateObjectFactory.createSearchManagerObject(), s = manager.createSearch(1), "
-        "q = s.createQuery('Programme.name', 6, 'x'); s.setQuery(q); s.result.getResults(0, 1);");
+    frame.Eval(R"(
+        var manager = PrivateObjectFactory.createSearchManagerObject(), s = manager.createSearch(1),
+            q = s.createQuery('Programme.name', 6, 'x'); s.setQuery(q); s.result.getResults(0, 1);)");
     // A script of the main frame holds on to them.
     JSObjectRef global = JSContextGetGlobalObject(frame.context);
     page.main.SetGlobal("theirs", global);
