@@ -278,7 +278,8 @@ TEST_F(AReceiverWithARealPlayer, HoldsNothingOfFilmsThatWereLetGoAtAnyMoment) {
 }
 
 TEST_F(AReceiverWithARealPlayer, OutlivesTheProcessesOfItsFilms) {
-    setWorld("/media/connect_limit_ms", "1000");
+    // Long enough for a film to begin on a busy machine, and waited for only by what was stopped.
+    setWorld("/media/connect_limit_ms", "4000");
     for (const auto find : {MediaTest::filmProcesses, MediaTest::mediaProcesses}) {
         for (const int signal : {SIGKILL, SIGABRT, SIGSTOP}) {
             play(fileUrl("film.mp4"));
