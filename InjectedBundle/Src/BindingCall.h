@@ -328,8 +328,8 @@ void RegisterInstance(JSContextRef context, const char* id, JSObjectRef instance
 // A new binding object around a new implementation object.
 template <class Binding, typename... Arguments>
 std::unique_ptr<Binding> MakeBinding(Arguments&&... arguments) {
-    using Implementation = std::remove_reference_t<decltype(std::declval<Binding&>().Implementation())>;
-    return std::make_unique<Binding>(std::make_unique<Implementation>(std::forward<Arguments>(arguments)...));
+    return std::make_unique<Binding>(
+        std::make_unique<typename Binding::Impl>(std::forward<Arguments>(arguments)...));
 }
 
 // A new JavaScript object around one.

@@ -6,14 +6,13 @@ const HEAD = '// Generated from the interface description; changes made here are
 
 // `head`, the parts with commas between them and `tail`, broken where a line would be too long.
 function fill(head, parts, tail) {
-  const lines = [head];
-  parts.forEach((part, index) => {
-    const text = part + (index < parts.length - 1 ? ',' : tail);
-    const line = lines.at(-1);
-    const joined = index === 0 || !line.trim() ? line + text : `${line} ${text}`;
-    if (index === 0 || joined.length <= WIDTH) lines[lines.length - 1] = joined;
-    else lines.push(' '.repeat(head.length) + text);
-  });
+  const [first, ...rest] = parts.map((part, index) => part + (index < parts.length - 1 ? ',' : tail));
+  const lines = [head + first];
+  for (const part of rest) {
+    const joined = `${lines.at(-1)} ${part}`;
+    if (joined.length <= WIDTH) lines[lines.length - 1] = joined;
+    else lines.push(' '.repeat(head.length) + part);
+  }
   return lines.join('\n');
 }
 
@@ -46,8 +45,7 @@ function argumentTag(argument) {
 }
 
 // All methods of a class, in the order of its table.
-const methodsOf = ({ operations, listeners }) => [...operations, ...listeners];
-const methodNamesOf = (description) => methodsOf(description).map(({ name }) => name);
+const methodNamesOf = ({ operations, listeners }) => [...operations, ...listeners].map(({ name }) => name);
 
 export function bindingHeader(description) {
   const { name, isTarget, constants, customConvertToType: convert } = description;
@@ -118,7 +116,7 @@ function attributeRow(attribute, name) {
   return `${comment(' '.repeat(8), text)}\n${row(' '.repeat(8), [`"${attribute.name}"`, get, set])}`;
 }
 
-function formOf(form, name, overloaded) {
+function formOf(form, overloaded) {
   const member = `Impl::${form.custom ? 'custom' : ''}${upper(form.name)}`;
   if (form.custom) return ['CustomOperation<', [`&${member}`]];
   const types = form.arguments.filter(({ ignored }) => !ignored).map(argumentTag);
@@ -126,11 +124,15 @@ function formOf(form, name, overloaded) {
   return ['Operation<', [pointer, resultTag(form.result), ...form.arguments.map(argumentTag)]];
 }
 
-function method(signature, binding, name, forms) {
-  const callback = `t_${upper(name)}`;
+const listenerFormOf = ({ name }) => ['ListenerOperation<', [`&Impl::t_${upper(name)}`]];
+
+// A form is the template and its arguments.
+function method(binding, operation, forms) {
+  const callback = `t_${upper(operation.name)}`;
   const aliases = forms.map((_, index) => (forms.length > 1 ? `Form${index + 1}` : 'Form'));
   const uses = forms.map(([head, parts], index) => fill(`    using ${aliases[index]} = ${head}`, parts, '>;'));
-  return `${signature.map((text) => `${comment('', text)}\n`).join('')}${
+  return `
+${operation.forms.map(({ text }) => `${comment('', text)}\n`).join('')}${
     fill(`JSValueRef ${binding}::${callback}(`, ['JSContextRef context', 'JSObjectRef', 'JSObjectRef object', 'size_t count',
       'const JSValueRef values[]', 'JSValueRef* exception'], ') {')}
 ${uses.join('\n')}
@@ -141,11 +143,10 @@ ${fill(`    return CallOperation<${[binding, ...aliases].join(', ')}>(`,
 }
 
 const methodsText = ({ name, operations, listeners }) => [
-  ...operations.map(({ name: operation, forms }) => method(forms.map(({ text }) => text), `ji${name}`, operation,
-    forms.map((form) => formOf(form, name, forms.length > 1)))),
-  ...listeners.map(({ name: operation, forms }) => method(forms.map(({ text }) => text), `ji${name}`, operation,
-    [['ListenerOperation<', [`&Impl::t_${upper(operation)}`]]])),
-].map((text) => `\n${text}`).join('');
+  ...operations.map((operation) => method(`ji${name}`, operation,
+    operation.forms.map((form) => formOf(form, operation.forms.length > 1)))),
+  ...listeners.map((operation) => method(`ji${name}`, operation, operation.forms.map(listenerFormOf))),
+].join('');
 
 function includesOf(description) {
   const names = new Set();

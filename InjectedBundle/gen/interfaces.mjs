@@ -83,11 +83,11 @@ function firstTypeToken(node) {
 }
 
 function extendedAttributes(source, node, kind) {
-  const found = new Map();
+  const found = new Set();
   for (const attribute of node.extAttrs ?? []) {
     if (!KNOWN_ATTRIBUTES[kind].has(attribute.name))
       source.fail(node, `unknown extended attribute [${attribute.name}] on ${kind} ${node.name ?? ''}`.trim());
-    found.set(attribute.name, attribute.rhs?.value ?? true);
+    found.add(attribute.name);
   }
   return found;
 }
