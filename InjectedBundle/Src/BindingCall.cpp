@@ -1,7 +1,8 @@
 #include "InjectedBundle/Src/BindingCall.h"
 
 #include "CSP/Inc/PCLog.h"
-#include "JavaScript/Src/jiUtility.h"
+#include "InjectedBundle/Src/JSConversions.h"
+#include "InjectedBundle/Src/RuntimeObjects.h"
 
 namespace OipfJavaScript::Call {
 
@@ -11,7 +12,7 @@ bool Throws(const char* where, JSContextRef context, const CallStatus& status, J
     // Copies: making the exception object allocates, and may so run finalisers.
     const std::string name = status.m_errorName;
     const std::string message = status.m_errorMessage;
-    *exception = jiUtility::JSObjectMakeException(where, context, name, message, exception);
+    Throw(where, context, name, message, exception);
     return true;
 }
 
@@ -25,9 +26,9 @@ JSValueRef RefuseArguments(const char* id, const char* where, const CallArgument
                       static_cast<unsigned long>(call.count));
     for (size_t i = 0; i < call.count; ++i)
         HBBTV_LOG_WARNING("%s::%s Argument[%lu] is %s", id, where, static_cast<unsigned long>(i),
-                          jiUtility::JSValueQueryType(call.context, call.values[i]));
-    *call.exception = jiUtility::JSObjectMakeException(
-        where, call.context, "SecurityError", "Argument count or the argument types are bad", call.exception);
+                          TypeName(call.context, call.values[i]));
+    Throw(where, call.context, "SecurityError", "Argument count or the argument types are bad",
+          call.exception);
     return JSValueMakeNull(call.context);
 }
 
@@ -37,8 +38,7 @@ void LogIgnored(const char* where, size_t index) {
 
 void ThrowWrongValueType(const char* where, JSContextRef context, const char* typeName,
                          JSValueRef* exception) {
-    *exception = jiUtility::JSObjectMakeException(where, context, "TypeError",
-                                                  std::string("Value is not ") + typeName, exception);
+    Throw(where, context, "TypeError", std::string("Value is not ") + typeName, exception);
 }
 
 }  // namespace OipfJavaScript::Call

@@ -10,7 +10,7 @@
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingObject.h"
 #include "InjectedBundle/Src/PageRecord.h"
-#include "JavaScript/Src/jiUtility.h"
+#include "InjectedBundle/Src/RuntimeObjects.h"
 
 namespace OipfJavaScript {
 
@@ -233,8 +233,7 @@ bool BindingClass::SetProperty(JSContextRef context, JSObjectRef object, JSStrin
 
 JSObjectRef BindingClass::RefuseConstruction(JSContextRef context, JSValueRef* exception) const {
     const std::string message = std::string("Not allowed to create ") + m_id + " object directly";
-    *exception =
-        jiUtility::JSObjectMakeException("t_CallAsConstructor", context, "SecurityError", message, exception);
+    Throw("t_CallAsConstructor", context, "SecurityError", message, exception);
     return nullptr;
 }
 

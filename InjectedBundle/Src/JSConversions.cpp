@@ -174,6 +174,25 @@ std::string WellFormedUtf8(std::string_view bytes) {
     return text;
 }
 
+const char* TypeName(JSContextRef context, JSValueRef value) {
+    switch (JSValueGetType(context, value)) {
+        case kJSTypeUndefined:
+            return "Undefined";
+        case kJSTypeNull:
+            return "Null";
+        case kJSTypeBoolean:
+            return "Boolean";
+        case kJSTypeNumber:
+            return "Number";
+        case kJSTypeString:
+            return "String";
+        case kJSTypeObject:
+            return "Object";
+        default:
+            return "Unknown";
+    }
+}
+
 int32_t ToInt32(double number) {
     return Saturate<int32_t>(number);
 }

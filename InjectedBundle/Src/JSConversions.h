@@ -35,6 +35,9 @@ namespace OipfJavaScript {
 // What is well-formed UTF-8 in a payload; the bytes that are not are left out. NULs are kept.
 [[nodiscard]] std::string WellFormedUtf8(std::string_view bytes);
 
+// The name of the value's type, for log lines.
+[[nodiscard]] const char* TypeName(JSContextRef context, JSValueRef value);
+
 // Numbers are truncated toward zero; NaN is 0; what lies outside the type's range becomes its nearest bound,
 // except that a negative number keeps its two's complement when it is read as unsigned (-1 is 4294967295), so
 // that a negative index never names a first element.

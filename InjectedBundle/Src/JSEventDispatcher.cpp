@@ -8,8 +8,7 @@
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/Src/FrameBuiltIns.h"
 #include "InjectedBundle/Src/PageRecord.h"
-#include "InjectedBundle/gen/js/jiEvent.h"
-#include "JavaScript/Src/CEventImpl.h"
+#include "InjectedBundle/Src/RuntimeObjects.h"
 #include "Platform/Inc/JSCPrivate.h"
 
 namespace OipfJavaScript {
@@ -251,7 +250,7 @@ bool JSEventDispatcher::CallHandlers(const char* eventName, const Handler& handl
     pending.reserve(listeners.size());
     static const JSStringHandle s_event("event");
     for (Handler& listener : listeners) {
-        JSObjectRef event = CEventImpl::MakeEvent(listener->Frame(), eventName, target);
+        JSObjectRef event = MakeEvent(listener->Frame(), eventName, target);
         if (event == nullptr) {
             HBBTV_LOG_ERROR("%s(%s) - Fail to create event object!", name.c_str(), eventName);
             return false;

@@ -2,8 +2,7 @@
 
 #include "InjectedBundle/Src/BindingClass.h"
 #include "InjectedBundle/Src/JSConversions.h"
-#include "InjectedBundle/gen/js/jiException.h"
-#include "JavaScript/Src/CExceptionImpl.h"
+#include "InjectedBundle/Src/RuntimeObjects.h"
 
 namespace OipfJavaScript::PageRecord {
 
@@ -18,9 +17,8 @@ std::string TextOfObject(JSContextRef context, JSObjectRef object) {
 }
 
 std::string TextOfThrown(JSContextRef context, JSValueRef thrown) {
-    if (jiException* own = jiException::FromJS(nullptr, context, thrown))
-        return own->Implementation().GetName() + ": " + own->Implementation().GetDescription();
-    return TextOf(context, thrown);
+    const std::optional<std::string> own = TextOfException(context, thrown);
+    return own ? *own : TextOf(context, thrown);
 }
 
 }  // namespace

@@ -56,22 +56,7 @@ std::string jiUtility::JSValueToString(JSContextRef context, JSValueRef value, J
 }
 
 const char* jiUtility::JSValueQueryType(JSContextRef context, JSValueRef value) {
-    switch (JSValueGetType(context, value)) {
-        case kJSTypeUndefined:
-            return "Undefined";
-        case kJSTypeNull:
-            return "Null";
-        case kJSTypeBoolean:
-            return "Boolean";
-        case kJSTypeNumber:
-            return "Number";
-        case kJSTypeString:
-            return "String";
-        case kJSTypeObject:
-            return "Object";
-        default:
-            return "Unknown";
-    }
+    return TypeName(context, value);
 }
 
 std::string jiUtility::GetDocumentLocation(JSContextRef context) {

@@ -16,7 +16,7 @@ const includePattern = /^[ \t]*#[ \t]*include[ \t]*(?:<([^>]+)>|"([^"]+)")/gm;
 
 function roomOf(file, table) {
   return Object.keys(table)
-    .filter((room) => file.startsWith(room + '/'))
+    .filter((room) => file === room || file.startsWith(room + '/'))
     .sort((a, b) => b.length - a.length)[0];
 }
 

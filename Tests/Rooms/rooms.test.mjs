@@ -48,6 +48,16 @@ test('Every include keeps to the room table', () => {
   assert.deepEqual(found, []);
 });
 
+test('No room leans on one that leans on it', () => {
+  const circles = [];
+  const follow = (room, way) => {
+    if (way.includes(room)) circles.push([...way, room].join(' -> '));
+    else for (const next of rooms[room].rooms) follow(next, [...way, room]);
+  };
+  for (const room of Object.keys(rooms)) follow(room, []);
+  assert.deepEqual(circles, []);
+});
+
 test('No text is half merged', () => {
   const texts = sources(/\.(h|cpp|c|js|mjs|md|html|idl|xml|txt|cmake|json)$/);
   const found = texts.filter((file) => /^(<{7}|>{7}) /m.test(readFileSync(path.join(root, file), 'utf8')));
