@@ -14,6 +14,10 @@ constexpr const char* BaseName(const char* path) {
     }
     return name;
 }
+
+inline bool LogShows(PlatformLogPriority priority) {
+    return PlatformLogShows == nullptr || PlatformLogShows(priority);
+}
 }  // namespace HbbTVPlatform
 
 // A record made on behalf of another place, such as the caller of a shared routine.
@@ -28,8 +32,12 @@ constexpr const char* BaseName(const char* path) {
                             format __VA_OPT__(, ) __VA_ARGS__);                       \
     } while (false)
 
-#define HBBTV_LOG_DEBUG(format, ...) \
-    HBBTV_LOG_RECORD(kPlatformLogDebug, "", "", format __VA_OPT__(, ) __VA_ARGS__)
+// Its arguments, the text of whole messages among them, are only worked out for a line that is shown.
+#define HBBTV_LOG_DEBUG(format, ...)                                                        \
+    do {                                                                                    \
+        if (::HbbTVPlatform::LogShows(kPlatformLogDebug))                                   \
+            HBBTV_LOG_RECORD(kPlatformLogDebug, "", "", format __VA_OPT__(, ) __VA_ARGS__); \
+    } while (false)
 #define HBBTV_LOG_INFO(format, ...) \
     HBBTV_LOG_RECORD(kPlatformLogInfo, "\033[32m", "\033[0m", format __VA_OPT__(, ) __VA_ARGS__)
 #define HBBTV_LOG_WARNING(format, ...) \

@@ -103,7 +103,7 @@ void didCreatePage(WKBundleRef, WKBundlePageRef page, const void*) {
 void didInitializePageGroup(WKBundleRef bundle, WKBundlePageGroupRef pageGroup, const void*) {
     HBBTV_LOG_ENTRY();
     // The script's own lines cost more than what they tell of; they are made where they can be seen.
-    const bool logs = PlatformLogShows == nullptr || PlatformLogShows(kPlatformLogInfo);
+    const bool logs = HbbTVPlatform::LogShows(kPlatformLogInfo);
     const std::string script =
         std::string(logs ? "" : "var _hbbtv_vantrel_logs = false;\n").append(s_bootstrapScript);
     WKStringRef source = WKStringCreateWithUTF8CString(script.c_str());
