@@ -24,10 +24,12 @@ D-Bus call to the receiver's middleware.")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME ${dev_package})
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "${bundle_package} (= ${this_version})")
+set(CPACK_DEBIAN_DEV_PACKAGE_SUGGESTS "python3-gi")
 set(CPACK_COMPONENT_DEV_DESCRIPTION "HbbTV objects for pages, development files
 What is needed to build a middleware or a loader for the HbbTV injected
-bundle, or a page: the descriptions of its D-Bus interfaces, the header of the
-carousel's loader, declarations for TypeScript.")
+bundle, or a page: the descriptions of its D-Bus interfaces, a middleware in
+Python as an example, the header of the carousel's loader, declarations for
+TypeScript.")
 
 set(CPACK_DEBIAN_SHELL_PACKAGE_NAME ${shell_package})
 set(CPACK_DEBIAN_SHELL_PACKAGE_SECTION web)
@@ -35,7 +37,7 @@ set(CPACK_DEBIAN_SHELL_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_SHELL_PACKAGE_DEPENDS "${bundle_package} (= ${this_version}), dbus-daemon, \
 gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, gstreamer1.0-plugins-bad, gstreamer1.0-libav")
 set(CPACK_DEBIAN_SHELL_PACKAGE_RECOMMENDS "fonts-dejavu-core")
-set(CPACK_DEBIAN_SHELL_PACKAGE_SUGGESTS "hbbtv-injected-bundle-dev, python3-gi, webkit2gtk-driver, xvfb, xauth")
+set(CPACK_DEBIAN_SHELL_PACKAGE_SUGGESTS "hbbtv-injected-bundle-dev, webkit2gtk-driver, xvfb, xauth")
 set(CPACK_COMPONENT_SHELL_DESCRIPTION "television browser for HbbTV pages, with a simulated receiver
 Shows HbbTV pages on a desktop, with the same injected bundle that a
 television runs, before a receiver whose channels, programmes and settings

@@ -2,7 +2,7 @@
 # Tools/Scripts/make-packages has made it, and what a desktop wants to know of the programs.
 set(examples_folder ${CMAKE_INSTALL_DATADIR}/hbbtv)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/Examples/ DESTINATION ${examples_folder} COMPONENT shell USE_SOURCE_PERMISSIONS
-  PATTERN __pycache__ EXCLUDE)
+  PATTERN middleware EXCLUDE)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/pictures DESTINATION ${examples_folder} COMPONENT shell OPTIONAL)
 # Files and folders of the media that the player lists; the others are for tests.
 file(READ ${CMAKE_SOURCE_DIR}/Examples/player/media.json played)
