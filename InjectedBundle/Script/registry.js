@@ -96,8 +96,10 @@ function _hbbtv_vantrel_eachType(profile, take) {
     const entry = _hbbtv_vantrel_plugins[i];
     const offers = entry.profiles || [entry];
     for (let j = 0; j < offers.length; ++j) {
+      if (!_hbbtv_vantrel_checkProfile(offers[j].profile, profile))
+        continue;
       const mimes = offers[j].mimes || [offers[j].mime];
-      for (let k = 0; _hbbtv_vantrel_checkProfile(offers[j].profile, profile) && k < mimes.length; ++k)
+      for (let k = 0; k < mimes.length; ++k)
         take(mimes[k], entry);
     }
   }
@@ -106,7 +108,8 @@ function _hbbtv_vantrel_eachType(profile, take) {
 function _hbbtv_vantrel_supportedMimeTypes(profile) {
   const mimes = [];
   _hbbtv_vantrel_eachType(profile, mime => _hbbtv_vantrel_define(mimes, mimes.length, mime));
-  _hbbtv_vantrel_log("Supported mimetypes for profile " + profile + ": " + mimes);
+  if (_hbbtv_vantrel_logs)
+    _hbbtv_vantrel_log("Supported mimetypes for profile " + profile + ": " + mimes);
   return mimes;
 }
 
