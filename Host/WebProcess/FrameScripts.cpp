@@ -90,8 +90,10 @@ void runScript(JSGlobalContextRef context, const std::string& source, const char
 
 void runBrowserExtensions(JSGlobalContextRef context, JSObjectRef glass) {
     static constexpr char kName[] = "browser extensions";
+    static const std::string s_function =
+        std::string("(glass => { 'use strict';\n").append(s_browserExtensions).append("})");
     const JSValueRef arguments[] = {glass};
-    callFunction(context, evaluateFunction(context, s_browserExtensions.data(), kName), arguments, kName);
+    callFunction(context, evaluateFunction(context, s_function.c_str(), kName), arguments, kName);
 }
 
 void defineKeyNames(JSGlobalContextRef context) {
