@@ -16,7 +16,7 @@ using Host::GErrorSlot;
 using Host::GObjectHandle;
 using Host::GVariantHandle;
 
-constexpr const char controlInterface[] = "ReceiverControl";
+constexpr char controlInterface[] = "ReceiverControl";
 
 std::vector<const char*> commandLine(const std::vector<std::string>& arguments) {
     std::vector<const char*> line = {HBBTV_RECEIVER};
@@ -224,6 +224,10 @@ Answer Client::control(const std::string& method, const std::string& arguments) 
 std::vector<std::string> Client::calls() {
     std::vector<std::string> all;
     const auto answer = control("GetCalls");
+    if (!answer.value) {
+        ADD_FAILURE() << answer.error;
+        return all;
+    }
     const GVariantHandle entries(g_variant_get_child_value(answer.value.get(), 0));
     for (size_t i = 0; i < g_variant_n_children(entries.get()); ++i) {
         const char* method = nullptr;
@@ -247,16 +251,21 @@ void Client::setWorld(const std::string& pointer, const std::string& value) {
     EXPECT_EQ(control("SetWorld", "('" + pointer + "', '" + value + "')").error, "");
 }
 
-void Client::callLater(const std::string& method, const std::string& arguments, Answer* answer) {
+std::shared_ptr<Answer> Client::callLater(const std::string& method, const std::string& arguments) {
     const auto target = targetOf(method);
+    const auto answer = std::make_shared<Answer>();
+    // The reply may come when the test has long gone.
     const auto finish = [](GObject* source, GAsyncResult* result, gpointer user) {
+        const std::unique_ptr<std::shared_ptr<Answer>> kept(static_cast<std::shared_ptr<Answer>*>(user));
         GErrorSlot error;
         auto* reply = g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, error.out());
-        *static_cast<Answer*>(user) = answerOf(reply, error);
+        **kept = answerOf(reply, error);
     };
     g_dbus_connection_call(m_connection.get(), target.interface.c_str(), target.path,
-                           target.interface.c_str(), target.method.c_str(), parse(arguments).get(), nullptr,
-                           G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, finish, answer);
+                           target.interface.c_str(), target.method.c_str(), parse(named(arguments)).get(),
+                           nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, finish,
+                           new std::shared_ptr<Answer>(answer));
+    return answer;
 }
 
 testing::AssertionResult Client::hears(const std::vector<std::string>& expected) {

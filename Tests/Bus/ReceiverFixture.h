@@ -1,6 +1,7 @@
 // hbbtv-receiver as a child of the test, and what the tests say to it and hear from it.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,8 +63,9 @@ class Client {
     [[nodiscard]] std::vector<std::string> calls();
     // A value of the world as JSON text.
     [[nodiscard]] std::string world(const std::string& pointer);
-    // Sends the call and does not wait; *answer is set when the reply comes.
-    void callLater(const std::string& method, const std::string& arguments, Answer* answer);
+    // Sends the call and does not wait; the answer is filled when the reply comes.
+    [[nodiscard]] std::shared_ptr<Answer> callLater(const std::string& method,
+                                                    const std::string& arguments = "()");
 
     // Everything heard, as "Signal(arguments)"; the call log's own signal is left out.
     [[nodiscard]] const std::vector<std::string>& signals() const { return m_signals; }

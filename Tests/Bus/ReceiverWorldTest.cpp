@@ -376,6 +376,9 @@ TEST(AWorld, StaysWithinItsBoundsWhateverClientsLeaveBehind) {
         log.add("Interface.Method", "(" + std::to_string(i) + ",)", i);
     ASSERT_EQ(log.calls().size(), CallLog::Limit);
     EXPECT_EQ(log.calls().front().arguments, "(5,)");
+    // A text that is too long is not cut in the middle of a character.
+    const std::string fits(CallLog::ArgumentsLimit - 1, 'a');
+    EXPECT_EQ(log.add("Interface.Method", fits + "\u00e4", 0).arguments, fits + "...");
 }
 
 TEST(AWorld, AnswersDrmMessagesAsTheScenarioSays) {

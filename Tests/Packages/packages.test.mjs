@@ -1,8 +1,8 @@
 // The Debian packages in build/packages. As root, and with a mirror of Debian within reach: they are installed into a Debian that
 // has nothing else.
 import assert from 'node:assert/strict';
-import { execFileSync, spawnSync } from 'node:child_process';
-import { copyFileSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import { spawnSync } from 'node:child_process';
+import { copyFileSync, existsSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { after, test } from 'node:test';
@@ -71,7 +71,7 @@ test('A loader is built with what is installed for it, found by CMake and by pkg
   assert.equal(ask('--modversion'), version);
   for (const variable of ['bundle', 'interfaces', 'declarations', 'includedir']) {
     const place = ask(`--define-variable=prefix=${prefix}`, `--variable=${variable}`);
-    assert.doesNotThrow(() => execFileSync('test', ['-e', place]), `${variable}: ${place}`);
+    assert.ok(existsSync(place), `${variable}: ${place}`);
   }
 });
 

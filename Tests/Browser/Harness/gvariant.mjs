@@ -55,13 +55,18 @@ class Reader {
     }
     const string = this.skip(/^b?('(?:[^'\\]|\\.)*'|"(?:[^"\\]|\\.)*")/s);
     if (string)
-      return unescape(string[1].slice(1, -1));
+      return unescaped(string[1].slice(1, -1));
     const word = this.expect(/^[-+\w.]+/)[0];
-    return word === "true" || word === "false" ? word === "true" : Number(word);
+    if (word === "true" || word === "false")
+      return word === "true";
+    const number = Number(word.replace("inf", "Infinity"));
+    if (Number.isNaN(number) && word !== "nan")
+      throw new Error(`not a value: ${word}`);
+    return number;
   }
 }
 
-function unescape(text) {
+function unescaped(text) {
   const named = { a: "\x07", b: "\b", f: "\f", n: "\n", r: "\r", t: "\t", v: "\v" };
   const escapes = /\\(?:u([0-9a-f]{4})|U([0-9a-f]{8})|([0-7]{1,3})|(.))/gs;
   return text.replace(escapes, (_, short, long, octal, plain) => {
