@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Benchmarks/Count.h"
 #include "Benchmarks/HandWritten.h"
 #include "Benchmarks/Script.h"
 #include "InjectedBundle/Src/JSHandles.h"
@@ -24,7 +25,8 @@ using Benchmarks::Script;
 using OipfJavaScript::JSStringHandle;
 
 constexpr int kRound = 1000;
-constexpr int kListeners = 10;
+const uint32_t kListeners = Benchmarks::Count(10);
+const uint32_t kLiveObjects = Benchmarks::Count(1000);
 
 template <class Binding, class Implementation>
 JSObjectRef CreateBinding(JSContextRef context) {
@@ -74,9 +76,27 @@ void MakeObjects(benchmark::State& state, Create create) {
     state.SetItemsProcessed(state.iterations() * kRound);
 }
 
+// A page's array of objects, filled and read; the next one is made after the collector has had the last.
+void MakeAndReadLive(benchmark::State& state, Create create) {
+    Script script;
+    const JSObjectRef read =
+        script.Function("function (objects) { var sum = 0; for (var o of objects) sum += o.value; }");
+    for (auto _ : state) {
+        JSObjectRef objects = JSObjectMakeArray(script.Context(), 0, nullptr, nullptr);
+        for (uint32_t i = 0; i < kLiveObjects; ++i)
+            JSObjectSetPropertyAtIndex(script.Context(), objects, i, create(script.Context()), nullptr);
+        const JSValueRef argument = objects;
+        JSObjectCallAsFunction(script.Context(), read, nullptr, 1, &argument, nullptr);
+        state.PauseTiming();
+        JSGarbageCollect(script.Context());
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * kLiveObjects);
+}
+
 std::vector<JSObjectRef> MakeListeners(Script& script) {
     std::vector<JSObjectRef> listeners;
-    for (int i = 0; i < kListeners; ++i)
+    for (uint32_t i = 0; i < kListeners; ++i)
         listeners.push_back(
             script.Function("function (event) { return event.argument + " + std::to_string(i) + "; }"));
     return listeners;
@@ -129,6 +149,8 @@ BENCHMARK_CAPTURE(Call, hand, kHand);
 BENCHMARK_CAPTURE(Call, many, kMany);
 BENCHMARK_CAPTURE(MakeObjects, binding, kFew);
 BENCHMARK_CAPTURE(MakeObjects, hand, kHand);
+BENCHMARK_CAPTURE(MakeAndReadLive, binding, kFew);
+BENCHMARK_CAPTURE(MakeAndReadLive, hand, kHand);
 BENCHMARK(DispatchToListeners);
 BENCHMARK_CAPTURE(CallBare, hand, kHand);
 BENCHMARK_CAPTURE(CallBare, plain, kPlain);

@@ -6,7 +6,10 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <numeric>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -28,7 +31,7 @@ gboolean AnswerKeyMask(IDAEBrowserAPI* skeleton, GDBusMethodInvocation* invocati
 }
 
 gboolean AnswerChannelList(IDAEBrowserAPI* skeleton, GDBusMethodInvocation* invocation, gpointer /*data*/) {
-    std::array<guint32, kChannels> ids;
+    std::vector<guint32> ids(kChannels);
     std::iota(ids.begin(), ids.end(), 1);
     idaebrowser_api_complete_get_channel_list(
         skeleton, invocation,
@@ -37,8 +40,9 @@ gboolean AnswerChannelList(IDAEBrowserAPI* skeleton, GDBusMethodInvocation* invo
 }
 
 gboolean AnswerSubscribe(IDAEBrowserAPI* skeleton, GDBusMethodInvocation* invocation, const gchar* /*url*/,
-                         const gchar* /*name*/, gpointer /*data*/) {
-    idaebrowser_api_complete_stream_event_subscribe(skeleton, invocation, kStreamEventJob);
+                         const gchar* name, gpointer /*data*/) {
+    const auto number = static_cast<guint>(std::strtoul(name + std::strlen(kStreamEvent), nullptr, 10));
+    idaebrowser_api_complete_stream_event_subscribe(skeleton, invocation, kStreamEventJob + number);
     return TRUE;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "Benchmarks/Count.h"
 #include "gen/dbus/channelcache-generated.h"
 
 namespace Benchmarks {
@@ -13,10 +14,12 @@ namespace Benchmarks {
 inline constexpr char kApiName[] = "org.vantrel.hbbtv.IDAEBrowserAPI";
 inline constexpr char kCacheName[] = "org.vantrel.hbbtv.IJSChannelCache";
 inline constexpr uint32_t kKeyMask = 0x1f;
-// Channels 1 to 1,000 are in its list.
-inline constexpr uint32_t kChannels = 1000;
-// The job of every stream-event subscription.
+// Channels 1 to this one are in its list.
+inline const uint32_t kChannels = Count(1000);
+// The job of a subscription to the stream event kStreamEvent; to the same with a number behind it, so much
+// more.
 inline constexpr uint32_t kStreamEventJob = 1;
+inline constexpr char kStreamEvent[] = "tick";
 
 // The seventeen values that the channel cache sends for a channel.
 struct ChannelValues {

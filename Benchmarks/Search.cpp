@@ -16,6 +16,7 @@
 
 #include <gio/gio.h>
 
+#include "Benchmarks/Count.h"
 #include "Benchmarks/Middleware.h"
 #include "Benchmarks/Script.h"
 #include "Benchmarks/SearchMiddleware.h"
@@ -37,7 +38,7 @@ constexpr uint32_t kBroadcast = 1;
 constexpr uint32_t kFieldName = 1;
 constexpr uint32_t kContains = 6;
 // What the page reads of the results.
-constexpr uint32_t kWindow = 20;
+const uint32_t kWindow = Benchmarks::Count(20);
 
 Clock::duration slept{};
 
@@ -84,11 +85,15 @@ class Page {
         m_count = JSValueMakeNumber(m_script.Context(), kWindow);
     }
 
-    // The search, ended, and read if it found something; null when the script threw.
+    // The search, ended, and read if it found something; null when the script threw or it never ends.
     [[nodiscard]] JSValueRef Search() const {
         const JSValueRef search = Call(m_search, {m_manager, m_title, m_count});
-        while (search != nullptr && !IsTrue(Call(m_hasEnded, {})))
+        const auto deadline = Clock::now() + std::chrono::minutes(1);
+        while (search != nullptr && !IsTrue(Call(m_hasEnded, {}))) {
+            if (Clock::now() > deadline)
+                return nullptr;
             g_main_context_iteration(nullptr, TRUE);
+        }
         return search;
     }
     [[nodiscard]] bool HasReadAll() const { return IsTrue(Call(m_hasRead, {m_title, m_count})); }

@@ -141,7 +141,7 @@ gboolean AnswerProgramme(IMetaDataSearch* skeleton, GDBusMethodInvocation* invoc
 }  // namespace
 
 ProgrammeValues::ProgrammeValues(uint32_t id)
-    : channelId((id - 1) % kChannels + 1),
+    : channelId((id - 1) / kTitlesInARow % kChannels + 1),
       eventId(id),
       name(std::string(kTitles[(id - 1) % kTitlesInARow]) + " " + std::to_string(id)),
       description("What programme " + std::to_string(id) + " is about, in a sentence or two"),

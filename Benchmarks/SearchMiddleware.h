@@ -1,4 +1,4 @@
-// The searching side of the answering process: 10,000 programmes, and searches by title that are complete as
+// The searching side of the answering process: programmes, and searches by title that are complete as
 // soon as they have been started.
 #pragma once
 
@@ -7,15 +7,17 @@
 #include <cstdint>
 #include <string>
 
+#include "Benchmarks/Count.h"
+
 namespace Benchmarks {
 
 inline constexpr char kSearchName[] = "org.vantrel.hbbtv.IMetaDataSearch";
-inline constexpr uint32_t kProgrammes = 10'000;
 // Of every so many programmes in a row, one has kTitle in its name; they are on different channels.
 inline constexpr uint32_t kTitlesInARow = 25;
 inline constexpr char kTitle[] = "harbour";
+inline const uint32_t kProgrammes = kTitlesInARow * Count(400);
 
-// What the programme cache sends, for programmes 1 to 10,000.
+// What the programme cache sends for a programme; ids begin with 1.
 struct ProgrammeValues {
     explicit ProgrammeValues(uint32_t id);
 

@@ -3,6 +3,7 @@
 #include <JavaScriptCore/JavaScript.h>
 
 #include <array>
+#include <map>
 #include <span>
 #include <string>
 
@@ -30,6 +31,9 @@ namespace {
 
 using Benchmarks::kChannels;
 using Benchmarks::Script;
+
+// One of them is to the event that comes.
+const uint32_t kSubscriptions = Benchmarks::Count(1);
 
 JSValueRef CallFunction(benchmark::State& state, const Script& script, JSObjectRef function,
                         std::span<const JSValueRef> arguments) {
@@ -135,10 +139,10 @@ void FindInArray(benchmark::State& state) {
          "channels.find(channel => channel.ccid === id || channel.ipBroadcastID === id)");
 }
 
-// What a bare handler needs: the page's function.
-struct Listener {
+// What a bare handler needs: the page's functions, by their jobs.
+struct Listeners {
     JSContextRef context;
-    JSObjectRef function;
+    std::map<guint, JSObjectRef> functions;
 };
 
 void HandSignalToClient(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* name, GVariant* parameters,
@@ -146,17 +150,19 @@ void HandSignalToClient(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* name, G
     DispatchDAEBrowserSignal(*static_cast<CDAEBrowserAPIWK*>(client), name, parameters);
 }
 
-void HandSignalToFunction(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* /*name*/, GVariant* /*parameters*/,
+void HandSignalToFunction(GDBusProxy* /*proxy*/, gchar* /*sender*/, gchar* /*name*/, GVariant* parameters,
                           gpointer data) {
-    const auto* listener = static_cast<const Listener*>(data);
-    JSObjectCallAsFunction(listener->context, listener->function, nullptr, 0, nullptr, nullptr);
+    const auto* listeners = static_cast<const Listeners*>(data);
+    guint job = 0;
+    g_variant_get_child(parameters, 4, "u", &job);
+    JSObjectCallAsFunction(listeners->context, listeners->functions.at(job), nullptr, 0, nullptr, nullptr);
 }
 
 // Emits the proxy's signal as it does when a message has arrived, without the bus.
 void Emit(benchmark::State& state, Script& script, GDBusProxy* proxy, const char* heard) {
     static constexpr std::array<guint8, 8> kPayload{'p', 'a', 'y', 'l', 'o', 'a', 'd', '1'};
     const GVariantPtr parameters(g_variant_ref_sink(
-        g_variant_new("(uns@ayu)", 0U, 3, "tick",
+        g_variant_new("(uns@ayu)", 0U, 3, Benchmarks::kStreamEvent,
                       g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, kPayload.data(), kPayload.size(), 1),
                       Benchmarks::kStreamEventJob)));
     for (auto _ : state)
@@ -173,7 +179,9 @@ void StreamEventToListener(benchmark::State& state) {
     script.Keep(television[0]);
     const JSObjectRef subscribe = script.Function(
         "function (tv) { globalThis.heard = 0;"
-        " tv.addStreamEventListener('dvb://1.1.1/events', 'tick', function () { ++heard; }); }");
+        " for (let i = 0; i < " +
+        std::to_string(kSubscriptions) + "; ++i) tv.addStreamEventListener('dvb://1.1.1/events', '" +
+        Benchmarks::kStreamEvent + "' + (i || ''), function () { ++heard; }); }");
     CallFunction(state, script, subscribe, television);
     const GObjectPtr<IDAEBrowserAPI> proxy = NewApi();
     g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToClient), client);
@@ -182,9 +190,12 @@ void StreamEventToListener(benchmark::State& state) {
 
 void StreamEventBare(benchmark::State& state) {
     Script script;
-    Listener listener{script.Context(), script.Function("globalThis.heard = 0, function () { ++heard; }")};
+    Listeners listeners{script.Context(), {}};
+    for (uint32_t i = 0; i < kSubscriptions; ++i)
+        listeners.functions.emplace(Benchmarks::kStreamEventJob + i,
+                                    script.Function("globalThis.heard = 0, function () { ++heard; }"));
     const GObjectPtr<IDAEBrowserAPI> proxy = NewApi();
-    g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToFunction), &listener);
+    g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToFunction), &listeners);
     Emit(state, script, G_DBUS_PROXY(proxy.get()), "heard === value");
 }
 

@@ -1,5 +1,5 @@
 // A television that is kept busy, and measured at rest. Tools/Scripts/run-soak builds what it needs, and is its manual.
-import { mkdirSync, readFileSync, truncateSync, writeFileSync } from 'node:fs';
+import { readFileSync, truncateSync } from 'node:fs';
 import path from 'node:path';
 import { createInterface } from 'node:readline';
 import { setTimeout as pause } from 'node:timers/promises';
@@ -8,7 +8,7 @@ import { parseArgs } from 'node:util';
 import { makeMedia } from '../../Tests/Browser/Harness/media.mjs';
 import { build } from '../../Tests/Browser/Harness/programs.mjs';
 import { Television } from '../../Tests/Browser/Harness/television.mjs';
-import { drawCurves } from './picture.mjs';
+import { plot } from '../Scripts/lib/plot.mjs';
 import { measure } from './processes.mjs';
 
 const here = path.dirname(fileURLToPath(import.meta.url));
@@ -179,26 +179,24 @@ function draw(file) {
   const series = (what, ...names) => names.map((name) => ({
     name,
     points: samples.map(({ minute: at, held }) => [at, held[name][what]]),
-    measured: samples.filter(({ atRest }) => atRest).map(({ minute: at, held }) => [at, held[name][what]]),
+    dots: samples.filter(({ atRest }) => atRest).map(({ minute: at, held }) => [at, held[name][what]]),
   }));
   const all = ['web process', 'shell', 'receiver', 'media processes'];
-  mkdirSync(path.dirname(file), { recursive: true });
-  writeFileSync(file, drawCurves({
+  plot(file, {
     title: `${elapsed() / minute | 0} minutes, ${done.navigations} navigations, ${done.emitted} events${
-      options.bare ? ', without the bundle' : ''}`,
-    markName: 'receiver killed and restarted',
-    dotName: 'at rest, garbage collected',
+      options.bare ? ', without the bundle' : ''}; dots: at rest, garbage collected; lines: receiver killed`,
+    xLabel: 'minutes',
     marks: restarts,
     panels: [
-      { title: 'Memory, private and written', unit: 'MiB', series: series('memory', 'web process') },
-      { title: 'Memory, private and written', unit: 'MiB', series: series('memory', ...all.slice(1)) },
-      { title: 'Memory of malloc, private and written', unit: 'MiB', series: series('C heap', 'web process') },
+      { title: 'Memory, private and written (MiB)', series: series('memory', 'web process') },
+      { title: 'Memory, private and written (MiB)', series: series('memory', ...all.slice(1)) },
+      { title: 'Memory of malloc, private and written (MiB)', series: series('C heap', 'web process') },
       { title: 'Descriptors', series: series('descriptors', ...all) },
       { title: 'Threads', series: series('threads', ...all) },
       { title: 'Native objects', series: series('native objects', 'web process') },
       { title: 'Processes', series: series('processes', ...all) },
     ],
-  }));
+  });
 }
 
 async function soak() {

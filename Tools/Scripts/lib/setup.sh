@@ -7,7 +7,7 @@ packages_build=(
     libjavascriptcoregtk-4.1-dev libwebkit2gtk-4.1-dev ninja-build nlohmann-json3-dev pkg-config
 )
 packages_run=(
-    dbus fonts-dejavu-core gstreamer1.0-libav gstreamer1.0-plugins-bad gstreamer1.0-plugins-base
+    dbus fonts-dejavu-core gnuplot-nox gstreamer1.0-libav gstreamer1.0-plugins-bad gstreamer1.0-plugins-base
     gstreamer1.0-plugins-good gstreamer1.0-tools imagemagick openssl python3-gi python3-selenium webkit2gtk-driver
     weston xauth xdotool xvfb
 )
