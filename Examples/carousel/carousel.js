@@ -111,7 +111,7 @@
     VK_UP: function () { choose(-1); },
     VK_DOWN: function () { choose(1); },
     VK_ENTER: function () {
-      if (names[chosen] === 'about') location.href = 'about/index.html?from=' + names[chosen];
+      if (names[chosen] === 'about') location.href = 'about/index.html';
     },
     VK_RED: toggleText,
     VK_GREEN: function () { showChosen(); },
@@ -149,12 +149,14 @@
     remote.request(KEYS);
     remote.listen(actionOf);
     view.startClock();
-    attempt(function () {
+    var isStarted = attempt(function () {
       startPicture(function () {
         if (names[chosen] === 'programmes') show(programmesPage());
         arrived();
       });
+      return true;
     });
+    if (!isStarted) arrived();
     attempt(function () {
       byId('video').addStreamEventListener('dvb://current/ticker', 'demo', function (event) {
         setText('ticker', 'Live: ' + event.text);

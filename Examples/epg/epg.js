@@ -25,7 +25,7 @@
 
   function timeText(programme) {
     return times.dayName(programme.start) + ', ' + view.clockTime(programme.start) + ' \u2013 ' +
-      view.clockTime(programme.end) + ', ' + times.minutes(programme.end - programme.start);
+      view.clockTime(programme.end) + ', ' + times.durationText(programme.end - programme.start);
   }
 
   function showDetails() {
@@ -72,7 +72,7 @@
     var channel = programme && television.named(programme.ccid);
     if (!channel) return;
     if (times.isRunning(programme)) television.tune(channel);
-    else notice = 'Begins in ' + times.minutes(programme.start - Date.now()) + '.';
+    else notice = 'Begins in ' + times.durationText(programme.start - Date.now()) + '.';
   }
 
   // A result is shown in the guide, among what comes before and after it.

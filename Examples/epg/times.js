@@ -20,7 +20,7 @@ var times = (function () {
       return DAYS[time.getDay()] + ' ' + time.getDate() + ' ' + MONTHS[time.getMonth()];
     },
 
-    minutes: function (milliseconds) {
+    durationText: function (milliseconds) {
       var whole = Math.round(milliseconds / 60000);
       var hours = Math.floor(whole / 60);
       if (hours === 0) return whole + ' min';

@@ -1,5 +1,5 @@
 // What the television tells about itself: everything that touches the receiver's objects is here, nothing of
-// the picture is. Each part is read anew; what is not told is null, with the reason in `trouble`.
+// the picture is. Each part is read anew; what the receiver does not tell is { trouble: the reason }.
 var receiver = (function () {
   'use strict';
 
@@ -7,7 +7,7 @@ var receiver = (function () {
   var toArray = objects.toArray;
 
   // What `read` returns, or the reason why there is nothing.
-  function attempt(read) {
+  function orTrouble(read) {
     try {
       return read();
     } catch (/** @type {any} */ error) {
@@ -37,7 +37,7 @@ var receiver = (function () {
 
   return {
     settings: function () {
-      return attempt(function () {
+      return orTrouble(function () {
         var configuration = byId('configuration').configuration;
         return {
           country: configuration.countryId,
@@ -50,7 +50,7 @@ var receiver = (function () {
 
     // A text that is no XML gives a document that says so, in an element "parsererror".
     capabilities: function () {
-      return attempt(function () {
+      return orTrouble(function () {
         var xml = byId('capabilities').xmlCapabilities;
         var failure = xml.getElementsByTagName('parsererror')[0];
         if (failure) throw new Error('the description is no XML');
@@ -67,7 +67,7 @@ var receiver = (function () {
     },
 
     gateway: function () {
-      return attempt(function () {
+      return orTrouble(function () {
         var gateway = byId('gateway');
         return {
           supported: gateway.isCSPGCIPlusSupported,
@@ -78,7 +78,7 @@ var receiver = (function () {
     },
 
     parental: function () {
-      return attempt(function () {
+      return orTrouble(function () {
         return toArray(byId('parental').parentalRatingSchemes).map(function (scheme) {
           var rating = scheme.threshold;
           var threshold = { name: rating.name, value: rating.value, region: rating.region };
@@ -89,7 +89,7 @@ var receiver = (function () {
 
     // Calls `changed` whenever a CI Plus module comes or goes.
     listen: function (changed) {
-      attempt(function () { byId('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
+      orTrouble(function () { byId('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
     }
   };
 }());

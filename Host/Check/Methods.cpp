@@ -1,6 +1,9 @@
 // Each method by itself: with arguments as pages have them, at the bounds of their types, and of wrong types.
-#include <algorithm>
+#include <functional>
 #include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "Host/Check/Session.h"
 
@@ -87,7 +90,10 @@ std::vector<GVariantHandle> oddValues(const std::string& type) {
         {"a(uusu)", {"[]", "[(4294967295, 1, '', 0), (0, 0, 'a', 4294967295)]"}},
         {"a(ub)", {"[]", "[(4294967295, false)]"}}};
     std::vector<GVariantHandle> values;
-    for (const char* text : texts.at(type))
+    const auto found = texts.find(type);
+    if (found == texts.end())
+        g_error("no odd values of the type %s", type.c_str());
+    for (const char* text : found->second)
         values.push_back(parsed(type, text));
     if (type == "s")
         values.push_back(sunk(g_variant_new_string(std::string(100000, 'x').c_str())));
@@ -115,7 +121,7 @@ class Methods {
     Reply call(const std::string& name, const GDBusMethodInfo& method,
                const std::vector<GVariantHandle>& arguments);
     [[nodiscard]] GVariantHandle soundOf(const std::string& method, const GDBusArgInfo& argument) const;
-    // What was made for this method, or by it, is let go of.
+    // Makes what this method's arguments name; what was made for the one before is let go of.
     void prepare();
     void undo(const std::string& name, const Reply& reply, const GVariantHandle& arguments);
     void tidy(const std::string& method, const std::string& arguments);
@@ -266,7 +272,7 @@ void checkMethods(Session& session) {
     auto& middleware = session.middleware;
     // What odd arguments change for everybody, to be as it was.
     std::uint32_t channel = 0;
-    std::uint32_t mask = 0;
+    std::optional<std::uint32_t> mask;
     const auto has = [&](const char* interface) {
         return session.options.claims(interface) &&
                !middleware.ownerOf(*middleware.findInterface(interface)).empty();
@@ -300,9 +306,9 @@ void checkMethods(Session& session) {
         attempt([&] { middleware.ask("IBroadcastPlayer.Release", "0"); });
     if (has("IAVEventHandler"))
         attempt([&] { middleware.ask("IAVEventHandler.ReleasePlayer", "0"); });
-    if (has(kDae))
+    if (mask)
         attempt([&] {
-            middleware.ask("IDAEBrowserAPI.SetKeyMask", std::to_string(static_cast<std::int32_t>(mask)));
+            middleware.ask("IDAEBrowserAPI.SetKeyMask", std::to_string(static_cast<std::int32_t>(*mask)));
         });
 }
 

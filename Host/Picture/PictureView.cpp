@@ -7,7 +7,7 @@ namespace Host {
 
 namespace {
 
-// A writer that is faster than this many looks is not one that shows pictures at a rate of any film.
+// A writer that outruns so many looks is faster than any film.
 constexpr int kAttempts = 3;
 
 }  // namespace

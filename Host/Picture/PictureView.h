@@ -15,7 +15,7 @@ class PictureView {
     // Null for a descriptor of anything but a picture.
     [[nodiscard]] static std::unique_ptr<PictureView> open(Descriptor file);
 
-    // Turns to the newest frame. False when that is the one it had.
+    // Turns to the newest frame. False, and the frame before stays, when there is none that is new and whole.
     bool update();
 
     // Both 0 while there is no picture.

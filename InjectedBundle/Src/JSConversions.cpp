@@ -1,5 +1,6 @@
 #include "InjectedBundle/Src/JSConversions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -13,6 +14,11 @@ namespace OipfJavaScript {
 namespace {
 
 constexpr gunichar kReplacement = 0xFFFD;
+
+void Append(std::string& text, gunichar character) {
+    char encoded[6];
+    text.append(encoded, static_cast<size_t>(g_unichar_to_utf8(character, encoded)));
+}
 
 constexpr bool IsHighSurrogate(JSChar unit) {
     return (unit & 0xFC00) == 0xD800;
@@ -34,8 +40,7 @@ std::string Utf8FromUtf16(const JSChar* units, size_t length) {
         } else if (IsHighSurrogate(units[i]) || IsLowSurrogate(units[i])) {
             character = kReplacement;
         }
-        char encoded[6];
-        text.append(encoded, static_cast<size_t>(g_unichar_to_utf8(character, encoded)));
+        Append(text, character);
     }
     return text;
 }
@@ -77,10 +82,7 @@ std::string ToUtf8(JSStringRef string) {
     const size_t written = JSStringGetUTF8CString(string, text.data(), text.size());
     if (written == length + 1) {
         text.resize(length);
-        bool ascii = true;
-        for (const char c : text)
-            ascii = ascii && static_cast<unsigned char>(c) < 0x80;
-        if (ascii)
+        if (std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
             return text;
     }
     return Utf8FromUtf16(JSStringGetCharactersPtr(string), length);
@@ -153,11 +155,8 @@ std::string ToBytes(JSStringRef string) {
 std::string BytesToUtf8(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size() * 2);
-    for (const char byte : bytes) {
-        char encoded[6];
-        text.append(encoded,
-                    static_cast<size_t>(g_unichar_to_utf8(static_cast<unsigned char>(byte), encoded)));
-    }
+    for (const char byte : bytes)
+        Append(text, static_cast<unsigned char>(byte));
     return text;
 }
 

@@ -1,6 +1,6 @@
 #include "JavaScript/Src/CEventImpl.h"
 
-#include <ctime>
+#include <chrono>
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingCall.h"
@@ -11,9 +11,8 @@ namespace OipfJavaScript {
 namespace {
 
 int64_t MillisecondsSince1970() {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
 JSStringRef TargetKey() {

@@ -62,9 +62,9 @@ describe("Digital text", () => {
     await press("UP");
     await sees({ section: "about" });
     await press("ENTER");
-    await sees({ path: "/carousel/about/index.html?from=about" });
+    await sees({ path: "/carousel/about/index.html" });
     await browser.waitFor("its script has come", () =>
-      document.getElementById("address").textContent.endsWith("/about/index.html?from=about"));
+      document.getElementById("address").textContent.endsWith("/about/index.html"));
     await press("BACK");
     await sees({ path: "/carousel/index.html?about", section: "about" });
   });

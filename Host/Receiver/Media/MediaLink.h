@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "Host/Inc/GHandles.h"
@@ -33,7 +34,7 @@ class MediaLink {
     // The callbacks run on the default main context, one at a time, and may destroy the link.
     struct Callbacks {
         std::function<void(MediaMessage&)> message;
-        // The other end has closed the line, or sends what no message is.
+        // The other end has closed the line, or has sent something that is not a message.
         std::function<void()> end;
     };
     enum class Writes { Wait, NeverWait };

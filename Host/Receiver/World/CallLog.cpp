@@ -2,15 +2,16 @@
 
 #include <utility>
 
+#include <glib.h>
+
 namespace Receiver {
 
 const Call& CallLog::add(std::string method, std::string arguments, std::uint64_t milliseconds) {
     if (arguments.size() > ArgumentsLimit) {
-        auto end = ArgumentsLimit;
         // Not in the middle of a character: the text goes over the bus, which takes UTF-8 only.
-        while (end > 0 && (static_cast<unsigned char>(arguments[end]) & 0xC0) == 0x80)
-            --end;
-        arguments.resize(end);
+        const char* const text = arguments.c_str();
+        arguments.resize(
+            static_cast<std::size_t>(g_utf8_find_prev_char(text, text + ArgumentsLimit + 1) - text));
         arguments += "...";
     }
     if (m_calls.size() == Limit)

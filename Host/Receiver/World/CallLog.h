@@ -1,4 +1,4 @@
-// The calls that clients made, the newest last; so many are kept and no more.
+// The calls that clients made, newest last; at most Limit are kept.
 #pragma once
 
 #include <cstddef>
