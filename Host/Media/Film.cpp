@@ -14,22 +14,22 @@ using namespace Receiver;
 namespace {
 
 // Beyond this only key frames are shown, without sound.
-constexpr double fastestWithSound = 2.0;
-constexpr std::uint32_t stepMs = 200;
-constexpr std::uint32_t glanceMs = 500;
-constexpr int mostStillGlances = 6;
+constexpr double kFastestWithSound = 2.0;
+constexpr std::uint32_t kStepMs = 200;
+constexpr std::uint32_t kGlanceMs = 500;
+constexpr int kMostStillGlances = 6;
 // How often, and for how many times, a length is asked for that is not known yet; that of a live stream never
 // is.
-constexpr std::uint32_t lookMs = 50;
-constexpr int mostLooks = 20;
+constexpr std::uint32_t kLookMs = 50;
+constexpr int kMostLooks = 20;
 // The tracks of a medium do not end together to the millisecond, and a demuxer that is sent behind the end of
 // one of them never shows the end of the medium.
-constexpr std::uint32_t nearestToEndMs = 100;
+constexpr std::uint32_t kNearestToEndMs = 100;
 // A film that has come to a place asked for exactly is this much before it at most, and not long behind it.
-constexpr std::uint32_t seekTolerance = 100;
-constexpr std::uint32_t latestLookMs = 1000;
+constexpr std::uint32_t kSeekTolerance = 100;
+constexpr std::uint32_t kLatestLookMs = 1000;
 // The part of the limit after which a position is asked for once more.
-constexpr std::uint32_t patienceShare = 5;
+constexpr std::uint32_t kPatienceShare = 5;
 
 // A medium that ends this much before its end was cut off.
 std::uint32_t tolerance(std::uint32_t duration) {
@@ -283,9 +283,9 @@ void Film::prerolled() {
     }
     m_duration = m_pipeline.duration().value_or(0);
     // A demuxer that is still being joined to its decoders may know the length, and nobody asks it.
-    if (m_duration == 0 && !m_progress.live && m_progress.looks < mostLooks) {
+    if (m_duration == 0 && !m_progress.live && m_progress.looks < kMostLooks) {
         ++m_progress.looks;
-        m_nextGlance.start(lookMs, [this] { prerolled(); });
+        m_nextGlance.start(kLookMs, [this] { prerolled(); });
         return;
     }
     m_progress.prerolled = true;
@@ -345,7 +345,7 @@ void Film::roll() {
         m_pipeline.setState(GST_STATE_PAUSED);
         if (!m_rewinding)
             m_rewinding = Rewinding{position(), m_timers.now()};
-        m_nextStep.start(stepMs, [this] { step(); });
+        m_nextStep.start(kStepMs, [this] { step(); });
         settle(MediaState::Playing);
         return;
     }
@@ -376,7 +376,7 @@ void Film::waitForData() {
 
 void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) {
     if (m_duration != 0)
-        milliseconds = std::min(milliseconds, m_duration - std::min(m_duration, nearestToEndMs));
+        milliseconds = std::min(milliseconds, m_duration - std::min(m_duration, kNearestToEndMs));
     if (!m_progress.seeking)
         m_progress.rateBefore = m_progress.rate;
     m_progress.rate = rate;
@@ -388,12 +388,12 @@ void Film::seekPipeline(std::uint32_t milliseconds, double rate, bool announce) 
     m_progress.seeking = true;
     m_progress.seekTarget = milliseconds;
     m_lastPosition = milliseconds;
-    const bool exact = rate <= fastestWithSound && !m_rewinding;
+    const bool exact = rate <= kFastestWithSound && !m_rewinding;
     const auto mode = exact ? Pipeline::Seek::Exact : Pipeline::Seek::KeyFrames;
     m_progress.seekChecked = exact;
     m_pipeline.seek(rate, milliseconds, mode);
     // A demuxer of transport streams now and then loses one that soon follows another, and stands still.
-    m_seekLimit.start(m_limitMs / patienceShare, [this, rate, milliseconds, mode] {
+    m_seekLimit.start(m_limitMs / kPatienceShare, [this, rate, milliseconds, mode] {
         m_progress.seekChecked = false;
         m_pipeline.seek(rate, milliseconds, mode);
         m_seekLimit.start(m_limitMs, [this] {
@@ -409,7 +409,7 @@ void Film::seekDone() {
     // A pipeline that was still on its way to another state says that it has come there in the same words.
     const auto here = m_pipeline.position();
     if (m_progress.seekChecked && here &&
-        (*here + seekTolerance < m_progress.seekTarget || *here > m_progress.seekTarget + latestLookMs))
+        (*here + kSeekTolerance < m_progress.seekTarget || *here > m_progress.seekTarget + kLatestLookMs))
         return;
     m_progress.seeking = false;
     m_seekLimit.stop();
@@ -457,7 +457,7 @@ void Film::step() {
     }
     if (!m_progress.seeking)
         seekPipeline(here, 1.0, false);
-    m_nextStep.start(stepMs, [this] { step(); });
+    m_nextStep.start(kStepMs, [this] { step(); });
 }
 
 // Keeps an eye on how far it has come, for the end. A pipeline that has played all now and then does not say
@@ -468,11 +468,11 @@ void Film::glance() {
     const bool stands =
         here == before && pace() > 0.0 && m_duration != 0 && here + tolerance(m_duration) >= m_duration;
     m_stillGlances = stands ? m_stillGlances + 1 : 0;
-    if (m_stillGlances >= mostStillGlances) {
+    if (m_stillGlances >= kMostStillGlances) {
         reachedEnd();
         return;
     }
-    m_nextGlance.start(glanceMs, [this] { glance(); });
+    m_nextGlance.start(kGlanceMs, [this] { glance(); });
 }
 
 void Film::settle(MediaState state) {

@@ -24,26 +24,26 @@ namespace {
 
 using namespace Receiver;
 
-constexpr int lineNumber = 3;
-constexpr std::uint32_t tickMs = 200;
+constexpr int kLineNumber = 3;
+constexpr std::uint32_t kTickMs = 200;
 
 // What most media need. Loaded ahead, it does not keep a film waiting.
-constexpr const char* usualPlugins[] = {"app",
-                                        "audioconvert",
-                                        "audiofx",
-                                        "audioparsers",
-                                        "audioresample",
-                                        "coreelements",
-                                        "isomp4",
-                                        "libav",
-                                        "mpegtsdemux",
-                                        "playback",
-                                        "soup",
-                                        "typefindfunctions",
-                                        "videoconvertscale",
-                                        "videofilter",
-                                        "videoparsersbad",
-                                        "volume"};
+constexpr const char* kUsualPlugins[] = {"app",
+                                         "audioconvert",
+                                         "audiofx",
+                                         "audioparsers",
+                                         "audioresample",
+                                         "coreelements",
+                                         "isomp4",
+                                         "libav",
+                                         "mpegtsdemux",
+                                         "playback",
+                                         "soup",
+                                         "typefindfunctions",
+                                         "videoconvertscale",
+                                         "videofilter",
+                                         "videoparsersbad",
+                                         "volume"};
 
 // What is under way when the film is over needs no end of its own.
 [[noreturn]] void leave() {
@@ -145,12 +145,12 @@ class Player : private MediaListener {
     void tick() {
         sayFilm();
         sayWhatIsToBeRead();
-        m_tick.start(tickMs, [this] { tick(); });
+        m_tick.start(kTickMs, [this] { tick(); });
     }
     void sayWhatIsToBeRead() {
         // After a seek it is another moment's.
         const auto position = m_film.position();
-        const bool isDue = position + tickMs >= m_subtitle.from && position < m_subtitle.until;
+        const bool isDue = position + kTickMs >= m_subtitle.from && position < m_subtitle.until;
         const std::string text = isDue && m_film.showsSubtitles() ? m_subtitle.text : std::string();
         if (std::exchange(m_read, text) != text)
             say(MediaWords::Subtitle, g_variant_new_string(text.c_str()));
@@ -192,7 +192,7 @@ void endWithParent() {
 
 // Nothing here makes a thread or a main context, which no other process could share.
 [[noreturn]] void serve(const std::string& sound) {
-    const Host::GObjectHandle<GSocket> socket(g_socket_new_from_fd(lineNumber, nullptr));
+    const Host::GObjectHandle<GSocket> socket(g_socket_new_from_fd(kLineNumber, nullptr));
     if (!socket)
         leave();
     const Host::GObjectHandle<GSocketConnection> receiver(
@@ -232,7 +232,7 @@ int main(int count, char** arguments) {
         std::cerr << "hbbtv-media: there is no GStreamer: " << error->message << std::endl;
         return 1;
     }
-    for (const auto* name : usualPlugins)
+    for (const auto* name : kUsualPlugins)
         if (auto* plugin = gst_plugin_load_by_name(name))
             gst_object_unref(plugin);
     serve(Host::takeText(sound).value_or(""));

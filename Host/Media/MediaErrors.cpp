@@ -8,7 +8,7 @@ namespace MediaError = Receiver::MediaError;
 
 namespace {
 
-constexpr unsigned firstHttpFailure = 400;
+constexpr unsigned kFirstHttpFailure = 400;
 
 std::int32_t ofResource(const GError& error, unsigned httpStatus, bool remote) {
     switch (error.code) {
@@ -20,8 +20,8 @@ std::int32_t ofResource(const GError& error, unsigned httpStatus, bool remote) {
         default:
             // A server that answers "no" was reached; everything else that the network does is a connection
             // that failed or was lost.
-            return !remote || httpStatus >= firstHttpFailure ? MediaError::ContentNotAvailable
-                                                             : MediaError::CannotConnect;
+            return !remote || httpStatus >= kFirstHttpFailure ? MediaError::ContentNotAvailable
+                                                              : MediaError::CannotConnect;
     }
 }
 

@@ -13,7 +13,7 @@ namespace Media {
 
 namespace {
 
-constexpr std::string_view mediaTag = "#EXT-X-MEDIA:";
+constexpr std::string_view kMediaTag = "#EXT-X-MEDIA:";
 
 int number(const std::string& text, unsigned base, int most) {
     guint64 value = 0;
@@ -114,9 +114,9 @@ std::vector<OfferedSound> ofHls(const std::string& list) {
     std::string group;
     std::istringstream lines(list);
     for (std::string line; std::getline(lines, line);) {
-        if (!line.starts_with(mediaTag))
+        if (!line.starts_with(kMediaTag))
             continue;
-        auto attributes = attributesOf(std::string_view(line).substr(mediaTag.size()));
+        auto attributes = attributesOf(std::string_view(line).substr(kMediaTag.size()));
         // Without an address it is within the picture's stream, which tells of it. Other groups have the same
         // tracks in other qualities.
         if (attributes["TYPE"] != "AUDIO" || attributes["URI"].empty())
@@ -133,7 +133,7 @@ std::vector<OfferedSound> ofHls(const std::string& list) {
 }  // namespace
 
 std::vector<OfferedSound> soundsOfferedBy(const std::string& list) {
-    return list.find(mediaTag) != std::string::npos ? ofHls(list) : ofDash(list);
+    return list.find(kMediaTag) != std::string::npos ? ofHls(list) : ofDash(list);
 }
 
 }  // namespace Media

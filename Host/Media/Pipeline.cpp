@@ -12,8 +12,8 @@ namespace Media {
 namespace {
 
 // Playbin has no volume of its own here: it never lets go of the element that it makes for it.
-constexpr char playbinFlags[] = "video+audio+text+buffering";
-constexpr char volumeName[] = "volume";
+constexpr char kPlaybinFlags[] = "video+audio+text+buffering";
+constexpr char kVolumeName[] = "volume";
 
 GstElement* makeSoundSink(const std::string& description) {
     if (!description.empty())
@@ -28,7 +28,7 @@ GstElement* makeSoundSink(const std::string& description) {
 // Volume, and the pitch kept at other speeds.
 GstElement* makeSoundFilter() {
     const GstObjectHandle<GstElementFactory> tempo(gst_element_factory_find("scaletempo"));
-    const auto volume = std::string("volume name=") + volumeName;
+    const auto volume = std::string("volume name=") + kVolumeName;
     return gst_parse_bin_from_description((tempo == nullptr ? volume : volume + " ! scaletempo").c_str(),
                                           TRUE, nullptr);
 }
@@ -151,8 +151,8 @@ Pipeline::Pipeline(PictureOutput& picture, SubtitleOutput& subtitles, const std:
       m_handler(std::move(onMessage)),
       m_element(gst_element_factory_make("playbin3", nullptr)) {
     auto* filter = makeSoundFilter();
-    m_volume = gst_bin_get_by_name(GST_BIN(filter), volumeName);
-    gst_util_set_object_arg(G_OBJECT(m_element), "flags", playbinFlags);
+    m_volume = gst_bin_get_by_name(GST_BIN(filter), kVolumeName);
+    gst_util_set_object_arg(G_OBJECT(m_element), "flags", kPlaybinFlags);
     g_object_set(m_element, "video-sink", picture.makeSink(), "text-sink", subtitles.makeSink(), "audio-sink",
                  makeSoundSink(sound), "audio-filter", filter, nullptr);
     g_signal_connect(m_element, "source-setup", G_CALLBACK(onSource), &m_userAgent);

@@ -18,7 +18,7 @@ struct Encoding {
 };
 
 // The names that television uses for them; others keep GStreamer's.
-constexpr Encoding encodings[] = {
+constexpr Encoding kEncodings[] = {
     {"video/x-h264", "H264"},
     {"video/x-h265", "HEVC"},
     {"video/mpeg, mpegversion=(int)[1, 2]", "MPEG2"},
@@ -32,7 +32,7 @@ constexpr Encoding encodings[] = {
 };
 
 std::string encodingOf(const GstCaps& caps) {
-    for (const auto& encoding : encodings) {
+    for (const auto& encoding : kEncodings) {
         const GstCapsHandle known(gst_caps_from_string(encoding.caps));
         if (gst_caps_can_intersect(&caps, known.get()))
             return encoding.name;

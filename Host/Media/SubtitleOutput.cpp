@@ -7,9 +7,9 @@ namespace Media {
 namespace {
 
 // More than fits on a screen.
-constexpr gsize longestText = 1000;
+constexpr gsize kLongestText = 1000;
 // Of a text that does not say how long it is to be read.
-constexpr GstClockTime usualTime = 5 * GST_SECOND;
+constexpr GstClockTime kUsualTime = 5 * GST_SECOND;
 
 // Without what makes it italic or coloured.
 std::string plainText(const std::string& markup) {
@@ -30,7 +30,7 @@ std::string textOf(GstBuffer* buffer, bool isMarkup) {
     if (!gst_buffer_map(buffer, &bytes, GST_MAP_READ))
         return {};
     const auto* data = reinterpret_cast<const char*>(bytes.data);
-    const std::string written(data, strnlen(data, std::min(bytes.size, longestText)));
+    const std::string written(data, strnlen(data, std::min(bytes.size, kLongestText)));
     gst_buffer_unmap(buffer, &bytes);
     const Host::GChars valid(g_utf8_make_valid(written.c_str(), -1));
     auto text = isMarkup ? plainText(valid.get()) : std::string(valid.get());
@@ -51,7 +51,7 @@ void SubtitleOutput::take(GstSample* rawSample) {
     if (from == GST_CLOCK_TIME_NONE)
         return;
     const auto until =
-        from + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : usualTime);
+        from + (GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : kUsualTime);
     m_due({textOf(buffer, g_strcmp0(gst_structure_get_string(format, "format"), "pango-markup") == 0),
            static_cast<std::uint32_t>(from / GST_MSECOND), static_cast<std::uint32_t>(until / GST_MSECOND)});
 }

@@ -10,7 +10,7 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::int32_t noTrack = -1;
+constexpr std::int32_t kNoTrack = -1;
 
 MediaState stateOf(Caller& caller, std::uint32_t id) {
     const auto* session = caller.media().find(id);
@@ -104,7 +104,7 @@ void fillMedium(IAVEventHandlerIface& table) {
                [](Caller& caller, std::uint32_t id) { return numberOfTracks(caller, id); }>;
     table.handle_get_current_track =
         answer<iavevent_handler_complete_get_current_track, [](Caller& caller, std::uint32_t id) {
-            return numberOfTracks(caller, id) == 0 ? noTrack : 0;
+            return numberOfTracks(caller, id) == 0 ? kNoTrack : 0;
         }>;
 }
 

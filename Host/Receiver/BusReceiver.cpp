@@ -11,8 +11,8 @@ namespace Receiver {
 namespace {
 
 // Replies and flags of the bus daemon's RequestName.
-constexpr std::uint32_t doNotQueue = 4;
-constexpr std::uint32_t primaryOwner = 1;
+constexpr std::uint32_t kDoNotQueue = 4;
+constexpr std::uint32_t kPrimaryOwner = 1;
 
 }  // namespace
 
@@ -79,7 +79,7 @@ bool BusReceiver::own(const std::string& name, std::string& problem) {
     Host::GErrorSlot error;
     const Host::GVariantHandle reply(g_dbus_connection_call_sync(
         m_connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-        g_variant_new("(su)", name.c_str(), doNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1,
+        g_variant_new("(su)", name.c_str(), kDoNotQueue), G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1,
         nullptr, error.out()));
     if (!reply) {
         problem = "cannot own the name " + name + ": " + error.message();
@@ -87,7 +87,7 @@ bool BusReceiver::own(const std::string& name, std::string& problem) {
     }
     std::uint32_t answer = 0;
     g_variant_get(reply.get(), "(u)", &answer);
-    if (answer == primaryOwner)
+    if (answer == kPrimaryOwner)
         return true;
     problem = "the name " + name + " already has an owner: another receiver is running on this bus";
     return false;

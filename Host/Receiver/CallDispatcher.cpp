@@ -10,7 +10,7 @@ namespace Receiver {
 namespace {
 
 // Calls held back at one time; beyond that the oldest is answered early.
-constexpr std::size_t largestNumberWaiting = 1000;
+constexpr std::size_t kLargestNumberWaiting = 1000;
 
 std::string shortName(const char* interface, const char* method) {
     const std::string name = interface;
@@ -56,7 +56,7 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
         return;
     }
     announce();
-    if (m_waiting.size() >= largestNumberWaiting)
+    if (m_waiting.size() >= kLargestNumberWaiting)
         finishFirst();
     const auto waiting = m_waiting.emplace(m_waiting.end(), m_timers, caller);
     waiting->finish = std::move(finish);

@@ -19,7 +19,7 @@ namespace Receiver {
 namespace {
 
 // In OpenPicture; no player has it.
-constexpr std::uint32_t runningChannelId = 0;
+constexpr std::uint32_t kRunningChannelId = 0;
 
 void refuseUnknownView(bool known, std::int32_t viewId) {
     if (!known)
@@ -87,9 +87,9 @@ const FrameStore* filmFrames(World& world, const CallerName& name, std::uint32_t
 const FrameStore* liveFrames(World& world, const PlanePlayer& player) {
     const auto& shown = world.plane().shown();
     const auto found = shown.find(player);
-    const auto picture = player.pluginId == runningChannelId ? world.runningChannel().picture
-                         : found == shown.end()              ? PlanePicture::None
-                                                             : found->second.picture;
+    const auto picture = player.pluginId == kRunningChannelId ? world.runningChannel().picture
+                         : found == shown.end()               ? PlanePicture::None
+                                                              : found->second.picture;
     return picture == PlanePicture::Frames ? &world.live().frames() : nullptr;
 }
 

@@ -22,7 +22,7 @@ using Host::GErrorSlot;
 using Host::GMainLoopHandle;
 using Host::GObjectHandle;
 
-constexpr const char programName[] = "hbbtv-receiver: ";
+constexpr const char kProgramName[] = "hbbtv-receiver: ";
 
 struct Loop {
     GMainLoopHandle main{g_main_loop_new(nullptr, FALSE)};
@@ -30,7 +30,7 @@ struct Loop {
 };
 
 int complain(const std::string& problem) {
-    std::cerr << programName << problem << std::endl;
+    std::cerr << kProgramName << problem << std::endl;
     return 1;
 }
 
@@ -89,7 +89,7 @@ int serve(const std::string& scenario, const std::string& pictures) {
         if (!receiver.start(problem))
             return complain(problem);
         g_signal_connect(connection.get(), "closed", G_CALLBACK(onBusClosed), &loop);
-        std::cout << programName << "ready" << std::endl;
+        std::cout << kProgramName << "ready" << std::endl;
         g_main_loop_run(loop.main.get());
         g_signal_handlers_disconnect_by_data(connection.get(), &loop);
         return loop.exitCode;

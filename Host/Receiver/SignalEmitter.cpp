@@ -11,7 +11,7 @@ namespace Receiver {
 namespace {
 
 // The interface of a name without one.
-constexpr const char defaultInterface[] = "IDAEBrowserAPI";
+constexpr const char kDefaultInterface[] = "IDAEBrowserAPI";
 
 const GDBusSignalInfo* findSignal(const GDBusInterfaceInfo& interface, const std::string& name) {
     return g_dbus_interface_info_lookup_signal(const_cast<GDBusInterfaceInfo*>(&interface), name.c_str());
@@ -22,7 +22,7 @@ const GDBusSignalInfo* findSignal(const GDBusInterfaceInfo& interface, const std
 void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
     const auto dot = signal.find('.');
     const bool hasInterface = dot != std::string::npos;
-    const auto interfaceName = hasInterface ? signal.substr(0, dot) : std::string(defaultInterface);
+    const auto interfaceName = hasInterface ? signal.substr(0, dot) : std::string(kDefaultInterface);
     const auto name = hasInterface ? signal.substr(dot + 1) : signal;
 
     const auto interface = std::find_if(m_interfaces.begin(), m_interfaces.end(),
@@ -36,7 +36,7 @@ void SignalEmitter::emit(const std::string& signal, GVariant* arguments) const {
 
     // Any name of an interface that may have some, as any arguments: clients are tried with what is wrong,
     // too.
-    const bool mayHaveOthers = hasInterface && interfaceName == defaultInterface;
+    const bool mayHaveOthers = hasInterface && interfaceName == kDefaultInterface;
     const bool declaresNone = (*interface)->signals == nullptr || (*interface)->signals[0] == nullptr;
     if (findSignal(**interface, name) == nullptr && !mayHaveOthers && !(hasInterface && declaresNone))
         throw ScenarioError("", "there is no signal \"" + interfaceName + "." + name + "\"");

@@ -8,7 +8,7 @@ namespace {
 using ReceiverTest::writeFile;
 using testing::HasSubstr;
 
-constexpr const char smallTelevision[] = R"({
+constexpr const char kSmallTelevision[] = R"({
   "locale": {"audio_languages": "eng,deu"},
   "parental": {"lock_status": 16},
   "broadcast": {
@@ -34,7 +34,7 @@ constexpr const char smallTelevision[] = R"({
 
 class ATelevision : public ReceiverTest::RunningReceiver {
  protected:
-    [[nodiscard]] std::string scenario() const override { return writeFile("small.json", smallTelevision); }
+    [[nodiscard]] std::string scenario() const override { return writeFile("small.json", kSmallTelevision); }
 
     void present(unsigned pluginId) {
         const auto id = std::to_string(pluginId);

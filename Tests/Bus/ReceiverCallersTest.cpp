@@ -11,7 +11,7 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char household[] = R"({
+constexpr const char kHousehold[] = R"({
   "applications": {"trusted_origins": ["http://localhost:*"]},
   "broadcast": {"current_channel": 1, "related": true, "tune_ms": 1, "channels": [
     {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]},
@@ -22,14 +22,14 @@ constexpr const char household[] = R"({
   "stream_events": [{"url": "dvb://*", "name": "tick", "period_ms": 20, "data": "00"}]
 })";
 
-constexpr const char* kindsOfState[] = {"stream_event_subscriptions",
-                                        "drm_messages",
-                                        "carousel_requests",
-                                        "queries",
-                                        "searches",
-                                        "search_results"};
+constexpr const char* kKindsOfState[] = {"stream_event_subscriptions",
+                                         "drm_messages",
+                                         "carousel_requests",
+                                         "queries",
+                                         "searches",
+                                         "search_results"};
 
-constexpr const char noPlane[] = ", false, 0, 0, 0, 0, false, '', 'none', '')";
+constexpr const char kNoPlane[] = ", false, 0, 0, 0, 0, false, '', 'none', '')";
 
 class TwoPages : public ReceiverTest::RunningReceiver {
  protected:
@@ -41,7 +41,7 @@ class TwoPages : public ReceiverTest::RunningReceiver {
         other.leave();
         RunningReceiver::TearDown();
     }
-    [[nodiscard]] std::string scenario() const override { return writeFile("household.json", household); }
+    [[nodiscard]] std::string scenario() const override { return writeFile("household.json", kHousehold); }
 
     [[nodiscard]] Client& me() { return *this; }
     // Television and a film, both as plugin 1 with a window, and waits for their pictures.
@@ -84,9 +84,10 @@ TEST_F(TwoPages, HaveTheirPlayersAndTheirSignalsForThemselvesUnderTheSameIds) {
     other.forget();
     (void)other.call("IAVEventHandler.ReleasePlayer", "(uint32 0,)");
     (void)other.call("IBroadcastPlayer.Release", "(uint32 0,)");
-    EXPECT_TRUE(other.hears(
-        {std::string("PlaneChanged('broadband', 'other', 1") + noPlane, "PluginEventData(200, 1, 0, 1000)",
-         std::string("PlaneChanged('broadcast', 'other', 1") + noPlane, "PluginEventData(101, 1, 0, 1000)"}));
+    EXPECT_TRUE(other.hears({std::string("PlaneChanged('broadband', 'other', 1") + kNoPlane,
+                             "PluginEventData(200, 1, 0, 1000)",
+                             std::string("PlaneChanged('broadcast', 'other', 1") + kNoPlane,
+                             "PluginEventData(101, 1, 0, 1000)"}));
     EXPECT_EQ(ask("IAVEventHandler.GetPlayState", "(uint32 1,)"), "(1,)");
     EXPECT_EQ(ask("IBroadcastPlayer.GetPlayState", "(uint32 1,)"), "(2,)");
     EXPECT_THAT(signals(), hearNothingOfPlayers());
@@ -131,7 +132,7 @@ TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
     const std::string channelTwo = "(uint32 1, uint32 0, '', 0, 0, 0, uint32 2)";
     EXPECT_EQ(other.ask("IBroadcastPlayer.SetChannel", channelTwo), "(2, true)");
     const std::string picture = "', 1, true, 0, 0, 16, 9, false, 'Two', 'card', '')";
-    const auto black = std::string("PlaneChanged('broadcast', 'other', 1") + noPlane;
+    const auto black = std::string("PlaneChanged('broadcast', 'other', 1") + kNoPlane;
     EXPECT_TRUE(hears({black, "PlaneChanged('broadcast', 'me" + picture, "PluginEventData(100, 1, 2, 1000)",
                        "PlaneChanged('broadcast', 'other" + picture}));
     EXPECT_TRUE(
@@ -145,9 +146,9 @@ TEST_F(TwoPages, WatchTheSameChannelOfTheOneTuner) {
     EXPECT_EQ(ask("IBroadcastPlayer.IsPresenting", "(uint32 1,)"), "(true,)");
     forget();
     (void)other.call("IBroadcastPlayer.SetNullChannel", "(uint32 1, true)");
-    EXPECT_TRUE(
-        hears({"PluginEventData(100, 1, 0, 1000)", std::string("PlaneChanged('broadcast', 'me', 1") + noPlane,
-               "PluginEventData(101, 1, 0, 1000)"}));
+    EXPECT_TRUE(hears({"PluginEventData(100, 1, 0, 1000)",
+                       std::string("PlaneChanged('broadcast', 'me', 1") + kNoPlane,
+                       "PluginEventData(101, 1, 0, 1000)"}));
 }
 
 TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
@@ -161,7 +162,7 @@ TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
     (void)other.call("IMetaDataSearch.QcAddOp", "(uint32 0,)");
     const auto search = other.ask("IMetaDataSearch.MdsAdd", "(1,)");
     (void)other.call("IMetaDataSearch.SrAdd", "(uint32 " + search.substr(1));
-    for (const char* kind : kindsOfState)
+    for (const char* kind : kKindsOfState)
         ASSERT_EQ(world(std::string("/state/") + kind), "1") << kind;
     ASSERT_TRUE(control("DelayMethod", "('IJSChannelCache.Retain', uint32 3600000)").value);
     (void)other.callLater("IJSChannelCache.Retain", "(uint32 1,)");
@@ -169,13 +170,13 @@ TEST_F(TwoPages, GiveEverythingBackWhenTheirProcessEnds) {
     forget();
 
     other.leave();
-    EXPECT_TRUE(hears({std::string("PlaneChanged('broadband', 'other', 1") + noPlane,
-                       std::string("PlaneChanged('broadcast', 'other', 1") + noPlane}));
+    EXPECT_TRUE(hears({std::string("PlaneChanged('broadband', 'other', 1") + kNoPlane,
+                       std::string("PlaneChanged('broadcast', 'other', 1") + kNoPlane}));
     // Not even what it was still waiting for.
     ASSERT_TRUE(control("ResetMethods").value);
     EXPECT_THAT(world("/state/callers"), AllOf(HasSubstr("film-a"), Not(HasSubstr("film-b"))));
     EXPECT_EQ(world("/state/retained_channels"), "{}");
-    for (const char* kind : kindsOfState)
+    for (const char* kind : kKindsOfState)
         EXPECT_EQ(world(std::string("/state/") + kind), "0") << kind;
     EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(true,)") << "a decoder is free again";
 }

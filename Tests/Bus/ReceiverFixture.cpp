@@ -16,7 +16,7 @@ using Host::GErrorSlot;
 using Host::GObjectHandle;
 using Host::GVariantHandle;
 
-constexpr char controlInterface[] = "ReceiverControl";
+constexpr char kControlInterface[] = "ReceiverControl";
 
 std::vector<const char*> commandLine(const std::vector<std::string>& arguments) {
     std::vector<const char*> line = {HBBTV_RECEIVER};
@@ -68,7 +68,7 @@ Target targetOf(const std::string& method) {
     const auto dot = method.find('.');
     const auto interface = method.substr(0, dot);
     return {Receiver::Names::Prefix + interface, method.substr(dot + 1),
-            interface == controlInterface ? Receiver::Names::ControlPath : Receiver::Names::ObjectPath};
+            interface == kControlInterface ? Receiver::Names::ControlPath : Receiver::Names::ObjectPath};
 }
 
 // The labels of the clients by their names on the bus.
@@ -218,7 +218,7 @@ Answer Client::call(const std::string& method, const std::string& arguments) {
 }
 
 Answer Client::control(const std::string& method, const std::string& arguments) {
-    return call(std::string(controlInterface) + "." + method, arguments);
+    return call(std::string(kControlInterface) + "." + method, arguments);
 }
 
 std::vector<std::string> Client::calls() {

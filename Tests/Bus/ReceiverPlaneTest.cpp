@@ -7,7 +7,7 @@ namespace {
 using ReceiverTest::writeFile;
 using testing::HasSubstr;
 
-constexpr const char films[] = R"({
+constexpr const char kFilms[] = R"({
   "broadcast": {"current_channel": 1, "tune_ms": 1,
     "channels": [{"id": 1, "name": "One", "id_type": "ID_DVB_T"}]},
   "media": {"mime_types": ["video/mp4"], "connect_ms": 1, "maximum_players": 2, "items": [
@@ -18,7 +18,7 @@ constexpr const char films[] = R"({
 
 class ThePlane : public ReceiverTest::RunningReceiver {
  protected:
-    [[nodiscard]] std::string scenario() const override { return writeFile("films.json", films); }
+    [[nodiscard]] std::string scenario() const override { return writeFile("films.json", kFilms); }
 
     void play(const std::string& player, const std::string& url) {
         forget();

@@ -63,9 +63,9 @@ TEST_F(ACondition, ComparesEveryFieldAsNumberOrText) {
     EXPECT_THAT(Finds(Name, Less, "News"), ElementsAre(2));
     EXPECT_THAT(Finds(Name, Equal, 1984U), ElementsAre(2));
     EXPECT_THAT(Finds(LongName, Equal, ""), ElementsAre(1, 3, 2));
-    EXPECT_THAT(Finds(StartTime, GreaterOrEqual, static_cast<std::uint32_t>(startUtc + 300)),
+    EXPECT_THAT(Finds(StartTime, GreaterOrEqual, static_cast<std::uint32_t>(kStartUtc + 300)),
                 ElementsAre(3, 2));
-    EXPECT_THAT(Finds(EndTime, Greater, static_cast<std::uint32_t>(startUtc + 600)), ElementsAre(2));
+    EXPECT_THAT(Finds(EndTime, Greater, static_cast<std::uint32_t>(kStartUtc + 600)), ElementsAre(2));
     EXPECT_THAT(Finds(Duration, LessOrEqual, "600"), ElementsAre(1, 3));
     EXPECT_THAT(Finds(Duration, NotEqual, "long"), ElementsAre(1, 3, 2));
     EXPECT_THAT(Finds(Duration, Contains, 40U), ElementsAre(2)) << "5400 seconds";
@@ -169,7 +169,7 @@ TEST(ASearch, KnowsTheSchedulesOfSomeHoursAndEachShowingByItsOwnId) {
     const auto describe = [&](std::uint32_t showing) {
         const auto known = search.programme(showing);
         return known ? std::to_string(known->programme->eventId) + " at " +
-                           std::to_string((known->start - startUtc) / 60)
+                           std::to_string((known->start - kStartUtc) / 60)
                      : std::string("nothing");
     };
     const auto described = [&] {

@@ -17,7 +17,7 @@ namespace ReceiverTest {
 
 using namespace Receiver;
 
-inline constexpr std::int64_t startUtc = 1'700'000'000;
+inline constexpr std::int64_t kStartUtc = 1'700'000'000;
 
 class ManualTimers : public Timers {
  public:
@@ -30,7 +30,7 @@ class ManualTimers : public Timers {
     }
     void post(std::function<void()> action) override { (void)after(0, std::move(action)); }
     std::int64_t now() const override { return m_now; }
-    std::int64_t utc() const override { return startUtc + m_now / 1000; }
+    std::int64_t utc() const override { return kStartUtc + m_now / 1000; }
 
     void pass(std::int64_t milliseconds) {
         const auto end = m_now + milliseconds;

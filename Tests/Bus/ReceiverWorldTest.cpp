@@ -19,7 +19,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr const char twoProgrammes[] =
+constexpr const char kTwoProgrammes[] =
     R"({"broadcast": {"channels": [{"id": 1, "name": "One", "id_type": "ID_DVB_T",
   "programmes": [
     {"event_id": 12, "name": "Second", "start_minutes": 20, "duration_minutes": 40, "parental_rating": 9},
@@ -28,7 +28,7 @@ constexpr const char twoProgrammes[] =
   "locale": {"country": "DEU", "ui_languages": "eng"}})";
 
 TEST(ASchedule, AlwaysHasAPresentAndAFollowingProgrammeEvenAfterMonths) {
-    Simulation simulation(twoProgrammes);
+    Simulation simulation(kTwoProgrammes);
     const auto names = [&simulation] {
         std::vector<std::string> list;
         for (const auto& [programme, start] : simulation.world.programmes(1)) {
@@ -51,7 +51,7 @@ TEST(ASchedule, AlwaysHasAPresentAndAFollowingProgrammeEvenAfterMonths) {
 }
 
 TEST(ASchedule, DescribesAnEventByItsDescriptors) {
-    Simulation simulation(twoProgrammes);
+    Simulation simulation(kTwoProgrammes);
     const auto& channel = *simulation.world.scenario().channel(1);
     EXPECT_THAT(descriptors(channel, 11, {}, "eng", "DEU"),
                 ElementsAre(ElementsAre(0x4D, 18, 'e', 'n', 'g', 6, 0x15, 'F', 'i', 'r', 's', 't', 7, 0x15,
@@ -62,14 +62,14 @@ TEST(ASchedule, DescribesAnEventByItsDescriptors) {
     EXPECT_THAT(descriptors(channel, 99, {}, "eng", "DEU"), IsEmpty());
 }
 
-constexpr const char media[] =
+constexpr const char kMedia[] =
     R"({"media": {"mime_types": ["video/mp4"], "connect_ms": 100, "maximum_players": 1,
   "items": [{"url": "*/broken*", "error": 4}, {"url": "*/film*", "duration_ms": 10000}]}})";
 
 const auto itPlays = ElementsAre("data 200 1 3 1000", "data 200 1 1 1000", "float 201 1 1");
 
 TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
-    Simulation simulation(media);
+    Simulation simulation(kMedia);
     auto& players = simulation.me.media();
     auto& events = simulation.events;
     players.session(1).setUrl("http://x/film.mp4");
@@ -109,7 +109,7 @@ TEST(AMediaPlayer, PlaysPausesSeeksAndFinishesByTheClock) {
 }
 
 TEST(AMediaPlayer, ReportsMediaThatDoNotPlayAndGoesOnWithTheQueue) {
-    Simulation simulation(media);
+    Simulation simulation(kMedia);
     auto& players = simulation.me.media();
     ASSERT_TRUE(players.acquire(1));
     EXPECT_FALSE(players.player(1)->play(1.0)) << "there is no medium";
@@ -204,12 +204,12 @@ TEST(AMediaPlayer, PlaysFilesOfTheReceiverOnlyForPagesThatAreFilesThemselves) {
     EXPECT_THAT(simulation.events.take(), ElementsAre(connecting, refused));
 }
 
-constexpr const char twoChannels[] =
+constexpr const char kTwoChannels[] =
     R"({"broadcast": {"current_channel": 1, "tune_ms": 100, "channels": [
   {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]}})";
 
 TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
-    Simulation simulation(twoChannels);
+    Simulation simulation(kTwoChannels);
     auto& broadcast = simulation.me.broadcast();
     EXPECT_TRUE(broadcast.bindToCurrentChannel(1));
     EXPECT_THAT(simulation.heardAfter(100), ElementsAre("data 101 1 1 1000", "data 101 1 2 1000"))
@@ -232,7 +232,7 @@ TEST(TheVideoPlane, ShowsAPlayerWhereItsWindowIsForAsLongAsItPresents) {
 }
 
 TEST(TheVideoPlane, ShowsAMediumFromItsFirstPlayingUntilItIsOver) {
-    Simulation simulation(media);
+    Simulation simulation(kMedia);
     auto& players = simulation.me.media();
     const auto playing = [&](const char* url) {
         players.session(1).setUrl(url);
@@ -271,7 +271,7 @@ TEST(TheVideoPlane, ShowsAMediumFromItsFirstPlayingUntilItIsOver) {
 }
 
 TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
-    Simulation simulation(twoChannels);
+    Simulation simulation(kTwoChannels);
     auto& broadcast = simulation.me.broadcast();
     for (const std::uint32_t player : {1u, 2u}) {
         EXPECT_TRUE(broadcast.bindToCurrentChannel(player));
@@ -290,7 +290,7 @@ TEST(TheVideoPlane, ShowsTheOneTunersChannelInEveryPlayer) {
 }
 
 TEST(TheRunningChannel, IsBehindTheApplicationsWhileNoPlayerDoesAnything) {
-    Simulation simulation(twoChannels);
+    Simulation simulation(kTwoChannels);
     auto& running = simulation.events.running;
     EXPECT_EQ(simulation.world.runningChannel().name, "One");
     EXPECT_TRUE(simulation.me.broadcast().bindToCurrentChannel(1));
@@ -311,7 +311,7 @@ TEST(TheRunningChannel, IsBehindTheApplicationsWhileNoPlayerDoesAnything) {
 }
 
 TEST(ATuner, NeverFinishesAChangeThatIsOvertakenStoppedOrReleased) {
-    Simulation simulation(twoChannels);
+    Simulation simulation(kTwoChannels);
     auto& broadcast = simulation.me.broadcast();
     const auto setChannel = [&broadcast](std::uint32_t id) {
         ChannelRequest request;

@@ -9,8 +9,8 @@ namespace MediaTest {
 
 namespace {
 
-constexpr int threads = 32;
-constexpr gint64 glanceMicroseconds = 20000;
+constexpr int kThreads = 32;
+constexpr gint64 kGlanceMicroseconds = 20000;
 
 std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -37,7 +37,7 @@ struct MediaServer::Request {
 
 MediaServer::MediaServer(std::filesystem::path folder)
     : m_folder(std::move(folder)),
-      m_service(g_threaded_socket_service_new(threads)),
+      m_service(g_threaded_socket_service_new(kThreads)),
       m_end(g_cancellable_new()) {
     const Host::GObjectHandle<GInetAddress> loopback(g_inet_address_new_loopback(G_SOCKET_FAMILY_IPV4));
     const Host::GObjectHandle<GSocketAddress> wanted(g_inet_socket_address_new(loopback.get(), 0));
@@ -144,7 +144,7 @@ void MediaServer::hold(GSocketConnection* connection, const std::atomic<bool>& f
     auto* socket = g_socket_connection_get_socket(connection);
     while (!fact && !g_cancellable_is_cancelled(m_end.get())) {
         // Readable without a byte to read: the client has closed the connection.
-        if (g_socket_condition_timed_wait(socket, G_IO_IN, glanceMicroseconds, m_end.get(), nullptr) &&
+        if (g_socket_condition_timed_wait(socket, G_IO_IN, kGlanceMicroseconds, m_end.get(), nullptr) &&
             g_socket_get_available_bytes(socket) <= 0)
             return;
     }

@@ -355,7 +355,7 @@ TEST_F(ARealPlayersTracks, FollowOneAnotherInTheQueue) {
     EXPECT_EQ(players.session(1).url(), fileUrl("tone.mp3"));
 }
 
-constexpr const char channels[] = R"({
+constexpr const char kChannels[] = R"({
   "broadcast": {"current_channel": 1, "related": true, "tune_ms": 1, "volume": 100, "channels": [
     {"id": 1, "name": "One", "id_type": "ID_DVB_T", "picture": "film.mp4", "components": [
       {"type": "audio", "pid": 100, "tag": 1, "encoding": "HEAAC"}]},
@@ -378,7 +378,7 @@ class TheSoundOfAChannel : public RealSound {
     }
     void show(std::uint32_t channel) { (void)television.setChannel(1, {0, "", 0, 0, 0, channel}); }
 
-    World world{nlohmann::json::parse(channels), mediaFolder().string(), timers, events,
+    World world{nlohmann::json::parse(kChannels), mediaFolder().string(), timers, events,
                 [this](MediaListener& ears, PictureSink&) { return makePlayer(ears, screen); }};
     BroadcastPlayers& television = world.caller("me").broadcast();
     BroadcastPlayers& other = world.caller("other").broadcast();

@@ -12,15 +12,15 @@ namespace Receiver {
 
 namespace {
 
-constexpr double fastest = 64.0;
-constexpr double slowest = 1.0 / 16;
-constexpr std::size_t mostComponents = 64;
+constexpr double kFastest = 64.0;
+constexpr double kSlowest = 1.0 / 16;
+constexpr std::size_t kMostComponents = 64;
 // A child tells of its film several times a second.
-constexpr std::uint32_t longestSilenceMs = 5000;
+constexpr std::uint32_t kLongestSilenceMs = 5000;
 
 bool isSpeed(double speed) {
     const double pace = std::abs(speed);
-    return speed == 0.0 || (std::isfinite(speed) && pace >= slowest && pace <= fastest);
+    return speed == 0.0 || (std::isfinite(speed) && pace >= kSlowest && pace <= kFastest);
 }
 
 // GStreamer reads from far more than a page may: devices, descriptors, other programs.
@@ -112,7 +112,7 @@ void ChildMediaPlayer::connect() {
         return;
     }
     // The first time GStreamer may look through all of its plugins.
-    m_silence.start(m_scenario.media.connectLimitMs + longestSilenceMs, [this] { m_child->kill(); });
+    m_silence.start(m_scenario.media.connectLimitMs + kLongestSilenceMs, [this] { m_child->kill(); });
     m_child->listen({[this](MediaMessage& message) { hear(message); }, [this] { childEnded(); }});
     tell(MediaWords::Load,
          g_variant_new(MediaWords::Load.type, m_url.c_str(), m_scenario.media.userAgent.c_str(), m_speed,
@@ -153,7 +153,7 @@ void ChildMediaPlayer::childEnded() {
 
 // A listener may load another medium: behind a call to it, this child may be gone.
 void ChildMediaPlayer::hear(MediaMessage& message) {
-    m_silence.start(longestSilenceMs, [this] { m_child->kill(); });
+    m_silence.start(kLongestSilenceMs, [this] { m_child->kill(); });
     if (message.is(MediaWords::Film)) {
         hearOfFilm(message);
     } else if (message.is(MediaWords::State)) {
@@ -190,7 +190,7 @@ void ChildMediaPlayer::hearOfFilm(const MediaMessage& message) {
     if (!isSpeed(told.pace) || !isSpeed(speed))
         return;
     told.seekable = seekable != FALSE;
-    told.at = std::clamp(told.at, m_timers.now() - longestSilenceMs, m_timers.now());
+    told.at = std::clamp(told.at, m_timers.now() - kLongestSilenceMs, m_timers.now());
     m_film = told;
     m_speed = speed;
 }
@@ -220,7 +220,7 @@ void ChildMediaPlayer::hearOfState(const MediaMessage& message) {
 
 void ChildMediaPlayer::hearOfComponents(const MediaMessage& message) {
     std::vector<Component> components;
-    const auto count = std::min(g_variant_n_children(message.content.get()), mostComponents);
+    const auto count = std::min(g_variant_n_children(message.content.get()), kMostComponents);
     for (std::size_t i = 0; i < count; ++i) {
         const Host::GVariantHandle each(g_variant_get_child_value(message.content.get(), i));
         Component component;

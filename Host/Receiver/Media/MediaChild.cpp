@@ -19,8 +19,8 @@ namespace Receiver {
 namespace {
 
 // The program's end of the line; its own code knows the number.
-constexpr int lineInChild = 3;
-constexpr guint endLimitSeconds = 1;
+constexpr int kLineInChild = 3;
+constexpr guint kEndLimitSeconds = 1;
 
 // HBBTV_MEDIA, else beside this program: in the build tree, or where both are installed.
 std::string program() {
@@ -68,7 +68,7 @@ MediaChild::MediaChild(Host::GObjectHandle<GSubprocess> program, Host::Descripto
 MediaChild::~MediaChild() {
     // It sees the line closed. One that is stuck does not; killing one that has ended does nothing.
     g_timeout_add_seconds_full(
-        G_PRIORITY_DEFAULT, endLimitSeconds,
+        G_PRIORITY_DEFAULT, kEndLimitSeconds,
         [](gpointer process) -> gboolean {
             killNow(*static_cast<Host::Descriptor*>(process));
             return G_SOURCE_REMOVE;
@@ -103,7 +103,7 @@ bool MediaChildren::prepare() {
     // Standard output is the receiver's own.
     const Host::GObjectHandle<GSubprocessLauncher> launcher(
         g_subprocess_launcher_new(G_SUBPROCESS_FLAGS_STDOUT_SILENCE));
-    g_subprocess_launcher_take_fd(launcher.get(), theirs.release(), lineInChild);
+    g_subprocess_launcher_take_fd(launcher.get(), theirs.release(), kLineInChild);
     Host::GErrorSlot error;
     m_program.reset(g_subprocess_launcher_spawnv(launcher.get(), command.data(), error.out()));
     if (!m_program) {

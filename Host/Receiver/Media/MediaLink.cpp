@@ -10,8 +10,8 @@ namespace Receiver {
 
 namespace {
 
-constexpr char messageType[] = "(usv)";
-constexpr std::size_t longest = 65536;
+constexpr char kMessageType[] = "(usv)";
+constexpr std::size_t kLongest = 65536;
 
 // The first of the descriptors that came along; the others are closed.
 Host::Descriptor firstFile(GSocketControlMessage** messages, int count) {
@@ -54,7 +54,7 @@ MediaLink::~MediaLink() {
 bool MediaLink::send(const MediaWord& word, std::uint32_t number, GVariant* content,
                      const Host::Descriptor& file) {
     const Host::GVariantHandle message(g_variant_ref_sink(
-        g_variant_new(messageType, number, word.name, content ? content : g_variant_new("()"))));
+        g_variant_new(kMessageType, number, word.name, content ? content : g_variant_new("()"))));
     GOutputVector bytes{g_variant_get_data(message.get()), g_variant_get_size(message.get())};
     const Host::GObjectHandle<GSocketControlMessage> files(file ? g_unix_fd_message_new() : nullptr);
     if (file && !g_unix_fd_message_append_fd(G_UNIX_FD_MESSAGE(files.get()), file.get(), nullptr))
@@ -65,7 +65,7 @@ bool MediaLink::send(const MediaWord& word, std::uint32_t number, GVariant* cont
 }
 
 bool MediaLink::receive(MediaMessage& message) {
-    std::array<char, longest> bytes;
+    std::array<char, kLongest> bytes;
     GInputVector place{bytes.data(), bytes.size()};
     GSocketControlMessage** along = nullptr;
     int count = 0;
@@ -77,7 +77,7 @@ bool MediaLink::receive(MediaMessage& message) {
         return false;
     const Host::GBytesHandle copy(g_bytes_new(bytes.data(), static_cast<gsize>(length)));
     const Host::GVariantHandle whole(
-        g_variant_ref_sink(g_variant_new_from_bytes(G_VARIANT_TYPE(messageType), copy.get(), FALSE)));
+        g_variant_ref_sink(g_variant_new_from_bytes(G_VARIANT_TYPE(kMessageType), copy.get(), FALSE)));
     if (!g_variant_is_normal_form(whole.get()))
         return false;
     const char* word = nullptr;

@@ -10,8 +10,8 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::size_t largestNumberOfViews = 64;
-constexpr std::uint32_t noPlayer = 0;
+constexpr std::size_t kLargestNumberOfViews = 64;
+constexpr std::uint32_t kNoPlayer = 0;
 
 // An address with the query and the fragment of what referred to it. It may have a query of its own.
 std::string withRest(const std::string& url, const std::string& rest) {
@@ -29,7 +29,7 @@ bool Applications::registerView(std::int32_t viewId, const std::string& url, con
     if (viewId < 0)
         throw ScenarioError("", "a view id must not be negative, is " + std::to_string(viewId));
     const bool isNew = !m_views.contains(viewId);
-    if (isNew && m_views.size() >= largestNumberOfViews)
+    if (isNew && m_views.size() >= kLargestNumberOfViews)
         throw ScenarioError("", "there are already " + std::to_string(m_views.size()) + " views");
     auto& view = m_views.try_emplace(viewId, View{.shell = shell}).first->second;
     view.url = url;
@@ -55,7 +55,7 @@ bool Applications::create(const std::string& url, std::int32_t viewId, const Cal
     const auto childId = viewId + 1;
     if (m_views.contains(childId))
         destroy(childId);
-    if (m_views.size() >= largestNumberOfViews)
+    if (m_views.size() >= kLargestNumberOfViews)
         return false;
     m_views[childId] = View{m_views[viewId].shell, resolved(url), true, true, creator, ++m_activity};
     m_events.applicationStarted(childId, m_views[childId].url);
@@ -66,7 +66,7 @@ bool Applications::fail(std::int32_t viewId) {
     const auto found = m_views.find(viewId);
     if (found == m_views.end())
         return false;
-    m_events.pluginEvent(found->second.creator, Event::ApplicationLoadError, noPlayer);
+    m_events.pluginEvent(found->second.creator, Event::ApplicationLoadError, kNoPlayer);
     return true;
 }
 

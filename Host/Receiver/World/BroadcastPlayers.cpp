@@ -8,9 +8,9 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::uint32_t idTypeSiDirect = 13;
+constexpr std::uint32_t kIdTypeSiDirect = 13;
 // What a page that goes away releases.
-constexpr std::uint32_t everyPlayer = 0;
+constexpr std::uint32_t kEveryPlayer = 0;
 
 bool isRealized(BroadcastState state) {
     return state == BroadcastState::Connecting || state == BroadcastState::Presenting;
@@ -85,9 +85,9 @@ void BroadcastPlayers::toNullChannel(std::uint32_t pluginId) {
 }
 
 void BroadcastPlayers::release(std::uint32_t pluginId) {
-    if (pluginId == everyPlayer) {
+    if (pluginId == kEveryPlayer) {
         for (const auto id : idsOf([](BroadcastState) { return true; })) {
-            if (id != everyPlayer)
+            if (id != kEveryPlayer)
                 release(id);
         }
     }
@@ -221,7 +221,7 @@ BroadcastPlayer& BroadcastPlayers::player(std::uint32_t pluginId) {
 const Channel* BroadcastPlayers::find(const ChannelRequest& request) const {
     if (request.id != 0)
         return m_scenario.channel(request.id);
-    const bool bySiOnly = request.idType == idTypeSiDirect && !request.dsd.empty();
+    const bool bySiOnly = request.idType == kIdTypeSiDirect && !request.dsd.empty();
     for (const auto& channel : m_scenario.broadcast.channels) {
         const bool sameService = channel.sid == static_cast<std::uint32_t>(request.sid);
         const bool sameStream = channel.onid == static_cast<std::uint32_t>(request.onid) &&

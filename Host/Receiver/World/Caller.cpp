@@ -9,8 +9,8 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::int32_t resultUnknownDrmSystem = 5;
-constexpr std::uint32_t everyPlayer = 0;
+constexpr std::int32_t kResultUnknownDrmSystem = 5;
+constexpr std::uint32_t kEveryPlayer = 0;
 
 nlohmann::json describeWindow(const VideoWindow& window) {
     return {{"x", window.x},
@@ -63,7 +63,7 @@ std::int32_t Caller::sendDrmMessage(const std::string& drmSystemId) {
     const bool known = system != m_scenario.drm.systems.end();
     if (known && !system->replies)
         return static_cast<std::int32_t>(transaction);
-    const auto code = known ? system->resultCode : resultUnknownDrmSystem;
+    const auto code = known ? system->resultCode : kResultUnknownDrmSystem;
     const auto message = known ? system->resultMessage : std::string();
     m_drmReplies.emplace(transaction, m_timers)
         .start(known ? system->replyMs : 0, [this, transaction, code, message] {
@@ -79,8 +79,8 @@ void Caller::forgetLostChannels() {
 }
 
 void Caller::endPlayers() {
-    m_media.release(everyPlayer);
-    m_broadcast.release(everyPlayer);
+    m_media.release(kEveryPlayer);
+    m_broadcast.release(kEveryPlayer);
 }
 
 nlohmann::json Caller::describe() {

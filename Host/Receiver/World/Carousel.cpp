@@ -13,9 +13,9 @@ namespace Receiver {
 namespace {
 
 // More does not belong into one message of the bus.
-constexpr std::uintmax_t largestFile = std::uintmax_t{16} * 1024 * 1024;
+constexpr std::uintmax_t kLargestFile = std::uintmax_t{16} * 1024 * 1024;
 
-constexpr const char folderPage[] = "index.html";
+constexpr const char kFolderPage[] = "index.html";
 
 // The file that an address names, decoded: "a b.html" of dvb://1.2.3/a%20b.html?x#y, and of dvb:/a%20b.html,
 // which is the same in the current service. A folder's address, with its slash, names its page. Nothing for
@@ -35,7 +35,7 @@ std::optional<std::string> fileNameIn(const std::string& url) {
     if (!decoded)
         return std::nullopt;
     const std::string name = decoded.get();
-    return name.empty() || name.back() == '/' ? name + folderPage : name;
+    return name.empty() || name.back() == '/' ? name + kFolderPage : name;
 }
 
 std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& folder,
@@ -49,7 +49,7 @@ std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& f
     if (within.empty() || *within.begin() == ".." || !std::filesystem::is_regular_file(path, error))
         return std::nullopt;
     const auto size = std::filesystem::file_size(path, error);
-    if (error || size > largestFile)
+    if (error || size > kLargestFile)
         return std::nullopt;
     std::ifstream file(path, std::ios::binary);
     std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());

@@ -14,7 +14,7 @@ struct Key {
 };
 
 // clang-format off
-constexpr Key keys[] = {
+constexpr Key kKeys[] = {
     {"VK_UNDEFINED", 0}, {"VK_CANCEL", 3}, {"VK_BACK_SPACE", 8}, {"VK_TAB", 9}, {"VK_CLEAR", 12},
     {"VK_ENTER", 13}, {"VK_SHIFT", 16}, {"VK_CONTROL", 17}, {"VK_ALT", 18}, {"VK_PAUSE", 19},
     {"VK_CAPS_LOCK", 20}, {"VK_KANA", 21}, {"VK_FINAL", 24}, {"VK_KANJI", 25}, {"VK_ESCAPE", 27},
@@ -54,19 +54,19 @@ constexpr Key keys[] = {
 };
 // clang-format on
 
-constexpr std::uint32_t largestCode = 463;
+constexpr std::uint32_t kLargestCode = 463;
 
 }  // namespace
 
 std::optional<std::uint32_t> keyCode(const std::string& key) {
     const auto named =
-        std::find_if(std::begin(keys), std::end(keys), [&key](const Key& k) { return key == k.name; });
-    if (named != std::end(keys))
+        std::find_if(std::begin(kKeys), std::end(kKeys), [&key](const Key& k) { return key == k.name; });
+    if (named != std::end(kKeys))
         return named->code;
     std::uint32_t code = 0;
     const auto* end = key.data() + key.size();
     const auto [stopped, error] = std::from_chars(key.data(), end, code);
-    if (key.empty() || error != std::errc() || stopped != end || code > largestCode)
+    if (key.empty() || error != std::errc() || stopped != end || code > kLargestCode)
         return std::nullopt;
     return code;
 }

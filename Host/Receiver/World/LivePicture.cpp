@@ -15,13 +15,13 @@ namespace Receiver {
 namespace {
 
 // A busy machine takes its time for a timer, and for the way to the film's process.
-constexpr std::uint32_t headStartMs = 300;
-constexpr std::uint32_t lookMs = 1000;
+constexpr std::uint32_t kHeadStartMs = 300;
+constexpr std::uint32_t kLookMs = 1000;
 
 // In the order of the errors.
-constexpr std::array reasons = {"it has an unknown format",  "it cannot be reached", "its process has ended",
-                                "no process can be started", "it is broken",         "it is not there",
-                                "its beginning is not there"};
+constexpr std::array kReasons = {"it has an unknown format",  "it cannot be reached", "its process has ended",
+                                 "no process can be started", "it is broken",         "it is not there",
+                                 "its beginning is not there"};
 
 }  // namespace
 
@@ -57,18 +57,18 @@ void LivePicture::mediaStateChanged(MediaState state, std::int32_t error) {
     switch (state) {
         case MediaState::Playing:
             if (!m_next.isRunning())
-                m_next.start(lookMs, [this] { goRound(); });
+                m_next.start(kLookMs, [this] { goRound(); });
             break;
         case MediaState::Finished:
             // Not now: the player is in the middle of telling this. Nor at once after a picture that stands
             // still.
-            m_next.start(m_player->duration() > lookMs ? 0 : lookMs, [this] { (void)m_player->play(1.0); });
+            m_next.start(m_player->duration() > kLookMs ? 0 : kLookMs, [this] { (void)m_player->play(1.0); });
             break;
         case MediaState::Error:
             m_next.stop();
             m_failed = true;
             g_warning("the picture %s is not shown: %s", m_address.c_str(),
-                      reasons.at(static_cast<std::size_t>(error)));
+                      kReasons.at(static_cast<std::size_t>(error)));
             break;
         default:
             break;
@@ -79,9 +79,9 @@ void LivePicture::mediaStateChanged(MediaState state, std::int32_t error) {
 void LivePicture::goRound() {
     const auto duration = m_player->duration();
     const auto left = duration - std::min(duration, m_player->position());
-    if (duration != 0 && left <= headStartMs)
+    if (duration != 0 && left <= kHeadStartMs)
         (void)m_player->seek(0);
-    m_next.start(left > headStartMs ? left - headStartMs : lookMs, [this] { goRound(); });
+    m_next.start(left > kHeadStartMs ? left - kHeadStartMs : kLookMs, [this] { goRound(); });
 }
 
 std::string LivePicture::addressOf(const Channel& channel) const {

@@ -10,10 +10,10 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::size_t longestQueue = 32;
-constexpr std::size_t mostAttributes = 64;
+constexpr std::size_t kLongestQueue = 32;
+constexpr std::size_t kMostAttributes = 64;
 // What a page that goes away releases.
-constexpr std::uint32_t everyPlayer = 0;
+constexpr std::uint32_t kEveryPlayer = 0;
 
 // What a viewer is told of an address: the name of the file, of "http://host/films/a.mp4?x=y" this is
 // "a.mp4".
@@ -65,7 +65,7 @@ void MediaSession::load(const std::string& url) {
 }
 
 void MediaSession::setAttribute(const std::string& name, const std::string& value) {
-    if (m_attributes.contains(name) || m_attributes.size() < mostAttributes)
+    if (m_attributes.contains(name) || m_attributes.size() < kMostAttributes)
         m_attributes[name] = value;
 }
 
@@ -74,7 +74,7 @@ bool MediaSession::queue(const std::string& url) {
         clearQueue();
         return true;
     }
-    if (m_queue.size() >= longestQueue)
+    if (m_queue.size() >= kLongestQueue)
         return false;
     m_queue.push_back(url);
     return true;
@@ -318,11 +318,11 @@ void MediaPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) 
 }
 
 void MediaPlayers::release(std::uint32_t pluginId) {
-    if (pluginId == everyPlayer) {
+    if (pluginId == kEveryPlayer) {
         m_windows.clear();
         std::vector<std::uint32_t> ids;
         m_sessions.forEach([&ids](std::uint32_t id, const MediaSession&) {
-            if (id != everyPlayer)
+            if (id != kEveryPlayer)
                 ids.push_back(id);
         });
         for (const auto id : ids)

@@ -7,11 +7,11 @@ namespace Receiver {
 namespace {
 
 // Conditions in one query; joining more is refused.
-constexpr std::size_t largestCondition = 500;
-constexpr std::size_t largestOrderBy = 16;
+constexpr std::size_t kLargestCondition = 500;
+constexpr std::size_t kLargestOrderBy = 16;
 
-constexpr std::int32_t broadcastTarget = 1;
-constexpr std::int32_t onDemandTarget = 2;
+constexpr std::int32_t kBroadcastTarget = 1;
+constexpr std::int32_t kOnDemandTarget = 2;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ std::uint32_t MetadataSearch::addQuery(std::uint32_t field, std::uint32_t mode, 
 
 std::uint32_t MetadataSearch::addQuery(const std::vector<Constraint>& constraints) {
     const auto known = [](const Constraint& constraint) { return isQueryField(constraint.field); };
-    if (constraints.size() >= largestCondition || !std::ranges::all_of(constraints, known))
+    if (constraints.size() >= kLargestCondition || !std::ranges::all_of(constraints, known))
         return 0;
     return store(
         {[set = ConstraintSet(constraints)](const FoundProgramme& found) { return set.satisfiedBy(found); },
@@ -48,7 +48,7 @@ std::optional<std::uint32_t> MetadataSearch::join(Junction junction, std::uint32
     if (first == nullptr || second == nullptr)
         return std::nullopt;
     const auto size = first->condition->size + second->condition->size + 1;
-    if (size > largestCondition)
+    if (size > kLargestCondition)
         return std::nullopt;
     return store({[junction, a = first->condition, b = second->condition](const FoundProgramme& found) {
                       return junction == Junction::And ? a->matches(found) && b->matches(found)
@@ -60,7 +60,7 @@ std::optional<std::uint32_t> MetadataSearch::join(Junction junction, std::uint32
 
 std::optional<std::uint32_t> MetadataSearch::negate(std::uint32_t id) {
     const auto* negated = m_queries.find(id);
-    if (negated == nullptr || negated->condition->size >= largestCondition)
+    if (negated == nullptr || negated->condition->size >= kLargestCondition)
         return std::nullopt;
     return store(
         {[condition = negated->condition](const FoundProgramme& found) { return !condition->matches(found); },
@@ -69,7 +69,7 @@ std::optional<std::uint32_t> MetadataSearch::negate(std::uint32_t id) {
 }
 
 std::uint32_t MetadataSearch::addSearch(std::int32_t target) {
-    if (target != broadcastTarget && target != onDemandTarget)
+    if (target != kBroadcastTarget && target != kOnDemandTarget)
         return 0;
     const auto id = m_searches.nextId();
     m_searches.emplace(id, m_timers, target);
@@ -89,7 +89,7 @@ bool MetadataSearch::setQuery(std::uint32_t searchId, std::uint32_t queryId) {
 
 bool MetadataSearch::setOrderBy(std::uint32_t searchId, const OrderBy& orderBy) {
     auto* search = m_searches.find(searchId);
-    if (search == nullptr || orderBy.size() > largestOrderBy)
+    if (search == nullptr || orderBy.size() > kLargestOrderBy)
         return false;
     search->orderBy = orderBy;
     return true;
@@ -97,7 +97,7 @@ bool MetadataSearch::setOrderBy(std::uint32_t searchId, const OrderBy& orderBy) 
 
 bool MetadataSearch::expandOrderBy(std::uint32_t searchId, std::uint32_t field, bool ascending) {
     auto* search = m_searches.find(searchId);
-    if (search == nullptr || search->orderBy.size() >= largestOrderBy)
+    if (search == nullptr || search->orderBy.size() >= kLargestOrderBy)
         return false;
     search->orderBy.emplace_back(field, ascending);
     return true;
@@ -109,7 +109,7 @@ bool MetadataSearch::addConstraints(std::uint32_t searchId, std::uint32_t queryI
     if (search == nullptr || query == nullptr || query->condition->constraints.empty())
         return false;
     const auto& added = query->condition->constraints;
-    if (search->constraints.size() + added.size() > largestCondition)
+    if (search->constraints.size() + added.size() > kLargestCondition)
         return false;
     search->constraints.insert(search->constraints.end(), added.begin(), added.end());
     return true;
@@ -213,7 +213,7 @@ void MetadataSearch::finish(std::uint32_t searchId) {
     if (results->failed)
         return;
     auto matching =
-        search->target == broadcastTarget ? allShowings(m_scenario, m_present()) : std::vector<Showing>();
+        search->target == kBroadcastTarget ? allShowings(m_scenario, m_present()) : std::vector<Showing>();
     const ConstraintSet constraints(search->constraints);
     std::erase_if(matching, [&](const Showing& candidate) {
         const bool wanted = search->condition == nullptr || search->condition->matches(candidate.found);

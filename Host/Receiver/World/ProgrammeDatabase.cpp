@@ -10,19 +10,19 @@ namespace {
 
 // An id is the programme's place among all of the scenario and, below it, the round of the schedule. Rounds
 // are counted around; no two showings that are known at one time are so far apart.
-constexpr std::int64_t rounds = 2048;
-constexpr std::int64_t mostRoundsAhead = rounds / 2 - 1;
+constexpr std::int64_t kRounds = 2048;
+constexpr std::int64_t kMostRoundsAhead = kRounds / 2 - 1;
 
 std::uint32_t idOf(std::uint32_t place, std::int64_t round) {
-    return static_cast<std::uint32_t>(place * rounds + round % rounds + 1);
+    return static_cast<std::uint32_t>(place * kRounds + round % kRounds + 1);
 }
 
 // The round next to the present one that an id means.
 std::int64_t roundOf(std::int64_t remainder, std::int64_t present) {
-    const auto round = present - present % rounds + remainder;
-    if (round > present + rounds / 2)
-        return std::max(round - rounds, remainder);
-    return round < present - rounds / 2 ? round + rounds : round;
+    const auto round = present - present % kRounds + remainder;
+    if (round > present + kRounds / 2)
+        return std::max(round - kRounds, remainder);
+    return round < present - kRounds / 2 ? round + kRounds : round;
 }
 
 // Each programme's next showing, and what else begins until then.
@@ -38,7 +38,7 @@ void addShowings(std::vector<Showing>& all, const Channel& channel, std::uint32_
         do {
             all.push_back({idOf(place, round), {&channel, next.programme, next.start}});
             next = showing(channel, channel.programmes[i], moment.origin, ++round);
-        } while (next.start < until && round <= present + mostRoundsAhead);
+        } while (next.start < until && round <= present + kMostRoundsAhead);
     }
 }
 
@@ -62,7 +62,7 @@ std::vector<Showing> allShowings(const Scenario& scenario, const Moment& moment)
 std::optional<FoundProgramme> findShowing(const Scenario& scenario, const Moment& moment, std::uint32_t id) {
     if (id == 0)
         return std::nullopt;
-    auto place = static_cast<std::size_t>((id - 1) / rounds);
+    auto place = static_cast<std::size_t>((id - 1) / kRounds);
     for (const auto& channel : scenario.broadcast.channels) {
         if (place >= channel.programmes.size()) {
             place -= channel.programmes.size();
@@ -70,7 +70,7 @@ std::optional<FoundProgramme> findShowing(const Scenario& scenario, const Moment
         }
         if (channel.hidden)
             break;
-        const auto round = roundOf((id - 1) % rounds, roundAt(channel, moment.origin, moment.now));
+        const auto round = roundOf((id - 1) % kRounds, roundAt(channel, moment.origin, moment.now));
         const auto found = showing(channel, channel.programmes[place], moment.origin, round);
         return FoundProgramme{&channel, found.programme, found.start};
     }

@@ -18,7 +18,7 @@ struct IdType {
     std::uint32_t value;
 };
 
-constexpr IdType idTypes[] = {
+constexpr IdType kIdTypes[] = {
     {"ID_ANALOG", 0},  {"ID_DVB_C", 10},    {"ID_DVB_S", 11},    {"ID_DVB_T", 12},  {"ID_DVB_SI_DIRECT", 13},
     {"ID_DVB_C2", 14}, {"ID_DVB_S2", 15},   {"ID_DVB_T2", 16},   {"ID_ISDB_C", 20}, {"ID_ISDB_T", 21},
     {"ID_ATSC_T", 30}, {"ID_IPTV_SDS", 40}, {"ID_IPTV_URI", 41},
@@ -26,9 +26,9 @@ constexpr IdType idTypes[] = {
 
 std::uint32_t readIdType(const JsonValue& value) {
     std::vector<std::string> names;
-    for (const auto& idType : idTypes)
+    for (const auto& idType : kIdTypes)
         names.emplace_back(idType.name);
-    return idTypes[value.oneOf(names)].value;
+    return kIdTypes[value.oneOf(names)].value;
 }
 
 template <typename Record>

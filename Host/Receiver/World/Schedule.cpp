@@ -6,9 +6,9 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::uint8_t shortEventTag = 0x4D;
-constexpr std::uint8_t parentalRatingTag = 0x55;
-constexpr std::uint8_t extensionTag = 0x7F;
+constexpr std::uint8_t kShortEventTag = 0x4D;
+constexpr std::uint8_t kParentalRatingTag = 0x55;
+constexpr std::uint8_t kExtensionTag = 0x7F;
 
 // Three characters as a descriptor carries a language or country; padded where the scenario gives fewer.
 void appendCode(std::vector<std::uint8_t>& bytes, std::string code) {
@@ -29,7 +29,7 @@ void appendText(std::vector<std::uint8_t>& bytes, const std::string& text, std::
 }
 
 std::vector<std::uint8_t> shortEvent(const Programme& programme, const std::string& language) {
-    std::vector<std::uint8_t> bytes = {shortEventTag, 0};
+    std::vector<std::uint8_t> bytes = {kShortEventTag, 0};
     appendCode(bytes, language);
     appendText(bytes, programme.name, 120);
     appendText(bytes, programme.description, 120);
@@ -38,7 +38,7 @@ std::vector<std::uint8_t> shortEvent(const Programme& programme, const std::stri
 }
 
 std::vector<std::uint8_t> parentalRating(const Programme& programme, const std::string& country) {
-    std::vector<std::uint8_t> bytes = {parentalRatingTag, 4};
+    std::vector<std::uint8_t> bytes = {kParentalRatingTag, 4};
     appendCode(bytes, country);
     // The descriptor counts from the age of three.
     bytes.push_back(static_cast<std::uint8_t>(programme.rating > 3 ? programme.rating - 3 : 0));
@@ -100,7 +100,7 @@ std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel, std::
     std::vector<std::vector<std::uint8_t>> found;
     for (const auto& descriptor : all) {
         const auto& bytes = descriptor.bytes;
-        const bool extended = bytes[0] == extensionTag && bytes.size() > 2;
+        const bool extended = bytes[0] == kExtensionTag && bytes.size() > 2;
         const bool tagFits = filter.tag < 0 || bytes[0] == filter.tag;
         const bool extensionFits = filter.extendedTag < 0 || !extended || bytes[2] == filter.extendedTag;
         const bool specifierFits =

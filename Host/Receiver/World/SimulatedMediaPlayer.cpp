@@ -10,7 +10,7 @@ namespace Receiver {
 
 namespace {
 
-constexpr double fastest = 64.0;
+constexpr double kFastest = 64.0;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ void SimulatedMediaPlayer::load(const std::string& url) {
 }
 
 bool SimulatedMediaPlayer::play(double speed) {
-    if (m_url.empty() || !std::isfinite(speed) || std::abs(speed) > fastest)
+    if (m_url.empty() || !std::isfinite(speed) || std::abs(speed) > kFastest)
         return false;
     if (isRolling()) {
         const auto before = this->speed();

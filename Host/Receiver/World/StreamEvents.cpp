@@ -8,9 +8,9 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::uint32_t statusTrigger = 0;
+constexpr std::uint32_t kStatusTrigger = 0;
 // How often a subscription whose source the scenario lost looks for it again.
-constexpr std::uint32_t retryMs = 1000;
+constexpr std::uint32_t kRetryMs = 1000;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ std::size_t StreamEvents::trigger(const std::string& name, const std::vector<std
         const auto* from = subscription.name == name ? source(subscription.url, name) : nullptr;
         if (from == nullptr)
             return;
-        m_events.streamEvent(m_caller, statusTrigger, from->eventId, name, data, jobId);
+        m_events.streamEvent(m_caller, kStatusTrigger, from->eventId, name, data, jobId);
         ++count;
     });
     return count;
@@ -58,9 +58,9 @@ void StreamEvents::trigger(std::uint32_t jobId) {
     if (subscription == nullptr)
         return;
     const auto* from = source(subscription->url, subscription->name);
-    waitForTrigger(jobId, *subscription, from == nullptr ? retryMs : from->periodMs);
+    waitForTrigger(jobId, *subscription, from == nullptr ? kRetryMs : from->periodMs);
     if (from != nullptr)
-        m_events.streamEvent(m_caller, statusTrigger, from->eventId, from->name,
+        m_events.streamEvent(m_caller, kStatusTrigger, from->eventId, from->name,
                              from->payloads[subscription->fired++ % from->payloads.size()], jobId);
 }
 

@@ -18,7 +18,7 @@ inline constexpr std::int32_t KeyMissing = 4;
 inline constexpr std::int32_t UnknownChannel = 5;
 }  // namespace TuningError
 
-inline constexpr std::int32_t noParentalLock = 255;
+inline constexpr std::int32_t kNoParentalLock = 255;
 
 class Tuner {
  public:
@@ -45,7 +45,7 @@ class Tuner {
         if (!channel.authorised)
             return TuningError::KeyMissing;
         const auto threshold = m_scenario.parental.lockStatus;
-        const bool rated = threshold != noParentalLock && rating(channel) > threshold;
+        const bool rated = threshold != kNoParentalLock && rating(channel) > threshold;
         if (channel.locked || channel.manualBlock || rated)
             return TuningError::ParentalLock;
         return std::nullopt;

@@ -11,7 +11,7 @@ namespace Receiver {
 
 namespace {
 
-constexpr const char dvbScheme[] = "dvb://";
+constexpr const char kDvbScheme[] = "dvb://";
 
 std::optional<std::uint32_t> hexadecimal(const std::string& digits) {
     std::uint32_t value = 0;
@@ -101,7 +101,7 @@ std::string originOf(const std::string& url) {
     const std::string host = givenHost ? lowerCase(givenHost.get()) : std::string();
     // A path of the current service has an origin of its own.
     if (host.empty())
-        return scheme == "dvb" && url.find('/') == sizeof("dvb:") - 1 ? dvbScheme : std::string();
+        return scheme == "dvb" && url.find('/') == sizeof("dvb:") - 1 ? kDvbScheme : std::string();
     if (port == -1)
         port = defaultPort(scheme);
     std::string origin = scheme;
@@ -114,9 +114,9 @@ std::string originOf(const std::string& url) {
 }
 
 std::optional<DvbService> parseDvbService(const std::string& url) {
-    if (!url.starts_with(dvbScheme))
+    if (!url.starts_with(kDvbScheme))
         return std::nullopt;
-    const auto locator = url.substr(sizeof(dvbScheme) - 1);
+    const auto locator = url.substr(sizeof(kDvbScheme) - 1);
     const auto service = locator.substr(0, locator.find('/'));
     const auto parts = split(service, ';');
     const auto numbers = split(parts.front(), '.');
@@ -139,7 +139,7 @@ std::optional<DvbService> parseDvbService(const std::string& url) {
 }
 
 std::optional<AitReference> parseAitReference(const std::string& url) {
-    if (!url.starts_with(dvbScheme))
+    if (!url.starts_with(kDvbScheme))
         return std::nullopt;
     const auto marker = url.find(".ait/");
     if (marker == std::string::npos)

@@ -12,8 +12,8 @@ namespace Receiver {
 
 namespace {
 
-constexpr std::size_t largestNumberOfProfiles = 256;
-constexpr const char statePointer[] = "/state";
+constexpr std::size_t kLargestNumberOfProfiles = 256;
+constexpr const char kStatePointer[] = "/state";
 
 nlohmann::json::json_pointer parsePointer(const std::string& pointer) {
     try {
@@ -146,7 +146,7 @@ nlohmann::json World::value(const std::string& pointer) {
 }
 
 void World::setValue(const std::string& pointer, const std::string& json) {
-    if (pointer == statePointer || pointer.starts_with(std::string(statePointer) + "/"))
+    if (pointer == kStatePointer || pointer.starts_with(std::string(kStatePointer) + "/"))
         throw ScenarioError(pointer, "the state can only be read");
     auto changed = document();
     place(changed, pointer, parseJson(json));
@@ -243,7 +243,7 @@ std::vector<std::uint32_t> World::channelsAt(const std::string& url, std::uint16
 }
 
 void World::addProfile(const Profile& profile) {
-    if (m_profiles.size() < largestNumberOfProfiles)
+    if (m_profiles.size() < kLargestNumberOfProfiles)
         m_profiles.insert(profile);
 }
 
