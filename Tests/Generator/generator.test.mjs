@@ -17,8 +17,6 @@ import { join } from 'node:path';
 import { after, describe, it } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
-import { changedLines, unifiedDiff } from './diff.mjs';
-
 const HERE = fileURLToPath(new URL('.', import.meta.url));
 const CASES = join(HERE, 'cases');
 const GENERATOR = join(HERE, '../../InjectedBundle/gen/generate.mjs');
@@ -31,6 +29,19 @@ const makeFolder = () => mkdtempSync(join(scratch, 'run-'));
 
 const generate = (idl, out) => spawnSync(process.execPath,
   [GENERATOR, '--idl', idl, '--out', out, '--members', join(out, 'members.js')], { encoding: 'utf8' });
+
+// Only the lines that differ, so that the result does not depend on the lines around them.
+function changedLines(before, after) {
+  const files = [before, after].map((text) => {
+    const file = join(makeFolder(), 'text');
+    writeFileSync(file, text);
+    return file;
+  });
+  const { status, stdout, stderr } = spawnSync('diff',
+    ['--old-line-format=-%L', '--new-line-format=+%L', '--unchanged-line-format=', ...files], { encoding: 'utf8' });
+  assert.ok([0, 1].includes(status), stderr);
+  return stdout;
+}
 
 function outputOf(name) {
   const out = makeFolder();
@@ -56,9 +67,7 @@ describe('the generated code', () => {
       const file = join(CASES, name, 'expected.txt');
       const report = reportOf(name);
       if (UPDATE) writeFileSync(file, report);
-      const difference = unifiedDiff(existsSync(file) ? readFileSync(file, 'utf8') : '', report);
-      assert.ok(!difference, `${file}:\n${difference}\n` +
-        'If this is what it should be: node Tests/Generator/generator.test.mjs --update');
+      assert.equal(report, existsSync(file) ? readFileSync(file, 'utf8') : '');
     });
   }
 
@@ -69,7 +78,7 @@ describe('the generated code', () => {
     utimesSync(file, 1, 1);
     assert.equal(generate(join(CASES, 'empty'), out).status, 0);
     assert.equal(statSync(file).mtimeMs, 1000);
-    assert.equal(generate(join(CASES, 'constant'), out).status, 0);
+    assert.equal(generate(join(CASES, 'attribute'), out).status, 0);
     assert.notEqual(statSync(file).mtimeMs, 1000);
   });
 });
