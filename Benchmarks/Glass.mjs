@@ -99,9 +99,11 @@ async function measure(workplace, command, args) {
 
 // As shipped: what is not logged is not formatted either.
 process.env.HBBTV_LOG_LEVEL = 'warning';
-const workplace = await Workplace.create();
-const server = await PageServer.start();
+const workplace = new Workplace();
+const server = new PageServer();
 try {
+  await workplace.begin();
+  await server.begin();
   const result = {};
   for (const height of Object.keys(widths)) {
     const file = await makeFilm(`film-${height}`, height, 'videotestsrc num-buffers=400 pattern=ball');

@@ -1,14 +1,12 @@
 // Applications that are signalled by a table: the broadcast's own, with the keys of the keyboard, and others.
 import assert from "node:assert/strict";
-import { once } from "node:events";
 import { writeFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, afterEach, before, describe, it } from "node:test";
-import { PageServer } from "./Harness/pages.mjs";
+import { afterEach, before, describe, it } from "node:test";
 import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
+import { useWorkplace } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
-import { Workplace } from "./Harness/workplace.mjs";
 
 const application = (id, control, location, { profile = "0", version = "2", boundary = "", base = "" } = {}) => `<mhp:Application>
 <mhp:appName Language="eng">Number ${id}</mhp:appName>
@@ -37,19 +35,13 @@ console.log("runs " + location);
 </script></head><body></body></html>`;
 
 describe("An application of a table", () => {
-  let workplace, server, receiver, program;
+  const { workplace, server } = useWorkplace();
+  const receiver = new Receiver(workplace);
+  let program;
 
-  before(async () => {
-    workplace = await Workplace.create();
-    server = await PageServer.start();
-    receiver = new Receiver(workplace);
+  before(() => {
     for (const name of ["auto", "present", "other"])
       server.write(`${name}.html`, page);
-  });
-
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
   });
 
   afterEach(() => workplace.stop(program));
@@ -108,31 +100,27 @@ describe("An application of a table", () => {
   });
 
   it("is no use where the television has another profile, or the table is none", async () => {
-    for (const [body, words, ...option] of [
-      [table(application(1, "AUTOSTART", "new.html", { version: "3" })), /13\.1 .*this television is of 1\.2\.1/],
-      [table(), /the AIT is empty/], ["<html>", /this is no AIT/],
-      [table(application(1, "PRESENT", "present.html")), /no application has AUTOSTART/, "--ait"]
+    for (const [name, body, words, ...option] of [
+      ["none.aitx", table(application(1, "AUTOSTART", "new.html", { version: "3" })),
+        /none\.aitx: .*13\.1 .*this television is of 1\.2\.1/],
+      ["none.aitx", table(), /none\.aitx: .*the AIT is empty/],
+      ["none.aitx", "<html>", /none\.aitx: .*this is no AIT/],
+      ["none.aitx", table(application(1, "PRESENT", "present.html")),
+        /none\.aitx: .*no application has AUTOSTART/, "--ait"],
+      ["page.html", "<script>console.log('runs as a page');</script>",
+        /page\.html: this is no AIT but a page: text\/html/, "--ait"],
+      ["gone.aitx", table(application(1, "AUTOSTART", "nowhere.html")), /nowhere\.html: .*404/, "--ait"]
     ]) {
-      const url = server.write("none.aitx", body);
-      run(...exitAfterLoad, ...option, url);
-      await once(program, "close");
-      assert.equal(program.exitCode, 1);
-      assert.match(workplace.lines.find(line => line.startsWith(`hbbtv-shell: view 1: cannot show ${url}`)) ?? "", words);
-    }
-    server.write("page.html", "<script>console.log('runs as a page');</script>");
-    server.write("gone.aitx", table(application(1, "AUTOSTART", "nowhere.html")));
-    for (const [name, words] of [["page.html", /page\.html: this is no AIT but a page: text\/html/], ["gone.aitx", /nowhere\.html: .*404/]]) {
-      run(...exitAfterLoad, "--ait", server.url(`/written/${name}`));
-      await once(program, "close");
-      assert.equal(program.exitCode, 1);
-      assert.match(workplace.lines.find(line => line.includes("view 1: cannot show")) ?? "", words);
+      workplace.lines.length = 0;
+      const args = ["--session-bus", ...exitAfterLoad, ...option, server.write(name, body)];
+      const { code, lines } = await workplace.run(shell(), args);
+      assert.equal(code, 1);
+      assert.match(lines.find(line => line.startsWith("hbbtv-shell: view 1: cannot show http:")) ?? "", words);
       assert.deepEqual(begun(), []);
     }
     const file = join(workplace.env.HOME, "old.aitx");
     writeFileSync(file, table(application(1, "PRESENT", server.url("/written/auto.html"))));
-    run(...exitAfterLoad, file);
-    await once(program, "close");
-    assert.equal(program.exitCode, 0);
+    assert.equal((await workplace.run(shell(), ["--session-bus", ...exitAfterLoad, file])).code, 0);
     await begins("auto.html");
   });
 });

@@ -1,22 +1,16 @@
 // The application manager, applications and keys, as a page in the television uses them.
 import assert from "node:assert/strict";
-import { after, afterEach, before, beforeEach, describe, it } from "node:test";
+import { afterEach, beforeEach, describe, it } from "node:test";
 import { exitAfterLoad, shell } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const lowMemory = "(400, uint32 0)";
 const loadError = "(401, uint32 0)";
 
 describe("An application", () => {
-  let television, browser, receiver;
-
-  before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
-  });
-
-  after(() => television?.close());
+  const television = useTelevision();
+  const { browser, receiver } = television;
 
   beforeEach(async () => {
     await receiver.resetMethods();

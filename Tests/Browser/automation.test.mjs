@@ -2,11 +2,11 @@
 import assert from "node:assert/strict";
 import { readFileSync, symlinkSync, writeFileSync } from "node:fs";
 import { delimiter, join } from "node:path";
-import { after, before, describe, it } from "node:test";
+import { before, describe, it } from "node:test";
 import webdriver from "selenium-webdriver";
 import { startDriver } from "./Harness/browser.mjs";
 import { build, shell, sourceRoot } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 
 const { Key } = webdriver;
 const [red, navigation, everything] = [0x1, 0x10, 0x7ff];
@@ -18,15 +18,10 @@ for (const type of ["keydown", "keyup"])
 </script></body></html>`;
 
 describe("A driver", () => {
-  let television, browser;
+  const television = useTelevision();
+  const { browser } = television;
 
-  before(async () => {
-    television = await Television.start();
-    ({ browser } = television);
-    await television.show("keys.html", page);
-  });
-
-  after(() => television?.close());
+  before(() => television.show("keys.html", page));
 
   // What the page has heard when the driver says that it is done.
   async function pressed(mask, ...keys) {
@@ -69,11 +64,9 @@ describe("A driver", () => {
     for (const [language, program, name] of [["js", process.execPath, "zap.mjs"], ["python", "/usr/bin/python3", "zap.py"]]) {
       const path = join(workplace.env.HOME, name);
       writeFileSync(path, new RegExp("```" + language + "\n([^]*?)```").exec(guide)[1]);
-      const start = workplace.lines.length;
-      const example = workplace.start(program, [path, server.url("/examples/zapper/index.html")]);
-      await example.ended;
-      assert.equal(example.exitCode, 0, workplace.lines.slice(start).join("\n"));
-      assert.ok(workplace.lines.slice(start).includes("passed"));
+      const { code, lines } = await workplace.run(program, [path, server.url("/examples/zapper/index.html")]);
+      assert.equal(code, 0, lines.join("\n"));
+      assert.ok(lines.includes("passed"));
     }
   });
 });

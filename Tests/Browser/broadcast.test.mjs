@@ -1,7 +1,7 @@
 // The video/broadcast element on a page: where its picture is, when its handlers hear, what it leaves behind.
 import assert from "node:assert/strict";
-import { after, before, beforeEach, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { beforeEach, describe, it } from "node:test";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [unrealized, connecting, presenting] = [0, 1, 2];
@@ -20,14 +20,8 @@ video.onChannelChangeError = function (channel, error) { window.heard.push("erro
 const placed = "#video { position: absolute; left: 100px; top: 50px; width: 320px; height: 180px }";
 
 describe("A video/broadcast element", () => {
-  let television, browser, receiver;
-
-  before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
-  });
-
-  after(() => television?.close());
+  const television = useTelevision();
+  const { browser, receiver } = television;
 
   beforeEach(async () => {
     await television.open("plain.html");
@@ -36,8 +30,7 @@ describe("A video/broadcast element", () => {
     await receiver.clearCalls();
   });
 
-  const argumentsOf = async method =>
-    (await receiver.argumentsOf(`IBroadcastPlayer.${method}`)).map(([, ...rest]) => rest);
+  const argumentsOf = method => receiver.toldPlayers(`IBroadcastPlayer.${method}`);
 
   async function isAt(...place) {
     let last;

@@ -5,7 +5,7 @@ import { mkdirSync, mkdtempSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { dirname, join } from "node:path";
 import { after, afterEach, before, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const service = "dvb://3070.3e9.65";
@@ -28,21 +28,17 @@ const ask = (address, done) => {
 };
 
 describe("The object carousel", () => {
-  let television, browser, receiver, folder;
+  const television = useTelevision({ shell: ["--carousel-limit", String(limitSeconds)] });
+  const { browser, receiver } = television;
+  const folder = mkdtempSync(join(tmpdir(), "hbbtv-carousel-"));
 
   before(async () => {
-    folder = mkdtempSync(join(tmpdir(), "hbbtv-carousel-"));
-    television = await Television.start({ shell: ["--carousel-limit", String(limitSeconds)] });
-    ({ browser, receiver } = television);
     await receiver.setWorld("/carousel/folder", folder);
     await receiver.setWorld("/carousel/reply_ms", 0);
     put("plain.html", "<title>plain</title>");
   });
 
-  after(async () => {
-    await television?.close();
-    rmSync(folder, { recursive: true, force: true });
-  });
+  after(() => rmSync(folder, { recursive: true, force: true }));
 
   afterEach(async () => {
     await receiver.setWorld("/carousel/reply_ms", 0);
@@ -214,19 +210,12 @@ describe("The object carousel", () => {
     await waitFor("the carousel's page is there", async () => await title() === "plain");
     await go(television.server.url("/pages/application.html"));
     await browser.waitFor("the network's page is there", () => location.protocol === "http:");
-    const windows = await browser.driver.getAllWindowHandles();
-    const accepted = await browser.run(address => {
-      const manager = oipfObjectFactory.createApplicationManagerObject();
-      return manager.getOwnerApplication(document).createApplication(address, false) !== null;
-    }, `${service}/plain.html`);
-    assert.equal(accepted, true);
-    const added = await waitFor("the application has a view", async () =>
-      (await browser.driver.getAllWindowHandles()).find(handle => !windows.includes(handle)));
-    await browser.driver.switchTo().window(added);
+    const first = await browser.driver.getWindowHandle();
+    await television.enterApplication(`${service}/plain.html`);
     await waitFor("it is shown", async () => await title() === "plain");
     assert.equal(await browser.run(() => location.href), `${service}/plain.html`);
     await browser.driver.close();
-    await browser.driver.switchTo().window(windows[0]);
+    await browser.driver.switchTo().window(first);
   });
 
   it("tells a page of a missing file with status 404, and a viewer in words", async () => {
@@ -310,15 +299,12 @@ describe("The object carousel", () => {
 });
 
 describe("Without the bundle", () => {
+  const television = useTelevision({ environment: { HBBTV_BUNDLE: "" } });
+
   it("there is no carousel, which the page says", async () => {
-    const television = await Television.start({ environment: { HBBTV_BUNDLE: "" } });
-    try {
-      await television.open("plain.html");
-      await television.browser.run(to => { setTimeout(() => { location.href = to; }); }, `${service}/a.html`);
-      await television.browser.waitFor("the error page says so", () =>
-        document.querySelector("h1 + p")?.textContent.includes("runs without one"));
-    } finally {
-      await television.close();
-    }
+    await television.open("plain.html");
+    await television.browser.run(to => { setTimeout(() => { location.href = to; }); }, `${service}/a.html`);
+    await television.browser.waitFor("the error page says so", () =>
+      document.querySelector("h1 + p")?.textContent.includes("runs without one"));
   });
 });

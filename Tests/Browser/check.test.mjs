@@ -2,34 +2,29 @@
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, describe, it } from "node:test";
+import { describe, it } from "node:test";
 import { checker, shell, sourceRoot } from "./Harness/programs.mjs";
 import { Receiver } from "./Harness/receiver.mjs";
+import { useWorkplace } from "./Harness/suite.mjs";
 import { slowness, waitFor } from "./Harness/wait.mjs";
-import { Workplace } from "./Harness/workplace.mjs";
 
 describe("The check of a middleware", () => {
   const claimed = ["IDAEBrowserAPI", "IBroadcastPlayer", "IJSChannelCache"];
   // Of the default scenario.
   const told = ["--media", "http://media.invalid/short.mp4", "--stream-event", "demo@dvb://current/check",
     "--file", "dvb://3070.3e9.65/zapper/zapper.js"];
-  let workplace;
-
-  before(async () => { workplace = await Workplace.create(); });
-  after(() => workplace?.close());
+  const { workplace } = useWorkplace();
 
   // Exit code, and the lines by verdict, as "name: reason".
   async function check(...args) {
-    const start = workplace.lines.length;
-    const program = workplace.start(checker(), args);
-    await program.ended;
-    const lines = { code: program.exitCode, PASS: [], FAIL: [], SKIP: [] };
-    for (const line of workplace.lines.slice(start)) {
+    const { code, lines } = await workplace.run(checker(), args);
+    const told = { code, PASS: [], FAIL: [], SKIP: [] };
+    for (const line of lines) {
       const found = /^ {2}(PASS|FAIL|SKIP) {2}(.*?) {2,}(.*)$/.exec(line);
       if (found)
-        lines[found[1]].push(`${found[2]}: ${found[3]}`);
+        told[found[1]].push(`${found[2]}: ${found[3]}`);
     }
-    return lines;
+    return told;
   }
 
   async function withMiddleware(program, args, look) {
@@ -41,8 +36,9 @@ describe("The check of a middleware", () => {
   }
 
   it("passes the receiver, writes it down, and names the methods that fail or are late", async t => {
-    const receiver = await Receiver.start(workplace);
+    const receiver = new Receiver(workplace);
     t.after(() => receiver.stop());
+    await receiver.start();
     const [junit, html] = ["check.xml", "check.html"].map(name => join(workplace.env.HOME, name));
     const world = pointer => receiver.getWorld(pointer);
     const before = [await world("/broadcast/current_channel"), await world("/keys/mask")];

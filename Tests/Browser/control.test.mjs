@@ -5,10 +5,9 @@ import { mkdirSync, readdirSync, readFileSync, statSync, symlinkSync, writeFileS
 import { delimiter, join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { startServer } from "../../Tools/Scripts/serve.mjs";
-import { PageServer } from "./Harness/pages.mjs";
 import { build, shell, sourceRoot } from "./Harness/programs.mjs";
+import { useWorkplace } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
-import { Workplace } from "./Harness/workplace.mjs";
 
 const listening = `<!DOCTYPE html><html><body><div id="verdict" data-verdict="pass"></div><script>
 const app = oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document);
@@ -22,13 +21,13 @@ console.log("listening");
 </script></body></html>`;
 
 // A place with the programs in the PATH of its commands.
-async function createWorkplace() {
-  const workplace = await Workplace.create();
-  const folders = ["Shell", "Receiver", "Control"].map(name => join(build, "Host", name));
-  workplace.env.PATH = [...folders, workplace.env.PATH].join(delimiter);
+function usePrograms() {
+  const place = useWorkplace();
+  const { env, preload } = place.workplace;
+  env.PATH = [...["Shell", "Receiver", "Control"].map(name => join(build, "Host", name)), env.PATH].join(delimiter);
   // Through bash, which starts the shells here.
-  Object.assign(workplace.env, workplace.preload);
-  return workplace;
+  Object.assign(env, preload);
+  return place;
 }
 
 // Runs a line as bash does; { code, out, err }.
@@ -38,9 +37,9 @@ function run(workplace, line) {
 }
 
 describe("hbbtv-control", () => {
-  let workplace, server, television;
+  const { workplace, server } = usePrograms();
+  let television;
 
-  const told = text => waitFor(text, () => workplace.lines.some(line => line.endsWith(text)));
   const asked = async line => {
     const { code, out, err } = await run(workplace, `hbbtv-control ${line}`);
     assert.equal(code, 0, `${line}: ${err}`);
@@ -48,15 +47,8 @@ describe("hbbtv-control", () => {
   };
 
   before(async () => {
-    workplace = await createWorkplace();
-    server = await PageServer.start();
     television = workplace.start(shell(), [server.write("listening.html", listening)]);
-    await told("LOG listening");
-  });
-
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
+    await workplace.says(/LOG listening$/);
   });
 
   it("sets and tells values as they are typed", async () => {
@@ -79,9 +71,9 @@ describe("hbbtv-control", () => {
 
   it("presses keys that the key mask lets through, and sends stream events and signals", async () => {
     await asked("press GREEN red");
-    await told("LOG key 403");
+    await workplace.says(/LOG key 403$/);
     await asked("trigger demo Grüße from a shell");
-    await told("LOG event Grüße from a shell");
+    await workplace.says(/LOG event Grüße from a shell$/);
     assert.deepEqual(workplace.lines.flatMap(line => /LOG key (\d+)/.exec(line)?.[1] ?? []), ["403"]);
     const follower = workplace.start("hbbtv-control", ["calls", "--follow"]);
     await waitFor("a call that is followed", async () => {
@@ -168,10 +160,10 @@ function documentedCommands() {
 describe("The documents", () => {
   // Each starts a whole shell, one after another.
   const slow = 60000;
-  let workplace, server;
+  const { workplace } = usePrograms();
+  let server;
 
   before(async () => {
-    workplace = await createWorkplace();
     const folder = join(workplace.env.HOME, "my-app");
     mkdirSync(folder);
     writeFileSync(join(folder, "index.html"), listening);
@@ -180,10 +172,7 @@ describe("The documents", () => {
     server = await startServer(folder, { mounts: { player: join(sourceRoot, "Examples/player") } });
   });
 
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
-  });
+  after(() => server?.close());
 
   const here = line => line.replace(/https?:\/\/(localhost:8080|example\.org\/my-app)\//, server.url);
 
@@ -207,7 +196,7 @@ describe("The documents", () => {
         assert.equal((await run(workplace, `cd "$HOME" && ${here(line)}`)).code, 0, document);
     }
     const television = workplace.start(shell(), [`${server.url}index.html`]);
-    await waitFor("the page", () => workplace.lines.some(line => line.endsWith("LOG listening")), slow);
+    await workplace.says(/LOG listening$/, slow);
     for (const { document, line } of all.filter(each => !shells.includes(each))) {
       const endless = line.includes("--follow") ? "timeout 1 " : "";
       const { code, err } = await run(workplace, endless + line);

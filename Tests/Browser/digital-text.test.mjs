@@ -5,7 +5,7 @@ import { dirname, join } from "node:path";
 import { after, before, describe, it } from "node:test";
 import { Application } from "./Harness/application.mjs";
 import { defaultScenario } from "./Harness/programs.mjs";
-import { waitFor } from "./Harness/wait.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 
 const examples = dirname(dirname(defaultScenario));
 
@@ -26,22 +26,17 @@ const see = ({ text }) => {
 };
 
 describe("Digital text", () => {
-  const application = new Application("dvb://3070.3e9.65/carousel/", see);
-  const { open, press, sees } = application;
-  let television, browser, receiver, folder;
+  const television = useTelevision();
+  const { browser, receiver } = television;
+  const { open, press, sees } = new Application(television, "dvb://3070.3e9.65/carousel/", see);
+  const folder = mkdtempSync(join(tmpdir(), "hbbtv-digital-text-"));
 
-  before(async () => {
-    folder = mkdtempSync(join(tmpdir(), "hbbtv-digital-text-"));
+  before(() => {
     for (const part of ["carousel", "shared"])
       cpSync(join(examples, part), join(folder, part), { recursive: true });
-    television = await application.start();
-    ({ browser, receiver } = television);
   });
 
-  after(async () => {
-    await application.close();
-    rmSync(folder, { recursive: true, force: true });
-  });
+  after(() => rmSync(folder, { recursive: true, force: true }));
 
   it("is read page by page, beside or without the picture of its channel", async () => {
     await open("");
@@ -89,15 +84,8 @@ describe("Digital text", () => {
   });
 
   it("starts by its name in the application table of the channel", async () => {
-    const windows = await browser.driver.getAllWindowHandles();
     await television.open("plain.html");
-    await browser.run(() => {
-      oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
-        .createApplication("dvb://current.ait/13.2?weather", false);
-    });
-    const added = await waitFor("the application has a view", async () =>
-      (await browser.driver.getAllWindowHandles()).find(handle => !windows.includes(handle)));
-    await browser.driver.switchTo().window(added);
+    await television.enterApplication("dvb://current.ait/13.2?weather");
     await sees({ section: "weather", path: "/carousel/?weather" });
   });
 });

@@ -1,7 +1,7 @@
 // What a page finds in its documents and frames, and how it finds its application.
 import assert from "node:assert/strict";
-import { after, afterEach, before, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { afterEach, describe, it } from "node:test";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const everyWay = { markup: true, innerHtml: true, appendChild: true, beforeInsertion: true, factory: true };
@@ -11,14 +11,9 @@ const everyGlobal = {
 };
 
 describe("A document", () => {
-  let television, browser;
+  const television = useTelevision();
+  const { browser } = television;
 
-  before(async () => {
-    television = await Television.start();
-    browser = television.browser;
-  });
-
-  after(() => television?.close());
   afterEach(async () => assert.deepEqual(await browser.run(() => window.failures), []));
 
   it("has the native globals before its first script, and then its application, as has every frame in it", async () => {
@@ -82,22 +77,22 @@ describe("A document", () => {
     });
 });
 
-it("A document supports what the user agent's profile has, and says nothing where nobody listens", async t => {
-  const television = await Television.start({
-    shell: ["--profile", "1.1.1"], environment: { HBBTV_LOG_LEVEL: "warning" }
+describe("A document of an old profile, where nobody listens", () => {
+  const television = useTelevision({ shell: ["--profile", "1.1.1"], environment: { HBBTV_LOG_LEVEL: "warning" } });
+
+  it("supports what the profile has, and says nothing", async () => {
+    await television.open("plain.html");
+    const types = ["application/oipfApplicationManager", "video/broadcast", "application/oipfDrmAgent"];
+    const seen = await television.browser.runAsync((mimes, done) => {
+      const root = document.getElementById("root");
+      root.innerHTML = mimes.map(type => `<object type="${type}"></object>`).join("");
+      setTimeout(() => done({
+        offered: mimes.filter(type => oipfObjectFactory.isObjectSupported(type)),
+        upgraded: mimes.filter((type, i) => "__reflected" in root.children[i]),
+        logs: window._hbbtv_vantrel_logs,
+        failures: window.failures
+      }));
+    }, types);
+    assert.deepEqual(seen, { offered: types.slice(0, 2), upgraded: types.slice(0, 2), logs: false, failures: [] });
   });
-  t.after(() => television.close());
-  await television.open("plain.html");
-  const types = ["application/oipfApplicationManager", "video/broadcast", "application/oipfDrmAgent"];
-  const seen = await television.browser.runAsync((mimes, done) => {
-    const root = document.getElementById("root");
-    root.innerHTML = mimes.map(type => `<object type="${type}"></object>`).join("");
-    setTimeout(() => done({
-      offered: mimes.filter(type => oipfObjectFactory.isObjectSupported(type)),
-      upgraded: mimes.filter((type, i) => "__reflected" in root.children[i]),
-      logs: window._hbbtv_vantrel_logs,
-      failures: window.failures
-    }));
-  }, types);
-  assert.deepEqual(seen, { offered: types.slice(0, 2), upgraded: types.slice(0, 2), logs: false, failures: [] });
 });

@@ -1,20 +1,15 @@
 // The DRM agent as an element of a page.
 import assert from "node:assert/strict";
-import { after, before, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { before, describe, it } from "node:test";
+import { useTelevision } from "./Harness/suite.mjs";
 
 const page = `<!DOCTYPE html><html><body><object id="agent" type="application/oipfDrmAgent"></object></body></html>`;
 
 describe("A page that sends messages to DRM systems", () => {
-  let television, browser, receiver;
+  const television = useTelevision();
+  const { browser, receiver } = television;
 
-  before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
-    await television.show("drm.html", page);
-  });
-
-  after(() => television?.close());
+  before(() => television.show("drm.html", page));
 
   it("hears the answers to DRM messages as they come, and none from a silent system", async () => {
     await receiver.setWorld("/drm/systems", [

@@ -2,9 +2,10 @@
 // behind.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
-import { after, before, beforeEach, describe, it } from "node:test";
+import { beforeEach, describe, it } from "node:test";
 import { Application, documents } from "./Harness/application.mjs";
 import { defaultScenario } from "./Harness/programs.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const see = ({ text, texts, isOpen }) => ({
@@ -35,16 +36,10 @@ function titlesWith(text) {
 }
 
 describe("The programme guide", () => {
-  const guide = new Application("/examples/epg/", see);
+  const television = useTelevision();
+  const { receiver } = television;
+  const guide = new Application(television, "/examples/epg/", see);
   const { load, look, open, press, sees } = guide;
-  let television, receiver;
-
-  before(async () => {
-    television = await guide.start();
-    ({ receiver } = television);
-  });
-
-  after(guide.close);
 
   beforeEach(async () => {
     await receiver.resetMethods();

@@ -8,7 +8,7 @@ import { setTimeout as pause } from "node:timers/promises";
 import { join } from "node:path";
 import { Picture } from "./Harness/picture.mjs";
 import { defaultScenario, exitAfterLoad, shell, sourceRoot } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [black, ground, menu, overlay] = ["#000000", "#605020", "#204060", "#ff8000"];
@@ -50,13 +50,7 @@ for (const [how, environment, scale, wayland] of [
   ["on Wayland", { WEBKIT_DISABLE_COMPOSITING_MODE: "1" }, 1, true]
 ]) {
   describe(`What a viewer sees ${how}`, () => {
-    let television;
-
-    before(async () => {
-      television = await Television.start({ environment, wayland });
-    });
-
-    after(() => television?.close());
+    const television = useTelevision({ environment, wayland });
 
     const differences = (picture, points) => points.flatMap(([x, y, colour]) => {
       const seen = picture.at(Math.floor(x * scale), Math.floor(y * scale));
@@ -232,10 +226,8 @@ for (const [how, environment, scale, wayland] of [
         <div id="verdict"></div>${channel("left: 200px; top: 100px")}<script>
         document.querySelector("object").onPlayStateChange = state => state === 2
           && (document.getElementById("verdict").dataset.verdict = "pass");</script>`));
-      const program = television.workplace.start(shell(),
-        ["--session-bus", ...exitAfterLoad, "--screenshot", path, url]);
-      await program.ended;
-      assert.equal(program.exitCode, 0);
+      const args = ["--session-bus", ...exitAfterLoad, "--screenshot", path, url];
+      assert.equal((await television.workplace.run(shell(), args)).code, 0);
       const picture = new Picture(readFileSync(path));
       assert.equal(picture.width, 1280 * scale);
       assert.deepEqual(differences(picture,
@@ -246,22 +238,19 @@ for (const [how, environment, scale, wayland] of [
 
 describe("What a viewer sees of channels with pictures", () => {
   const folder = mkdtempSync(join(tmpdir(), "hbbtv-pictures-"));
-  let television;
+  const file = join(folder, "scenario.json");
 
-  before(async () => {
+  before(() => {
     const scenario = JSON.parse(readFileSync(defaultScenario, "utf8"));
     scenario.broadcast.channels.length = 2;
     delete scenario.carousel;
-    const file = join(folder, "scenario.json");
     writeFileSync(file, JSON.stringify(scenario));
     execFileSync(join(sourceRoot, "Tools/Scripts/make-pictures.mjs"), [file, folder]);
-    television = await Television.start({ scenario: file });
   });
 
-  after(async () => {
-    await television?.close();
-    rmSync(folder, { recursive: true });
-  });
+  const television = useTelevision({ scenario: file });
+
+  after(() => rmSync(folder, { recursive: true }));
 
   const stripes = ["#a11212", "#12a13b"];
   // A film's colours are not exact.

@@ -1,8 +1,9 @@
 // What a page may know about its television: Examples/information by the keys that a viewer presses, while
 // the television behind it changes.
 import assert from "node:assert/strict";
-import { after, before, describe, it } from "node:test";
+import { describe, it } from "node:test";
 import { Application, documents } from "./Harness/application.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const see = ({ text, texts, isOpen }) => ({
@@ -21,15 +22,10 @@ const see = ({ text, texts, isOpen }) => ({
 const trusted = ["http://127.0.0.1:*"];
 
 describe("The information page", () => {
-  const page = new Application("/examples/information/", see);
+  const television = useTelevision();
+  const { receiver } = television;
+  const page = new Application(television, "/examples/information/", see);
   const { load, open, press, sees } = page;
-  let receiver;
-
-  before(async () => {
-    ({ receiver } = await page.start());
-  });
-
-  after(page.close);
 
   for (const name of documents) {
     it(`shows its sections and pages by the arrow keys, as ${name}`, async () => {

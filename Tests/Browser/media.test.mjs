@@ -1,8 +1,8 @@
 // The A/V control element on a page, with the receiver's simulated player behind it: what the player is told
 // and when, what the page hears, and what is left when element or page go.
 import assert from "node:assert/strict";
-import { after, before, beforeEach, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { beforeEach, describe, it } from "node:test";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [stopped, playing, connecting] = [0, 1, 3];
@@ -31,14 +31,8 @@ film.onPlayStateChange = function (state, error) { window.heard.push([state, err
 const film = 'type="video/mp4" data="film.mp4" width="640" height="360"';
 
 describe("An A/V control element", () => {
-  let television, browser, receiver, server;
-
-  before(async () => {
-    television = await Television.start();
-    ({ browser, receiver, server } = television);
-  });
-
-  after(() => television?.close());
+  const television = useTelevision();
+  const { browser, receiver, server } = television;
 
   beforeEach(async () => {
     await television.open("plain.html");

@@ -1,14 +1,16 @@
 // Somebody else's middleware: the example in Python, without the receiver and its control interface.
 import assert from "node:assert/strict";
 import { join } from "node:path";
-import { after, before, describe, it } from "node:test";
+import { before, describe, it } from "node:test";
 import { Application } from "./Harness/application.mjs";
 import { sourceRoot } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 describe("The middleware in Python", () => {
-  const zapper = new Application("/examples/zapper/", ({ text, isOpen }) => ({
+  const television = useTelevision({ receiver: false });
+  const { workplace } = television;
+  const zapper = new Application(television, "/examples/zapper/", ({ text, isOpen }) => ({
     state: text("#state"),
     channel: text("#channel-name"),
     trouble: isOpen("#trouble") ? text("#trouble-title") : null,
@@ -16,15 +18,11 @@ describe("The middleware in Python", () => {
     audio: text("#card-audio .value"),
     verdict: document.getElementById("verdict").dataset.verdict
   }));
-  let television;
 
   before(async () => {
-    television = zapper.television = await Television.start({ receiver: false });
-    television.workplace.start(join(sourceRoot, "Examples/middleware/middleware.py"), []);
-    await waitFor("its names", () => television.workplace.lines.filter(line => /^middleware: org/.test(line)).length === 3);
+    workplace.start(join(sourceRoot, "Examples/middleware/middleware.py"), []);
+    await waitFor("its names", () => workplace.lines.filter(line => /^middleware: org/.test(line)).length === 3);
   });
-
-  after(zapper.close);
 
   it("lets the zapper zap", async () => {
     await zapper.load();
@@ -37,6 +35,6 @@ describe("The middleware in Python", () => {
     await zapper.sees({ trouble: "No signal" });
     await zapper.pressInPage("DOWN");
     await zapper.sees({ state: "Watching", channel: "Harbour HD", trouble: null });
-    assert.doesNotMatch(television.workplace.lines.join("\n"), /(DAEBrowserAPI|BroadcastPlayer|ChannelCache)WK::.* failed/);
+    assert.doesNotMatch(workplace.lines.join("\n"), /(DAEBrowserAPI|BroadcastPlayer|ChannelCache)WK::.* failed/);
   });
 });

@@ -1,7 +1,7 @@
 // What a page leaves behind when it goes: nothing.
 import assert from "node:assert/strict";
-import { after, before, describe, it } from "node:test";
-import { Television } from "./Harness/television.mjs";
+import { describe, it } from "node:test";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const releases = ["IAVEventHandler.ReleasePlayer", "IBroadcastPlayer.Release"];
@@ -32,14 +32,8 @@ const populate = () => {
 };
 
 describe("Navigation", () => {
-  let television, browser, receiver;
-
-  before(async () => {
-    television = await Television.start();
-    ({ browser, receiver } = television);
-  });
-
-  after(() => television?.close());
+  const television = useTelevision();
+  const { browser, receiver } = television;
 
   // The bundle logs its count when a page begins; what only waits for the collector is collected before.
   async function aliveAfterNavigation() {

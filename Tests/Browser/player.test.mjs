@@ -2,15 +2,14 @@
 // pages that do what a viewer cannot.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
-import { after, before, describe, it } from "node:test";
+import { before, describe, it } from "node:test";
 import { join } from "node:path";
 import { Application, documents } from "./Harness/application.mjs";
 import { makeMedia, mediaFolder } from "./Harness/media.mjs";
-import { PageServer } from "./Harness/pages.mjs";
 import { Picture } from "./Harness/picture.mjs";
 import { defaultScenario, exitAfterLoad, shell } from "./Harness/programs.mjs";
+import { useTelevision, useWorkplace } from "./Harness/suite.mjs";
 import { slowness, waitFor } from "./Harness/wait.mjs";
-import { Workplace } from "./Harness/workplace.mjs";
 
 const [playing, paused, finished] = [1, 2, 5];
 const audio = 1;
@@ -46,20 +45,16 @@ films.forEach(function (film) {
 </script></body></html>`;
 
 describe("The media player", () => {
-  const player = new Application("/examples/player/", see,
+  const television = useTelevision();
+  const { browser, receiver, server } = television;
+  const { open, press, sees } = new Application(television, "/examples/player/", see,
     () => document.querySelectorAll("#list li").length > 0);
-  const { open, press, sees } = player;
-  let television, browser, receiver, server;
 
   before(async () => {
     await makeMedia();
-    television = await player.start();
-    ({ browser, receiver, server } = television);
     // A busy machine takes its time, too.
     await receiver.setWorld("/media/connect_limit_ms", 60000);
   });
-
-  after(player.close);
 
   // The row of the list plays, with everything told.
   async function play(row, expected = {}) {
@@ -72,8 +67,7 @@ describe("The media player", () => {
   const positionPasses = milliseconds => browser.waitFor(`it is past ${milliseconds} ms`,
     passed => document.getElementById("video").playPosition > passed, milliseconds);
 
-  const argumentsOf = async method =>
-    (await receiver.argumentsOf(`IAVEventHandler.${method}`)).map(([, ...rest]) => rest);
+  const argumentsOf = method => receiver.toldPlayers(`IAVEventHandler.${method}`);
 
   for (const name of documents) {
     it(`plays what is chosen, from an address relative to the page, as ${name}`, async () => {
@@ -212,26 +206,15 @@ describe("The media player", () => {
 describe("The picture of the media player", () => {
   // The film is red, and blue from its middle on; decoding rounds the colours.
   const [red, blue] = ["#c02020", "#2040c0"];
-  let workplace, server;
+  const { workplace, server } = useWorkplace();
 
-  before(async () => {
-    await makeMedia();
-    workplace = await Workplace.create();
-    server = await PageServer.start();
-  });
-
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
-  });
+  before(makeMedia);
 
   // The shell runs a receiver of its own.
   async function screenOf(url) {
     const path = join(workplace.env.HOME, "screen.png");
-    const program = workplace.start(shell(),
-      ["--scenario", defaultScenario, ...exitAfterLoad, "--screenshot", path, url]);
-    await program.ended;
-    assert.equal(program.exitCode, 0);
+    const args = ["--scenario", defaultScenario, ...exitAfterLoad, "--screenshot", path, url];
+    assert.equal((await workplace.run(shell(), args)).code, 0);
     return new Picture(readFileSync(path));
   }
 

@@ -3,24 +3,28 @@ import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
 import { existsSync, readFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, describe, it } from "node:test";
+import { afterEach, before, describe, it } from "node:test";
 import { promisify } from "node:util";
 import { Key } from "selenium-webdriver";
 import { Application } from "./Harness/application.mjs";
 import { Browser } from "./Harness/browser.mjs";
 import { miniBrowser, shell } from "./Harness/programs.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const hostile = "</script><script>window.broken = true</script><img src=x onerror='broken = true'>\"\\ \u2028 <!--";
 
 describe("A recording", () => {
-  let television, browser, zapper, folder;
+  const television = useTelevision();
+  const { receiver, server, workplace } = television;
+  const zapper = new Application(television, "/examples/zapper/", ({ text }) =>
+    ({ state: text("#state"), channel: text("#channel-number") }));
+  const browser = new Browser(workplace, miniBrowser());
 
-  // Ends the shell, and opens what it has recorded.
+  // Opens what a shell that has ended has recorded.
   async function openRecording(file) {
     await waitFor("the page is written", () => existsSync(file) && readFileSync(file, "utf8").trimEnd().endsWith("</html>"), 60000);
-    await browser?.close();
-    browser = await Browser.start(television.workplace, miniBrowser(), ["--automation"]);
+    await browser.begin();
     await browser.open(`file://${file}`);
   }
 
@@ -34,22 +38,11 @@ describe("A recording", () => {
 
   const details = () => browser.run(() => document.getElementById("details").innerText);
 
-  before(async () => {
-    zapper = new Application("/examples/zapper/", ({ text }) =>
-      ({ state: text("#state"), channel: text("#channel-number") }));
-    television = await zapper.start();
-    folder = television.workplace.env.HOME;
-    television.workplace.env.HBBTV_LOG_LEVEL = "warning";
-  });
-
-  after(async () => {
-    await browser?.close();
-    await television?.close();
-  });
+  before(() => { workplace.env.HBBTV_LOG_LEVEL = "warning"; });
+  afterEach(() => browser.close());
 
   it("has a zap, from the key to the handler, what failed, and what a page says, which stays text", async () => {
-    const { receiver, workplace } = television;
-    const file = join(folder, "zap.html");
+    const file = join(workplace.env.HOME, "zap.html");
     await television.startShell(["--record", file]);
     await zapper.open();
     await zapper.press("DOWN");
@@ -60,7 +53,7 @@ describe("A recording", () => {
       document.getElementById("video").addStreamEventListener(text, "any", () => {});
       console.error(text);
     }, hostile);
-    await waitFor("the console", () => workplace.lines.some(line => line.includes("CONSOLE ERROR")));
+    await workplace.says(/CONSOLE ERROR/);
     await television.browser.close();
     await openRecording(file);
 
@@ -89,8 +82,7 @@ describe("A recording", () => {
   });
 
   it("is written when the shell is told to end, with what was not over", async () => {
-    const { server, workplace } = television;
-    const file = join(folder, "hangs.html");
+    const file = join(workplace.env.HOME, "hangs.html");
     const program = workplace.start(shell(), ["--quiet", "--session-bus", "--record", file, server.write("hangs.html",
       `<object id="video" type="video/broadcast"></object><script>
         video.onPlayStateChange = () => {
@@ -112,8 +104,7 @@ describe("A recording", () => {
   });
 
   it("has what a web process did until it crashed, the crash, and the next page", async () => {
-    const { server, workplace } = television;
-    const file = join(folder, "crash.html");
+    const file = join(workplace.env.HOME, "crash.html");
     const page = server.write("crash.html", `<object id="video" type="video/broadcast"></object><script>
       video.bindToCurrentChannel();
       console.log("runs");
@@ -123,7 +114,7 @@ describe("A recording", () => {
     await waitFor("the page runs", () => runs() === 1);
     const { stdout: child } = await promisify(execFile)("pgrep", ["-P", program.pid, "WebKitWebProces"]);
     process.kill(Number(child), "SIGKILL");
-    await waitFor("the crash", () => workplace.lines.some(line => line.includes("the web process crashed")));
+    await workplace.says(/the web process crashed/);
     await waitFor("Ctrl+R", async () => {
       await workplace.pressOnScreen("ctrl+r");
       return runs() > 1;
@@ -139,16 +130,14 @@ describe("A recording", () => {
   });
 
   it("keeps the newest of very many, which are found, walked through and zoomed into all the same", async () => {
-    const { server, workplace } = television;
-    const file = join(folder, "many.html");
-    const program = workplace.start(shell(), ["--session-bus", "--record", file, "--exit-after-load", server.write("many.html",
+    const file = join(workplace.env.HOME, "many.html");
+    await workplace.run(shell(), ["--session-bus", "--record", file, "--exit-after-load", server.write("many.html",
       `<div id="verdict"></div><object id="video" type="video/broadcast"></object><script>
         for (let i = 0; i < 110000; ++i)
           video.playState;
         video.addStreamEventListener("last", "one", () => {});
         verdict.dataset.verdict = "pass";
       </script>`)]);
-    await program.ended;
     await openRecording(file);
     assert.match(await browser.run(() => document.getElementById("summary").textContent), /^(99,9..|100,000) entries .* oldest are gone/);
 

@@ -1,10 +1,11 @@
 // The bootstrap script alone, in WebKit's own small browser, over stand-in native objects that note what
 // reaches them.
 import assert from "node:assert/strict";
-import { after, afterEach, before, describe, it } from "node:test";
+import { afterEach, describe, it } from "node:test";
 import { Browser } from "./Harness/browser.mjs";
 import { PageServer } from "./Harness/pages.mjs";
 import { miniBrowser } from "./Harness/programs.mjs";
+import { use } from "./Harness/suite.mjs";
 import { Workplace } from "./Harness/workplace.mjs";
 
 const types = {
@@ -24,26 +25,23 @@ const types = {
 };
 
 describe("The bootstrap script", () => {
-  let workplace, server, browser;
-
-  before(async () => {
-    workplace = await Workplace.create();
-    server = await PageServer.start();
-    browser = await Browser.start(workplace, miniBrowser(), ["--automation"]);
-  });
-
-  after(async () => {
-    await browser?.close();
-    await server?.close();
-    await workplace?.close();
-  });
+  const workplace = new Workplace();
+  const server = new PageServer();
+  const browser = new Browser(workplace, miniBrowser());
+  use(workplace, server, browser);
 
   // Nothing that the script does may surface as an error of the page.
   afterEach(async () => {
     assert.deepEqual(await browser.run(() => window.failures), []);
   });
 
-  const open = (query = "", page = "script.html") => browser.open(server.url(`/pages/${page}?${query}`));
+  const open = (query = "") => browser.open(server.url(`/pages/script.html?${query}`));
+
+  // What the function sees on a new page, where it calls its argument with it.
+  async function seenBy(pageFunction, query) {
+    await open(query);
+    return browser.runAsync(pageFunction);
+  }
 
   describe("decides by profile", () => {
     const expectations = [
@@ -72,8 +70,7 @@ describe("The bootstrap script", () => {
 
   describe("upgrades on first touch", () => {
     it("before insertion, and keeps that object when the observer comes by later", async () => {
-      await open();
-      const made = await browser.runAsync(done => {
+      const made = await seenBy(done => {
         const object = document.createElement("object");
         object.type = "video/broadcast";
         object.bindToCurrentChannel();
@@ -108,8 +105,7 @@ describe("The bootstrap script", () => {
     });
 
     it("but the element stays an event target, whatever listens and since when", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         const heard = [];
         const hear = name => event => heard.push(`${name} ${event.type}`);
         const [early, gone, once, refused] = ["early", "gone", "once", "refused"].map(hear);
@@ -174,8 +170,7 @@ describe("The bootstrap script", () => {
 
   describe("follows the markup", () => {
     it("when attributes and params change, in the same task and later", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         document.getElementById("root").innerHTML = '<object id="v" type="video/mp4" data="a.mp4"></object>';
         const video = document.getElementById("v");
         const { state, calls } = (video.play(1), video.__reflected.__fake);
@@ -208,8 +203,7 @@ describe("The bootstrap script", () => {
     });
 
     it("when the type changes: the same kind keeps its object, another kind gets another", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast"></object><object></object>';
         const video = document.getElementById("v");
         void video.bindToCurrentChannel;
@@ -246,8 +240,7 @@ describe("The bootstrap script", () => {
 
   describe("ends an object with its element", () => {
     it("removed: released, unmarked, no longer touchable; inserted again: a new object", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         const root = document.getElementById("root");
         root.innerHTML = '<object id="v" type="video/mp4"><p>fallback</p></object>';
         const video = document.getElementById("v");
@@ -280,8 +273,7 @@ describe("The bootstrap script", () => {
     });
 
     it("removed before others are added, each for itself, whatever the page did to it", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         const root = document.getElementById("root");
         const make = () => {
           const video = root.appendChild(document.createElement("object"));
@@ -316,8 +308,7 @@ describe("The bootstrap script", () => {
     });
 
     it("also one that came, was used and went within one task", async () => {
-      await open();
-      const calls = await browser.runAsync(done => {
+      const calls = await seenBy(done => {
         const root = document.getElementById("root");
         root.innerHTML = '<object id="v" type="video/broadcast"></object>';
         const video = document.getElementById("v");
@@ -335,8 +326,7 @@ describe("The bootstrap script", () => {
     });
 
     it("and keeps nothing of it: adding and removing does not add up", async () => {
-      await open();
-      const alive = await browser.runAsync(done => {
+      const alive = await seenBy(done => {
         const root = document.getElementById("root");
         const elements = [];
         const objects = [];
@@ -380,8 +370,7 @@ describe("The bootstrap script", () => {
 
   describe("shows where the video is", () => {
     it("through a hole while an A/V object plays or pauses, black otherwise, whatever the page writes", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         document.getElementById("root").innerHTML = '<object id="v" type="video/mp4"></object>';
         const video = document.getElementById("v");
         void video.play;
@@ -410,8 +399,7 @@ describe("The bootstrap script", () => {
     });
 
     it("and tells the object where the hole is, also in a copied element", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         const root = document.getElementById("root");
         root.innerHTML = '<object id="v" type="video/broadcast"></object>';
         const video = document.getElementById("v");
@@ -431,8 +419,7 @@ describe("The bootstrap script", () => {
   describe("gives pages the object factory", () => {
     it("whose elements work as those of the document, with or without internal objects", async () => {
       for (const internal of [false, true]) {
-        await open(internal ? "internal" : "");
-        const seen = await browser.runAsync(done => {
+        const seen = await seenBy(done => {
           const object = oipfObjectFactory.createVideoMpegObject();
           const listener = () => {};
           object.addEventListener("PlayStateChange", listener);
@@ -461,7 +448,7 @@ describe("The bootstrap script", () => {
                 fake.listeners.some(each => each.listener === listener)]);
           };
           next();
-        });
+        }, internal ? "internal" : "");
         const given = { type: "video/mpeg", width: "640", late: internal ? "2" : "1" };
         // One of a page's own making keeps its object out of the document, but not its player.
         const kept = [["make 1", "release 1"], "video/mpeg", 640, given,
@@ -497,20 +484,18 @@ describe("The bootstrap script", () => {
 
   describe("stays out of the page's way", () => {
     it("when an object cannot be made", async () => {
-      await open("refused=OipfVideoBroadcast");
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         document.getElementById("root").innerHTML = '<object id="v" type="video/broadcast">text</object>';
         const video = document.getElementById("v");
         const member = video.bindToCurrentChannel;
         video.onPlayStateChange = 5;
         setTimeout(() => done([member, video.onPlayStateChange, video.__reflected, video.innerHTML]));
-      });
+      }, "refused=OipfVideoBroadcast");
       assert.deepEqual(seen, [null, 5, null, "text"]);
     });
 
     it("on pages that freeze, extend and replace what it stands on", async () => {
-      await open();
-      const seen = await browser.runAsync(done => {
+      const seen = await seenBy(done => {
         "use strict";
         Object.prototype.polluted = function () { throw new Error("polluted"); };
         window.MutationSummary = null;

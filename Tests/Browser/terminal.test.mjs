@@ -1,19 +1,16 @@
 // What the developer of an application reads on the terminal: hbbtv-shell as a program, its words and exit codes.
 import assert from "node:assert/strict";
 import { execFile } from "node:child_process";
-import { once } from "node:events";
 import { mkdirSync, readFileSync, symlinkSync, writeFileSync } from "node:fs";
 import { createServer } from "node:https";
 import { join } from "node:path";
-import { after, before, describe, it } from "node:test";
+import { before, describe, it } from "node:test";
 import { isDeepStrictEqual, promisify } from "node:util";
 import WebSocket from "ws";
 import { freePort } from "./Harness/browser.mjs";
-import { PageServer } from "./Harness/pages.mjs";
 import { exitAfterLoad, shell } from "./Harness/programs.mjs";
-import { Television } from "./Harness/television.mjs";
+import { useTelevision, useWorkplace } from "./Harness/suite.mjs";
 import { inTime, waitFor } from "./Harness/wait.mjs";
-import { Workplace } from "./Harness/workplace.mjs";
 
 const forbidden = "http://127.0.0.1:1/";
 const closed = "http://127.0.0.1:2/";
@@ -30,46 +27,34 @@ addEventListener("unhandledrejection",
 </script></body></html>`;
 
 describe("The terminal", () => {
-  let workplace, server;
+  const { workplace, server } = useWorkplace();
 
-  before(async () => {
-    workplace = await Workplace.create();
-    server = await PageServer.start();
+  before(() => {
     delete workplace.env.HBBTV_LOG_LEVEL;
     server.intercept("/app.bin", (_, response) =>
       response.writeHead(200, { "Content-Type": "application/x-thing" }).end("thing"));
   });
 
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
-  });
-
   // Runs the shell to its end.
   async function run(...args) {
-    const start = workplace.lines.length;
-    const program = workplace.start(shell(), args);
-    await once(program, "close");
-    return { code: program.exitCode, text: workplace.lines.slice(start).join("\n") };
-  }
-
-  function assertTells(text, ...patterns) {
-    for (const pattern of patterns)
-      assert.match(text, pattern);
+    const { code, lines } = await workplace.run(shell(), args);
+    return { code, text: lines.join("\n") };
   }
 
   it("shows the console, what was not caught and what was not loaded", async () => {
     const url = server.write("faulty.html", faulty);
     const { code, text } = await run(...exitAfterLoad, url);
     assert.equal(code, 0, text);
-    assertTells(text,
+    for (const pattern of [
       /faulty\.html:3:12: CONSOLE LOG first 2 third,4 ä$/m,
       /faulty\.html:4:14: CONSOLE ERROR so bad$/m,
       /faulty\.html:6:\d+: CONSOLE JS ERROR TypeError: too late$/m,
       /CONSOLE JS ERROR Unhandled Promise Rejection: Error: broken promise$/m,
       /^hbbtv-shell: cannot load http:\S+\/written\/missing\.js: HTTP status 404 \(Not Found\)$/m,
       /^hbbtv-shell: cannot load http:\S+\/written\/gone\.json: HTTP status 404 \(Not Found\)$/m,
-      new RegExp(`^hbbtv-shell: cannot load ${closed}: .+`, "m"));
+      new RegExp(`^hbbtv-shell: cannot load ${closed}: .+`, "m")
+    ])
+      assert.match(text, pattern);
     assert.doesNotMatch(text, /\[bootstrap\]|user-script|dbus-daemon|at-spi/i);
 
     const quiet = await run("--quiet", ...exitAfterLoad, url);
@@ -77,7 +62,7 @@ describe("The terminal", () => {
     assert.doesNotMatch(quiet.text, /CONSOLE|cannot load/);
 
     const broken = await run(...exitAfterLoad, server.write("broken.hbbtv", "<html><p></html>"));
-    assertTells(broken.text, /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
+    assert.match(broken.text, /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
   });
 
   it("has nothing more to say when the shell ends while its page listens to the receiver", async () => {
@@ -86,7 +71,7 @@ describe("The terminal", () => {
       video.addStreamEventListener("dvb://current/ticker", "demo", () => {});
       console.log("listens");
     </script>`)]);
-    await waitFor("it listens", () => workplace.lines.some(line => line.endsWith("CONSOLE LOG listens")));
+    await workplace.says(/CONSOLE LOG listens$/);
     const start = workplace.lines.length;
     await workplace.stop(program);
     assert.deepEqual(workplace.lines.slice(start), []);
@@ -115,27 +100,14 @@ describe("The terminal", () => {
 });
 
 describe("An option", () => {
-  let workplace, server;
-
-  before(async () => {
-    workplace = await Workplace.create();
-    server = await PageServer.start();
-  });
-
-  after(async () => {
-    await server?.close();
-    await workplace?.close();
-  });
+  const { workplace, server } = useWorkplace();
 
   const judged = condition => `<!DOCTYPE html><html><body><div id="verdict"></div><script>
 document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "fail";</script></body></html>`;
 
   // The exit code of a shell that leaves when the page has given its verdict.
-  async function verdict(url, ...args) {
-    const program = workplace.start(shell(), ["--quiet", "--no-receiver", ...exitAfterLoad, ...args, url]);
-    await program.ended;
-    return program.exitCode;
-  }
+  const verdict = async (url, ...args) =>
+    (await workplace.run(shell(), ["--quiet", "--no-receiver", ...exitAfterLoad, ...args, url])).code;
 
   it("may be a file, which is an application by its name, or no folder", async () => {
     const file = join(workplace.env.HOME, "local.hbbtv");
@@ -179,11 +151,10 @@ Promise.all([ask("50%25%20done.txt"), ask("50%25%20done.txt", { headers: { Range
     console.log(JSON.stringify(answers.map(([status]) => status)));
     document.getElementById("verdict").dataset.verdict = location.search === "?now" ? "pass" : "fail";
   });</script></body></html>`);
-    const start = workplace.lines.length;
-    const program = workplace.start(shell(), ["--no-receiver", ...exitAfterLoad, "--serve", folder, "index.html?now"]);
-    await program.ended;
-    assert.equal(program.exitCode, 0);
-    const told = workplace.lines.slice(start).map(line => line.match(/CONSOLE LOG (\[.*\])$/)?.[1]).filter(Boolean).map(JSON.parse);
+    const { code, lines } = await workplace.run(shell(),
+      ["--no-receiver", ...exitAfterLoad, "--serve", folder, "index.html?now"]);
+    assert.equal(code, 0);
+    const told = lines.map(line => line.match(/CONSOLE LOG (\[.*\])$/)?.[1]).filter(Boolean).map(JSON.parse);
     assert.deepEqual(told[1], [200, 206, 200, 200, 404, 400, 404, 405]);
     const base = told[0][0][3].replace(/[^/]*$/, "");
     assert.match(base, /^http:\/\/127\.0\.0\.1:\d+\/$/);
@@ -194,17 +165,15 @@ Promise.all([ask("50%25%20done.txt"), ask("50%25%20done.txt", { headers: { Range
       [200, "application/vnd.hbbtv.xhtml+xml; charset=utf-8", "<html xmln", `${base}index.hbbtv`, "bytes"]
     ]);
 
-    const missing = workplace.start(shell(), ["--serve", join(folder, "nowhere")]);
-    await missing.ended;
-    assert.equal(missing.exitCode, 2);
-    assert.match(workplace.lines.join("\n"), /not a folder: \S+nowhere/);
+    const missing = await workplace.run(shell(), ["--serve", join(folder, "nowhere")]);
+    assert.equal(missing.code, 2);
+    assert.match(missing.lines.join("\n"), /not a folder: \S+nowhere/);
   });
 
   it("shows an example by its name", async () => {
     for (const [name, code] of [["demo", 0], ["carousel", 0], ["nothing", 2]]) {
-      const program = workplace.start(shell(), ["--example", name, ...exitAfterLoad, "--require-verdict"]);
-      await program.ended;
-      assert.equal(program.exitCode, code, name);
+      const args = ["--example", name, ...exitAfterLoad, "--require-verdict"];
+      assert.equal((await workplace.run(shell(), args)).code, code, name);
     }
   });
 
@@ -247,23 +216,19 @@ addEventListener("keydown", event => console.log("key", event.keyCode));</script
   it("loads a page anew when a file beside it changes, also one that could not be shown", async () => {
     const folder = join(workplace.env.HOME, "page");
     mkdirSync(join(folder, "scripts"), { recursive: true });
-    const told = text => waitFor(text, () => workplace.lines.some(line => line.endsWith(text)));
     const program = workplace.start(shell(), ["--no-receiver", "--reload", folder, `file://${folder}/index.html`]);
-    await told("No such file or directory");
+    await workplace.says(/No such file or directory$/);
     writeFileSync(join(folder, "scripts/a.js"), "console.log('round 1');");
     writeFileSync(join(folder, "index.html"), "<script src='scripts/a.js'></script>");
-    await told("LOG round 1");
+    await workplace.says(/LOG round 1$/);
     writeFileSync(join(folder, "scripts/a.js"), "console.log('round 2');");
-    await told("LOG round 2");
+    await workplace.says(/LOG round 2$/);
     await workplace.stop(program);
   });
 });
 
 describe("A second shell", () => {
-  let television;
-
-  before(async () => { television = await Television.start(); });
-  after(() => television?.close());
+  const television = useTelevision();
 
   const starts = `<!DOCTYPE html><script>oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
     .createApplication("/pages/plain.html", false);</script>`;
@@ -289,10 +254,7 @@ describe("A second shell", () => {
 });
 
 describe("A developer", () => {
-  let television;
-
-  before(async () => { television = await Television.start(); });
-  after(() => television?.close());
+  const television = useTelevision();
 
   const words = () => television.browser.run(() => document.body.innerText);
 
@@ -302,14 +264,7 @@ describe("A developer", () => {
     await waitFor("the words of the first", async () => (await words()).includes("HTTP status 404 (Not Found)"));
 
     await television.open("plain.html");
-    await browser.run(() => {
-      oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document)
-        .createApplication("/nothing.html", false);
-    });
-    const first = await browser.driver.getWindowHandle();
-    const started = await waitFor("its window", async () =>
-      (await browser.driver.getAllWindowHandles()).find(handle => handle !== first));
-    await browser.driver.switchTo().window(started);
+    await television.enterApplication("/nothing.html");
     await waitFor("the words of the second", async () => (await words()).includes("HTTP status 404 (Not Found)"));
     assert.ok(workplace.lines.some(line => /^hbbtv-shell: view 2: cannot show .*nothing\.html: HTTP/.test(line)));
   });

@@ -1,7 +1,8 @@
 // A real application under a remote control: Examples/zapper, by the keys that a viewer presses.
 import assert from "node:assert/strict";
-import { after, before, beforeEach, describe, it } from "node:test";
+import { beforeEach, describe, it } from "node:test";
 import { Application, documents } from "./Harness/application.mjs";
+import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const presenting = 2;
@@ -21,20 +22,14 @@ const see = ({ text, isOpen }) => ({
 });
 
 describe("The zapper", () => {
-  const zapper = new Application("/examples/zapper/", see);
+  const television = useTelevision();
+  const { browser, receiver } = television;
+  const zapper = new Application(television, "/examples/zapper/", see);
   const { open, press, sees } = zapper;
-  let browser, receiver;
-
-  before(async () => {
-    ({ browser, receiver } = await zapper.start());
-  });
-
-  after(zapper.close);
 
   beforeEach(() => receiver.setWorld("/broadcast/current_channel", 1));
 
-  const argumentsOf = async method =>
-    (await receiver.argumentsOf(`IBroadcastPlayer.${method}`)).map(([, ...rest]) => rest);
+  const argumentsOf = method => receiver.toldPlayers(`IBroadcastPlayer.${method}`);
 
   for (const name of documents) {
     it(`shows the channel, what is on and all channels, as ${name}`, async () => {

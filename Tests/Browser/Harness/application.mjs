@@ -1,6 +1,5 @@
 // An application of Examples/ in a television: steered by the keys that a viewer presses, and looked at.
 import assert from "node:assert/strict";
-import { Television } from "./television.mjs";
 import { waitFor } from "./wait.mjs";
 
 // An application must be the same as either of its two content types.
@@ -21,19 +20,12 @@ const hasVerdict = () => document.getElementById("verdict").hasAttribute("data-v
 export class Application {
   // `home` is the application's folder on the page server, or a whole address. In the page run `look`, which
   // answers what a viewer sees there, by name, and `isReady`, which tells that it has begun.
-  constructor(home, look, isReady = hasVerdict) {
+  constructor(television, home, look, isReady = hasVerdict) {
+    this.television = television;
     this.home = home;
     this.script = `return (${look})({ ${eyesText} });`;
     this.isReady = isReady;
   }
-
-  // The television, to be started before the tests and closed after them.
-  start = async () => {
-    this.television = await Television.start();
-    return this.television;
-  };
-
-  close = () => this.television?.close();
 
   load = async (page = "index.html") => {
     const { browser, server } = this.television;

@@ -31,27 +31,27 @@ export async function startDriver(workplace) {
 
 // `close` ends the session and the driver program; everything else is selenium's WebDriver, as `driver`.
 export class Browser {
-  static async start(workplace, binary, args) {
+  constructor(workplace, binary) {
+    this.workplace = workplace;
+    this.binary = binary;
+  }
+
+  async begin(args = []) {
+    const { workplace, binary } = this;
     const { url, program } = await startDriver(workplace);
+    this.program = program;
     // Not by the driver program's own variables: what is preloaded there keeps it from starting. Other browsers are
     // not ours to examine.
     const preloads = binary === shell() ? Object.entries(workplace.preload).map(pair => pair.join("=")) : [];
-    const command = ["/usr/bin/env", ...preloads, binary, ...args];
+    const command = ["/usr/bin/env", ...preloads, binary, "--automation", ...args];
     const capabilities = new webdriver.Capabilities({
       "webkitgtk:browserOptions": { binary: command[0], args: command.slice(1) }
     });
-    const driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
+    this.driver = webdriver.WebDriver.createSession(new Executor(new HttpClient(url)), capabilities);
     // The driver program waits for ever for a browser that ended while it started.
-    await inTime("the browser starts", driver.getSession());
+    await inTime("the browser starts", this.driver.getSession());
     const limit = 20000 * slowness;
-    await driver.manage().setTimeouts({ script: limit, pageLoad: limit, implicit: 0 });
-    return new Browser(workplace, program, driver);
-  }
-
-  constructor(workplace, program, driver) {
-    this.workplace = workplace;
-    this.program = program;
-    this.driver = driver;
+    await this.driver.manage().setTimeouts({ script: limit, pageLoad: limit, implicit: 0 });
   }
 
   open(url) {
@@ -74,7 +74,7 @@ export class Browser {
   }
 
   async close() {
-    await inTime("the browser ends", this.driver.quit(), 20000).catch(() => {});
+    await inTime("the browser ends", this.driver?.quit(), 20000).catch(() => {});
     await this.workplace.stop(this.program);
   }
 }

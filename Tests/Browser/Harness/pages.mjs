@@ -27,12 +27,6 @@ function fileOf(pathname) {
 }
 
 export class PageServer {
-  static async start() {
-    const server = new PageServer();
-    await new Promise(resolvePort => server.#http.listen(0, "127.0.0.1", resolvePort));
-    return server;
-  }
-
   // Path to { type, body } for pages that a test writes itself.
   #written = new Map();
   // Path to what answers there in place of the server, for a test that needs a bad one.
@@ -42,6 +36,10 @@ export class PageServer {
   // The user agents that have asked.
   agents = new Set();
   #http = createServer((request, response) => this.#answer(request, response));
+
+  begin() {
+    return new Promise(listening => this.#http.listen(0, "127.0.0.1", listening));
+  }
 
   get origin() {
     return `http://127.0.0.1:${this.#http.address().port}`;

@@ -9,13 +9,7 @@ const run = promisify(execFile);
 const name = "org.vantrel.hbbtv.ReceiverControl";
 
 export class Receiver {
-  static async start(workplace, scenario = defaultScenario) {
-    const instance = new Receiver(workplace, scenario);
-    await instance.start();
-    return instance;
-  }
-
-  constructor(workplace, scenario) {
+  constructor(workplace, scenario = defaultScenario) {
     this.workplace = workplace;
     this.scenario = scenario;
   }
@@ -60,6 +54,11 @@ export class Receiver {
   // What one method was called with, each time.
   async argumentsOf(method) {
     return (await this.calls()).filter(([name]) => name === method).map(([, args]) => args);
+  }
+
+  // The same without the first, which is the player's id.
+  async toldPlayers(method) {
+    return (await this.argumentsOf(method)).map(([, ...rest]) => rest);
   }
 
   clearCalls() {

@@ -1,5 +1,6 @@
 // A television for one test program: home, bus and display, page server, receiver, and the shell with the
 // bundle under WebDriver.
+import assert from "node:assert/strict";
 import { Browser } from "./browser.mjs";
 import { PageServer } from "./pages.mjs";
 import { shell } from "./programs.mjs";
@@ -8,18 +9,21 @@ import { waitFor } from "./wait.mjs";
 import { Workplace } from "./workplace.mjs";
 
 export class Television {
-  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus; `scenario`, the
+  // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus yet; `scenario`, the
   // receiver's own; `environment`, more variables for all programs; `wayland: true`, the shell's window on Wayland.
-  static async start({ shell: args = [], receiver = true, scenario, environment = {}, wayland = false } = {}) {
-    const television = new Television();
+  constructor(options = {}) {
+    this.options = options;
+    this.workplace = new Workplace();
+    Object.assign(this.workplace.env, options.environment);
+    this.server = new PageServer();
+    this.receiver = new Receiver(this.workplace, options.scenario);
+    this.browser = new Browser(this.workplace, shell());
+  }
+
+  static async start(options) {
+    const television = new Television(options);
     try {
-      television.workplace = await Workplace.create();
-      Object.assign(television.workplace.env, environment);
-      if (wayland)
-        await television.workplace.startCompositor();
-      television.server = await PageServer.start();
-      television.receiver = receiver ? await Receiver.start(television.workplace, scenario) : undefined;
-      await television.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);
+      await television.begin();
     } catch (error) {
       await television.close();
       throw error;
@@ -27,9 +31,20 @@ export class Television {
     return television;
   }
 
+  async begin() {
+    const { shell: args = [], receiver = true, wayland = false } = this.options;
+    await this.workplace.begin();
+    if (wayland)
+      await this.workplace.startCompositor();
+    await this.server.begin();
+    if (receiver)
+      await this.receiver.start();
+    await this.startShell([...args, ...(receiver ? [] : ["--no-receiver"])]);
+  }
+
   async startShell(args) {
-    await this.browser?.close();
-    this.browser = await Browser.start(this.workplace, shell(), ["--automation", "--session-bus", ...args]);
+    await this.browser.close();
+    await this.browser.begin(["--session-bus", ...args]);
   }
 
   // Opens a page of Tests/Browser/pages.
@@ -54,10 +69,20 @@ export class Television {
       .map(found => Number(found[1]));
   }
 
+  // Starts an application from the page that is shown, and goes on in its window.
+  async enterApplication(address) {
+    const { driver } = this.browser;
+    const windows = await driver.getAllWindowHandles();
+    assert.equal(await this.browser.run(url => oipfObjectFactory.createApplicationManagerObject()
+      .getOwnerApplication(document).createApplication(url, false) !== null, address), true);
+    await driver.switchTo().window(await waitFor("the application has a window", async () =>
+      (await driver.getAllWindowHandles()).find(handle => !windows.includes(handle))));
+  }
+
   async close() {
-    await this.browser?.close();
-    await this.receiver?.stop();
-    await this.server?.close();
-    await this.workplace?.close();
+    await this.browser.close();
+    await this.receiver.stop();
+    await this.server.close();
+    await this.workplace.close();
   }
 }

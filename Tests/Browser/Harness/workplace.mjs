@@ -1,6 +1,7 @@
 // A home, a session bus and a display of its own for one test program, and the processes that live there.
 // Their output goes to one log file, whose path is printed when a test fails.
 import { execFile, spawn } from "node:child_process";
+import { once } from "node:events";
 import { existsSync, mkdirSync, mkdtempSync, openSync, rmSync, writeSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -15,18 +16,6 @@ for (const [signal, number] of Object.entries({ SIGINT: 2, SIGTERM: 15 }))
   process.once(signal, () => process.exit(128 + number));
 
 export class Workplace {
-  static async create() {
-    const workplace = new Workplace();
-    try {
-      await workplace.#startBus();
-      await workplace.#startDisplay();
-    } catch (error) {
-      await workplace.close();
-      throw error;
-    }
-    return workplace;
-  }
-
   #folder = mkdtempSync(join(tmpdir(), "hbbtv-browser-test-"));
   #children = new Set();
   // Held open: whatever becomes of the folder, the tests go on.
@@ -97,6 +86,11 @@ export class Workplace {
       this.#failWithReport();
   }
 
+  async begin() {
+    await this.#startBus();
+    await this.#startDisplay();
+  }
+
   // At once, because WebDriver waits for ever for the page of a web process that died.
   #failWithReport() {
     console.error(this.lines.slice(this.lines.findLastIndex(line => /==ERROR: | runtime error: /.test(line))).join("\n"));
@@ -122,6 +116,19 @@ export class Workplace {
       });
     }
     return child;
+  }
+
+  // Runs a program to its end; its exit code, and the lines that came meanwhile.
+  async run(command, args) {
+    const start = this.lines.length;
+    const program = this.start(command, args);
+    await once(program, "close");
+    return { code: program.exitCode, lines: this.lines.slice(start) };
+  }
+
+  // Waits until a line matches.
+  says(pattern, timeoutMs) {
+    return waitFor(`a process says ${pattern}`, () => this.lines.some(line => pattern.test(line)), timeoutMs);
   }
 
   // The first line that the program writes to the given stream; the way bus and display tell their addresses.
