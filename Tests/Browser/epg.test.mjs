@@ -6,7 +6,6 @@ import { beforeEach, describe, it } from "node:test";
 import { Application, documents } from "./Harness/application.mjs";
 import { defaultScenario } from "./Harness/programs.mjs";
 import { useTelevision } from "./Harness/suite.mjs";
-import { waitFor } from "./Harness/wait.mjs";
 
 const see = ({ text, texts, isOpen }) => ({
   view: isOpen("#guide") ? "guide" : "finder",
@@ -39,7 +38,7 @@ describe("The programme guide", () => {
   const television = useTelevision();
   const { receiver } = television;
   const guide = new Application(television, "/examples/epg/", see);
-  const { load, look, open, press, sees } = guide;
+  const { look, open, press, sees } = guide;
 
   beforeEach(async () => {
     await receiver.resetMethods();
@@ -184,40 +183,5 @@ describe("The programme guide", () => {
     await press("BLUE");
     await type("red harbour");
     await sees({ message: null, results: Array(5).fill("Red Harbour").join("|") });
-  });
-
-  it("leaves nothing at the receiver when its page goes", async () => {
-    await television.open("plain.html");
-    await waitFor("earlier guides are gone", async () => (await receiver.getWorld("/state")).searches === 0);
-    await receiver.clearCalls();
-    await load();
-    await receiver.setWorld("/search/duration_ms", 600000);
-    await press("GREEN");
-    await type("news");
-    await waitFor("the search runs", async () => (await receiver.getWorld("/state")).searches > 0);
-    await television.open("plain.html");
-    await waitFor("nothing is left", async () => {
-      const { searches: running, queries, search_results: results } = await receiver.getWorld("/state");
-      return running + queries + results === 0;
-    });
-    for (const cache of ["Mds", "Qc", "Sr", "Pc"])
-      assert.equal(await searches(`${cache}Retain`), await searches(`${cache}Release`), cache);
-    assert.ok(await searches("QcRetain") > 0);
-  });
-
-  it("survives a receiver that dies, and works with the next", async () => {
-    await open();
-    await receiver.stop("SIGKILL");
-    const untold = Array(5).fill("The television could not tell").join("|");
-    await guide.pressInPage("RED");
-    await sees({ empty: untold });
-    await receiver.start();
-    await waitFor("the guide is filled again", async () => {
-      const { name, empty } = await look();
-      if (empty === untold)
-        await guide.pressInPage("RED");
-      return name === "Evening News";
-    });
-    await sees({ rows: firstRows, empty: "" });
   });
 });

@@ -2,6 +2,7 @@
 import assert from "node:assert/strict";
 import { describe, it } from "node:test";
 import { useTelevision } from "./Harness/suite.mjs";
+import { frameLeaves } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const releases = ["IAVEventHandler.ReleasePlayer", "IBroadcastPlayer.Release"];
@@ -24,6 +25,9 @@ const populate = () => {
   video.type = "video/broadcast";
   video.onPlayStateChange = () => {};
   root.appendChild(video);
+  const search = oipfObjectFactory.createSearchManagerObject().createSearch(1);
+  search.setQuery(search.createQuery("Programme.name", 6, "news"));
+  search.result.getResults(0, 5);
   // A script that runs on after its frame is gone.
   const frame = root.appendChild(document.createElement("iframe"));
   const late = frame.contentWindow.eval("(object => object.addEventListener('LowMemory', () => object))");
@@ -34,15 +38,6 @@ const populate = () => {
 describe("Navigation", () => {
   const television = useTelevision();
   const { browser, receiver } = television;
-
-  // The bundle logs its count when a page begins; what only waits for the collector is collected before.
-  async function aliveAfterNavigation() {
-    await browser.run(() => window.__collectGarbage());
-    const logged = television.countsOfNativeObjects().length;
-    await television.open("plain.html");
-    await waitFor("the count is logged", () => television.countsOfNativeObjects().length > logged);
-    return television.countsOfNativeObjects()[logged];
-  }
 
   it("within the document, and in a frame, releases nothing and keeps the objects", async () => {
     await television.open("frames.html");
@@ -68,12 +63,8 @@ describe("Navigation", () => {
     await browser.waitFor("the handler is called", () => window.heard);
   });
 
-  const leaves = {
-    "of a frame": () => { frames.child.location.href = "/pages/plain.html"; },
-    "by the removal of a frame": () => document.querySelector("iframe").remove()
-  };
-  for (const [how, leave] of Object.entries(leaves)) {
-    it(`${how} takes its own handlers along, and no others`, async () => {
+  for (const [i, leave] of frameLeaves.entries()) {
+    it(`${["by the removal of", "of"][i]} a frame takes its own handlers along, and no others`, async () => {
       await television.open("frames.html");
       await browser.run(() => {
         window.heard = [];
@@ -104,34 +95,56 @@ describe("Navigation", () => {
     });
   }
 
-  it("a hundred times leaves no native object alive", async () => {
+  it("a hundred times leaves no native object alive, and no search at the receiver", async () => {
+    await receiver.setWorld("/search/duration_ms", 600000);
     await television.open("plain.html");
-    const baseline = await aliveAfterNavigation();
+    const baseline = await television.nativeObjectsLeft();
     for (let i = 0; i < 100; ++i) {
       await television.open("plain.html");
       await browser.run(populate);
     }
-    const isBack = async () => await aliveAfterNavigation() <= baseline;
+    const isBack = async () => await television.nativeObjectsLeft() <= baseline;
     await waitFor(`the count is back at ${baseline}`, isBack, 20000);
+    assert.ok((await receiver.argumentsOf("IMetaDataSearch.SrQueryResults")).length >= 100);
+    const { searches, queries, search_results: results } = await receiver.getWorld("/state");
+    assert.deepEqual([searches, queries, results], [0, 0, 0]);
+    for (const cache of ["Mds", "Qc", "Sr"]) {
+      const counts = ["Retain", "Release"].map(name => receiver.argumentsOf(`IMetaDataSearch.${cache}${name}`));
+      const [retained, released] = (await Promise.all(counts)).map(({ length }) => length);
+      assert.equal(retained, released, cache);
+    }
   });
 
-  it("is not needed for removed elements: ten thousand of them do not add up", async () => {
+  it("is not needed for removed elements: ten thousand do not add up, nor what was never inserted", async () => {
     await television.open("plain.html");
-    const baseline = await aliveAfterNavigation();
+    const baseline = await television.nativeObjectsLeft();
+    await browser.run(() => {
+      window.refs = [];
+      window.keepWeakly = element =>
+        refs.push(new WeakRef(element), new WeakRef(element.addEventListener && element.__reflected));
+    });
     for (let i = 0; i < 100; ++i) {
       await browser.run(() => {
+        const types = ["application/oipfApplicationManager", "video/broadcast", "video/mp4"];
         const root = document.getElementById("root");
-        root.innerHTML = '<object type="application/oipfApplicationManager"></object>'.repeat(99);
-        const loose = document.createElement("object");
-        loose.type = "application/oipfApplicationManager";
-        loose.addEventListener("LowMemory", () => loose);
-        root.appendChild(loose);
-        for (const manager of root.children)
-          manager.onLowMemory = () => root;
+        root.innerHTML = `<object type="${types[0]}"></object>`.repeat(99);
+        for (const type of types) {
+          const [loose, touched] = [0, 1].map(() => Object.assign(document.createElement("object"), { type }));
+          loose.addEventListener("LowMemory", () => loose);
+          root.appendChild(loose);
+          keepWeakly(touched);
+        }
+        for (const element of root.children) {
+          element.onLowMemory = element.onPlayStateChange = () => root;
+          keepWeakly(element);
+        }
         root.innerHTML = "";
       });
     }
-    const alive = await aliveAfterNavigation();
+    await browser.run(() => window.__collectGarbage());
+    const left = await browser.run(() => refs.filter(each => each.deref()).length);
+    assert.ok(left <= 40, `${left} of them and their objects are still there`);
+    const alive = await television.nativeObjectsLeft();
     assert.ok(alive < baseline + 500, `${alive} are alive, ${baseline} before`);
     assert.deepEqual(await browser.run(() => window.failures), []);
   });

@@ -81,8 +81,7 @@ describe("The bootstrap script", () => {
     });
 
     it("hands over what the page had set before", async () => {
-      await open();
-      const state = await browser.run(() => ["play", "queue"].map(begin => {
+      const state = await seenBy(done => done(["play", "queue"].map(begin => {
         const object = document.createElement("object");
         const handler = () => {};
         object.onPlayStateChange = handler;
@@ -97,7 +96,7 @@ describe("The bootstrap script", () => {
         return [object.onPlayStateChange === handler, state.onPlayStateChange === handler, state.type,
           state.data, given, object.type, width, object.width, object.height,
           calls.slice(-2), (object.setFullScreen(true), calls.length), object.__reflected.__fake.listeners.length];
-      }));
+      })));
       const given = { data: "film.mp4", width: "640", height: "360", type: "video/mp4", quality: "high" };
       // A player is told its size when there is one.
       assert.deepEqual(state, ["play", "queue"].map(begin => [true, true, "video/mp4", "film.mp4", given, "video/mp4",
@@ -283,7 +282,8 @@ describe("The bootstrap script", () => {
         const videos = [make(), make()];
         const fakesOf = videos.map(video => (video.bindToCurrentChannel(), video.__reflected.__fake));
         const listener = () => {};
-        videos[0].addStreamEventListener("url", "event", listener);
+        for (let i = 0; i < 2; ++i)
+          videos[0].addStreamEventListener("url", "event", listener);
         try {
           videos[0].removeStreamEventListener("url", "event", listener, 4);
         } catch (e) {
@@ -302,7 +302,7 @@ describe("The bootstrap script", () => {
         setTimeout(() => done([fakes.order, finalized, subscriptions().map(([name, , event]) => `${name} ${event}`)]));
       });
       const between = ["event", "other", "event"].flatMap(name => [`add ${name}`, `remove ${name}`]);
-      const subscribed = ["add event", ...between, "remove event"];
+      const subscribed = ["add event", "add event", ...between, "remove event"];
       assert.deepEqual(seen, [["make 1", "make 2", "release 1", "release 2", "make 3"], 1,
         subscribed.map(each => each.replace(" ", "StreamEventListener "))]);
     });
@@ -323,48 +323,6 @@ describe("The bootstrap script", () => {
       });
       for (const names of calls)
         assert.deepEqual(names.filter(name => !name.startsWith("set")), ["bindToCurrentChannel", "release"]);
-    });
-
-    it("and keeps nothing of it: adding and removing does not add up", async () => {
-      const alive = await seenBy(done => {
-        const root = document.getElementById("root");
-        const elements = [];
-        const objects = [];
-        const churn = ["application/oipfApplicationManager", "video/broadcast", "video/mp4"];
-        let left = 200;
-        const collected = () => elements.concat(objects).filter(ref => !ref.deref()).length;
-        const step = () => {
-          if (left-- > 0) {
-            root.innerHTML = `<object type="${churn[left % 3]}"></object>`;
-            void root.firstChild.addEventListener;
-            elements.push(new WeakRef(root.firstChild));
-            objects.push(new WeakRef(root.firstChild.__reflected));
-            // Never inserted, only touched.
-            const loose = document.createElement("object");
-            loose.type = churn[left % 3];
-            void loose.addEventListener;
-            objects.push(new WeakRef(loose.__reflected));
-            setTimeout(step);
-          } else {
-            litter(8);
-          }
-        };
-        // Garbage, until the collector takes notice. A look at a weak reference keeps its target to the end of
-        // the task, so no task both looks and litters.
-        const litter = times => {
-          window.garbage = Array.from({ length: 200000 }, (_, i) => ({ i }));
-          setTimeout(() => (times > 0 ? litter(times - 1) : look()));
-        };
-        let looks = 30;
-        const look = () => {
-          if (collected() < 560 && looks-- > 0)
-            setTimeout(() => litter(8));
-          else
-            done(600 - collected());
-        };
-        step();
-      });
-      assert.ok(alive <= 40, `${alive} of 600 are still there`);
     });
   });
 

@@ -92,9 +92,17 @@ function tries(turn) {
     check().then(done, error => done([`${error.name}: ${error.message}`]))), []);
 
   // The page that is left has noticed nothing.
+  const noticesNothing = async () => assert.deepEqual(await browser.run(() => window.failures ?? []), []);
+
   async function open(path) {
-    assert.deepEqual(await browser.run(() => window.failures ?? []), []);
+    await noticesNothing();
     await browser.open(television.server.url(path));
+  }
+
+  // How many native objects the page before has left.
+  async function left() {
+    await noticesNothing();
+    return television.nativeObjectsLeft();
   }
 
   // The last thing that a page did may have been to become independent of the broadcast, and a channel that its player
@@ -104,15 +112,6 @@ function tries(turn) {
     await receiver.setWorld("/broadcast/related", true);
     await open(television.server.write("matrix.html", page));
     await checkPage();
-  }
-
-  // How many native objects the page before has left, when the collector was there.
-  async function left() {
-    const logged = television.countsOfNativeObjects().length;
-    await browser.run(() => window.__collectGarbage());
-    await open("/pages/plain.html");
-    await waitFor("the count is logged", () => television.countsOfNativeObjects().length > logged);
-    return television.countsOfNativeObjects().pop();
   }
 
   // A television that a failed case may have left in any state is not used for the next one.

@@ -8,6 +8,12 @@ import { Receiver } from "./receiver.mjs";
 import { waitFor } from "./wait.mjs";
 import { Workplace } from "./workplace.mjs";
 
+// What a page does so that its first frame goes.
+export const frameLeaves = [
+  () => document.querySelector("iframe").remove(),
+  () => { document.querySelector("iframe").src = "/pages/plain.html"; }
+];
+
 export class Television {
   // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus yet; `scenario`, the
   // receiver's own; `environment`, more variables for all programs; `wayland: true`, the shell's window on Wayland.
@@ -77,6 +83,16 @@ export class Television {
       .getOwnerApplication(document).createApplication(url, false) !== null, address), true);
     await driver.switchTo().window(await waitFor("the application has a window", async () =>
       (await driver.getAllWindowHandles()).find(handle => !windows.includes(handle))));
+  }
+
+  // Goes on to plain.html, and answers how many native objects are alive then. The bundle logs its count when a page
+  // begins; what only waits for the collector is collected before.
+  async nativeObjectsLeft() {
+    await this.browser.run(() => window.__collectGarbage());
+    const logged = this.countsOfNativeObjects().length;
+    await this.open("plain.html");
+    await waitFor("the count is logged", () => this.countsOfNativeObjects().length > logged);
+    return this.countsOfNativeObjects()[logged];
   }
 
   async close() {
