@@ -5,9 +5,6 @@ import { exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { useTelevision } from "./Harness/suite.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
-const lowMemory = "(400, uint32 0)";
-const loadError = "(401, uint32 0)";
-
 describe("An application", () => {
   const television = useTelevision();
   const { browser, receiver } = television;
@@ -19,75 +16,42 @@ describe("An application", () => {
 
   afterEach(async () => assert.deepEqual(await browser.run(() => window.failures), []));
 
-  // Makes window.makeManager(name): a manager whose handlers write into window.heard under that name.
-  const listen = () => browser.run(() => {
-    window.heard = [];
-    window.makeManager = name => {
-      const manager = document.createElement("object");
-      manager.onLowMemory = () => window.heard.push(name + " handler");
-      manager.setAttribute("type", "application/oipfApplicationManager");
-      manager.addEventListener("LowMemory", event => window.heard.push(name + " " + event.type), false);
-      return manager;
-    };
-  });
-
-  describe("hears events", () => {
-    beforeEach(listen);
-
-    it("through handlers and listeners that were set before the element was in the document", async () => {
-      await browser.run(() => document.getElementById("root").appendChild(makeManager("early")));
-      await receiver.emit("PluginEvent", lowMemory);
-      await browser.waitFor("both were called", () => window.heard.length === 2);
-      assert.deepEqual(await browser.run(() => window.heard), ["early handler", "early LowMemory"]);
-    });
-
-    it("while its element moves, but not when it is removed; a re-inserted one starts anew", async () => {
+  it("hears from before its element comes and while that moves, not when it is removed; one that returns starts anew",
+    async () => {
       await browser.run(() => {
+        window.heard = [];
+        const makeManager = name => {
+          const manager = document.createElement("object");
+          manager.onLowMemory = () => window.heard.push(name + " handler");
+          manager.setAttribute("type", "application/oipfApplicationManager");
+          manager.addEventListener("LowMemory", event => window.heard.push(name + " " + event.type), false);
+          return manager;
+        };
         const root = document.getElementById("root");
         const moved = root.appendChild(makeManager("moved"));
         const removed = root.appendChild(makeManager("removed"));
-        window.reinserted = root.appendChild(makeManager("reinserted"));
-        window.before = moved.__reflected;
+        const returning = root.appendChild(makeManager("returning"));
+        const before = moved.__reflected;
         setTimeout(() => {
           document.body.appendChild(moved);
           root.removeChild(removed);
-          root.removeChild(window.reinserted);
+          root.removeChild(returning);
           setTimeout(() => {
-            window.kept = moved.__reflected === window.before;
-            window.gone = [removed.__reflected, removed.getOwnerApplication, Object.keys(removed)];
-            root.appendChild(window.reinserted);
-            window.reinserted.onLowMemory = () => window.heard.push("new handler");
-            window.ready = true;
+            root.appendChild(returning);
+            returning.onLowMemory = () => window.heard.push("new handler");
+            window.changed = [moved.__reflected === before, removed.__reflected, removed.getOwnerApplication,
+              Object.keys(removed)];
           });
         });
       });
-      await browser.waitFor("the elements are in place", () => window.ready);
-      assert.deepEqual(await browser.run(() => [window.kept, window.gone]), [true, [null, null, []]]);
-      await receiver.emit("PluginEvent", lowMemory);
+      const changed = await browser.waitFor("the elements are in place", () => window.changed);
+      assert.deepEqual(changed, [true, null, null, []]);
+      await receiver.emit("PluginEvent", "(400, uint32 0)");
       await browser.waitFor("the others were called", () => window.heard.length >= 3);
-      assert.deepEqual(await browser.run(() => window.heard.sort()),
-        ["moved LowMemory", "moved handler", "new handler"]);
+      const heard = await browser.run(() => window.heard);
+      assert.deepEqual(heard.filter(who => who !== "new handler"), ["moved handler", "moved LowMemory"]);
+      assert.equal(heard.length, 3);
     });
-
-    it("about an application that could not be loaded, named by an application without a view", async () => {
-      await browser.run(() => {
-        const manager = document.getElementById("root").appendChild(makeManager("load"));
-        manager.onApplicationLoadError = application => {
-          application.hide();
-          application.show();
-          window.heard.push(String(application));
-        };
-        manager.addEventListener("ApplicationLoadError", event => {
-          window.heard.push(typeof event.app.hide);
-        });
-      });
-      await receiver.clearCalls();
-      await receiver.emit("PluginEvent", loadError);
-      await browser.waitFor("both were called", () => window.heard.length === 2);
-      assert.deepEqual(await browser.run(() => window.heard), ["[object Application]", "function"]);
-      assert.deepEqual(await receiver.callNames("IDAEBrowserAPI.Hide", "IDAEBrowserAPI.Show"), []);
-    });
-  });
 
   describe("gets keys", () => {
     const makeKeyset = () => browser.run(() => {
@@ -174,10 +138,21 @@ describe("An application", () => {
     const { server, workplace } = television;
     await browser.run(() => {
       window.failed = 0;
+      window.named = [];
       window.manager = oipfObjectFactory.createApplicationManagerObject();
       window.owner = manager.getOwnerApplication(document);
-      manager.addEventListener("ApplicationLoadError", () => ++failed);
+      // Named by an application without a view.
+      manager.onApplicationLoadError = application => {
+        application.hide();
+        application.show();
+        named.push(String(application));
+      };
+      manager.addEventListener("ApplicationLoadError", ({ app }) => {
+        ++failed;
+        named.push(typeof app.hide);
+      });
     });
+    await receiver.clearCalls();
     const failed = count => browser.waitFor(`${count} have failed`, expected => failed >= expected, count);
     const faulty = [server.url("/nowhere.html"), "http://127.0.0.1:2/", "http://127.0.0.1:1/", server.write("empty.aitx",
       "<ServiceDiscovery/>")];
@@ -189,10 +164,11 @@ describe("An application", () => {
     await browser.run(address => owner.createApplication(address, false), server.write("leaves.html",
       `<script>onload = () => setTimeout(() => { location = "${faulty[0]}"; });</script>`));
     await waitFor("it has left", () => workplace.lines.filter(line => line.includes(`cannot show ${faulty[0]}`)).length === 2);
-    const other = workplace.start(shell(), ["--session-bus", ...exitAfterLoad, faulty[0]]);
-    await other.ended;
+    await workplace.run(shell(), ["--session-bus", ...exitAfterLoad, faulty[0]]);
     await failed(5);
     assert.equal(await browser.run(() => failed), 5);
+    assert.deepEqual(await browser.run(() => named), Array(5).fill(["[object Application]", "function"]).flat());
+    assert.deepEqual(await receiver.callNames("IDAEBrowserAPI.Hide", "IDAEBrowserAPI.Show"), []);
   });
 
   it("learns how much memory is free", async () => {

@@ -2,6 +2,7 @@
 import assert from "node:assert/strict";
 import { beforeEach, describe, it } from "node:test";
 import { useTelevision } from "./Harness/suite.mjs";
+import { frameLeaves } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [unrealized, connecting, presenting] = [0, 1, 2];
@@ -113,53 +114,6 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     assert.deepEqual(await browser.run(() => window.failures), []);
   });
 
-  it("hands stream events to whoever still listens, whatever bytes they carry", async () => {
-    await television.show("events.html", page(placed));
-    await browser.run(() => {
-      window.events = [];
-      window.gone = () => window.events.push("gone");
-      window.note = event => window.events.push([event.name, event.data, event.text, event.status]);
-      video.addStreamEventListener("dvb://other/1", "tick", window.gone);
-      video.addStreamEventListener("dvb://other/2", "tick", window.note);
-      video.removeStreamEventListener("dvb://other/1", "tick", window.gone);
-    });
-    await browser.waitFor("one is heard", () => window.events.length > 0);
-    assert.deepEqual((await browser.run(() => window.events))[0],
-      ["tick", "00010AFF", "\0\x01\n", "trigger"]);
-    // The receiver counts its subscriptions: after the one that was given up comes the one that stands.
-    const [[givenUp]] = await receiver.argumentsOf("IDAEBrowserAPI.StreamEventUnsubscribe");
-    const job = givenUp + 1;
-    const emit = (status, name, id) => receiver.emit("StreamEvent",
-      `(uint32 ${status}, int16 5, '${name}', [byte 0x41, 0x00, 0xe2, 0x82, 0xac], uint32 ${id})`);
-    await emit(0, "unclaimed", job + 1000);
-    await emit(1, "failed", job);
-    await emit(0, "ours", job);
-    await browser.waitFor("the emitted one is heard",
-      () => window.events.some(event => event[0] === "ours"));
-    const events = await browser.run(() => window.events);
-    assert.deepEqual(events.filter(event => event[0] !== "tick"),
-      [["ours", "4100E282AC", "A\0\u20ac", "trigger"]]);
-  });
-
-  it("gives up its stream events when it is removed from the document", async () => {
-    await television.show("leaving.html", page(placed));
-    const subscriptions = async () => (await receiver.getWorld("/state")).stream_event_subscriptions;
-    // A former page's own go with its objects.
-    await waitFor("those of former pages are given up", async () => {
-      await browser.run(() => window.__collectGarbage());
-      return await subscriptions() === 0;
-    });
-    await browser.run(() => {
-      const listen = () => {};
-      video.addStreamEventListener("dvb://other/1", "tick", listen);
-      video.addStreamEventListener("dvb://other/1", "tick", listen);
-      video.addStreamEventListener("dvb://other/2", "tick", listen);
-    });
-    assert.equal(await subscriptions(), 3);
-    await browser.run(() => video.remove());
-    await waitFor("all three are given up", async () => await subscriptions() === 0);
-  });
-
   it("that tunes while its page goes is released in order, and the next page hears nothing", async () => {
     const first = television.server.write("first.html", page(placed));
     const second = television.server.write("second.html", page(placed));
@@ -198,11 +152,7 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     await television.leaveWhen("it is bound again", () => isBound(1));
     assert.ok(await isBound(2), "and once more as it goes");
     await isFree();
-    const leaves = [
-      () => document.querySelector("iframe").remove(),
-      () => { document.querySelector("iframe").src = "/pages/plain.html"; }
-    ];
-    for (const leave of leaves) {
+    for (const leave of frameLeaves) {
       await television.show("outer.html", '<iframe src="/pages/application.html"></iframe>');
       await browser.run(() => frames[0].eval(
         "window.tv = PrivateObjectFactory.createVideoBroadcastObject(); tv.onPlayStateChange = () => {}; "

@@ -27,6 +27,18 @@ const ask = (address, done) => {
   request.send();
 };
 
+// And while its script waits.
+const askWaiting = address => {
+  const request = new XMLHttpRequest();
+  request.open("GET", address, false);
+  try {
+    request.send();
+    return [request.status, request.responseText];
+  } catch (error) {
+    return [error.name];
+  }
+};
+
 describe("The object carousel", () => {
   const television = useTelevision({ shell: ["--carousel-limit", String(limitSeconds)] });
   const { browser, receiver } = television;
@@ -55,10 +67,19 @@ describe("The object carousel", () => {
   // The files that were asked for, as [handle, address].
   const requests = () => receiver.argumentsOf(fileRequest);
 
-  // Waits until a file is asked for that does not come by itself, and answers its handle and address.
+  // Waits until a file is asked for, and answers its handle and address.
   function requestOf(name) {
     return waitFor(`${name} is asked for`, async () =>
       (await requests()).find(([, url]) => url === `${service}/${name}`));
+  }
+
+  // Lets a page ask for a file that does not come by itself; likewise.
+  async function unanswered(name, ask = go) {
+    await browser.open(`${service}/plain.html`);
+    await receiver.setWorld("/carousel/reply_ms", never);
+    await receiver.clearCalls();
+    await ask(`${service}/${name}`);
+    return requestOf(name);
   }
 
   const respond = (handle, url, bytes, length, status = true) =>
@@ -137,30 +158,15 @@ describe("The object carousel", () => {
     put("data.json", "{\"answer\": 42}");
     await browser.open(`${service}/plain.html`);
     assert.deepEqual(await browser.runAsync(ask, "data.json"), [200, "{\"answer\": 42}"]);
-    assert.deepEqual(await browser.run(() => {
-      const request = new XMLHttpRequest();
-      request.open("GET", "data.json", false);
-      request.send();
-      return [request.status, JSON.parse(request.responseText).answer];
-    }), [200, 42]);
-    const readWaiting = address => {
-      const request = new XMLHttpRequest();
-      request.open("GET", address, false);
-      try {
-        request.send();
-        return request.responseText;
-      } catch (error) {
-        return error.name;
-      }
-    };
+    assert.deepEqual(await browser.run(askWaiting, "data.json"), [200, "{\"answer\": 42}"]);
     for (const elsewhere of ["dvb://1.2.3/plain.html", "dvb:/plain.html", television.server.url("/pages/plain.html")]) {
       await browser.open(elsewhere);
       assert.deepEqual(await browser.runAsync(ask, `${service}/data.json`), ["error", ""], elsewhere);
-      assert.equal(await browser.run(readWaiting, `${service}/data.json`), "NetworkError", elsewhere);
+      assert.deepEqual(await browser.run(askWaiting, `${service}/data.json`), ["NetworkError"], elsewhere);
     }
     await browser.open("dvb:/plain.html");
     assert.equal((await browser.runAsync(ask, "data.json"))[0], 200);
-    assert.equal(await browser.run(readWaiting, "/data.json"), "{\"answer\": 42}");
+    assert.deepEqual(await browser.run(askWaiting, "/data.json"), [200, "{\"answer\": 42}"]);
   });
 
   it("calls a file what the server of the examples calls it", async () => {
@@ -244,21 +250,13 @@ describe("The object carousel", () => {
   });
 
   it("is not believed when it claims more than it carries", async () => {
-    await browser.open(`${service}/plain.html`);
-    await receiver.setWorld("/carousel/reply_ms", never);
-    await receiver.clearCalls();
-    await go(`${service}/claims.html`);
-    const [handle, url] = await requestOf("claims.html");
+    const [handle, url] = await unanswered("claims.html");
     await respond(handle, url, [0x41], 1000);
     await failsWith("delivered only a part of the file");
   });
 
   it("has a time limit, after which another page can be shown", async () => {
-    await browser.open(`${service}/plain.html`);
-    await receiver.setWorld("/carousel/reply_ms", never);
-    await receiver.clearCalls();
-    await go(`${service}/late.html`);
-    const [handle, url] = await requestOf("late.html");
+    const [handle, url] = await unanswered("late.html");
     await failsWith(`did not deliver the file within ${limitSeconds} s`);
     await respond(handle, url, [0x41], 1);
     await receiver.setWorld("/carousel/reply_ms", 300);
@@ -268,18 +266,14 @@ describe("The object carousel", () => {
 
   it("may be given up for another page while it is slow", async () => {
     put("slow.html", "<title>slow</title>");
-    await browser.open(`${service}/plain.html`);
-    await receiver.setWorld("/carousel/reply_ms", never);
-    await receiver.clearCalls();
     const other = television.server.write("other.html", "<title>other</title>");
     // A WebDriver would wait for the slow page; a viewer presses a key.
-    await browser.run((slow, other) => {
+    const [handle, url] = await unanswered("slow.html", address => browser.run((slow, other) => {
       oipfObjectFactory.createApplicationManagerObject().getOwnerApplication(document).privateData.keyset
         .setValue(Keyset.RED);
       addEventListener("keydown", () => { location.href = other; });
       setTimeout(() => { location.href = slow; });
-    }, `${service}/slow.html`, other);
-    const [handle, url] = await requestOf("slow.html");
+    }, address, other));
     await receiver.pressKey("VK_RED");
     await waitFor("the other page is asked for", () => television.server.requested.has("/written/other.html"));
     await respond(handle, url, [0x41], 1);

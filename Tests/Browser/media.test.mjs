@@ -3,6 +3,7 @@
 import assert from "node:assert/strict";
 import { beforeEach, describe, it } from "node:test";
 import { useTelevision } from "./Harness/suite.mjs";
+import { frameLeaves } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [stopped, playing, connecting] = [0, 1, 3];
@@ -48,31 +49,9 @@ describe("An A/V control element", () => {
       .map(([name, args]) => [name.split(".")[1], ...args]);
   }
 
-  async function argumentsOf(method) {
-    return (await mediaCalls()).filter(([name]) => name === method).map(([, , ...rest]) => rest);
-  }
+  const argumentsOf = method => receiver.toldPlayers(`IAVEventHandler.${method}`);
 
   const inState = state => browser.waitFor(`the state is ${state}`, value => film.playState === value, state);
-  const play = async () => {
-    await browser.run(() => film.play(1));
-    await inState(playing);
-  };
-
-  // All that the player is told on the first play, for an element whose markup has these attributes.
-  async function assertSetUp(media, document, attributes) {
-    const calls = await mediaCalls();
-    const from = calls.findIndex(([name]) => name === "FlagPlayerActive");
-    const id = calls[from]?.[1];
-    assert.deepEqual(calls.slice(from, from + 6 + attributes.length), [
-      ["FlagPlayerActive", id],
-      ["GetPlayer", id],
-      ["SetLocation", id, document],
-      ["SetData", id, media],
-      ["SetMimeType", id, "video/mp4"],
-      ...attributes.map(pair => ["SetAttribute", id, ...pair]),
-      ["Play", id, 1]
-    ]);
-  }
 
   it("plays what its markup names, in the task in which it was parsed", async () => {
     const markup = element(film, '<param name="quality" value="high"></param>');
@@ -87,33 +66,23 @@ describe("An A/V control element", () => {
       await inState(playing);
       assert.deepEqual(await browser.run(() => [window.played, window.heard]),
         [true, [[connecting, noError], [playing, noError]]]);
-      await assertSetUp(server.url("/written/film.mp4"), server.url(`/written/${name}`), attributes);
+      const calls = await mediaCalls();
+      const from = calls.findIndex(([method]) => method === "FlagPlayerActive");
+      const id = calls[from]?.[1];
+      assert.deepEqual(calls.slice(from, from + 6 + attributes.length), [
+        ["FlagPlayerActive", id],
+        ["GetPlayer", id],
+        ["SetLocation", id, server.url(`/written/${name}`)],
+        ["SetData", id, server.url("/written/film.mp4")],
+        ["SetMimeType", id, "video/mp4"],
+        ...attributes.map(pair => ["SetAttribute", id, ...pair]),
+        ["Play", id, 1]
+      ]);
       const read = await browser.run(() =>
         [film.data, film.type, film.playTime, film.speed, film.nrTracks]);
       assert.deepEqual(read, [server.url("/written/film.mp4"), "video/mp4", 600000, 1, 1]);
       assert.deepEqual(await browser.run(() => window.failures), []);
     }
-  });
-
-  it("plays in the task that makes it, and hears with handlers that were set before all else", async () => {
-    const seen = await browser.run(() => {
-      window.heard = [];
-      const object = document.createElement("object");
-      object.onPlayStateChange = state => window.heard.push(`handler ${state}`);
-      object.data = "loose.mp4";
-      object.setAttribute("type", "video/mp4");
-      object.addEventListener("PlayStateChange", event => window.heard.push(`listener ${event.state}`));
-      object.setAttribute("width", "320");
-      document.getElementById("root").appendChild(object);
-      window.film = object;
-      return [object.play(1), object.type, object.width];
-    });
-    assert.deepEqual(seen, [true, "video/mp4", 320]);
-    await inState(playing);
-    assert.deepEqual(await browser.run(() => window.heard),
-      [connecting, playing].flatMap(state => [`handler ${state}`, `listener ${state}`]));
-    await assertSetUp(server.url("/pages/loose.mp4"), server.url("/pages/plain.html"),
-      [["data", "loose.mp4"], ["type", "video/mp4"], ["width", "320"]]);
   });
 
   it("completes every address from the document's base", async () => {
@@ -160,41 +129,14 @@ describe("An A/V control element", () => {
     assert.deepEqual(given,
       { id: "film", data: "b.mp4", type: "video/x-ms-wmv", width: "320", height: "100%", late: "1" });
     assert.deepEqual(await argumentsOf("SetMimeType"), [["audio/mpeg"]]);
-  });
 
-  it("refuses a size from its markup in full screen, without an error in the page", async () => {
-    await television.show("full.html", page(element(film)));
-    const width = await browser.run(() => {
+    // In full screen a size is refused, without an error in the page.
+    assert.equal(await browser.run(() => {
       film.setFullScreen(true);
       film.setAttribute("width", "7");
       return film.width;
-    });
-    assert.equal(width, 640);
+    }), 320);
     assert.deepEqual(await browser.run(() => window.failures), []);
-  });
-
-  it("that leaves the document, or whose page goes while it plays, leaves nothing playing", async () => {
-    const ends = [
-      ["removed", () => browser.run(() => film.remove()), ["Stop", "ReleasePlayer"]],
-      ["navigation", () => television.open("plain.html"), ["ReleasePlayer"]],
-      ["reload", () => browser.driver.navigate().refresh(), ["ReleasePlayer"]]
-    ];
-    for (const [what, end, order] of ends) {
-      await television.show("going.html", page(element(film)));
-      await play();
-      const id = (await mediaCalls()).at(-1)[1];
-      await receiver.clearCalls();
-      await end();
-      const released = async () =>
-        (await mediaCalls()).filter(([name]) => order.includes(name)).slice(0, order.length);
-      const ids = what === "removed" ? id : 0;
-      await waitFor(`${what}: released`, async () => (await released()).length === order.length);
-      assert.deepEqual(await released(), order.map(name => [name, ids]), what);
-      const players = async () => Object.values(await receiver.getWorld("/state/media_players"));
-      await waitFor(`${what}: silent`,
-        async () => (await players()).every(({ state }) => state !== playing));
-    }
-    assert.deepEqual(await browser.run(() => [window.failures, window.heard ?? []]), [[], []]);
   });
 
   it("that plays again while its page goes, or goes with its frame, leaves nothing playing", async () => {
@@ -205,16 +147,23 @@ describe("An A/V control element", () => {
       addEventListener("unload", () => film.play(1));
       film.play(1);
     };
-    await television.show("again.html", page(element(film)));
-    await browser.run(again);
-    await inState(playing);
-    await television.leaveWhen("it plays again", async () => (await argumentsOf("GetPlayer")).length > 1);
-    await silent();
-    const leaves = [
-      () => document.querySelector("iframe").remove(),
-      () => { document.querySelector("iframe").src = "/pages/plain.html"; }
-    ];
-    for (const leave of leaves) {
+    const leaves = {
+      navigation: () => television.leaveWhen("it plays again", async () =>
+        (await argumentsOf("GetPlayer")).length > 0),
+      reload: () => browser.driver.navigate().refresh()
+    };
+    for (const [how, leave] of Object.entries(leaves)) {
+      await television.show("again.html", page(element(film)));
+      await browser.run(again);
+      await inState(playing);
+      await receiver.clearCalls();
+      await leave();
+      await silent();
+      const [end] = (await mediaCalls()).filter(([name]) => /^(Stop|ReleasePlayer)$/.test(name));
+      assert.deepEqual(end, ["ReleasePlayer", 0], how);
+      assert.deepEqual(await browser.run(() => [window.failures, window.heard ?? []]), [[], []], how);
+    }
+    for (const leave of frameLeaves) {
       server.write("inner.html", page(element(film)));
       await television.show("outer.html", page('<iframe src="inner.html"></iframe>'));
       await browser.waitFor("the frame is there", () => typeof frames[0].film?.play === "function");

@@ -204,52 +204,26 @@ describe("The media player", () => {
 });
 
 describe("The picture of the media player", () => {
-  // The film is red, and blue from its middle on; decoding rounds the colours.
-  const [red, blue] = ["#c02020", "#2040c0"];
+  // The film is blue from its middle on; decoding rounds the colours.
+  const blue = [0x20, 0x40, 0xc0];
   const { workplace, server } = useWorkplace();
 
   before(makeMedia);
 
-  // The shell runs a receiver of its own.
-  async function screenOf(url) {
+  it("is the frame that was sought, where the page leaves room for it", async () => {
     const path = join(workplace.env.HOME, "screen.png");
+    const url = server.url(`/examples/player/index.html?check=${6 * slowness}`);
+    // The shell runs a receiver of its own.
     const args = ["--scenario", defaultScenario, ...exitAfterLoad, "--screenshot", path, url];
     assert.equal((await workplace.run(shell(), args)).code, 0);
-    return new Picture(readFileSync(path));
-  }
-
-  // A white ball moves over the film, so that one of the places may be something else.
-  function assertFilm(picture, color, places) {
-    const values = text => [1, 3, 5].map(at => parseInt(text.slice(at, at + 2), 16));
-    const seen = places.map(([x, y]) => picture.at(x, y));
-    const isClose = text => values(text).every((value, i) => Math.abs(value - values(color)[i]) < 24);
-    assert.ok(seen.filter(isClose).length >= places.length - 1, `${seen} instead of ${color}`);
-  }
-
-  it("is the frame that was sought, where the page leaves room for it", async () => {
-    const picture = await screenOf(server.url(`/examples/player/index.html?check=${6 * slowness}`));
-    assertFilm(picture, blue, [[80, 116], [680, 120], [384, 140], [680, 440]]);
+    const picture = new Picture(readFileSync(path));
+    // A white ball moves over the film, so that one of the places may be something else.
+    const seen = [[80, 116], [680, 120], [384, 140], [680, 440]].map(([x, y]) => picture.at(x, y));
+    const isBlue = text => blue.every((value, i) =>
+      Math.abs(parseInt(text.slice(1 + 2 * i, 3 + 2 * i), 16) - value) < 24);
+    assert.ok(seen.filter(isBlue).length >= seen.length - 1, `${seen} instead of ${blue}`);
     // Outside of it is the page.
     for (const [x, y] of [[40, 280], [720, 280], [384, 80]])
       assert.notDeepEqual(picture.at(x, y), picture.at(680, 440));
-  });
-
-  it("fills the screen in full-screen mode, beneath the page", async () => {
-    const picture = await screenOf(server.write("full.html", `<!DOCTYPE html><html><body>
-<object id="film" type="video/mp4" data="/media/film.mp4" style="position: absolute; left: 200px; top: 100px;
-width: 320px; height: 180px"></object><p style="position: absolute; left: 600px; top: 300px; width: 80px;
-height: 80px; background: #204060"></p><div id="verdict"></div><script>
-var film = document.getElementById("film");
-film.setFullScreen(true);
-film.style.cssText = "position: absolute; left: 0; top: 0; width: 1280px; height: 720px";
-film.play(1);
-var timer = setInterval(function () {
-  if (film.playPosition < 500) return;
-  clearInterval(timer);
-  document.getElementById("verdict").setAttribute("data-verdict", "pass");
-}, 20);
-</script></body></html>`));
-    assertFilm(picture, red, [[20, 20], [1260, 20], [20, 700], [1260, 700]]);
-    assert.equal(picture.at(640, 340), "#204060");
   });
 });

@@ -62,7 +62,8 @@ describe("The terminal", () => {
     assert.doesNotMatch(quiet.text, /CONSOLE|cannot load/);
 
     const broken = await run(...exitAfterLoad, server.write("broken.hbbtv", "<html><p></html>"));
-    assert.match(broken.text, /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
+    assert.match(broken.text,
+      /^CONSOLE ERROR http:\S+broken\.hbbtv is not well-formed: error on line 1 .* mismatch: p /m);
   });
 
   it("has nothing more to say when the shell ends while its page listens to the receiver", async () => {
@@ -109,7 +110,7 @@ document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "
   const verdict = async (url, ...args) =>
     (await workplace.run(shell(), ["--quiet", "--no-receiver", ...exitAfterLoad, ...args, url])).code;
 
-  it("may be a file, which is an application by its name, or no folder", async () => {
+  it("may be a file, which is an application by its name, or no folder, or no scenario", async () => {
     const file = join(workplace.env.HOME, "local.hbbtv");
     writeFileSync(join(workplace.env.HOME, "local.js"), "var local = true;");
     writeFileSync(file, `<html xmlns="http://www.w3.org/1999/xhtml"><body><div id="verdict"/><script src="local.js"/><script>
@@ -118,6 +119,9 @@ document.getElementById("verdict").dataset.verdict = (${condition}) ? "pass" : "
     assert.equal(await verdict(`file://${file}?a#b`), 0);
     for (const option of ["--reload=/no/such", "--profile-dir=/dev/null/below"])
       assert.equal(await verdict("about:blank", option), 2);
+    const { code, lines } = await workplace.run(shell(), ["--scenario", "/nowhere.json", "about:blank"]);
+    assert.equal(code, 2);
+    assert.match(lines.join("\n"), /\/nowhere\.json: cannot open it: No such file or directory/);
   });
 
   it("gives the user agent, and takes a certificate as it is", async () => {
