@@ -33,6 +33,7 @@ export function plot(file, { title, xLabel, panels, columns = 2, marks = [], log
     ${blocks.join('\n')}
     set multiplot layout ${rows},${columns} title ${quoted(title)} font ',14'
     set grid lc rgb '#e2e2e2'
+    set key below samplen 2
     set border 3
     set tics nomirror
     set xlabel ${quoted(xLabel)}
