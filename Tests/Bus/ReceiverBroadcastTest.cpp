@@ -50,12 +50,14 @@ TEST_F(ATelevision, ConnectsAndThenPresentsAChannelAndSaysSo) {
     EXPECT_EQ(ask("IBroadcastPlayer.GetChannel", "(uint32 1,)"), "(0, false)");
     EXPECT_EQ(ask("IBroadcastPlayer.SetChannel", "(uint32 1, uint32 12, '', 1, 2, 11, uint32 0)"),
               "(2, true)");
-    EXPECT_EQ(ask("IBroadcastPlayer.GetPlayState", "(uint32 1,)"), "(1,)");
     EXPECT_TRUE(hears({"PluginEventData(101, 1, 1, 1000)", "PluginEventData(100, 1, 2, 1000)",
                        "PluginEventData(101, 1, 2, 1000)", "PluginEventData(106, 1, 12, 0)"}));
     EXPECT_EQ(ask("IBroadcastPlayer.IsPresenting", "(uint32 1,)"), "(true,)");
     EXPECT_EQ(ask("IDAEBrowserAPI.CurrentChannel"), "(2, true)");
     EXPECT_EQ(ask("IBroadcastPlayer.IsPresenting", "(uint32 2,)"), "(false,)") << "another player";
+    setWorld("/broadcast/tune_ms", "60000");
+    (void)call("IBroadcastPlayer.SetChannel", "(uint32 1, uint32 0, '', 0, 0, 0, uint32 1)");
+    EXPECT_EQ(ask("IBroadcastPlayer.GetPlayState", "(uint32 1,)"), "(1,)") << "while it tunes";
 }
 
 TEST_F(ATelevision, ReportsWhyAChannelCannotBeShownAndKeepsTheOneBefore) {
