@@ -141,9 +141,11 @@ describe("Navigation", () => {
         root.innerHTML = "";
       });
     }
-    await browser.run(() => window.__collectGarbage());
-    const left = await browser.run(() => refs.filter(each => each.deref()).length);
-    assert.ok(left <= 40, `${left} of them and their objects are still there`);
+    // The latest are still on their way to the observer.
+    await browser.waitFor("hardly one of them or their objects is there", () => {
+      window.__collectGarbage();
+      return refs.filter(each => each.deref()).length <= 40;
+    });
     const alive = await television.nativeObjectsLeft();
     assert.ok(alive < baseline + 500, `${alive} are alive, ${baseline} before`);
     assert.deepEqual(await browser.run(() => window.failures), []);
