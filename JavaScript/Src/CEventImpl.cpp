@@ -4,6 +4,7 @@
 
 #include "CSP/Inc/PCLog.h"
 #include "InjectedBundle/Src/BindingCall.h"
+#include "InjectedBundle/Src/RuntimeObjects.h"
 #include "Platform/Inc/JSCPrivate.h"
 
 namespace OipfJavaScript {
@@ -24,7 +25,9 @@ JSStringRef TargetKey() {
 
 CEventImpl::CEventImpl(const char* type) : m_type(type), m_timeStamp(MillisecondsSince1970()) {}
 
-JSObjectRef CEventImpl::MakeEvent(JSContextRef context, const char* type, JSObjectRef target) {
+// The target is kept by the JavaScript object, where the collector sees it: an event that a page keeps must
+// neither lose its target nor keep it alive once both are garbage.
+JSObjectRef MakeEvent(JSContextRef context, const char* type, JSObjectRef target) {
     JSObjectRef event = jiEvent::CreateObject(context, MakeBinding<jiEvent>(type).release(), nullptr);
     if (event == nullptr || !JSObjectSetPrivateProperty(context, event, TargetKey(), target))
         return nullptr;

@@ -12,10 +12,6 @@ class CEventImpl : public CEventBase {
  public:
     explicit CEventImpl(const char* type);
 
-    // A new Event. The target is kept by the JavaScript object, where the collector sees it: an event that a
-    // page keeps must neither lose its target nor keep it alive once both are garbage.
-    [[nodiscard]] static JSObjectRef MakeEvent(JSContextRef context, const char* type, JSObjectRef target);
-
     [[nodiscard]] const std::string& GetType() const { return m_type; }
     [[nodiscard]] JSValueRef getCustomTarget(JSContextRef context, JSObjectRef event) const;
     [[nodiscard]] JSValueRef getCustomCurrentTarget(JSContextRef context, JSObjectRef event) const;

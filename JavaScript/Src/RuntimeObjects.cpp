@@ -2,15 +2,10 @@
 
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiException.h"
-#include "JavaScript/Src/CEventImpl.h"
 #include "JavaScript/Src/CExceptionImpl.h"
 #include "JavaScript/Src/jiUtility.h"
 
 namespace OipfJavaScript {
-
-JSObjectRef MakeEvent(JSContextRef context, const char* type, JSObjectRef target) {
-    return CEventImpl::MakeEvent(context, type, target);
-}
 
 void Throw(const char* where, JSContextRef context, const std::string& name, const std::string& message,
            JSValueRef* exception) {
