@@ -11,28 +11,25 @@ import { median, read, spread, times, tooNoisy } from './results.mjs';
 const [folder, picture] = process.argv.slice(2);
 const counts = [10, 100, 1000, 10000];
 
-// Each kind of thing: title, file, and our times and the yardstick's, in microseconds.
-const micro = 1e-3;
-const milli = 1e3;
+// Our times of a Google Benchmark report and the yardstick's, in microseconds, and the same for each of `n` things.
+const inReport = (ours, bare, clock) => (report) =>
+  [ours, bare].map((name) => times(report, name, clock).map((nanoseconds) => nanoseconds / 1e3));
+const each = (of) => (report, n) => of(report).map((values) => values.map((value) => value / n));
+const inMilliseconds = (ours, bare) => [ours, bare].map((values) => values.map((value) => value * 1e3));
+
+// Each kind of thing: title, file, and the two lists of times in it.
 const kinds = [
-  ['channels of a list, each', 'television.json', (report, n) => [
-    times(report, 'ReadChannelList/real_time', 'real_time').map((t) => t * micro / n),
-    times(report, 'CallForChannelList/real_time', 'real_time').map((t) => t * micro / n)]],
-  ['programmes of a search, each', 'search.json', (report, n) => [
-    times(report, 'Search/manual_time', 'page').map((t) => t * milli / n),
-    times(report, 'Search/manual_time', 'bare').map((t) => t * milli / n)]],
-  ['elements of a page, each', 'page-load.json', (report, n) => [
-    report.with.map(({ shown }) => shown * milli / n),
-    report.without.map(({ shown }) => shown * milli / n)]],
-  ['live objects, each', 'bindings.json', (report) => [
-    times(report, 'MakeAndReadLive/binding', 'cpu_time').map((t) => t * micro),
-    times(report, 'MakeAndReadLive/hand', 'cpu_time').map((t) => t * micro)]],
-  ['listeners of an event, each', 'bindings.json', (report, n) => [
-    times(report, 'DispatchToListeners', 'cpu_time').map((t) => t * micro / n),
-    times(report, 'CallBare/hand', 'cpu_time').map((t) => t * micro / n)]],
-  ['one stream event, of so many subscriptions', 'television.json', (report) => [
-    times(report, 'StreamEventToListener/real_time', 'real_time').map((t) => t * micro),
-    times(report, 'StreamEventBare/real_time', 'real_time').map((t) => t * micro)]],
+  ['channels of a list, each', 'television.json',
+    each(inReport('ReadChannelList/real_time', 'CallForChannelList/real_time', 'real_time'))],
+  ['programmes of a search, each', 'search.json', each((report) => inMilliseconds(
+    times(report, 'Search/manual_time', 'page'), times(report, 'Search/manual_time', 'bare')))],
+  ['elements of a page, each', 'page-load.json', each((report) => inMilliseconds(
+    report.with.map(({ shown }) => shown), report.without.map(({ shown }) => shown)))],
+  // Its report is of one object already.
+  ['live objects, each', 'bindings.json', inReport('MakeAndReadLive/binding', 'MakeAndReadLive/hand', 'cpu_time')],
+  ['listeners of an event, each', 'bindings.json', each(inReport('DispatchToListeners', 'CallBare/hand', 'cpu_time'))],
+  ['one stream event, of so many subscriptions', 'television.json',
+    inReport('StreamEventToListener/real_time', 'StreamEventBare/real_time', 'real_time')],
 ];
 
 const curves = kinds.map(([title, file, of]) => {

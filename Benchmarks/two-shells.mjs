@@ -7,13 +7,7 @@ export async function withAndWithoutBundle(measure) {
   process.env.HBBTV_LOG_LEVEL = 'warning';
   const televisions = [];
   try {
-    for (const bundle of [undefined, '']) {
-      const television = await Television.start();
-      televisions.push(television);
-      if (bundle === undefined) continue;
-      television.workplace.env.HBBTV_BUNDLE = bundle;
-      await television.startShell([]);
-    }
+    for (const environment of [{}, { HBBTV_BUNDLE: '' }]) televisions.push(await Television.start({ environment }));
     for (const television of televisions) await television.show('plain.html', '<!DOCTYPE html><title>Plain</title>');
     const hasBundle = await Promise.all(televisions.map(({ browser }) => browser.run(() => 'oipfObjectFactory' in window)));
     if (!hasBundle[0] || hasBundle[1]) throw new Error(`the bundle is in the wrong shell: ${hasBundle}`);
