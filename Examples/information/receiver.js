@@ -89,7 +89,7 @@ var receiver = (function () {
 
     // Calls `changed` whenever a CI Plus module comes or goes.
     listen: function (changed) {
-      orTrouble(function () { byId('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
+      objects.attempt(function () { byId('gateway').addEventListener('DiscoverCSPGCIPlus', changed, false); });
     }
   };
 }());
