@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 class IJSChannelCacheCommon {
@@ -10,6 +11,9 @@ class IJSChannelCacheCommon {
 
     // False when the cache does not know the channel, or cannot be asked.
     virtual bool Retain(uint32_t id) = 0;
+    // The same, and what is done meanwhile is under way with it. That is begun anew when the call went to a
+    // receiver that has gone.
+    virtual bool RetainWhile(uint32_t id, const std::function<void()>& meanwhile) = 0;
     // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;
 

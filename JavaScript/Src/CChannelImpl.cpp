@@ -8,9 +8,9 @@
 
 namespace OipfJavaScript {
 
-CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId) {
-    if (cacheId == 0)
-        return;
+CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId, [&] { ReadFrom(cacheId); }) {}
+
+void CChannelImpl::ReadFrom(uint32_t cacheId) {
     bool radio = false;
     if (!IJSChannelCacheWK::GetInstance()->GetChannelInfo(
             cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid,

@@ -61,6 +61,8 @@ class CChannelImpl : public CChannelBase {
     [[nodiscard]] uint32_t CacheId() const { return m_cacheEntry.Id(); }
 
  private:
+    void ReadFrom(uint32_t cacheId);
+
     int32_t m_channelType = TYPE_TV;
     std::string m_ccid = kNoCcid;
     uint32_t m_nid = kAbsent;
@@ -79,7 +81,7 @@ class CChannelImpl : public CChannelBase {
     uint32_t m_channelMaxBitRate = kAbsent;
     std::string m_ipBroadcastID;
     bool m_locked = false;
-    ChannelCacheEntry m_cacheEntry;
+    ChannelCacheEntry m_cacheEntry;  // the last, since the others are read while it is made
 };
 
 }  // namespace OipfJavaScript

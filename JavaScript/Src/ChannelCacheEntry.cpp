@@ -5,16 +5,20 @@
 
 namespace OipfJavaScript {
 
-ChannelCacheEntry::ChannelCacheEntry(uint32_t id) : m_id(id) {
+ChannelCacheEntry::ChannelCacheEntry(uint32_t id, const std::function<void()>& meanwhile) : m_id(id) {
     if (m_id == 0)
         return;
-    if (!IJSChannelCacheWK::GetInstance()->Retain(m_id))
+    IJSChannelCacheCommon& cache = *IJSChannelCacheWK::GetInstance();
+    const bool isKnown = cache.RetainWhile(m_id, [&] {
+        m_life = cache.Life();
+        meanwhile();
+    });
+    if (!isKnown)
         HBBTV_LOG_ERROR("ChannelCache does not know channel with id %ud.", m_id);
-    m_life = IJSChannelCacheWK::GetInstance()->Life();
 }
 
 ChannelCacheEntry::ChannelCacheEntry(const ChannelCacheEntry& other)
-    : ChannelCacheEntry(other.IsHeld() ? other.m_id : 0) {
+    : ChannelCacheEntry(other.IsHeld() ? other.m_id : 0, [] {}) {
     m_id = other.m_id;
 }
 

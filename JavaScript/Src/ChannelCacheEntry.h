@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 
 namespace OipfJavaScript {
@@ -10,8 +11,8 @@ namespace OipfJavaScript {
 class ChannelCacheEntry {
  public:
     ChannelCacheEntry() = default;
-    // 0 names no entry, and touches nothing.
-    explicit ChannelCacheEntry(uint32_t id);
+    // 0 names no entry, and touches nothing. What is done meanwhile is under way with the call that retains.
+    ChannelCacheEntry(uint32_t id, const std::function<void()>& meanwhile);
     ChannelCacheEntry(const ChannelCacheEntry& other);
     ChannelCacheEntry& operator=(const ChannelCacheEntry&) = delete;
     ~ChannelCacheEntry();

@@ -1,5 +1,7 @@
 // Channels and their list as a page meets them, and what of the receiver's cache they hold.
 
+#include <future>
+
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannel.h"
 #include "InjectedBundle/gen/js/jiChannelList.h"
@@ -50,6 +52,19 @@ TEST_F(AChannel, StaysUsableWhenTheCacheDoesNotKnowIt) {
     (void)cache.TakeCalls();
     { const CChannelImpl unknown(uint32_t{9}); }
     EXPECT_THAT(cache.TakeCalls(3), ElementsAre("Retain (9,)", "GetChannelInfo (9,)", "Release (9,)"));
+}
+
+TEST_F(AChannel, IsReadWhileItIsRetained) {
+    cache.Delay("Retain", 60000);
+    auto calls = std::async(std::launch::async, [this] {
+        auto seen = cache.TakeCalls(2);
+        cache.Stop();
+        return seen;
+    });
+    { const CChannelImpl unanswered(uint32_t{9}); }
+    EXPECT_THAT(calls.get(), ElementsAre("Retain (9,)", "GetChannelInfo (9,)"));
+    EXPECT_EQ(LogCapture::Count("ChannelCache does not know channel with id 9d."), 1);
+    cache.Start();
 }
 
 TEST_F(AChannel, IsRetainedByEveryCopyAndReleasedByEveryEnd) {

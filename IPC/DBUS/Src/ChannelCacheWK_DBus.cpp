@@ -29,8 +29,21 @@ CJSChannelCacheWK::~CJSChannelCacheWK() {
     HBBTV_LOG_DEBUG("CJSChannelCacheWK::~CJSChannelCacheWK()");
 }
 
-bool CJSChannelCacheWK::Retain(uint32_t id) {
-    return m_service->Call<bool>(__func__, ijschannel_cache_call_retain_sync, id, kResult);
+bool CJSChannelCacheWK::RetainWhile(uint32_t id, const std::function<void()>& meanwhile) {
+    bool isSent = false;
+    const auto retain = [&](IJSChannelCache* proxy, guint channel, gboolean* result, GCancellable* none,
+                            GError** error) {
+        isSent = true;
+        const auto send = [&](GAsyncReadyCallback onAnswer, gpointer data) {
+            ijschannel_cache_call_retain(proxy, channel, none, onAnswer, data);
+        };
+        const auto answer = dbus_call::AnswerTo(send, meanwhile);
+        return ijschannel_cache_call_retain_finish(proxy, result, answer.get(), error);
+    };
+    const bool isKnown = m_service->Call<bool>("Retain", retain, id, kResult);
+    if (!isSent)
+        meanwhile();
+    return isKnown;
 }
 
 void CJSChannelCacheWK::Release(uint32_t id) {

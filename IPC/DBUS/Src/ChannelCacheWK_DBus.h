@@ -1,6 +1,7 @@
 // The client of org.vantrel.hbbtv.IJSChannelCache.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,7 +18,10 @@ class CJSChannelCacheWK final : public IJSChannelCacheCommon {
     CJSChannelCacheWK(const CJSChannelCacheWK&) = delete;
     CJSChannelCacheWK& operator=(const CJSChannelCacheWK&) = delete;
 
-    bool Retain(uint32_t id) override;
+    bool Retain(uint32_t id) override {
+        return RetainWhile(id, [] {});
+    }
+    bool RetainWhile(uint32_t id, const std::function<void()>& meanwhile) override;
     void Release(uint32_t id) override;
     [[nodiscard]] uint64_t Life() const override;
     bool GetChannelInfo(uint32_t id, std::string* name, std::string* longName, std::string* description,

@@ -155,6 +155,22 @@ void OnAnswer(GObject* proxy, GAsyncResult* result, gpointer sent) {
         Patience::Instance().Answered();
 }
 
+GObjectPtr<GAsyncResult> AnswerTo(const std::function<void(GAsyncReadyCallback, gpointer)>& send,
+                                  const std::function<void()>& meanwhile) {
+    // Of its own, so that nothing else happens in the page while it is waited for.
+    static thread_local GMainContext* const context = g_main_context_new();
+    g_main_context_push_thread_default(context);
+    GObjectPtr<GAsyncResult> answer;
+    send([](GObject* /*proxy*/, GAsyncResult* result,
+            gpointer it) { static_cast<GObjectPtr<GAsyncResult>*>(it)->reset(g_object_ref(result)); },
+         &answer);
+    g_main_context_pop_thread_default(context);
+    meanwhile();
+    while (!answer)
+        g_main_context_iteration(context, TRUE);
+    return answer;
+}
+
 GObjectPtr<GDBusConnection> Connect() {
     return GetDBus();
 }

@@ -106,16 +106,32 @@ struct Sent {
 [[nodiscard]] Sent* NewSent(const ServiceDescription& service, const CallSite& site);
 void OnAnswer(GObject* proxy, GAsyncResult* result, gpointer sent);
 
+// The answer to what `send` sends with the callback and the data it is given. `meanwhile` is done before the
+// answer is waited for.
+[[nodiscard]] GObjectPtr<GAsyncResult> AnswerTo(
+    const std::function<void(GAsyncReadyCallback, gpointer)>& send, const std::function<void()>& meanwhile);
+
 // A generated proxy is a GDBusProxy that implements the interface.
 template <typename Proxy>
 Proxy* As(const GObjectPtr<GDBusProxy>& proxy) {
     return reinterpret_cast<Proxy*>(proxy.get());
 }
 
-template <typename R, typename Proxy, typename... Parameters, typename... Arguments, size_t... I>
-R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& link, GErrorPtr& error,
-         gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
+// What a generated function that waits, or one of the same form, is called with.
+template <typename Function>
+struct Form : Form<decltype(std::function(std::declval<Function>()))> {};
+template <typename Service, typename... Parameters>
+struct Form<std::function<gboolean(Service*, Parameters...)>> {
+    using Proxy = Service;
     using Types = std::tuple<Parameters...>;
+};
+
+template <typename R, typename Function, typename... Arguments, size_t... I>
+R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& link, GErrorPtr& error,
+         const Function& function, const Arguments&... arguments) {
+    using Types = typename Form<Function>::Types;
+    static_assert(std::tuple_size_v<Types> == sizeof...(Arguments) + 2,
+                  "one argument for each of the wire's");
     [[maybe_unused]] std::tuple<Slot<std::tuple_element_t<I, Types>, Arguments>...> slots{arguments...};
     R result{};
     if (HbbTVPlatform::PCRecord::IsOn())
@@ -129,7 +145,8 @@ R Invoke(std::index_sequence<I...> /*indices*/, RecordedCall& record, DBusLink& 
             SetAbsent(error);
             return result;
         }
-        if (function(As<Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr, OutPointer(error))) {
+        if (function(As<typename Form<Function>::Proxy>(proxy), std::get<I>(slots).Pass()..., nullptr,
+                     OutPointer(error))) {
             if (record.HasBegun())
                 record.SetAnswer({SlotText(std::get<I>(slots))...});
             (std::get<I>(slots).Commit(result), ...);
@@ -162,10 +179,9 @@ void Post(std::index_sequence<I...> /*indices*/, const ServiceDescription& servi
 }  // namespace dbus_call
 
 // The bare call, for a client with a log of its own. The error is set when it failed.
-template <typename R, typename Proxy, typename... Parameters, typename... Arguments>
+template <typename R, typename Function, typename... Arguments>
 R CallSync(const char* interface, const char* operation, DBusLink& link, GErrorPtr& error,
-           gboolean (*function)(Proxy*, Parameters...), const Arguments&... arguments) {
-    static_assert(sizeof...(Parameters) == sizeof...(Arguments) + 2, "one argument for each of the wire's");
+           const Function& function, const Arguments&... arguments) {
     dbus_call::RecordedCall record("bus", interface, operation, error);
     return dbus_call::Invoke<R>(std::index_sequence_for<Arguments...>(), record, link, error, function,
                                 arguments...);
@@ -209,9 +225,8 @@ class DBusService {
                 const char*) = delete;
 
     // Without a result of the wire's: whether it was answered.
-    template <typename R = void, typename... Parameters, typename... Arguments>
-    std::conditional_t<std::is_void_v<R>, bool, R> Call(const CallSite& site,
-                                                        gboolean (*function)(Proxy*, Parameters...),
+    template <typename R = void, typename Function, typename... Arguments>
+    std::conditional_t<std::is_void_v<R>, bool, R> Call(const CallSite& site, const Function& function,
                                                         const Arguments&... arguments) {
         dbus_call::LogCall(m_service, site);
         struct Nothing {};
