@@ -19,12 +19,6 @@ constexpr ServiceDescription kService{
     .logsProxy = true,
 };
 
-template <typename Client>
-Client* TheOne() {
-    static auto* const instance = new Client;
-    return instance;
-}
-
 // A variant array of tuples, one for each entry. An entry that cannot be built is logged and left out.
 template <typename Entries, typename Build>
 GVariantPtr ArrayOf(const char* tuple, const Entries& entries, Build build, const char* what,
@@ -52,26 +46,6 @@ MetadataSearchService InitMDSWKDBus() {
         s_proxy = service;
     }
     return service;
-}
-
-IMetadataSearchManagerCommon* IMetadataSearchManagerWK::GetInstance() {
-    return TheOne<CMetadataSearchManagerWK>();
-}
-
-IMetadataSearchCacheCommon* IMetadataSearchCacheWK::GetInstance() {
-    return TheOne<CMetadataSearchCacheWK>();
-}
-
-IQueryCacheCommon* IQueryCacheWK::GetInstance() {
-    return TheOne<CQueryCacheWK>();
-}
-
-ISearchResultsCacheCommon* ISearchResultsCacheWK::GetInstance() {
-    return TheOne<CSearchResultsCacheWK>();
-}
-
-IProgrammeCacheCommon* IProgrammeCacheWK::GetInstance() {
-    return TheOne<CProgrammeCacheWK>();
 }
 
 bool CMetadataSearchManagerWK::StartSearch(uint32_t id) {

@@ -99,32 +99,18 @@ class CProgrammeCacheWK final : public IProgrammeCacheCommon {
 
 // The one client of each kind of the process, made on first use. They are never destroyed: objects that die
 // while the process ends still release what they refer to.
-class IMetadataSearchManagerWK {
+template <class Client, class Interface>
+class TheOne {
  public:
-    IMetadataSearchManagerWK() = delete;
-    [[nodiscard]] static IMetadataSearchManagerCommon* GetInstance();
+    TheOne() = delete;
+    [[nodiscard]] static Interface* GetInstance() {
+        static auto* const instance = new Client;
+        return instance;
+    }
 };
 
-class IMetadataSearchCacheWK {
- public:
-    IMetadataSearchCacheWK() = delete;
-    [[nodiscard]] static IMetadataSearchCacheCommon* GetInstance();
-};
-
-class IQueryCacheWK {
- public:
-    IQueryCacheWK() = delete;
-    [[nodiscard]] static IQueryCacheCommon* GetInstance();
-};
-
-class ISearchResultsCacheWK {
- public:
-    ISearchResultsCacheWK() = delete;
-    [[nodiscard]] static ISearchResultsCacheCommon* GetInstance();
-};
-
-class IProgrammeCacheWK {
- public:
-    IProgrammeCacheWK() = delete;
-    [[nodiscard]] static IProgrammeCacheCommon* GetInstance();
-};
+using IMetadataSearchManagerWK = TheOne<CMetadataSearchManagerWK, IMetadataSearchManagerCommon>;
+using IMetadataSearchCacheWK = TheOne<CMetadataSearchCacheWK, IMetadataSearchCacheCommon>;
+using IQueryCacheWK = TheOne<CQueryCacheWK, IQueryCacheCommon>;
+using ISearchResultsCacheWK = TheOne<CSearchResultsCacheWK, ISearchResultsCacheCommon>;
+using IProgrammeCacheWK = TheOne<CProgrammeCacheWK, IProgrammeCacheCommon>;
