@@ -11,8 +11,8 @@ class IJSChannelCacheCommon {
 
     // False when the cache does not know the channel, or cannot be asked.
     virtual bool Retain(uint32_t id) = 0;
-    // The same, and what is done meanwhile is under way with it. That is begun anew when the call went to a
-    // receiver that has gone.
+    // The same, and what is done meanwhile is under way with it. It is done again when nobody has answered:
+    // what a receiver says that goes then counts for nothing.
     virtual bool RetainWhile(uint32_t id, const std::function<void()>& meanwhile) = 0;
     // Nobody waits for it: objects that are collected release.
     virtual void Release(uint32_t id) = 0;

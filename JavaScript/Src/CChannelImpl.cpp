@@ -8,32 +8,35 @@
 
 namespace OipfJavaScript {
 
-CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId, [&] { ReadFrom(cacheId); }) {}
-
-void CChannelImpl::ReadFrom(uint32_t cacheId) {
-    bool radio = false;
-    if (!IJSChannelCacheWK::GetInstance()->GetChannelInfo(
-            cacheId, &m_name, &m_longName, &m_description, &m_idType, &m_nid, &m_onid, &m_tsid, &m_sid,
-            &radio, &m_ccid, &m_authorised, &m_hidden, &m_locked, &m_manualBlock, &m_channelMaxBitRate,
-            &m_ipBroadcastID, &m_majorChannel)) {
-        HBBTV_LOG_ERROR("Got channel info FAIL (ID %d)", static_cast<int>(cacheId));
-    }
-    m_channelType = radio ? TYPE_RADIO : TYPE_TV;
-}
+CChannelImpl::CChannelImpl(uint32_t cacheId) : m_cacheEntry(cacheId, [&] { m_record = RecordOf(cacheId); }) {}
 
 CChannelImpl::CChannelImpl(int32_t idType, const std::string& dsd, int32_t sid)
-    : m_dsd(dsd), m_sid(static_cast<uint32_t>(sid)), m_idType(static_cast<uint32_t>(idType)) {}
+    : m_record{.sid = static_cast<uint32_t>(sid), .idType = static_cast<uint32_t>(idType)}, m_dsd(dsd) {}
 
 CChannelImpl::CChannelImpl(int32_t idType, int32_t onid, int32_t tsid, int32_t sid)
-    : m_onid(static_cast<uint32_t>(onid)),
-      m_tsid(static_cast<uint32_t>(tsid)),
-      m_sid(static_cast<uint32_t>(sid)),
-      m_idType(static_cast<uint32_t>(idType)) {}
+    : m_record{.onid = static_cast<uint32_t>(onid),
+               .tsid = static_cast<uint32_t>(tsid),
+               .sid = static_cast<uint32_t>(sid),
+               .idType = static_cast<uint32_t>(idType)} {}
+
+CChannelImpl::Record CChannelImpl::RecordOf(uint32_t cacheId) {
+    Record record;
+    bool radio = false;
+    if (!IJSChannelCacheWK::GetInstance()->GetChannelInfo(
+            cacheId, &record.name, &record.longName, &record.description, &record.idType, &record.nid,
+            &record.onid, &record.tsid, &record.sid, &radio, &record.ccid, &record.authorised, &record.hidden,
+            &record.locked, &record.manualBlock, &record.channelMaxBitRate, &record.ipBroadcastID,
+            &record.majorChannel)) {
+        HBBTV_LOG_ERROR("Got channel info FAIL (ID %d)", static_cast<int>(cacheId));
+    }
+    record.channelType = radio ? TYPE_RADIO : TYPE_TV;
+    return record;
+}
 
 uint32_t CChannelImpl::GetNid() {
-    if (m_nid == kAbsent)
+    if (m_record.nid == kAbsent)
         m_status = kUndefined;
-    return m_nid;
+    return m_record.nid;
 }
 
 JSValueRef CChannelImpl::getCustomDsd(JSContextRef context, JSObjectRef /*channel*/) const {

@@ -30,18 +30,19 @@ CJSChannelCacheWK::~CJSChannelCacheWK() {
 }
 
 bool CJSChannelCacheWK::RetainWhile(uint32_t id, const std::function<void()>& meanwhile) {
-    bool isSent = false;
+    bool isAnswered = false;
     const auto retain = [&](IJSChannelCache* proxy, guint channel, gboolean* result, GCancellable* none,
                             GError** error) {
-        isSent = true;
         const auto send = [&](GAsyncReadyCallback onAnswer, gpointer data) {
             ijschannel_cache_call_retain(proxy, channel, none, onAnswer, data);
         };
         const auto answer = dbus_call::AnswerTo(send, meanwhile);
-        return ijschannel_cache_call_retain_finish(proxy, result, answer.get(), error);
+        const gboolean isDone = ijschannel_cache_call_retain_finish(proxy, result, answer.get(), error);
+        isAnswered = DBusLink::IsAnswer(*error);
+        return isDone;
     };
     const bool isKnown = m_service->Call<bool>("Retain", retain, id, kResult);
-    if (!isSent)
+    if (!isAnswered)
         meanwhile();
     return isKnown;
 }
