@@ -46,12 +46,8 @@ void RunLoop(benchmark::State& state, Create create, const char* body) {
     const JSObjectRef loop =
         script.Function("function (o) { var sum = 0; for (var i = 0; i < " + std::to_string(kRound) +
                         "; ++i) { " + body + " } return sum; }");
-    const JSValueRef argument = object;
     for (auto _ : state) {
-        JSValueRef exception = nullptr;
-        benchmark::DoNotOptimize(
-            JSObjectCallAsFunction(script.Context(), loop, nullptr, 1, &argument, &exception));
-        if (exception != nullptr)
+        if (script.Call(loop, {object}) == nullptr)
             state.SkipWithError("the page's script threw");
     }
     state.SetItemsProcessed(state.iterations() * kRound);
@@ -85,8 +81,7 @@ void MakeAndReadLive(benchmark::State& state, Create create) {
         JSObjectRef objects = JSObjectMakeArray(script.Context(), 0, nullptr, nullptr);
         for (uint32_t i = 0; i < kLiveObjects; ++i)
             JSObjectSetPropertyAtIndex(script.Context(), objects, i, create(script.Context()), nullptr);
-        const JSValueRef argument = objects;
-        JSObjectCallAsFunction(script.Context(), read, nullptr, 1, &argument, nullptr);
+        script.Call(read, {objects});
         state.PauseTiming();
         JSGarbageCollect(script.Context());
         state.ResumeTiming();

@@ -1,18 +1,22 @@
 // The receiver's side of the measured calls: a process of its own on the session bus that answers at once.
+// Its searches are complete as soon as they have been started.
 #pragma once
 
 #include <sys/types.h>
 
 #include <cstdint>
-#include <string>
 
 #include "Benchmarks/Count.h"
+#include "IPC/DBUS/Src/DBusCall.h"
+#include "IPC/DBUS/Src/DBusUtils.h"
+#include "IPC/DBUS/Src/GLibHandles.h"
 #include "gen/dbus/channelcache-generated.h"
 
 namespace Benchmarks {
 
 inline constexpr char kApiName[] = "org.vantrel.hbbtv.IDAEBrowserAPI";
 inline constexpr char kCacheName[] = "org.vantrel.hbbtv.IJSChannelCache";
+inline constexpr char kSearchName[] = "org.vantrel.hbbtv.IMetaDataSearch";
 inline constexpr uint32_t kKeyMask = 0x1f;
 // Channels 1 to this one are in its list.
 inline const uint32_t kChannels = Count(1000);
@@ -20,29 +24,12 @@ inline const uint32_t kChannels = Count(1000);
 // more.
 inline constexpr uint32_t kStreamEventJob = 1;
 inline constexpr char kStreamEvent[] = "tick";
+// A few programmes have it in their names; they are on different channels.
+inline constexpr char kTitle[] = "harbour";
 
-// The seventeen values that the channel cache sends for a channel.
-struct ChannelValues {
-    explicit ChannelValues(uint32_t id);
-
-    std::string name;
-    std::string longName;
-    std::string description;
-    uint32_t idType;
-    uint32_t nid;
-    uint32_t onid;
-    uint32_t tsid;
-    uint32_t sid;
-    bool radio;
-    std::string ccid;
-    bool authorised;
-    bool hidden;
-    bool locked;
-    bool manualBlock;
-    uint32_t maxBitRate;
-    std::string ipBroadcastId;
-    uint32_t majorChannel;
-};
+// What the channel cache sends for a channel, seventeen values and whether it knows the channel, with a
+// floating reference.
+[[nodiscard]] GVariant* ChannelInfo(uint32_t id);
 
 // Make it before anything else: a process that already has GLib's threads must not fork and go on.
 class Middleware {
@@ -59,6 +46,13 @@ class Middleware {
     pid_t m_process = -1;
     bool m_serves = false;
 };
+
+// For bare generated calls.
+template <typename Proxy>
+[[nodiscard]] GObjectPtr<Proxy> NewProxy(GeneratedMaker<Proxy> make, const char* name) {
+    return GObjectPtr<Proxy>(
+        make(GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, name, kObjectPath, nullptr, nullptr));
+}
 
 // The bare generated call for all that the cache knows of a channel. False when it does not know it.
 [[nodiscard]] bool AskForChannel(IJSChannelCache* cache, uint32_t id);

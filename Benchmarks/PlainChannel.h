@@ -4,12 +4,11 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
-#include <cstdint>
-#include <iterator>
-#include <string>
+#include <array>
 
 #include "Benchmarks/Middleware.h"
 #include "Benchmarks/Script.h"
+#include "IPC/DBUS/Src/GLibHandles.h"
 #include "InjectedBundle/Src/JSHandles.h"
 
 namespace Benchmarks {
@@ -17,35 +16,33 @@ namespace Benchmarks {
 class PlainChannels {
  public:
     explicit PlainChannels(Script& script)
-        : m_context(script.Context()),
-          m_make(script.Function("function (name, longName, description, idType, nid, onid, tsid, sid, "
-                                 "channelType, ccid, authorised,"
-                                 " hidden, locked, manualBlock, channelMaxBitRate, ipBroadcastID, "
-                                 "majorChannel) { return { name, longName,"
-                                 " description, idType, nid, onid, tsid, sid, channelType, ccid, authorised, "
-                                 "hidden, locked, manualBlock,"
-                                 " channelMaxBitRate, ipBroadcastID, majorChannel }; }")) {}
+        : m_context(script.Context()), m_make(script.Function(R"(
+            function (name, longName, description, idType, nid, onid, tsid, sid, isRadio, ccid, authorised, hidden,
+                      locked, manualBlock, channelMaxBitRate, ipBroadcastID, majorChannel) {
+                return { name, longName, description, idType, nid, onid, tsid, sid, channelType: Number(isRadio), ccid,
+                         authorised, hidden, locked, manualBlock, channelMaxBitRate, ipBroadcastID, majorChannel };
+            })")) {}
 
     [[nodiscard]] JSObjectRef Make(uint32_t id) const {
-        const ChannelValues channel(id);
-        const JSValueRef values[] = {
-            Text(channel.name),          Text(channel.longName),      Text(channel.description),
-            Number(channel.idType),      Number(channel.nid),         Number(channel.onid),
-            Number(channel.tsid),        Number(channel.sid),         Number(channel.radio ? 1 : 0),
-            Text(channel.ccid),          Truth(channel.authorised),   Truth(channel.hidden),
-            Truth(channel.locked),       Truth(channel.manualBlock),  Number(channel.maxBitRate),
-            Text(channel.ipBroadcastId), Number(channel.majorChannel)};
+        const GVariantPtr channel(g_variant_ref_sink(ChannelInfo(id)));
+        std::array<JSValueRef, 17> values{};
+        for (gsize i = 0; i < values.size(); ++i)
+            values[i] = Value(GVariantPtr(g_variant_get_child_value(channel.get(), i)).get());
         const JSValueRef object =
-            JSObjectCallAsFunction(m_context, m_make, nullptr, std::size(values), values, nullptr);
+            JSObjectCallAsFunction(m_context, m_make, nullptr, values.size(), values.data(), nullptr);
         return JSValueToObject(m_context, object, nullptr);
     }
 
  private:
-    [[nodiscard]] JSValueRef Text(const std::string& text) const {
-        return JSValueMakeString(m_context, OipfJavaScript::JSStringHandle(text.c_str()).Get());
+    [[nodiscard]] JSValueRef Value(GVariant* value) const {
+        if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING)) {
+            const OipfJavaScript::JSStringHandle text(g_variant_get_string(value, nullptr));
+            return JSValueMakeString(m_context, text.Get());
+        }
+        if (g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN))
+            return JSValueMakeBoolean(m_context, g_variant_get_boolean(value));
+        return JSValueMakeNumber(m_context, g_variant_get_uint32(value));
     }
-    [[nodiscard]] JSValueRef Number(double number) const { return JSValueMakeNumber(m_context, number); }
-    [[nodiscard]] JSValueRef Truth(bool truth) const { return JSValueMakeBoolean(m_context, truth); }
 
     JSContextRef m_context;
     JSObjectRef m_make;

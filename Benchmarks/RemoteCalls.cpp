@@ -2,18 +2,12 @@
 // session bus. Run it under dbus-run-session.
 #include <benchmark/benchmark.h>
 
-#include <gio/gio.h>
-
 #include "Benchmarks/Middleware.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
-#include "IPC/DBUS/Src/DBusCall.h"
-#include "IPC/DBUS/Src/DBusUtils.h"
-#include "IPC/DBUS/Src/GLibHandles.h"
 #include "gen/dbus/daebrowserapi-generated.h"
 
 namespace {
 
-using Benchmarks::kApiName;
 using Benchmarks::kKeyMask;
 
 void ClientCall(benchmark::State& state) {
@@ -25,9 +19,7 @@ void ClientCall(benchmark::State& state) {
 }
 
 void BareCall(benchmark::State& state) {
-    const GObjectPtr<GDBusConnection> bus = GetDBus();
-    const GObjectPtr<IDAEBrowserAPI> proxy(idaebrowser_api_proxy_new_sync(
-        bus.get(), G_DBUS_PROXY_FLAGS_NONE, kApiName, kObjectPath, nullptr, nullptr));
+    const auto proxy = Benchmarks::NewProxy(&idaebrowser_api_proxy_new_sync, Benchmarks::kApiName);
     for (auto _ : state) {
         guint mask = 0;
         if (!idaebrowser_api_call_get_key_mask_sync(proxy.get(), &mask, nullptr, nullptr) || mask != kKeyMask)

@@ -3,6 +3,8 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include <initializer_list>
+#include <iterator>
 #include <string>
 
 #include "InjectedBundle/Src/FrameBuiltIns.h"
@@ -32,6 +34,15 @@ class Script {
         JSObjectRef function = JSValueToObject(m_context, value, nullptr);
         Keep(function);
         return function;
+    }
+
+    // Null when it throws.
+    JSValueRef Call(JSObjectRef function, std::initializer_list<JSValueRef> arguments = {}) const {
+        return JSObjectCallAsFunction(m_context, function, nullptr, arguments.size(), std::data(arguments),
+                                      nullptr);
+    }
+    [[nodiscard]] bool IsTrue(JSValueRef value) const {
+        return value != nullptr && JSValueToBoolean(m_context, value);
     }
 
     // Makes the value reachable from the global object.

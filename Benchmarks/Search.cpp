@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <initializer_list>
-#include <iterator>
 #include <set>
 #include <vector>
 
@@ -19,14 +17,9 @@
 #include "Benchmarks/Count.h"
 #include "Benchmarks/Middleware.h"
 #include "Benchmarks/Script.h"
-#include "Benchmarks/SearchMiddleware.h"
-#include "IPC/DBUS/Src/DBusCall.h"
-#include "IPC/DBUS/Src/DBusUtils.h"
-#include "IPC/DBUS/Src/GLibHandles.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiOipfSearchManager.h"
 #include "JavaScript/Src/COipfSearchManagerImpl.h"
-#include "gen/dbus/channelcache-generated.h"
 #include "gen/dbus/metadatasearch-generated.h"
 
 namespace {
@@ -54,67 +47,50 @@ gint PollAndMeasure(GPollFD* descriptors, guint count, gint timeout) {
 class Page {
  public:
     Page() {
-        const JSObjectRef begin = m_script.Function(R"(function (manager) {
+        const JSObjectRef begin = m_script.Function(R"(function (manager, title, count) {
+            Object.assign(globalThis, { manager, title, count });
             manager.onMetadataSearch = function (search, state) {
                 ended = true;
                 found = Array.from(search.result, programme => [programme.name, programme.description,
                     programme.startTime, programme.duration, programme.channelID]);
             };
-            return manager;
         })");
-        const JSValueRef manager =
-            OipfJavaScript::MakeObject<OipfJavaScript::jiOipfSearchManager>(m_script.Context());
-        m_manager = JSObjectCallAsFunction(m_script.Context(), begin, nullptr, 1, &manager, nullptr);
-        m_script.Keep(m_manager);
-        m_search = m_script.Function(R"(function (manager, title, count) {
-            globalThis.ended = false;
-            globalThis.found = [];
-            const search = manager.createSearch(1);
-            search.setQuery(search.createQuery('Programme.name', 6, title));
-            search.result.getResults(0, count);
-            return search;
-        })");
-        m_hasEnded = m_script.Function("function () { return ended; }");
-        m_hasRead = m_script.Function(R"(function (title, count) {
-            return new Set(found.map(values => values[4])).size === count &&
-                found.every(values => values[0].startsWith(title) && values[1] && values[2] && values[3]);
-        })");
-        m_title =
-            JSValueMakeString(m_script.Context(), OipfJavaScript::JSStringHandle(Benchmarks::kTitle).Get());
-        m_script.Keep(m_title);
-        m_count = JSValueMakeNumber(m_script.Context(), kWindow);
+        const JSContextRef context = m_script.Context();
+        m_script.Call(begin,
+                      {OipfJavaScript::MakeObject<OipfJavaScript::jiOipfSearchManager>(context),
+                       JSValueMakeString(context, OipfJavaScript::JSStringHandle(Benchmarks::kTitle).Get()),
+                       JSValueMakeNumber(context, kWindow)});
     }
 
     // The search, ended, and read if it found something; null when the script threw or it never ends.
     [[nodiscard]] JSValueRef Search() const {
-        const JSValueRef search = Call(m_search, {m_manager, m_title, m_count});
+        const JSValueRef search = m_script.Call(m_search);
         const auto deadline = Clock::now() + std::chrono::minutes(1);
-        while (search != nullptr && !IsTrue(Call(m_hasEnded, {}))) {
+        while (search != nullptr && !m_script.IsTrue(m_script.Call(m_hasEnded))) {
             if (Clock::now() > deadline)
                 return nullptr;
             g_main_context_iteration(nullptr, TRUE);
         }
         return search;
     }
-    [[nodiscard]] bool HasReadAll() const { return IsTrue(Call(m_hasRead, {m_title, m_count})); }
+    [[nodiscard]] bool HasReadAll() const { return m_script.IsTrue(m_script.Call(m_hasRead)); }
     void Keep(JSValueRef value) { m_script.Keep(value); }
 
  private:
-    JSValueRef Call(JSObjectRef function, std::initializer_list<JSValueRef> arguments) const {
-        return JSObjectCallAsFunction(m_script.Context(), function, nullptr, arguments.size(),
-                                      std::data(arguments), nullptr);
-    }
-    [[nodiscard]] bool IsTrue(JSValueRef value) const {
-        return value != nullptr && JSValueToBoolean(m_script.Context(), value);
-    }
-
     Script m_script;
-    JSValueRef m_manager = nullptr;
-    JSValueRef m_title = nullptr;
-    JSValueRef m_count = nullptr;
-    JSObjectRef m_search = nullptr;
-    JSObjectRef m_hasEnded = nullptr;
-    JSObjectRef m_hasRead = nullptr;
+    const JSObjectRef m_search = m_script.Function(R"(function () {
+        globalThis.ended = false;
+        globalThis.found = [];
+        const search = manager.createSearch(1);
+        search.setQuery(search.createQuery('Programme.name', 6, title));
+        search.result.getResults(0, count);
+        return search;
+    })");
+    const JSObjectRef m_hasEnded = m_script.Function("function () { return ended; }");
+    const JSObjectRef m_hasRead = m_script.Function(R"(function () {
+        return new Set(found.map(values => values[4])).size === count &&
+            found.every(values => values[0].startsWith(title) && values[1] && values[2] && values[3]);
+    })");
 };
 
 // The id of the results, complete; 0 when something failed.
@@ -161,10 +137,10 @@ class Proxies {
     }
 
  private:
-    const GObjectPtr<IMetaDataSearch> m_search{imeta_data_search_proxy_new_sync(
-        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kSearchName, kObjectPath, nullptr, nullptr)};
-    const GObjectPtr<IJSChannelCache> m_channels{ijschannel_cache_proxy_new_sync(
-        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kCacheName, kObjectPath, nullptr, nullptr)};
+    const GObjectPtr<IMetaDataSearch> m_search =
+        Benchmarks::NewProxy(&imeta_data_search_proxy_new_sync, Benchmarks::kSearchName);
+    const GObjectPtr<IJSChannelCache> m_channels =
+        Benchmarks::NewProxy(&ijschannel_cache_proxy_new_sync, Benchmarks::kCacheName);
 };
 
 double Median(std::vector<double> values) {

@@ -4,27 +4,20 @@
 
 #include <array>
 #include <map>
-#include <span>
 #include <string>
 
 #include <benchmark/benchmark.h>
-
-#include <gio/gio.h>
 
 #include "Benchmarks/Middleware.h"
 #include "Benchmarks/PlainChannel.h"
 #include "Benchmarks/Script.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "IPC/DBUS/Src/DAEBrowserSignals.h"
-#include "IPC/DBUS/Src/DBusCall.h"
-#include "IPC/DBUS/Src/DBusUtils.h"
-#include "IPC/DBUS/Src/GLibHandles.h"
 #include "InjectedBundle/Src/BindingCall.h"
 #include "InjectedBundle/gen/js/jiChannelConfig.h"
 #include "InjectedBundle/gen/js/jiOipfVideoBroadcast.h"
 #include "JavaScript/Src/CChannelConfigImpl.h"
 #include "JavaScript/Src/COipfVideoBroadcastImpl.h"
-#include "gen/dbus/channelcache-generated.h"
 #include "gen/dbus/daebrowserapi-generated.h"
 
 namespace {
@@ -35,44 +28,27 @@ using Benchmarks::Script;
 // One of them is to the event that comes.
 const uint32_t kSubscriptions = Benchmarks::Count(1);
 
-JSValueRef CallFunction(benchmark::State& state, const Script& script, JSObjectRef function,
-                        std::span<const JSValueRef> arguments) {
-    JSValueRef exception = nullptr;
-    const JSValueRef result = JSObjectCallAsFunction(script.Context(), function, nullptr, arguments.size(),
-                                                     arguments.data(), &exception);
-    if (exception != nullptr)
-        state.SkipWithError("the page's script threw");
-    return result;
-}
-
 void Expect(benchmark::State& state, Script& script, JSValueRef value, const std::string& condition) {
-    const std::array arguments{value};
     const JSObjectRef function = script.Function("function (value) { return " + condition + "; }");
-    const JSValueRef holds = CallFunction(state, script, function, arguments);
-    if (holds == nullptr || !JSValueToBoolean(script.Context(), holds))
+    if (value == nullptr || !script.IsTrue(script.Call(function, {value})))
         state.SkipWithError(condition.c_str());
 }
 
 GObjectPtr<IDAEBrowserAPI> NewApi() {
-    return GObjectPtr<IDAEBrowserAPI>(idaebrowser_api_proxy_new_sync(
-        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kApiName, kObjectPath, nullptr, nullptr));
+    return Benchmarks::NewProxy(&idaebrowser_api_proxy_new_sync, Benchmarks::kApiName);
 }
 
-GObjectPtr<IJSChannelCache> NewCache() {
-    return GObjectPtr<IJSChannelCache>(ijschannel_cache_proxy_new_sync(
-        GetDBus().get(), G_DBUS_PROXY_FLAGS_NONE, Benchmarks::kCacheName, kObjectPath, nullptr, nullptr));
-}
+constexpr char kReadList[] = "function (config) { return config.channelList; }";
 
 // Every list stays alive until the measurement is over, so that none is finalised, and no channel released,
 // within it.
 void ReadChannelList(benchmark::State& state) {
     Script script;
-    const std::array<JSValueRef, 1> config{
-        OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context())};
-    script.Keep(config[0]);
-    const JSObjectRef read = script.Function("function (config) { return config.channelList; }");
+    const JSValueRef config = OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context());
+    script.Keep(config);
+    const JSObjectRef read = script.Function(kReadList);
     for (auto _ : state) {
-        const JSValueRef list = CallFunction(state, script, read, config);
+        const JSValueRef list = script.Call(read, {config});
         state.PauseTiming();
         script.Keep(list);
         Expect(state, script, list, "value.length === " + std::to_string(kChannels));
@@ -82,7 +58,7 @@ void ReadChannelList(benchmark::State& state) {
 
 void CallForChannelList(benchmark::State& state) {
     const GObjectPtr<IDAEBrowserAPI> api = NewApi();
-    const GObjectPtr<IJSChannelCache> cache = NewCache();
+    const auto cache = Benchmarks::NewProxy(&ijschannel_cache_proxy_new_sync, Benchmarks::kCacheName);
     for (auto _ : state) {
         GVariantPtr list;
         idaebrowser_api_call_get_channel_list_sync(api.get(), OutPointer(list), nullptr, nullptr);
@@ -104,28 +80,25 @@ void CallForChannelList(benchmark::State& state) {
 // What is found stays alive until the measurement is over: no channel is released within it.
 void Find(benchmark::State& state, Script& script, JSValueRef channels, const char* search) {
     script.Keep(channels);
-    const JSValueRef id = JSValueMakeString(
-        script.Context(),
-        OipfJavaScript::JSStringHandle(Benchmarks::ChannelValues(kChannels).ccid.c_str()).Get());
+    const JSValueRef id = script.Call(
+        script.Function("function (channels) { return channels[channels.length - 1].ccid; }"), {channels});
     script.Keep(id);
     const JSObjectRef found = JSObjectMakeArray(script.Context(), 0, nullptr, nullptr);
     script.Keep(found);
-    const std::array<JSValueRef, 3> arguments{channels, id, found};
     const JSObjectRef find =
         script.Function(std::string("function (channels, id, found) { found.push(") + search + "); }");
-    for (auto _ : state)
-        CallFunction(state, script, find, arguments);
+    for (auto _ : state) {
+        if (script.Call(find, {channels, id, found}) == nullptr)
+            state.SkipWithError("the page's script threw");
+    }
     Expect(state, script, found,
            "value.every(channel => channel.majorChannel === " + std::to_string(kChannels) + ")");
 }
 
 void FindInList(benchmark::State& state) {
     Script script;
-    const std::array<JSValueRef, 1> config{
-        OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context())};
-    const JSObjectRef read = script.Function("function (config) { return config.channelList; }");
-    const JSValueRef list = CallFunction(state, script, read, config);
-    Find(state, script, list, "channels.getChannel(id)");
+    const JSValueRef config = OipfJavaScript::MakeObject<OipfJavaScript::jiChannelConfig>(script.Context());
+    Find(state, script, script.Call(script.Function(kReadList), {config}), "channels.getChannel(id)");
 }
 
 void FindInArray(benchmark::State& state) {
@@ -174,15 +147,15 @@ void Emit(benchmark::State& state, Script& script, GDBusProxy* proxy, const char
 void StreamEventToListener(benchmark::State& state) {
     Script script;
     CDAEBrowserAPIWK* client = CDAEBrowserAPIWK::GetInstance();
-    const std::array<JSValueRef, 1> television{
-        OipfJavaScript::MakeObject<OipfJavaScript::jiOipfVideoBroadcast>(script.Context(), script.Context())};
-    script.Keep(television[0]);
+    const JSValueRef television =
+        OipfJavaScript::MakeObject<OipfJavaScript::jiOipfVideoBroadcast>(script.Context(), script.Context());
+    script.Keep(television);
     const JSObjectRef subscribe = script.Function(
         "function (tv) { globalThis.heard = 0;"
         " for (let i = 0; i < " +
         std::to_string(kSubscriptions) + "; ++i) tv.addStreamEventListener('dvb://1.1.1/events', '" +
         Benchmarks::kStreamEvent + "' + (i || ''), function () { ++heard; }); }");
-    CallFunction(state, script, subscribe, television);
+    script.Call(subscribe, {television});
     const GObjectPtr<IDAEBrowserAPI> proxy = NewApi();
     g_signal_connect(proxy.get(), "g-signal", G_CALLBACK(&HandSignalToClient), client);
     Emit(state, script, G_DBUS_PROXY(proxy.get()), "heard === value");
