@@ -3,7 +3,6 @@
 // process of its own, so that none uses up what another has freed. Prints JSON. Run it under
 // dbus-run-session.
 #include <JavaScriptCore/JavaScript.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -13,6 +12,7 @@
 
 #include "Benchmarks/HandWritten.h"
 #include "Benchmarks/Middleware.h"
+#include "Benchmarks/OwnProcess.h"
 #include "Benchmarks/PlainChannel.h"
 #include "Benchmarks/Script.h"
 #include "InjectedBundle/Src/BindingCall.h"
@@ -81,35 +81,19 @@ double BytesPerObject(Prepare prepare, unsigned objects) {
     return (ResidentBytes() - before) / objects;
 }
 
-// Negative when the process failed.
-double InOwnProcess(Prepare prepare, unsigned objects) {
-    int result[2];
-    if (pipe(result) != 0)
-        return -1;
-    const pid_t child = fork();
-    if (child == 0) {
-        const double bytes = BytesPerObject(prepare, objects);
-        _exit(write(result[1], &bytes, sizeof bytes) == sizeof bytes ? 0 : 1);
-    }
-    close(result[1]);
-    double bytes = -1;
-    if (child < 0 || read(result[0], &bytes, sizeof bytes) != sizeof bytes)
-        bytes = -1;
-    close(result[0]);
-    waitpid(child, nullptr, 0);
-    return bytes;
-}
-
 }  // namespace
 
 int main() {
     const Benchmarks::Middleware middleware;
     if (!middleware.Serves())
         return 1;
-    const double binding = InOwnProcess(&Bindings, kObjects);
-    const double hand = InOwnProcess(&HandWritten, kObjects);
-    const double channel = InOwnProcess(&Channels, kChannelObjects);
-    const double plain = InOwnProcess(&PlainChannels, kObjects);
+    const auto measure = [](Prepare prepare, unsigned objects) {
+        return Benchmarks::InOwnProcess([=] { return BytesPerObject(prepare, objects); });
+    };
+    const double binding = measure(&Bindings, kObjects);
+    const double hand = measure(&HandWritten, kObjects);
+    const double channel = measure(&Channels, kChannelObjects);
+    const double plain = measure(&PlainChannels, kObjects);
     std::printf("{\"binding\": %.0f, \"hand\": %.0f, \"channel\": %.0f, \"plainChannel\": %.0f}\n", binding,
                 hand, channel, plain);
     return binding > 0 && hand > 0 && channel > 0 && plain > 0 ? 0 : 1;

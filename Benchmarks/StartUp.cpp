@@ -2,7 +2,6 @@
 // what it does with the bus in that time, written plainly. Each is measured in processes of its own, by
 // turns. Prints JSON, in milliseconds. Takes the library's path. Run it under dbus-run-session.
 #include <dlfcn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -11,6 +10,7 @@
 
 #include <gio/gio.h>
 
+#include "Benchmarks/OwnProcess.h"
 #include "IPC/DBUS/Src/DBusLink.h"
 #include "Platform/Inc/WKBundle.h"
 
@@ -43,26 +43,10 @@ void connectToBus() {
         _exit(1);
 }
 
-// False when the work failed.
-bool measure(void (*work)(), std::vector<double>& times) {
-    int line[2];
-    if (pipe(line) != 0)
-        return false;
-    const pid_t child = fork();
-    if (child == 0) {
-        const auto begin = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begin;
-        const double value = taken.count();
-        _exit(write(line[1], &value, sizeof value) == sizeof value ? 0 : 1);
-    }
-    close(line[1]);
-    double value = 0;
-    const bool isRead = read(line[0], &value, sizeof value) == sizeof value;
-    close(line[0]);
-    waitpid(child, nullptr, 0);
-    times.push_back(value);
-    return isRead;
+double millisecondsOf(void (*work)()) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
 }
 
 void print(const char* name, const std::vector<double>& times, const char* end) {
@@ -91,7 +75,9 @@ int main(int argc, char** argv) {
     std::vector<double> bundle;
     std::vector<double> bus;
     for (int i = 0; i < kRounds; ++i) {
-        if (!measure(&startBundle, bundle) || !measure(&connectToBus, bus))
+        bundle.push_back(Benchmarks::InOwnProcess([] { return millisecondsOf(&startBundle); }));
+        bus.push_back(Benchmarks::InOwnProcess([] { return millisecondsOf(&connectToBus); }));
+        if (bundle.back() < 0 || bus.back() < 0)
             return 1;
     }
     std::printf("{");
