@@ -3,26 +3,23 @@
 import { withAndWithoutBundle } from './two-shells.mjs';
 
 const elements = Number(process.env.HBBTV_BENCHMARK_COUNT ?? 1000);
-const repetitions = 15;
 // The page's clock counts whole milliseconds, so that one load alone would be too coarse.
 const loadsPerRepetition = Math.ceil(6000 / Math.max(elements, 500));
 
-function page() {
-  const rows = Array.from({ length: elements / 4 }, (_, i) =>
-    `<div class="row"><span>Programme ${i}</span><b>20:15</b><p>What it is about, in one line.</p></div>`);
-  return `<!DOCTYPE html><meta charset="utf-8"><title>Guide</title>
-    <style>.row { display: inline-block; width: 300px; margin: 2px; font: 12px sans-serif; }</style>
-    <body>${rows.join('\n')}
-    <script>
-      addEventListener('load', () => requestAnimationFrame(() => requestAnimationFrame(() => {
-        window.shown = performance.now();
-      })));
-    </script></body>`;
-}
+const rows = Array.from({ length: elements / 4 }, (_, i) =>
+  `<div class="row"><span>Programme ${i}</span><b>20:15</b><p>What it is about, in one line.</p></div>`);
+const page = `<!DOCTYPE html><meta charset="utf-8"><title>Guide</title>
+  <style>.row { display: inline-block; width: 300px; margin: 2px; font: 12px sans-serif; }</style>
+  <body>${rows.join('\n')}
+  <script>
+    addEventListener('load', () => requestAnimationFrame(() => requestAnimationFrame(() => {
+      window.shown = performance.now();
+    })));
+  </script></body>`;
 
 // Milliseconds from the start of the navigation: until the load event is over, and until the frame is on the screen.
 async function load(television) {
-  await television.show('guide.html', page());
+  await television.show('guide.html', page);
   await television.browser.waitFor('the page is on the screen', () => window.shown);
   return television.browser.run(() => {
     const [entry] = performance.getEntriesByType('navigation');
@@ -30,21 +27,11 @@ async function load(television) {
   });
 }
 
-async function repetition(television) {
+await withAndWithoutBundle(page, async (television) => {
   const mean = { loaded: 0, shown: 0 };
   for (let i = 0; i < loadsPerRepetition; i++) {
     const times = await load(television);
     for (const what in mean) mean[what] += times[what] / loadsPerRepetition;
   }
   return mean;
-}
-
-await withAndWithoutBundle(async (withBundle, without) => {
-  const result = { with: [], without: [] };
-  for (const television of [withBundle, without]) await repetition(television);
-  for (let i = 0; i < repetitions; i++) {
-    result.with.push(await repetition(withBundle));
-    result.without.push(await repetition(without));
-  }
-  console.log(JSON.stringify(result));
 });

@@ -7,16 +7,9 @@
 import { median, read, spread, times, tooNoisy } from './results.mjs';
 
 const folder = process.argv[2];
-const bindings = read(folder, 'bindings.json');
-const remote = read(folder, 'remote-calls.json');
-const television = read(folder, 'television.json');
-const search = read(folder, 'search.json');
-const memory = read(folder, 'memory.json');
-const startUp = read(folder, 'start-up.json');
-const load = read(folder, 'page-load.json');
-const elements = read(folder, 'elements.json');
-const firstPicture = read(folder, 'first-picture.json');
-const glass = read(folder, 'glass.json');
+const [bindings, remote, television, search, memory, startUp, load, elements, firstPicture, glass] = [
+  'bindings', 'remote-calls', 'television', 'search', 'memory', 'start-up', 'page-load', 'elements', 'first-picture', 'glass',
+].map((name) => read(folder, `${name}.json`));
 
 // All repetitions of one side of a row.
 const measured = (values, unit, scale = 1) => ({ values: values.map((value) => value / scale), unit });
