@@ -1,5 +1,5 @@
-# Shared by the commands beside this folder: where the tree is, progress lines, logged steps, failures.
-# Source it first; it sets `root` and `logs`, and leaves the working directory alone.
+# Shared by the commands beside this folder: where the tree is, progress lines, logged steps, failures, and the parts
+# that are files of their own. It sets `root` and `logs`, and leaves the working directory alone.
 # shellcheck shell=bash
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../../.." && pwd -P)
@@ -10,6 +10,15 @@ cleanups=()
 # The comment at the head of a command is its manual: everything from its second line to the first line of code.
 print_manual() {
     awk 'NR > 1 && !/^#/ { exit } NR > 1 { sub(/^# ?/, ""); print }' "$0"
+}
+
+# Of a command that takes none.
+refuse_arguments() { # arguments...
+    case ${1:-} in
+        '') ;;
+        -h | --help) print_manual; exit 0 ;;
+        *) refuse "unknown argument: $1" ;;
+    esac
 }
 
 refuse() { # message
@@ -66,3 +75,7 @@ if [[ -z ${HOME:-} || ! -w $HOME ]]; then
     export HOME=$root/build/home
     mkdir -p -- "$HOME"
 fi
+
+source "$root/Tools/Scripts/lib/setup.sh"
+source "$root/Tools/Scripts/lib/build.sh"
+source "$root/Tools/Scripts/lib/display.sh"
