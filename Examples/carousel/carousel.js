@@ -25,16 +25,8 @@
     setText('headline', page.headline);
     setText('note', page.note || '');
     setClass('note', 'trouble', Boolean(isTrouble));
-    byId('paragraphs').textContent = '';
-    (page.paragraphs || []).forEach(function (text) {
-      byId('paragraphs').appendChild(view.element('p', text));
-    });
-    byId('rows').textContent = '';
-    (page.rows || []).forEach(function (row) {
-      var line = byId('rows').appendChild(view.element('div', ''));
-      line.appendChild(view.element('dt', row[0]));
-      line.appendChild(view.element('dd', row[1]));
-    });
+    view.fill('paragraphs', page.paragraphs || [], function (text) { return view.element('p', text); });
+    view.fill('rows', page.rows || [], view.nameAndValue);
   }
 
   function programmesPage() {

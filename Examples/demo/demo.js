@@ -48,10 +48,8 @@
   }
 
   function showGroups(mask) {
-    byId('groups').textContent = '';
-    GROUPS.forEach(function (group, bit) {
-      var className = group[0] + (mask & (1 << bit) ? ' on' : '');
-      byId('groups').appendChild(view.element('li', group[1], className));
+    view.fill('groups', GROUPS, function (group, bit) {
+      return view.element('li', group[1], group[0] + (mask & (1 << bit) ? ' on' : ''));
     });
   }
 

@@ -95,23 +95,22 @@ var finder = (function () {
     });
   }
 
-  function showResult(programme, index) {
-    var line = view.element('li', '', found.offset + index === chosen ? 'focused' : '');
+  function resultRow(programme, index) {
     var channel = television.named(programme.ccid);
     var when = times.isRunning(programme) ? 'Now'
       : times.dayName(programme.start) + ' ' + view.clockTime(programme.start);
-    line.appendChild(view.element('span', when, 'when'));
-    line.appendChild(view.element('span', programme.name, 'name'));
-    line.appendChild(view.element('span', channel ? channel.name : '', 'where'));
-    byId('results').appendChild(line);
+    return view.element('li', [
+      view.element('span', when, 'when'),
+      view.element('span', programme.name, 'name'),
+      view.element('span', channel ? channel.name : '', 'where')
+    ], found.offset + index === chosen ? 'focused' : '');
   }
 
   function show() {
     view.setText('entry', text);
     showKeyboard();
     view.setText('found', heading());
-    byId('results').textContent = '';
-    found.programmes.forEach(showResult);
+    view.fill('results', found.programmes, resultRow);
     view.setText('message', message());
     view.setClass('message', 'closed', message() === '');
   }

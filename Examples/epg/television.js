@@ -9,10 +9,7 @@ var television = (function () {
   var current = '';
 
   function indexOf(ccid) {
-    for (var i = 0; i < channels.length; i++) {
-      if (channels[i].ccid === ccid) return i;
-    }
-    return -1;
+    return channels.map(function (channel) { return channel.ccid; }).indexOf(ccid);
   }
 
   function readCurrent() {

@@ -127,13 +127,7 @@
     var count = Math.floor(room / ROW_HEIGHT);
     var pages = Math.max(1, Math.ceil(rows.length / count));
     page = Math.min(page, pages - 1);
-    byId('rows').textContent = '';
-    rows.slice(page * count, (page + 1) * count).forEach(function (row) {
-      var line = view.element('div', '', row[2]);
-      line.appendChild(view.element('dt', row[0]));
-      line.appendChild(view.element('dd', row[1]));
-      byId('rows').appendChild(line);
-    });
+    view.fill('rows', rows.slice(page * count, (page + 1) * count), view.nameAndValue);
     byId('pages').textContent = pages > 1 ? '\u25c0  ' + (page + 1) + ' / ' + pages + '  \u25b6' : '';
   }
 
@@ -143,10 +137,7 @@
     setText('headline', section.headline);
     setText('note', section.note);
     setClass('note', 'trouble', Boolean(section.trouble));
-    byId('chips').textContent = '';
-    section.chips.forEach(function (chip) {
-      byId('chips').appendChild(view.element('li', chip[0], chip[1] ? 'on' : ''));
-    });
+    view.fill('chips', section.chips, function (chip) { return view.element('li', chip[0], chip[1] ? 'on' : ''); });
     showRows(section.rows);
   }
 

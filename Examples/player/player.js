@@ -61,11 +61,7 @@
 
   // As many rows as there is room for, the focused one among them.
   function showList() {
-    var first = Math.max(0, Math.min(focused - ROWS / 2, media.length - ROWS));
-    byId('list').textContent = '';
-    media.slice(first, first + ROWS).forEach(function (item, row) {
-      byId('list').appendChild(mediumRow(item, first + row));
-    });
+    view.fillAround('list', media, focused, ROWS, mediumRow);
   }
 
   function showPosition() {

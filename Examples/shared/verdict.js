@@ -7,11 +7,9 @@ var verdict = (function () {
   var lines = view.element('ol', '');
 
   function addPanel() {
-    var panel = view.element('section', '', 'panel closed');
+    var panel = view.element('section', [view.element('h2', 'What was checked'), lines], 'panel closed');
     panel.id = 'checks';
     lines.id = 'verdict';
-    panel.appendChild(view.element('h2', 'What was checked'));
-    panel.appendChild(lines);
     document.body.appendChild(panel);
   }
 

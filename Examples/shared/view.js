@@ -36,12 +36,40 @@ var view = (function () {
     setText('clock', clockTime(Date.now()));
   }
 
+  // `content` is a text or a list of elements.
+  function element(kind, content, className) {
+    var made = document.createElement(kind);
+    if (Array.isArray(content)) content.forEach(function (each) { made.appendChild(each); });
+    else made.textContent = content;
+    if (className) made.className = className;
+    return made;
+  }
+
+  // Fills an element anew with what make(item, index) makes of each item.
+  function fill(what, items, make) {
+    elementOf(what).textContent = '';
+    items.forEach(function (item, index) { elementOf(what).appendChild(make(item, index)); });
+  }
+
   return {
     byId: byId,
     setText: setText,
     setClass: setClass,
     isOpen: isOpen,
     clockTime: clockTime,
+    element: element,
+    fill: fill,
+
+    // The same with as many items as there is room for, that at `index` among them.
+    fillAround: function (what, items, index, room, make) {
+      var first = Math.max(0, Math.min(index - room / 2, items.length - room));
+      fill(what, items.slice(first, first + room), function (item, row) { return make(item, first + row); });
+    },
+
+    // A line of a "dl": [name, value, class].
+    nameAndValue: function (row) {
+      return element('div', [element('dt', row[0]), element('dd', row[1])], row[2]);
+    },
 
     open: function (what) { setClass(what, 'closed', false); },
     close: function (what) { setClass(what, 'closed', true); },
@@ -50,13 +78,6 @@ var view = (function () {
     // The value on a card.
     setValue: function (id, text) {
       setText(byId(id).querySelector('.value'), text);
-    },
-
-    element: function (kind, text, className) {
-      var made = document.createElement(kind);
-      made.textContent = text;
-      if (className) made.className = className;
-      return made;
     },
 
     // Keeps the time of day in the element "clock".

@@ -17,10 +17,7 @@ var television = (function () {
   }
 
   function indexOf(channel) {
-    for (var i = 0; channel && i < channels.length; i++) {
-      if (channels[i].ccid === channel.ccid) return i;
-    }
-    return -1;
+    return channel ? channels.map(function (each) { return each.ccid; }).indexOf(channel.ccid) : -1;
   }
 
   function currentChannel() {

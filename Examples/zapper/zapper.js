@@ -51,12 +51,7 @@
 
   // As many rows as there is room for, the channel asked for among them.
   function showChannels() {
-    var channels = television.channels();
-    var first = Math.max(0, Math.min(television.wantedIndex() - ROWS / 2, channels.length - ROWS));
-    byId('channels').textContent = '';
-    channels.slice(first, first + ROWS).forEach(function (channel, row) {
-      byId('channels').appendChild(channelRow(channel, first + row));
-    });
+    view.fillAround('channels', television.channels(), television.wantedIndex(), ROWS, channelRow);
   }
 
   function showBanner() {
