@@ -78,7 +78,7 @@ Middleware::Middleware(GDBusConnection* bus, const std::vector<Interface>& contr
     for (const auto& interface : contract)
         m_subscriptions.push_back(g_dbus_connection_signal_subscribe(
             bus, interface.info->name, interface.info->name, nullptr, kPath, nullptr,
-            G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr));
+            G_DBUS_SIGNAL_FLAGS_NONE, callback<&Middleware::onSignal>, this, nullptr));
 }
 
 Middleware::~Middleware() {
@@ -87,8 +87,8 @@ Middleware::~Middleware() {
 }
 
 void Middleware::onSignal(GDBusConnection*, const char*, const char*, const char* interface, const char* name,
-                          GVariant* values, gpointer self) {
-    static_cast<Middleware*>(self)->m_signals.push_back(
+                          GVariant* values) {
+    m_signals.push_back(
         {shortName(interface), name, name + textOf(values), GVariantHandle(g_variant_ref(values))});
 }
 

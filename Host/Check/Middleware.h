@@ -8,7 +8,7 @@
 
 #include "Host/Check/Contract.h"
 #include "Host/Check/Report.h"
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Check {
 
@@ -48,11 +48,9 @@ struct Expected {
     bool isNeeded = true;
 };
 
-class Middleware {
+class Middleware : Host::Pinned {
  public:
     Middleware(GDBusConnection* bus, const std::vector<Interface>& contract, int limitSeconds);
-    Middleware(const Middleware&) = delete;
-    Middleware& operator=(const Middleware&) = delete;
     ~Middleware();
 
     // "IDAEBrowserAPI.GetKeyMask" and a tuple.
@@ -84,8 +82,7 @@ class Middleware {
     [[nodiscard]] std::string limitText() const { return std::to_string(m_limitSeconds) + " s"; }
 
  private:
-    static void onSignal(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*,
-                         gpointer);
+    void onSignal(GDBusConnection*, const char*, const char*, const char*, const char*, GVariant*);
 
     const Host::GObjectHandle<GDBusConnection> m_bus;
     const std::vector<Interface>& m_contract;

@@ -15,7 +15,7 @@ namespace {
 constexpr char kGroup[] = "A page in WebKit";
 
 // The page on the disk, as long as it is shown.
-class PageFile {
+class PageFile : Pinned {
  public:
     PageFile() {
         GErrorSlot error;
@@ -27,8 +27,6 @@ class PageFile {
                                        s_page.size(), nullptr, nullptr, error.out()))
             throw Failed(std::string("the page cannot be written: ") + error.message());
     }
-    PageFile(const PageFile&) = delete;
-    PageFile& operator=(const PageFile&) = delete;
     ~PageFile() {
         if (m_file)
             g_file_delete(m_file.get(), nullptr, nullptr);

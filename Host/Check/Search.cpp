@@ -18,7 +18,7 @@ std::string text(std::uint32_t id) {
 }
 
 // An object of the middleware's: made, held once, and let go of at the end if nobody has before.
-class Object {
+class Object : Pinned {
  public:
     // Kind: "Qc", "Sr" or "Mds".
     Object(Session& session, std::string kind, std::uint32_t id)
@@ -26,8 +26,6 @@ class Object {
         require(id != 0, m_kind + ": the id is 0");
         retain();
     }
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
     ~Object() {
         try {
             while (m_held > 0)

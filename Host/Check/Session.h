@@ -63,11 +63,8 @@ class Session {
 
 // A player that nobody has had before, of one of the two interfaces. It is let go of at the end: one that is
 // left behind would be heard and shown on.
-class Player {
+class Player : Host::Pinned {
  public:
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
-
     // More: what comes behind the player's id.
     Host::GVariantHandle ask(const std::string& method, const std::string& more = "");
 

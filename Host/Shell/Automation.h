@@ -5,21 +5,19 @@
 
 #include <webkit2/webkit2.h>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
-class Automation {
+class Automation : Host::Pinned {
  public:
     // `provideView` gives the view of a new browsing context.
     Automation(WebKitWebContext* context, std::function<WebKitWebView*()> provideView);
     ~Automation();
-    Automation(const Automation&) = delete;
-    Automation& operator=(const Automation&) = delete;
 
  private:
-    static void onStarted(WebKitWebContext* context, WebKitAutomationSession* session, gpointer self);
-    static WebKitWebView* onCreateWebView(WebKitAutomationSession* session, gpointer self);
+    void onStarted(WebKitWebContext*, WebKitAutomationSession* session);
+    WebKitWebView* onCreateWebView(WebKitAutomationSession*) { return m_provideView(); }
 
     Host::GObjectHandle<WebKitWebContext> m_context;
     Host::GObjectHandle<WebKitAutomationSession> m_session;

@@ -50,7 +50,7 @@ std::unique_ptr<FolderServer> FolderServer::start(const std::string& folder, std
 
 FolderServer::FolderServer(fs::path folder)
     : m_folder(std::move(folder)), m_server(soup_server_new("server-header", nullptr, nullptr)) {
-    soup_server_add_handler(m_server.get(), nullptr, onRequest, this, nullptr);
+    soup_server_add_handler(m_server.get(), nullptr, callback<&FolderServer::onRequest>, this, nullptr);
 }
 
 std::string FolderServer::addressOf(const std::string& path) const {
@@ -58,13 +58,8 @@ std::string FolderServer::addressOf(const std::string& path) const {
     return address ? address.get() : m_address;
 }
 
-void FolderServer::onRequest(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*,
-                             gpointer self) {
-    // It is decoded already.
-    static_cast<const FolderServer*>(self)->answer(message, path);
-}
-
-void FolderServer::answer(SoupServerMessage* message, const std::string& path) const {
+void FolderServer::onRequest(SoupServer*, SoupServerMessage* message, const char* decoded, GHashTable*) {
+    const std::string path = decoded;
     const std::string_view method = soup_server_message_get_method(message);
     SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
     soup_message_headers_replace(headers, "Cache-Control", "no-store");

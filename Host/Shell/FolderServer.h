@@ -8,12 +8,12 @@
 
 #include <libsoup/soup.h>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/Options.h"
 
 namespace Shell {
 
-class FolderServer {
+class FolderServer : Host::Pinned {
  public:
     // Nothing, with the reason, for what is no folder or cannot be served.
     [[nodiscard]] static std::unique_ptr<FolderServer> start(const std::string& folder, std::string& problem);
@@ -23,9 +23,8 @@ class FolderServer {
 
  private:
     explicit FolderServer(std::filesystem::path folder);
-    static void onRequest(SoupServer* server, SoupServerMessage* message, const char* path, GHashTable* query,
-                          gpointer self);
-    void answer(SoupServerMessage* message, const std::string& path) const;
+    // The path is decoded.
+    void onRequest(SoupServer*, SoupServerMessage* message, const char* decoded, GHashTable*);
 
     std::filesystem::path m_folder;
     Host::GObjectHandle<SoupServer> m_server;

@@ -40,7 +40,7 @@ void FolderWatch::watch(GFile* folder) {
         g_warning("%s is not watched: %s", path.get(), error.message());
         return;
     }
-    g_signal_connect(monitor.get(), "changed", G_CALLBACK(onChanged), this);
+    g_signal_connect(monitor.get(), "changed", G_CALLBACK(callback<&FolderWatch::onChanged>), this);
     m_monitors[path.get()] = std::move(monitor);
     GFileInfo* info = nullptr;
     GFile* child = nullptr;
@@ -51,9 +51,7 @@ void FolderWatch::watch(GFile* folder) {
     }
 }
 
-void FolderWatch::onChanged(GFileMonitor*, GFile* file, GFile* other, GFileMonitorEvent event,
-                            gpointer self) {
-    auto& watch = *static_cast<FolderWatch*>(self);
+void FolderWatch::onChanged(GFileMonitor*, GFile* file, GFile* other, GFileMonitorEvent event) {
     if (event == G_FILE_MONITOR_EVENT_ATTRIBUTE_CHANGED)
         return;
     GFile* appeared = event == G_FILE_MONITOR_EVENT_RENAMED ? other : file;
@@ -63,14 +61,13 @@ void FolderWatch::onChanged(GFileMonitor*, GFile* file, GFile* other, GFileMonit
     if (event != G_FILE_MONITOR_EVENT_DELETED && event != G_FILE_MONITOR_EVENT_MOVED_OUT &&
         g_file_query_file_type(appeared, G_FILE_QUERY_INFO_NOFOLLOW_SYMLINKS, nullptr) ==
             G_FILE_TYPE_DIRECTORY)
-        watch.watch(appeared);
-    watch.m_settled.reset(g_timeout_add(kSettledMs, onSettled, self));
+        watch(appeared);
+    m_settled.reset(g_timeout_add(kSettledMs, callback<&FolderWatch::onSettled>, this));
 }
 
-gboolean FolderWatch::onSettled(gpointer self) {
-    auto& watch = *static_cast<FolderWatch*>(self);
-    watch.m_settled.forget();
-    watch.m_changed();
+gboolean FolderWatch::onSettled() {
+    m_settled.forget();
+    m_changed();
     return G_SOURCE_REMOVE;
 }
 

@@ -5,23 +5,20 @@
 #include <map>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
-class FolderWatch {
+class FolderWatch : Host::Pinned {
  public:
     // `changed` is called once for changes that come together. Hidden folders are left out, and so is what
     // packages are kept in.
     FolderWatch(const std::string& folder, std::function<void()> changed);
     ~FolderWatch();
-    FolderWatch(const FolderWatch&) = delete;
-    FolderWatch& operator=(const FolderWatch&) = delete;
 
  private:
-    static void onChanged(GFileMonitor* monitor, GFile* file, GFile* other, GFileMonitorEvent event,
-                          gpointer self);
-    static gboolean onSettled(gpointer self);
+    void onChanged(GFileMonitor*, GFile* file, GFile* other, GFileMonitorEvent event);
+    gboolean onSettled();
 
     void watch(GFile* folder);
 

@@ -53,7 +53,7 @@ PageCheck::~PageCheck() {
 }
 
 void PageCheck::restartClock() {
-    m_clock.reset(g_timeout_add_seconds(m_options.checkLimitSeconds, onTimeout, this));
+    m_clock.reset(g_timeout_add_seconds(m_options.checkLimitSeconds, callback<&PageCheck::onTimeout>, this));
 }
 
 void PageCheck::pageDidLoad(BrowserView& view) {
@@ -114,27 +114,24 @@ void PageCheck::stepDone(const std::string& answer) {
         return;
     }
     if (m_options.screenshot)
-        m_painting.reset(g_timeout_add(kPaintingMs, onPainted, this));
+        m_painting.reset(g_timeout_add(kPaintingMs, callback<&PageCheck::onPainted>, this));
     else
         finish();
 }
 
-gboolean PageCheck::onPainted(gpointer self) {
-    auto& check = *static_cast<PageCheck*>(self);
-    check.m_painting.forget();
-    const std::string error = takeScreenshot(check.m_screen.widget(), *check.m_options.screenshot);
+gboolean PageCheck::onPainted() {
+    m_painting.forget();
+    const std::string error = takeScreenshot(m_screen.widget(), *m_options.screenshot);
     if (!error.empty())
-        check.fail("no screenshot: " + error);
-    check.finish();
+        fail("no screenshot: " + error);
+    finish();
     return G_SOURCE_REMOVE;
 }
 
-gboolean PageCheck::onTimeout(gpointer self) {
-    auto& check = *static_cast<PageCheck*>(self);
-    check.m_clock.forget();
-    check.fail("no verdict of a loaded page within " + std::to_string(check.m_options.checkLimitSeconds) +
-               " s");
-    check.finish();
+gboolean PageCheck::onTimeout() {
+    m_clock.forget();
+    fail("no verdict of a loaded page within " + std::to_string(m_options.checkLimitSeconds) + " s");
+    finish();
     return G_SOURCE_REMOVE;
 }
 

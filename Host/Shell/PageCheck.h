@@ -12,13 +12,11 @@
 
 namespace Shell {
 
-class PageCheck {
+class PageCheck : Host::Pinned {
  public:
     // `leave` is called with the exit code, with --exit-after-load only.
     PageCheck(const Options& options, Screen& screen, std::function<void(int)> leave);
     ~PageCheck();
-    PageCheck(const PageCheck&) = delete;
-    PageCheck& operator=(const PageCheck&) = delete;
 
     // Of the first view. A page that goes on to another one is judged by that one.
     void pageDidLoad(BrowserView& view);
@@ -29,11 +27,11 @@ class PageCheck {
     enum class Step { Verdict, Frames };
 
     static void onScriptDone(GObject* view, GAsyncResult* result, gpointer self);
-    static gboolean onTimeout(gpointer self);
+    gboolean onTimeout();
+    gboolean onPainted();
 
     void runStep(Step step);
     void stepDone(const std::string& answer);
-    static gboolean onPainted(gpointer self);
     void finish();
     void fail(const std::string& reason);
     void restartClock();

@@ -79,8 +79,8 @@ WebSetup::WebSetup(const Options& options, std::string channelAddress)
         g_warning("no web-process adapter beside this program: pages run without the bundle");
     else if (m_bundle.empty())
         g_message("pages run without the bundle");
-    g_signal_connect(m_context.get(), "initialize-web-extensions", G_CALLBACK(onInitializeWebExtensions),
-                     this);
+    g_signal_connect(m_context.get(), "initialize-web-extensions",
+                     G_CALLBACK(callback<&WebSetup::onInitializeWebExtensions>), this);
 }
 
 WebSetup::~WebSetup() {
@@ -91,15 +91,13 @@ BrowserView::Setup WebSetup::viewSetup() const {
     return {m_context.get(), m_content.get(), m_settings.get(), m_automation, m_zoom};
 }
 
-void WebSetup::onInitializeWebExtensions(WebKitWebContext* context, gpointer self) {
-    const auto& setup = *static_cast<WebSetup*>(self);
-    if (setup.m_adapterFolder.empty())
+void WebSetup::onInitializeWebExtensions(WebKitWebContext* context) {
+    if (m_adapterFolder.empty())
         return;
-    webkit_web_context_set_web_extensions_directory(context, setup.m_adapterFolder.c_str());
+    webkit_web_context_set_web_extensions_directory(context, m_adapterFolder.c_str());
     webkit_web_context_set_web_extensions_initialization_user_data(
-        context, g_variant_new(ShellChannel::kUserDataType, setup.m_channelAddress.c_str(),
-                               setup.m_bundle.c_str(), static_cast<gboolean>(setup.m_automation),
-                               static_cast<gboolean>(setup.m_showsConsole)));
+        context, g_variant_new(ShellChannel::kUserDataType, m_channelAddress.c_str(), m_bundle.c_str(),
+                               static_cast<gboolean>(m_automation), static_cast<gboolean>(m_showsConsole)));
 }
 
 }  // namespace Shell

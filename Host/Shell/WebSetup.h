@@ -6,27 +6,25 @@
 
 #include <webkit2/webkit2.h>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/Options.h"
 #include "Host/Shell/Processes/TemporaryFolder.h"
 #include "Host/Shell/View/BrowserView.h"
 
 namespace Shell {
 
-class WebSetup {
+class WebSetup : Host::Pinned {
  public:
     // Web processes connect to the address for the bundle's messages.
     WebSetup(const Options& options, std::string channelAddress);
     ~WebSetup();
-    WebSetup(const WebSetup&) = delete;
-    WebSetup& operator=(const WebSetup&) = delete;
 
     [[nodiscard]] WebKitWebContext* context() const { return m_context.get(); }
     [[nodiscard]] BrowserView::Setup viewSetup() const;
     [[nodiscard]] std::string userAgent() const { return webkit_settings_get_user_agent(m_settings.get()); }
 
  private:
-    static void onInitializeWebExtensions(WebKitWebContext* context, gpointer self);
+    void onInitializeWebExtensions(WebKitWebContext* context);
 
     bool m_automation;
     bool m_showsConsole;

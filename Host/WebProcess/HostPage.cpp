@@ -2,9 +2,12 @@
 
 #include <libsoup/soup.h>
 
+#include "Host/Inc/GCallbacks.h"
 #include "Host/WebProcess/DeprecatedWebKit.h"
 
 namespace WebProcess {
+
+using namespace Host;
 
 namespace {
 
@@ -26,9 +29,10 @@ bool isMainDocument(SoupMessageHeaders* headers) {
 HostPage::HostPage(WebKitWebPage* page, bool hearsConsole)
     : m_page(page), m_id(webkit_web_page_get_id(page)) {
     if (hearsConsole)
-        g_signal_connect(page, "console-message-sent", G_CALLBACK(onConsoleMessage), this);
-    g_signal_connect(page, "send-request", G_CALLBACK(onSendRequest), this);
-    g_signal_connect(page, "notify::uri", G_CALLBACK(onUriChanged), this);
+        g_signal_connect(page, "console-message-sent", G_CALLBACK(callback<&HostPage::onConsoleMessage>),
+                         this);
+    g_signal_connect(page, "send-request", G_CALLBACK(callback<&HostPage::onSendRequest>), this);
+    g_signal_connect(page, "notify::uri", G_CALLBACK(callback<&HostPage::onUriChanged>), this);
 }
 
 HostPage::~HostPage() {
@@ -71,17 +75,17 @@ void HostPage::onFrameGone(gpointer self, GObject* whereTheFrameWas) {
     const WKRetained<HostFrame> frame = std::move(found->second);
     page.m_frames.erase(found);
     frame->detach();
-    page.didRemoveFrame(*frame);
+    // WebKitGTK has no signal for it, but gives up its object for the frame as soon as the frame is out of
+    // its page.
+    page.tell(page.m_loaderClient.didRemoveFrameFromHierarchy, *frame);
 }
 
-// WebKitGTK has no signal for it, but gives up its object for the frame as soon as the frame is out of its
-// page.
-void HostPage::didRemoveFrame(HostFrame& frame) {
-    if (!m_loaderClient.didRemoveFrameFromHierarchy)
+void HostPage::tell(WKBundlePageFrameCallback function, HostFrame& frame) {
+    if (!function)
         return;
     WKTypeRef userData = nullptr;
-    m_loaderClient.didRemoveFrameFromHierarchy(toRef<WKBundlePageRef>(this), toRef<WKBundleFrameRef>(&frame),
-                                               &userData, m_loaderClient.base.clientInfo);
+    function(toRef<WKBundlePageRef>(this), toRef<WKBundleFrameRef>(&frame), &userData,
+             m_loaderClient.base.clientInfo);
     if (userData)
         fromRef<WKObject>(userData)->release();
 }
@@ -93,43 +97,34 @@ void HostPage::didClearWindowObject(HostFrame& frame, WKBundleScriptWorldRef wor
                                                     m_loaderClient.base.clientInfo);
 }
 
-void HostPage::onConsoleMessage(WebKitWebPage*, WebKitConsoleMessage* message, gpointer self) {
-    auto& page = *static_cast<HostPage*>(self);
-    if (!page.m_uiClient.willAddMessageToConsole)
+void HostPage::onConsoleMessage(WebKitWebPage*, WebKitConsoleMessage* message) {
+    if (!m_uiClient.willAddMessageToConsole)
         return;
     const auto text = WKRetained<Text>::adopt(new Text(webkit_console_message_get_text(message)));
-    page.m_uiClient.willAddMessageToConsole(toRef<WKBundlePageRef>(&page), toRef<WKStringRef>(text.get()),
-                                            webkit_console_message_get_line(message),
-                                            page.m_uiClient.base.clientInfo);
+    m_uiClient.willAddMessageToConsole(toRef<WKBundlePageRef>(this), toRef<WKStringRef>(text.get()),
+                                       webkit_console_message_get_line(message), m_uiClient.base.clientInfo);
 }
 
 gboolean HostPage::onSendRequest(WebKitWebPage* webPage, WebKitURIRequest* request,
-                                 WebKitURIResponse* redirect, gpointer self) {
+                                 WebKitURIResponse* redirect) {
     const bool isOfThePage =
         g_strcmp0(webkit_uri_request_get_uri(request), webkit_web_page_get_uri(webPage)) == 0;
     // A redirect goes on with a load that has been announced.
     if (isOfThePage && !redirect && isMainDocument(webkit_uri_request_get_http_headers(request)))
-        static_cast<HostPage*>(self)->didStartProvisionalLoad();
+        didStartProvisionalLoad();
     return FALSE;
 }
 
 // Blank documents are loaded without a request.
-void HostPage::onUriChanged(WebKitWebPage* webPage, GParamSpec*, gpointer self) {
+void HostPage::onUriChanged(WebKitWebPage* webPage, GParamSpec*) {
     const char* uri = webkit_web_page_get_uri(webPage);
     if (uri && g_str_has_prefix(uri, "about:"))
-        static_cast<HostPage*>(self)->didStartProvisionalLoad();
+        didStartProvisionalLoad();
 }
 
 void HostPage::didStartProvisionalLoad() {
-    HostFrame* main = mainFrame();
-    if (!main || !m_loaderClient.didStartProvisionalLoadForFrame)
-        return;
-    WKTypeRef userData = nullptr;
-    m_loaderClient.didStartProvisionalLoadForFrame(toRef<WKBundlePageRef>(this),
-                                                   toRef<WKBundleFrameRef>(main), &userData,
-                                                   m_loaderClient.base.clientInfo);
-    if (userData)
-        fromRef<WKObject>(userData)->release();
+    if (HostFrame* main = mainFrame())
+        tell(m_loaderClient.didStartProvisionalLoadForFrame, *main);
 }
 
 }  // namespace WebProcess

@@ -37,13 +37,13 @@ class HostPage final : public WKObject {
 
  private:
     static void onFrameGone(gpointer self, GObject* whereTheFrameWas);
-    static void onConsoleMessage(WebKitWebPage* page, WebKitConsoleMessage* message, gpointer self);
-    static gboolean onSendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* redirect,
-                                  gpointer self);
-    static void onUriChanged(WebKitWebPage* page, GParamSpec* property, gpointer self);
+    void onConsoleMessage(WebKitWebPage*, WebKitConsoleMessage* message);
+    gboolean onSendRequest(WebKitWebPage* page, WebKitURIRequest* request, WebKitURIResponse* redirect);
+    void onUriChanged(WebKitWebPage* page, GParamSpec*);
 
     void didStartProvisionalLoad();
-    void didRemoveFrame(HostFrame& frame);
+    // Calls a function of the loader client, or none.
+    void tell(WKBundlePageFrameCallback function, HostFrame& frame);
 
     WebKitWebPage* m_page;  // Not owned: its end is reported through detach().
     std::uint64_t m_id;

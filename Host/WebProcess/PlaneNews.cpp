@@ -50,17 +50,19 @@ void PlaneNews::listen() {
     m_bus = std::move(bus);
     g_dbus_connection_set_exit_on_close(m_bus.get(), FALSE);
     g_dbus_connection_signal_subscribe(m_bus.get(), Control, Control, nullptr, ControlPath, nullptr,
-                                       G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
-    g_dbus_connection_add_filter(m_bus.get(), onMessage, this, nullptr);
+                                       G_DBUS_SIGNAL_FLAGS_NONE, callback<&PlaneNews::onSignal>, this,
+                                       nullptr);
+    g_dbus_connection_add_filter(m_bus.get(), callback<&PlaneNews::onMessage>, this, nullptr);
     m_nameWatch = g_bus_watch_name_on_connection(m_bus.get(), Control, G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                                 onReceiverAppeared, onReceiverVanished, this, nullptr);
+                                                 callback<&PlaneNews::onReceiverAppeared>,
+                                                 callback<&PlaneNews::onReceiverVanished>, this, nullptr);
 }
 
 void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const char*, const char* signal,
-                         GVariant* parameters, gpointer self) {
+                         GVariant* parameters) {
     if (g_str_equal(signal, "RunningChannelChanged") &&
         g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ss)"))) {
-        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(contentOf(parameters));
+        m_listener.runningChannelChanged(contentOf(parameters));
         return;
     }
     if (!g_str_equal(signal, "PlaneChanged") ||
@@ -78,33 +80,27 @@ void PlaneNews::onSignal(GDBusConnection* bus, const char*, const char*, const c
     if (!g_str_equal(caller, g_dbus_connection_get_unique_name(bus)))
         return;
     player.isBroadcast = g_str_equal(kind, kBroadcast);
-    PlaneListener& listener = static_cast<PlaneNews*>(self)->m_listener;
     if (visible)
-        listener.planeShown(player, {title, pictureOf(picture), subtitles});
+        m_listener.planeShown(player, {title, pictureOf(picture), subtitles});
     else
-        listener.planeHidden(player);
+        m_listener.planeHidden(player);
 }
 
-void PlaneNews::onReceiverAppeared(GDBusConnection* bus, const char*, const char*, gpointer self) {
+void PlaneNews::onReceiverAppeared(GDBusConnection* bus, const char*, const char*) {
     g_dbus_connection_call(bus, Control, ControlPath, Control, "GetRunningChannel", nullptr,
                            G_VARIANT_TYPE("(ss)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, kLimitMs, nullptr,
-                           onRunningChannel, self);
+                           callback<&PlaneNews::onRunningChannel>, this);
 }
 
-void PlaneNews::onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self) {
+void PlaneNews::onRunningChannel(GObject* bus, GAsyncResult* result) {
     GErrorSlot error;
     const GVariantHandle reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
     if (reply)
-        static_cast<PlaneNews*>(self)->m_listener.runningChannelChanged(contentOf(reply.get()));
-}
-
-void PlaneNews::onReceiverVanished(GDBusConnection*, const char*, gpointer self) {
-    static_cast<PlaneNews*>(self)->m_listener.receiverVanished();
+        m_listener.runningChannelChanged(contentOf(reply.get()));
 }
 
 // On the bus's own thread; the call waits on the main thread until the receiver has answered it.
-GDBusMessage* PlaneNews::onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming,
-                                   gpointer self) {
+GDBusMessage* PlaneNews::onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming) {
     if (incoming || g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL ||
         g_strcmp0(g_dbus_message_get_member(message), "UpdateLayout") != 0)
         return message;
@@ -114,7 +110,7 @@ GDBusMessage* PlaneNews::onMessage(GDBusConnection*, GDBusMessage* message, gboo
         return message;
     if (const bool isBroadcast = g_str_equal(interface, kBroadcastInterface);
         isBroadcast || g_str_equal(interface, kBroadbandInterface))
-        static_cast<PlaneNews*>(self)->noteLayout({isBroadcast, 0}, body);
+        noteLayout({isBroadcast, 0}, body);
     return message;
 }
 
@@ -130,12 +126,12 @@ void PlaneNews::noteLayout(const PlanePlayer& ofThisKind, GVariant* body) {
     layout.fullScreen = fullScreen;
     const std::lock_guard lock(m_mutex);
     if (m_layouts.empty())
-        g_idle_add(onLayoutsSent, this);
+        g_idle_add(callback<&PlaneNews::onLayoutsSent>, this);
     m_layouts.emplace_back(player, layout);
 }
 
-gboolean PlaneNews::onLayoutsSent(gpointer self) {
-    static_cast<PlaneNews*>(self)->m_listener.layoutsSent();
+gboolean PlaneNews::onLayoutsSent() {
+    m_listener.layoutsSent();
     return G_SOURCE_REMOVE;
 }
 

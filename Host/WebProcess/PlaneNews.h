@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Picture/PictureView.h"
 
 namespace WebProcess {
@@ -72,11 +72,9 @@ class PlaneListener {
 };
 
 // One for each web process, kept until the process ends.
-class PlaneNews {
+class PlaneNews : Host::Pinned {
  public:
     explicit PlaneNews(PlaneListener& listener) : m_listener(listener) {}
-    PlaneNews(const PlaneNews&) = delete;
-    PlaneNews& operator=(const PlaneNews&) = delete;
 
     // To the bus, unless it listens there already: the bundle replaces a connection that was closed.
     void listen();
@@ -86,14 +84,13 @@ class PlaneNews {
     void openFrames(const PlanePlayer& player);
 
  private:
-    static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
-                         const char* signal, GVariant* parameters, gpointer self);
-    static void onReceiverAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
-    static void onRunningChannel(GObject* bus, GAsyncResult* result, gpointer self);
-    static void onReceiverVanished(GDBusConnection* bus, const char* name, gpointer self);
-    static GDBusMessage* onMessage(GDBusConnection* bus, GDBusMessage* message, gboolean incoming,
-                                   gpointer self);
-    static gboolean onLayoutsSent(gpointer self);
+    void onSignal(GDBusConnection* bus, const char*, const char*, const char*, const char* signal,
+                  GVariant* parameters);
+    void onReceiverAppeared(GDBusConnection* bus, const char*, const char*);
+    void onRunningChannel(GObject* bus, GAsyncResult* result);
+    void onReceiverVanished(GDBusConnection*, const char*) { m_listener.receiverVanished(); }
+    GDBusMessage* onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming);
+    gboolean onLayoutsSent();
     static void onFramesOpened(GObject* bus, GAsyncResult* result, gpointer request);
 
     void noteLayout(const PlanePlayer& player, GVariant* layout);

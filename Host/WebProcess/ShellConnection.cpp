@@ -26,7 +26,12 @@ ShellConnection::ShellConnection(const char* address) {
         g_warning("no connection to the shell: %s", error.message());
 }
 
-ShellConnection::~ShellConnection() = default;
+GVariantHandle ShellConnection::call(const char* method, GVariant* arguments, const char* replyType,
+                                     GErrorSlot& error) {
+    return GVariantHandle(g_dbus_connection_call_sync(
+        m_connection.get(), nullptr, ShellChannel::kPath, ShellChannel::kInterface, method, arguments,
+        G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE, kReplyTimeoutMs, nullptr, error.out()));
+}
 
 void ShellConnection::post(std::uint64_t page, const std::string& name,
                            const std::optional<std::string>& body) {
@@ -42,11 +47,8 @@ std::optional<std::string> ShellConnection::postSynchronously(std::uint64_t page
     if (!m_connection)
         return std::nullopt;
     GErrorSlot error;
-    const GVariantHandle reply(
-        g_dbus_connection_call_sync(m_connection.get(), nullptr, ShellChannel::kPath,
-                                    ShellChannel::kInterface, ShellChannel::kPostSynchronousMessage,
-                                    messageOf(page, name, body), G_VARIANT_TYPE(ShellChannel::kReplyType),
-                                    G_DBUS_CALL_FLAGS_NONE, kReplyTimeoutMs, nullptr, error.out()));
+    const auto reply = call(ShellChannel::kPostSynchronousMessage, messageOf(page, name, body),
+                            ShellChannel::kReplyType, error);
     if (!reply) {
         g_warning("no reply to \"%s\": %s", name.c_str(), error.message());
         return std::nullopt;
@@ -61,10 +63,7 @@ void ShellConnection::announcePage(std::uint64_t page) {
     if (!m_connection)
         return;
     GErrorSlot error;
-    const GVariantHandle reply(g_dbus_connection_call_sync(
-        m_connection.get(), nullptr, ShellChannel::kPath, ShellChannel::kInterface,
-        ShellChannel::kAnnouncePage, g_variant_new("(t)", page), nullptr, G_DBUS_CALL_FLAGS_NONE,
-        kReplyTimeoutMs, nullptr, error.out()));
+    const auto reply = call(ShellChannel::kAnnouncePage, g_variant_new("(t)", page), "()", error);
     if (!reply)
         g_warning("the page reads no carousel: %s", error.message());
 }

@@ -5,17 +5,14 @@
 #include <optional>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace WebProcess {
 
-class ShellConnection {
+class ShellConnection : Host::Pinned {
  public:
     // Connects at once; without a connection (the reason is logged) messages are dropped and get no reply.
     explicit ShellConnection(const char* address);
-    ~ShellConnection();
-    ShellConnection(const ShellConnection&) = delete;
-    ShellConnection& operator=(const ShellConnection&) = delete;
 
     // The page is WebKit's page id, 0 before there is one; no body is a null body.
     void post(std::uint64_t page, const std::string& name, const std::optional<std::string>& body);
@@ -32,6 +29,9 @@ class ShellConnection {
     [[nodiscard]] GDBusConnection* connection() const { return m_connection.get(); }
 
  private:
+    [[nodiscard]] Host::GVariantHandle call(const char* method, GVariant* arguments, const char* replyType,
+                                            Host::GErrorSlot& error);
+
     Host::GObjectHandle<GDBusConnection> m_connection;
 };
 

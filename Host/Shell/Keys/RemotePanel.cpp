@@ -7,6 +7,8 @@
 
 namespace Shell {
 
+using namespace Host;
+
 namespace {
 
 constexpr char kCodeOfButton[] = "hbbtv-key-code";
@@ -53,7 +55,7 @@ RemotePanel::RemotePanel(std::function<void(std::uint32_t)> press)
         if (each.color)
             paint(button, each.color);
         g_object_set_data(G_OBJECT(button), kCodeOfButton, GUINT_TO_POINTER(each.keyCode));
-        g_signal_connect(button, "clicked", G_CALLBACK(onClicked), this);
+        g_signal_connect(button, "clicked", G_CALLBACK(callback<&RemotePanel::onClicked>), this);
         gtk_grid_attach(GTK_GRID(grid), button, place % kColumns, place / kColumns, 1, 1);
         ++place;
     }
@@ -69,9 +71,8 @@ void RemotePanel::toggle(GtkWidget* screen) {
     gtk_widget_set_visible(m_window, !gtk_widget_get_visible(m_window));
 }
 
-void RemotePanel::onClicked(GtkButton* button, gpointer self) {
-    static_cast<RemotePanel*>(self)->m_press(
-        GPOINTER_TO_UINT(g_object_get_data(G_OBJECT(button), kCodeOfButton)));
+void RemotePanel::onClicked(GtkButton* button) {
+    m_press(GPOINTER_TO_UINT(g_object_get_data(G_OBJECT(button), kCodeOfButton)));
 }
 
 }  // namespace Shell

@@ -6,15 +6,15 @@
 
 #include <gtk/gtk.h>
 
+#include "Host/Inc/GCallbacks.h"
+
 namespace Shell {
 
-class RemotePanel {
+class RemotePanel : Host::Pinned {
  public:
     // `press` is called with a key code, or with kExitButton.
     explicit RemotePanel(std::function<void(std::uint32_t)> press);
     ~RemotePanel();
-    RemotePanel(const RemotePanel&) = delete;
-    RemotePanel& operator=(const RemotePanel&) = delete;
 
     // Shows or hides it; above the window of the widget, which keeps the keyboard.
     void toggle(GtkWidget* screen);
@@ -23,7 +23,7 @@ class RemotePanel {
     static constexpr std::uint32_t kExitButton = 0;
 
  private:
-    static void onClicked(GtkButton* button, gpointer self);
+    void onClicked(GtkButton* button);
 
     std::function<void(std::uint32_t)> m_press;
     GtkWidget* m_window;

@@ -95,29 +95,27 @@ bool ChildProcess::readLine(std::string& line, int timeoutMs) {
 void ChildProcess::watch(std::function<void(const std::string&)> line, std::function<void()> ended) {
     m_lineCallback = std::move(line);
     m_endCallback = std::move(ended);
-    m_outputSource.reset(
-        g_unix_fd_add(m_output, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP), onOutput, this));
-    m_exitSource.reset(g_child_watch_add(m_pid, onExit, this));
+    m_outputSource.reset(g_unix_fd_add(m_output, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP),
+                                       callback<&ChildProcess::onOutput>, this));
+    m_exitSource.reset(g_child_watch_add(m_pid, callback<&ChildProcess::onExit>, this));
 }
 
-gboolean ChildProcess::onOutput(int, GIOCondition, gpointer self) {
-    auto& child = *static_cast<ChildProcess*>(self);
-    if (!child.readSome()) {
-        child.m_outputSource.forget();
+gboolean ChildProcess::onOutput(int, GIOCondition) {
+    if (!readSome()) {
+        m_outputSource.forget();
         return G_SOURCE_REMOVE;
     }
     std::string line;
-    while (child.takeLine(line))
-        child.m_lineCallback(line);
+    while (takeLine(line))
+        m_lineCallback(line);
     return G_SOURCE_CONTINUE;
 }
 
-void ChildProcess::onExit(GPid, int, gpointer self) {
-    auto& child = *static_cast<ChildProcess*>(self);
-    child.m_exitSource.forget();
-    child.m_pid = 0;
+void ChildProcess::onExit(GPid, int) {
+    m_exitSource.forget();
+    m_pid = 0;
     // May destroy this object.
-    const auto ended = std::move(child.m_endCallback);
+    const auto ended = std::move(m_endCallback);
     ended();
 }
 

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
-class ChildProcess {
+class ChildProcess : Host::Pinned {
  public:
     enum class Errors { Shown, Hidden };
 
@@ -21,8 +21,6 @@ class ChildProcess {
 
     // Asks it to end, and makes it end if it does not.
     ~ChildProcess();
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     // Blocks for the next line of its output; false at the end of the output or after the time limit.
     [[nodiscard]] bool readLine(std::string& line, int timeoutMs);
@@ -36,8 +34,8 @@ class ChildProcess {
  private:
     ChildProcess(GPid pid, int output) : m_pid(pid), m_output(output) {}
 
-    static gboolean onOutput(int fd, GIOCondition condition, gpointer self);
-    static void onExit(GPid pid, int status, gpointer self);
+    gboolean onOutput(int, GIOCondition);
+    void onExit(GPid, int);
 
     // Reads what is there; false at the end.
     [[nodiscard]] bool readSome();

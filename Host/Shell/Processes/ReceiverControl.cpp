@@ -33,9 +33,11 @@ ReceiverControl::ReceiverControl(GDBusConnection* bus, ReceiverEvents& events)
         return;
     m_present = isNameOwned(bus, Control);
     m_subscription = g_dbus_connection_signal_subscribe(bus, Control, Control, nullptr, ControlPath, nullptr,
-                                                        G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
-    m_nameWatch = g_bus_watch_name_on_connection(bus, Control, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared,
-                                                 onVanished, this, nullptr);
+                                                        G_DBUS_SIGNAL_FLAGS_NONE,
+                                                        callback<&ReceiverControl::onSignal>, this, nullptr);
+    m_nameWatch = g_bus_watch_name_on_connection(bus, Control, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                                 callback<&ReceiverControl::onAppeared>,
+                                                 callback<&ReceiverControl::onVanished>, this, nullptr);
 }
 
 ReceiverControl::~ReceiverControl() {
@@ -105,22 +107,19 @@ void ReceiverControl::setUserAgent(const std::string& userAgent) {
     setWorld("/media/user_agent", jsonText(userAgent));
 }
 
-void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*, gpointer self) {
-    auto& control = *static_cast<ReceiverControl*>(self);
+void ReceiverControl::onAppeared(GDBusConnection*, const char*, const char*) {
     // The first notice of a receiver that was there from the start is no news.
-    if (!std::exchange(control.m_present, true))
-        control.m_events.receiverAppeared();
+    if (!std::exchange(m_present, true))
+        m_events.receiverAppeared();
 }
 
-void ReceiverControl::onVanished(GDBusConnection*, const char*, gpointer self) {
-    auto& control = *static_cast<ReceiverControl*>(self);
-    if (std::exchange(control.m_present, false))
-        control.m_events.receiverVanished();
+void ReceiverControl::onVanished(GDBusConnection*, const char*) {
+    if (std::exchange(m_present, false))
+        m_events.receiverVanished();
 }
 
 void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
-                               GVariant* parameters, gpointer self) {
-    ReceiverEvents& events = static_cast<ReceiverControl*>(self)->m_events;
+                               GVariant* parameters) {
     const auto is = [signal, parameters](const char* name, const char* type) {
         return g_str_equal(signal, name) && g_variant_is_of_type(parameters, G_VARIANT_TYPE(type));
     };
@@ -129,20 +128,20 @@ void ReceiverControl::onSignal(GDBusConnection*, const char*, const char*, const
     if (is("ApplicationStarted", "(is)")) {
         const char* url = nullptr;
         g_variant_get(parameters, "(i&s)", &view, &url);
-        events.applicationStarted(view, url);
+        m_events.applicationStarted(view, url);
     } else if (is("ApplicationDestroyed", "(i)")) {
         g_variant_get(parameters, "(i)", &view);
-        events.applicationDestroyed(view);
+        m_events.applicationDestroyed(view);
     } else if (is("ApplicationVisibilityChanged", "(ib)")) {
         gboolean visible = FALSE;
         g_variant_get(parameters, "(ib)", &view, &visible);
-        events.applicationVisibilityChanged(view, visible);
+        m_events.applicationVisibilityChanged(view, visible);
     } else if (is("KeyMaskChanged", "(u)")) {
         g_variant_get(parameters, "(u)", &number);
-        events.keyMaskChanged(number);
+        m_events.keyMaskChanged(number);
     } else if (is("KeyPressed", "(u)")) {
         g_variant_get(parameters, "(u)", &number);
-        events.keyPressed(number);
+        m_events.keyPressed(number);
     }
 }
 

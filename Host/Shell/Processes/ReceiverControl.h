@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
@@ -28,13 +28,11 @@ class ReceiverEvents {
     ~ReceiverEvents() = default;
 };
 
-class ReceiverControl {
+class ReceiverControl : Host::Pinned {
  public:
     // Without a bus it is silent; without a receiver until there is one.
     ReceiverControl(GDBusConnection* bus, ReceiverEvents& events);
     ~ReceiverControl();
-    ReceiverControl(const ReceiverControl&) = delete;
-    ReceiverControl& operator=(const ReceiverControl&) = delete;
 
     // Returns when the receiver knows the view, so that what the page then asks of it finds the view known.
     void registerView(std::int32_t view, const std::string& url);
@@ -51,10 +49,10 @@ class ReceiverControl {
     void setUserAgent(const std::string& userAgent);
 
  private:
-    static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
-    static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
-    static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
-                         const char* signal, GVariant* parameters, gpointer self);
+    void onAppeared(GDBusConnection*, const char*, const char*);
+    void onVanished(GDBusConnection*, const char*);
+    void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
+                  GVariant* parameters);
 
     [[nodiscard]] Host::GVariantHandle call(const char* method, GVariant* parameters, const char* replyType);
     void send(const char* method, GVariant* parameters);

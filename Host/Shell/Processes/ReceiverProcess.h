@@ -5,18 +5,16 @@
 #include <optional>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/Processes/ChildProcess.h"
 
 namespace Shell {
 
-class ReceiverProcess {
+class ReceiverProcess : Host::Pinned {
  public:
     // Runs a receiver unless somebody already owns all its names, and returns when it is ready, has failed or
     // takes too long; failures are logged and the shell goes on.
     ReceiverProcess(GDBusConnection* bus, const std::optional<std::string>& scenario);
-    ReceiverProcess(const ReceiverProcess&) = delete;
-    ReceiverProcess& operator=(const ReceiverProcess&) = delete;
 
     // The receiver has said that the scenario which was asked for is no good.
     [[nodiscard]] bool refusedScenario() const { return m_refusedScenario; }

@@ -4,19 +4,17 @@
 #include <memory>
 #include <optional>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/Processes/ChildProcess.h"
 #include "Host/Shell/Processes/PublishedAddress.h"
 
 namespace Shell {
 
-class SessionBus {
+class SessionBus : Host::Pinned {
  public:
     // Starts a bus of its own unless the session's is to be shared. Must be made before anything that may use
     // one, because it sets the environment.
     explicit SessionBus(bool shared);
-    SessionBus(const SessionBus&) = delete;
-    SessionBus& operator=(const SessionBus&) = delete;
     ~SessionBus();
 
     // Shells that share a bus have numbers, from 1.

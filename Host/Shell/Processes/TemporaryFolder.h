@@ -3,17 +3,15 @@
 
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
-class TemporaryFolder {
+class TemporaryFolder : Host::Pinned {
  public:
     // Without a folder (the reason is logged) the path is empty.
     TemporaryFolder();
     ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] const std::string& path() const { return m_path; }
 

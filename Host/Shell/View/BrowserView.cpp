@@ -60,6 +60,19 @@ void onResourceFailed(WebKitWebResource* resource, GError* error, gpointer) {
         tellOfResource(resource, error->message);
 }
 
+void onResourceStarted(WebKitWebView* webView, WebKitWebResource* resource, WebKitURIRequest*, gpointer) {
+    if (resource == webkit_web_view_get_main_resource(webView))
+        return;
+    g_signal_connect(resource, "finished", G_CALLBACK(onResourceFinished), nullptr);
+    g_signal_connect(resource, "failed", G_CALLBACK(onResourceFailed), nullptr);
+}
+
+// The screen keeps its size, and the inspector its keyboard: it has a window of its own.
+gboolean onAttachInspector(WebKitWebInspector* inspector, gpointer) {
+    webkit_web_inspector_detach(inspector);
+    return TRUE;
+}
+
 const char* wordsFor(WebKitWebProcessTerminationReason reason) {
     switch (reason) {
         case WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT:
@@ -85,16 +98,16 @@ BrowserView::BrowserView(std::int32_t id, const Setup& setup, BrowserViewListene
     const GdkRGBA transparent = {0, 0, 0, 0};
     webkit_web_view_set_background_color(m_view.get(), &transparent);
 
-    g_signal_connect(m_view.get(), "load-changed", G_CALLBACK(onLoadChanged), this);
-    g_signal_connect(m_view.get(), "load-failed", G_CALLBACK(onLoadFailed), this);
+    g_signal_connect(m_view.get(), "load-changed", G_CALLBACK(callback<&BrowserView::onLoadChanged>), this);
+    g_signal_connect(m_view.get(), "load-failed", G_CALLBACK(callback<&BrowserView::onLoadFailed>), this);
     g_signal_connect(m_view.get(), "resource-load-started", G_CALLBACK(onResourceStarted), this);
-    g_signal_connect(m_view.get(), "notify::uri", G_CALLBACK(onUriChanged), this);
-    g_signal_connect(m_view.get(), "decide-policy", G_CALLBACK(onDecidePolicy), this);
-    g_signal_connect(m_view.get(), "create", G_CALLBACK(onCreate), this);
-    g_signal_connect(m_view.get(), "web-process-terminated", G_CALLBACK(onProcessTerminated), this);
-    g_signal_connect(m_view.get(), "context-menu", G_CALLBACK(onContextMenu), this);
-    g_signal_connect(m_view.get(), "close", G_CALLBACK(onClose), this);
-    // The screen keeps its size, and the inspector its keyboard: it has a window of its own.
+    g_signal_connect(m_view.get(), "notify::uri", G_CALLBACK(callback<&BrowserView::onUriChanged>), this);
+    g_signal_connect(m_view.get(), "decide-policy", G_CALLBACK(callback<&BrowserView::onDecidePolicy>), this);
+    g_signal_connect(m_view.get(), "create", G_CALLBACK(callback<&BrowserView::onCreate>), this);
+    g_signal_connect(m_view.get(), "web-process-terminated",
+                     G_CALLBACK(callback<&BrowserView::onProcessTerminated>), this);
+    g_signal_connect(m_view.get(), "context-menu", G_CALLBACK(callback<&BrowserView::onContextMenu>), this);
+    g_signal_connect(m_view.get(), "close", G_CALLBACK(callback<&BrowserView::onClose>), this);
     g_signal_connect(webkit_web_view_get_inspector(m_view.get()), "attach", G_CALLBACK(onAttachInspector),
                      nullptr);
     gtk_widget_show(widget());
@@ -153,35 +166,34 @@ std::string BrowserView::url() const {
     return uri ? uri : "";
 }
 
-void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
-    auto& view = *static_cast<BrowserView*>(self);
+void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event) {
     switch (event) {
         case WEBKIT_LOAD_STARTED:
-            view.m_provisional = true;
-            view.m_isAit = false;
-            view.m_ownPage = std::exchange(view.m_ownPageRequested, false);
+            m_provisional = true;
+            m_isAit = false;
+            m_ownPage = std::exchange(m_ownPageRequested, false);
             break;
         case WEBKIT_LOAD_COMMITTED:
-            view.m_provisional = false;
-            onUriChanged(nullptr, nullptr, self);
+            m_provisional = false;
+            reportUrl();
             break;
         case WEBKIT_LOAD_FINISHED: {
-            view.m_provisional = false;
-            if (view.showsOwnPage())
+            m_provisional = false;
+            if (showsOwnPage())
                 break;
             // A forbidden port: WebKit reports no failure, it shows nothing.
-            const std::string requested = view.m_requestedUrl;
-            if (view.url() == kBlankUrl && !requested.empty() && requested != kBlankUrl) {
-                view.fail(requested, "WebKit forbids its port");
+            const std::string requested = m_requestedUrl;
+            if (url() == kBlankUrl && !requested.empty() && requested != kBlankUrl) {
+                fail(requested, "WebKit forbids its port");
                 break;
             }
-            if (view.m_isAit) {
-                webkit_web_resource_get_data(webkit_web_view_get_main_resource(view.m_view.get()),
-                                             view.m_cancellable.get(), onAitRead, self);
+            if (m_isAit) {
+                webkit_web_resource_get_data(webkit_web_view_get_main_resource(m_view.get()),
+                                             m_cancellable.get(), onAitRead, this);
                 break;
             }
-            view.m_requestedUrl.clear();
-            view.m_listener.viewDidFinishLoad(view);
+            m_requestedUrl.clear();
+            m_listener.viewDidFinishLoad(*this);
             break;
         }
         case WEBKIT_LOAD_REDIRECTED:
@@ -190,36 +202,26 @@ void BrowserView::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer 
     }
 }
 
-gboolean BrowserView::onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* url, GError* error,
-                                   gpointer self) {
+gboolean BrowserView::onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* url, GError* error) {
     // Another navigation, or a response that is not shown, took the place of this one.
     if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
         g_error_matches(error, WEBKIT_POLICY_ERROR,
                         WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE))
         return FALSE;
-    static_cast<BrowserView*>(self)->fail(url, error->message);
+    fail(url, error->message);
     return TRUE;
 }
 
-void BrowserView::onResourceStarted(WebKitWebView* webView, WebKitWebResource* resource, WebKitURIRequest*,
-                                    gpointer) {
-    if (resource == webkit_web_view_get_main_resource(webView))
-        return;
-    g_signal_connect(resource, "finished", G_CALLBACK(onResourceFinished), nullptr);
-    g_signal_connect(resource, "failed", G_CALLBACK(onResourceFailed), nullptr);
-}
-
-void BrowserView::onUriChanged(WebKitWebView*, GParamSpec*, gpointer self) {
-    auto& view = *static_cast<BrowserView*>(self);
+void BrowserView::reportUrl() {
     // A load that has only started may still fail or become a download.
-    if (view.m_provisional || view.m_isAit || view.showsOwnPage() || view.url() == view.m_reportedUrl)
+    if (m_provisional || m_isAit || showsOwnPage() || url() == m_reportedUrl)
         return;
-    view.m_reportedUrl = view.url();
-    view.m_listener.viewDidChangeUrl(view);
+    m_reportedUrl = url();
+    m_listener.viewDidChangeUrl(*this);
 }
 
 gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
-                                     WebKitPolicyDecisionType type, gpointer self) {
+                                     WebKitPolicyDecisionType type) {
     if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE)
         return FALSE;
     auto* reply = WEBKIT_RESPONSE_POLICY_DECISION(decision);
@@ -237,41 +239,33 @@ gboolean BrowserView::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decis
     std::string error = errorOf(response);
     if (error.empty() && !known)
         error = "this is no page: " + mime;
-    auto& view = *static_cast<BrowserView*>(self);
     // Its scripts would run before anybody sees that it is no table.
-    if (error.empty() && view.m_aitRequested && isPage(mime))
+    if (error.empty() && m_aitRequested && isPage(mime))
         error = "this is no AIT but a page: " + mime;
     if (error.empty() && mime == kHbbTVMimeType &&
         g_strcmp0(mime.c_str(), webkit_uri_response_get_mime_type(response)) != 0) {
         webkit_policy_decision_ignore(decision);
-        view.loadFile(url, kHbbTVMimeType);
+        loadFile(url, kHbbTVMimeType);
         return TRUE;
     }
     if (error.empty()) {
-        view.m_isAit = isAit || std::exchange(view.m_aitRequested, false);
+        m_isAit = isAit || std::exchange(m_aitRequested, false);
         webkit_policy_decision_use(decision);
         return TRUE;
     }
     webkit_policy_decision_ignore(decision);
-    view.fail(url, error);
+    fail(url, error);
     return TRUE;
 }
 
 // A television has no windows: applications are started through the application manager.
-GtkWidget* BrowserView::onCreate(WebKitWebView*, WebKitNavigationAction*, gpointer self) {
-    g_message("view %d: a new window was refused", static_cast<BrowserView*>(self)->m_id);
+GtkWidget* BrowserView::onCreate(WebKitWebView*, WebKitNavigationAction*) {
+    g_message("view %d: a new window was refused", m_id);
     return nullptr;
 }
 
-void BrowserView::onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason,
-                                      gpointer self) {
-    auto& view = *static_cast<BrowserView*>(self);
-    view.fail(view.url(), wordsFor(reason));
-}
-
-gboolean BrowserView::onAttachInspector(WebKitWebInspector* inspector, gpointer) {
-    webkit_web_inspector_detach(inspector);
-    return TRUE;
+void BrowserView::onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason) {
+    fail(url(), wordsFor(reason));
 }
 
 void BrowserView::onAitRead(GObject* resource, GAsyncResult* result, gpointer self) {
@@ -287,22 +281,13 @@ void BrowserView::onAitRead(GObject* resource, GAsyncResult* result, gpointer se
         view.m_listener.viewDidLoadAit(view, view.url(), {xml ? xml.get() : "", length});
 }
 
-gboolean BrowserView::onContextMenu(WebKitWebView*, WebKitContextMenu* menu, GdkEvent*, WebKitHitTestResult*,
-                                    gpointer self) {
+gboolean BrowserView::onContextMenu(WebKitWebView*, WebKitContextMenu* menu, GdkEvent*,
+                                    WebKitHitTestResult*) {
     const GObjectHandle<GSimpleAction> action(g_simple_action_new("remote-control", nullptr));
-    g_signal_connect(action.get(), "activate", G_CALLBACK(onRemotePanelWanted), self);
+    g_signal_connect(action.get(), "activate", G_CALLBACK(callback<&BrowserView::onRemotePanelWanted>), this);
     webkit_context_menu_append(
         menu, webkit_context_menu_item_new_from_gaction(G_ACTION(action.get()), "Remote Control", nullptr));
     return FALSE;
-}
-
-void BrowserView::onRemotePanelWanted(GSimpleAction*, GVariant*, gpointer self) {
-    static_cast<BrowserView*>(self)->m_listener.viewWantsRemotePanel();
-}
-
-void BrowserView::onClose(WebKitWebView*, gpointer self) {
-    auto& view = *static_cast<BrowserView*>(self);
-    view.m_listener.viewWantsToClose(view);
 }
 
 }  // namespace Shell

@@ -6,7 +6,7 @@
 
 #include <webkit2/webkit2.h>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
@@ -31,7 +31,7 @@ class BrowserViewListener {
     ~BrowserViewListener() = default;
 };
 
-class BrowserView {
+class BrowserView : Host::Pinned {
  public:
     struct Setup {
         WebKitWebContext* context;
@@ -43,8 +43,6 @@ class BrowserView {
 
     BrowserView(std::int32_t id, const Setup& setup, BrowserViewListener& listener);
     ~BrowserView();
-    BrowserView(const BrowserView&) = delete;
-    BrowserView& operator=(const BrowserView&) = delete;
 
     void load(const std::string& url);
     // Whatever its type is, except for a page.
@@ -63,23 +61,19 @@ class BrowserView {
     [[nodiscard]] GtkWidget* widget() const { return GTK_WIDGET(m_view.get()); }
 
  private:
-    static void onLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer self);
-    static gboolean onLoadFailed(WebKitWebView* view, WebKitLoadEvent event, const char* url, GError* error,
-                                 gpointer self);
-    static void onUriChanged(WebKitWebView* view, GParamSpec* property, gpointer self);
-    static void onResourceStarted(WebKitWebView* view, WebKitWebResource* resource, WebKitURIRequest* request,
-                                  gpointer self);
-    static gboolean onDecidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision,
-                                   WebKitPolicyDecisionType type, gpointer self);
-    static GtkWidget* onCreate(WebKitWebView* view, WebKitNavigationAction* action, gpointer self);
-    static void onProcessTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
-                                    gpointer self);
-    static gboolean onAttachInspector(WebKitWebInspector* inspector, gpointer self);
+    void onLoadChanged(WebKitWebView*, WebKitLoadEvent event);
+    gboolean onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* url, GError* error);
+    void onUriChanged(WebKitWebView*, GParamSpec*) { reportUrl(); }
+    gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+    GtkWidget* onCreate(WebKitWebView*, WebKitNavigationAction*);
+    void onProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason reason);
     static void onAitRead(GObject* resource, GAsyncResult* result, gpointer self);
-    static gboolean onContextMenu(WebKitWebView* view, WebKitContextMenu* menu, GdkEvent* event,
-                                  WebKitHitTestResult* hit, gpointer self);
-    static void onRemotePanelWanted(GSimpleAction* action, GVariant* parameter, gpointer self);
-    static void onClose(WebKitWebView* view, gpointer self);
+    gboolean onContextMenu(WebKitWebView*, WebKitContextMenu* menu, GdkEvent*, WebKitHitTestResult*);
+    void onRemotePanelWanted(GSimpleAction*, GVariant*) { m_listener.viewWantsRemotePanel(); }
+    void onClose(WebKitWebView*) { m_listener.viewWantsToClose(*this); }
+
+    // Unless it has been reported, or is not that of a page.
+    void reportUrl();
 
     // As what it is, which WebKit does not know.
     void loadFile(const std::string& url, const char* type);

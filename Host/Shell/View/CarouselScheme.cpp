@@ -107,35 +107,33 @@ CarouselScheme::CarouselScheme(WebKitWebContext* context, const WebProcessChanne
       m_limitSeconds(limitSeconds),
       m_nextHandle(g_random_int()),
       m_end(g_cancellable_new()) {
-    webkit_web_context_register_uri_scheme(context, "dvb", onRequest, this, nullptr);
+    webkit_web_context_register_uri_scheme(context, "dvb", callback<&CarouselScheme::onRequest>, this,
+                                           nullptr);
 }
 
 CarouselScheme::~CarouselScheme() {
     g_cancellable_cancel(m_end.get());
 }
 
-void CarouselScheme::onRequest(WebKitURISchemeRequest* request, gpointer self) {
-    auto& scheme = *static_cast<CarouselScheme*>(self);
+void CarouselScheme::onRequest(WebKitURISchemeRequest* request) {
     if (comesFromAnotherOrigin(request)) {
         fail(request, "Only pages of the same service may read this file.");
         return;
     }
     WebKitWebView* view = webkit_uri_scheme_request_get_web_view(request);
-    GDBusConnection* reader =
-        view ? scheme.m_channel.fileReaderOf(webkit_web_view_get_page_id(view)) : nullptr;
+    GDBusConnection* reader = view ? m_channel.fileReaderOf(webkit_web_view_get_page_id(view)) : nullptr;
     if (!reader) {
         fail(request, "The object carousel needs the bundle, and this page runs without one.");
         return;
     }
-    auto waiting =
-        std::make_unique<Waiting>(Waiting{retain(request), scheme.m_nextHandle++, scheme.m_limitSeconds});
+    auto waiting = std::make_unique<Waiting>(Waiting{retain(request), m_nextHandle++, m_limitSeconds});
     const std::string url = withoutFragment(webkit_uri_scheme_request_get_uri(request));
     constexpr int kMilliseconds = 1000;
     GVariant* arguments = g_variant_new("(us)", waiting->handle, url.c_str());
     g_dbus_connection_call(reader, nullptr, ShellChannel::kPath, ShellChannel::kFilesInterface,
                            ShellChannel::kReadFile, arguments, G_VARIANT_TYPE(ShellChannel::kFileReplyType),
-                           G_DBUS_CALL_FLAGS_NONE, scheme.m_limitSeconds * kMilliseconds, scheme.m_end.get(),
-                           onReply, waiting.release());
+                           G_DBUS_CALL_FLAGS_NONE, m_limitSeconds * kMilliseconds, m_end.get(), onReply,
+                           waiting.release());
 }
 
 void CarouselScheme::onReply(GObject* connection, GAsyncResult* result, gpointer data) {

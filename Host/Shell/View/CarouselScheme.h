@@ -6,21 +6,19 @@
 
 #include <webkit2/webkit2.h>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/View/WebProcessChannel.h"
 
 namespace Shell {
 
-class CarouselScheme {
+class CarouselScheme : Host::Pinned {
  public:
     // A file that has not come by the limit does not come any more.
     CarouselScheme(WebKitWebContext* context, const WebProcessChannel& channel, int limitSeconds);
     ~CarouselScheme();
-    CarouselScheme(const CarouselScheme&) = delete;
-    CarouselScheme& operator=(const CarouselScheme&) = delete;
 
  private:
-    static void onRequest(WebKitURISchemeRequest* request, gpointer self);
+    void onRequest(WebKitURISchemeRequest* request);
     static void onReply(GObject* connection, GAsyncResult* result, gpointer waiting);
 
     const WebProcessChannel& m_channel;

@@ -52,9 +52,9 @@ Screen::Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, 
     gtk_window_set_decorated(GTK_WINDOW(m_window), hasPlaceForTitle(height));
     gtk_widget_set_size_request(m_overlay, static_cast<int>(std::lround(kScreenWidth * zoom)), height);
     gtk_container_add(GTK_CONTAINER(m_window), m_overlay);
-    g_signal_connect(m_window, "key-press-event", G_CALLBACK(onKey), this);
-    g_signal_connect(m_window, "key-release-event", G_CALLBACK(onKey), this);
-    g_signal_connect(m_window, "destroy", G_CALLBACK(onDestroy), this);
+    g_signal_connect(m_window, "key-press-event", G_CALLBACK(callback<&Screen::onKey>), this);
+    g_signal_connect(m_window, "key-release-event", G_CALLBACK(callback<&Screen::onKey>), this);
+    g_signal_connect(m_window, "destroy", G_CALLBACK(callback<&Screen::onDestroy>), this);
     gtk_widget_show_all(m_window);
 }
 
@@ -116,14 +116,9 @@ void Screen::focusTop() {
         gtk_widget_grab_focus(view->widget());
 }
 
-gboolean Screen::onKey(GtkWidget*, GdkEventKey* event, gpointer self) {
-    return static_cast<Screen*>(self)->m_keyHandler(*event);
-}
-
-void Screen::onDestroy(GtkWidget*, gpointer self) {
-    auto& screen = *static_cast<Screen*>(self);
-    screen.m_window = nullptr;
-    screen.m_closed();
+void Screen::onDestroy(GtkWidget*) {
+    m_window = nullptr;
+    m_closed();
 }
 
 }  // namespace Shell

@@ -17,13 +17,11 @@ inline constexpr int kScreenHeight = 720;
 // Gives the widget a background.
 void paint(GtkWidget* widget, const char* color);
 
-class Screen {
+class Screen : Host::Pinned {
  public:
     // `keyHandler` sees each key before any view; true keeps it from the view that has the focus.
     Screen(double zoom, std::function<bool(const GdkEventKey&)> keyHandler, std::function<void()> closed);
     ~Screen();
-    Screen(const Screen&) = delete;
-    Screen& operator=(const Screen&) = delete;
 
     // Above all others. The view must be removed before it dies.
     void add(BrowserView& view);
@@ -42,8 +40,8 @@ class Screen {
     [[nodiscard]] std::vector<BrowserView*> visibleViews() const;
 
  private:
-    static gboolean onKey(GtkWidget* widget, GdkEventKey* event, gpointer self);
-    static void onDestroy(GtkWidget* widget, gpointer self);
+    gboolean onKey(GtkWidget*, GdkEventKey* event) { return m_keyHandler(*event); }
+    void onDestroy(GtkWidget*);
 
     void focusTop();
 
