@@ -23,6 +23,7 @@ inline constexpr char kReplyType[] = "((bs))";
 inline constexpr char kDriverKeyPressed[] = "DriverKeyPressed";
 inline constexpr char kDriverKeyReleased[] = "DriverKeyReleased";
 
+// Of both interfaces; that of the files is the second.
 inline constexpr char kIntrospection[] = R"xml(
 <node>
   <interface name="org.vantrel.hbbtv.ShellChannel">
@@ -39,6 +40,17 @@ inline constexpr char kIntrospection[] = R"xml(
     </method>
     <method name="AnnouncePage">
       <arg name="page" type="t" direction="in"/>
+    </method>
+  </interface>
+  <interface name="org.vantrel.hbbtv.ShellFiles">
+    <method name="ReadFile">
+      <arg name="handle" type="u" direction="in"/>
+      <arg name="url" type="s" direction="in"/>
+      <arg name="outcome" type="y" direction="out"/>
+      <arg name="bytes" type="ay" direction="out"/>
+    </method>
+    <method name="AbandonFile">
+      <arg name="handle" type="u" direction="in"/>
     </method>
   </interface>
 </node>
@@ -58,22 +70,6 @@ enum class FileOutcome : unsigned char {
     // More bytes were promised than came.
     Incomplete,
 };
-
-inline constexpr char kFilesIntrospection[] = R"xml(
-<node>
-  <interface name="org.vantrel.hbbtv.ShellFiles">
-    <method name="ReadFile">
-      <arg name="handle" type="u" direction="in"/>
-      <arg name="url" type="s" direction="in"/>
-      <arg name="outcome" type="y" direction="out"/>
-      <arg name="bytes" type="ay" direction="out"/>
-    </method>
-    <method name="AbandonFile">
-      <arg name="handle" type="u" direction="in"/>
-    </method>
-  </interface>
-</node>
-)xml";
 
 // The message to a page, a boolean: no view is beneath its own, but the running channel.
 inline constexpr char kIsLowest[] = "IsLowest";

@@ -41,9 +41,9 @@ Browser::Browser(Options options, const SessionBus& bus)
       m_receiverProcess(runReceiver(m_options, bus.connection())),
       m_receiver(bus.connection(), *this),
       m_loop(g_main_loop_new(nullptr, FALSE)),
-      m_terminate(g_unix_signal_add(SIGTERM, onTerminate, this)),
-      m_interrupt(g_unix_signal_add(SIGINT, onInterrupt, this)),
-      m_channel(*this),
+      m_terminate(g_unix_signal_add(SIGTERM, callback<&Browser::onSignal<SIGTERM>>, this)),
+      m_interrupt(g_unix_signal_add(SIGINT, callback<&Browser::onSignal<SIGINT>>, this)),
+      m_channel([this](const auto&... message) { return answerMessage(message...); }),
       m_web(m_options, m_channel.address()),
       m_broadcast(m_web.userAgent(), m_receiver),
       m_carousel(m_web.context(), m_channel, m_options.carouselLimitSeconds),
@@ -158,13 +158,9 @@ void Browser::leave(int exitCode) {
     g_main_loop_quit(m_loop.get());
 }
 
-gboolean Browser::onTerminate(gpointer self) {
-    static_cast<Browser*>(self)->leave(kSignalExitCode + SIGTERM);
-    return G_SOURCE_CONTINUE;
-}
-
-gboolean Browser::onInterrupt(gpointer self) {
-    static_cast<Browser*>(self)->leave(kSignalExitCode + SIGINT);
+template <int signal>
+gboolean Browser::onSignal() {
+    leave(kSignalExitCode + signal);
     return G_SOURCE_CONTINUE;
 }
 
@@ -320,12 +316,6 @@ void Browser::viewWantsRemotePanel() {
                 keyPressed(keyCode);
         });
     m_remotePanel->toggle(view->widget());
-}
-
-void Browser::didReceiveMessage(std::uint64_t page, const std::string& name,
-                                const std::optional<std::string>& body) {
-    g_debug("message \"%s\" of page %" G_GUINT64_FORMAT ": %s", name.c_str(), page,
-            body ? body->c_str() : "-");
 }
 
 std::optional<std::string> Browser::answerMessage(std::uint64_t page, const std::string& name,

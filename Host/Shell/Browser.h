@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Shell/Automation.h"
 #include "Host/Shell/Broadcast.h"
 #include "Host/Shell/FolderWatch.h"
@@ -26,13 +26,11 @@
 
 namespace Shell {
 
-class Browser final : public BrowserViewListener, public WebProcessMessages, public ReceiverEvents {
+class Browser final : public BrowserViewListener, public ReceiverEvents, Host::Pinned {
  public:
     // Without a connection to the bus there is no receiver.
     Browser(Options options, const SessionBus& bus);
     ~Browser();
-    Browser(const Browser&) = delete;
-    Browser& operator=(const Browser&) = delete;
 
     // Until the window is closed, the check is done or a signal ends it; the exit code.
     [[nodiscard]] int run();
@@ -45,11 +43,6 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void viewWantsToClose(BrowserView& view) override;
     void viewWantsRemotePanel() override;
 
-    void didReceiveMessage(std::uint64_t page, const std::string& name,
-                           const std::optional<std::string>& body) override;
-    [[nodiscard]] std::optional<std::string> answerMessage(std::uint64_t page, const std::string& name,
-                                                           const std::optional<std::string>& body) override;
-
     void receiverAppeared() override;
     void receiverVanished() override;
     void applicationStarted(std::int32_t id, const std::string& url) override;
@@ -58,9 +51,11 @@ class Browser final : public BrowserViewListener, public WebProcessMessages, pub
     void keyMaskChanged(std::uint32_t mask) override;
     void keyPressed(std::uint32_t keyCode) override;
 
-    static gboolean onTerminate(gpointer self);
-    static gboolean onInterrupt(gpointer self);
+    template <int signal>
+    gboolean onSignal();
 
+    [[nodiscard]] std::optional<std::string> answerMessage(std::uint64_t page, const std::string& name,
+                                                           const std::optional<std::string>& body);
     void greetReceiver();
     BrowserView& openView(std::int32_t id, const std::string& url);
     void closeView(std::int32_t id);

@@ -27,14 +27,12 @@ void answer(GDBusMethodInvocation* invocation, FileOutcome outcome, const std::u
                                   g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, bytes, count, 1)));
 }
 
-class DefaultContext {
+class DefaultContext : Pinned {
  public:
     explicit DefaultContext(GMainContext* context) : m_context(context) {
         g_main_context_push_thread_default(context);
     }
     ~DefaultContext() { g_main_context_pop_thread_default(m_context); }
-    DefaultContext(const DefaultContext&) = delete;
-    DefaultContext& operator=(const DefaultContext&) = delete;
 
  private:
     GMainContext* m_context;
@@ -50,19 +48,20 @@ void CarouselLoader::initialiseWith(const std::function<void()>& initialise) {
 }
 
 void CarouselLoader::serve(GDBusConnection* shell, Entry entry) {
-    static const GDBusInterfaceVTable s_methods = {onMethodCall, nullptr, nullptr, {}};
+    static const GDBusInterfaceVTable s_methods = {
+        callback<&CarouselLoader::onMethodCall>, nullptr, nullptr, {}};
     GErrorSlot error;
     // The connection that the bundle uses too. Without one no response can come.
     m_bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, error.out()));
     if (m_bus)
-        g_dbus_connection_add_filter(m_bus.get(), onMessage, this, nullptr);
+        g_dbus_connection_add_filter(m_bus.get(), callback<&CarouselLoader::onMessage>, this, nullptr);
 
-    m_introspection.reset(g_dbus_node_info_new_for_xml(ShellChannel::kFilesIntrospection, error.out()));
+    m_introspection.reset(g_dbus_node_info_new_for_xml(ShellChannel::kIntrospection, error.out()));
     s_loader = this;
     m_entry = entry;
     {
         const DefaultContext calls(m_context.get());
-        if (g_dbus_connection_register_object(shell, ShellChannel::kPath, m_introspection->interfaces[0],
+        if (g_dbus_connection_register_object(shell, ShellChannel::kPath, m_introspection->interfaces[1],
                                               &s_methods, this, nullptr, error.out()) == 0) {
             g_warning("no carousel for the shell: %s", error.message());
             m_entry = nullptr;
@@ -78,17 +77,16 @@ void CarouselLoader::serve(GDBusConnection* shell, Entry entry) {
 }
 
 void CarouselLoader::onMethodCall(GDBusConnection*, const char*, const char*, const char*, const char* method,
-                                  GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
-    auto& loader = *static_cast<CarouselLoader*>(self);
+                                  GVariant* parameters, GDBusMethodInvocation* invocation) {
     guint32 handle = 0;
     if (g_str_equal(method, ShellChannel::kReadFile)) {
         const char* url = nullptr;
         g_variant_get(parameters, "(u&s)", &handle, &url);
-        loader.readFile(handle, url, invocation);
+        readFile(handle, url, invocation);
         return;
     }
     g_variant_get(parameters, "(u)", &handle);
-    loader.abandonFile(handle);
+    abandonFile(handle);
     g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 
@@ -118,14 +116,13 @@ void CarouselLoader::abandonFile(std::uint32_t handle) {
 }
 
 // On the bus's own thread, before anybody is told of the message.
-GDBusMessage* CarouselLoader::onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming,
-                                        gpointer self) {
+GDBusMessage* CarouselLoader::onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming) {
     if (incoming && g_dbus_message_get_message_type(message) == G_DBUS_MESSAGE_TYPE_SIGNAL &&
         g_strcmp0(g_dbus_message_get_interface(message), kServiceInterface) == 0 &&
         g_strcmp0(g_dbus_message_get_member(message), kFileResponse) == 0) {
         GVariant* body = g_dbus_message_get_body(message);
         if (body && g_variant_is_of_type(body, G_VARIANT_TYPE(kFileResponseType)))
-            static_cast<CarouselLoader*>(self)->noteSize(body);
+            noteSize(body);
     }
     return message;
 }

@@ -9,19 +9,17 @@
 #include <optional>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Platform/Inc/DsmccFileLoader.h"
 
 namespace WebProcess {
 
 // One for each web process, kept until the process ends: the bundle never lets go of a callback.
-class CarouselLoader {
+class CarouselLoader : Host::Pinned {
  public:
     using Entry = decltype(&s_soupDsmccFileRequest);
 
     CarouselLoader();
-    CarouselLoader(const CarouselLoader&) = delete;
-    CarouselLoader& operator=(const CarouselLoader&) = delete;
 
     // Calls the function, which initialises the bundle, so that the bundle's responses arrive on our thread.
     void initialiseWith(const std::function<void()>& initialise);
@@ -38,11 +36,9 @@ class CarouselLoader {
         std::optional<size_t> carried;
     };
 
-    static void onMethodCall(GDBusConnection* connection, const char* sender, const char* path,
-                             const char* interface, const char* method, GVariant* parameters,
-                             GDBusMethodInvocation* invocation, gpointer self);
-    static GDBusMessage* onMessage(GDBusConnection* bus, GDBusMessage* message, gboolean incoming,
-                                   gpointer self);
+    void onMethodCall(GDBusConnection*, const char*, const char*, const char*, const char* method,
+                      GVariant* parameters, GDBusMethodInvocation* invocation);
+    GDBusMessage* onMessage(GDBusConnection*, GDBusMessage* message, gboolean incoming);
     static bool onFile(std::uint32_t handle, const char* url, const std::uint8_t* data, long length,
                        bool status);
 

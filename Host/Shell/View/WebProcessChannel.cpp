@@ -1,5 +1,7 @@
 #include "Host/Shell/View/WebProcessChannel.h"
 
+#include <utility>
+
 #include "Host/Inc/MainLoop.h"
 #include "Host/Inc/ShellChannel.h"
 
@@ -17,7 +19,7 @@ gboolean allowMechanism(GDBusAuthObserver*, const char* mechanism, gpointer) {
 
 }  // namespace
 
-WebProcessChannel::WebProcessChannel(WebProcessMessages& messages) : m_messages(messages) {
+WebProcessChannel::WebProcessChannel(Answer answer) : m_answer(std::move(answer)) {
     GErrorSlot error;
     m_introspection.reset(g_dbus_node_info_new_for_xml(ShellChannel::kIntrospection, error.out()));
     const GChars guid(g_dbus_generate_guid());
@@ -31,7 +33,8 @@ WebProcessChannel::WebProcessChannel(WebProcessMessages& messages) : m_messages(
         g_warning("no connection for web processes: %s", error.message());
         return;
     }
-    g_signal_connect(m_server.get(), "new-connection", G_CALLBACK(onNewConnection), this);
+    g_signal_connect(m_server.get(), "new-connection",
+                     G_CALLBACK(callback<&WebProcessChannel::onNewConnection>), this);
     g_dbus_server_start(m_server.get());
 }
 
@@ -57,38 +60,33 @@ GDBusConnection* WebProcessChannel::fileReaderOf(std::uint64_t page) const {
     return found == m_fileReaders.end() ? nullptr : found->second;
 }
 
-gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* connection, gpointer self) {
-    static const GDBusInterfaceVTable s_methods = {onMethodCall, nullptr, nullptr, {}};
-    auto& channel = *static_cast<WebProcessChannel*>(self);
+gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* connection) {
+    static const GDBusInterfaceVTable s_methods = {
+        callback<&WebProcessChannel::onMethodCall>, nullptr, nullptr, {}};
     GErrorSlot error;
-    if (g_dbus_connection_register_object(connection, ShellChannel::kPath,
-                                          channel.m_introspection->interfaces[0], &s_methods, self, nullptr,
-                                          error.out()) == 0) {
+    if (g_dbus_connection_register_object(connection, ShellChannel::kPath, m_introspection->interfaces[0],
+                                          &s_methods, this, nullptr, error.out()) == 0) {
         g_warning("a web process cannot be served: %s", error.message());
         return FALSE;
     }
-    g_signal_connect(connection, "closed", G_CALLBACK(onClosed), self);
-    channel.m_connections.push_back(retain(connection));
+    g_signal_connect(connection, "closed", G_CALLBACK(callback<&WebProcessChannel::onClosed>), this);
+    m_connections.push_back(retain(connection));
     return TRUE;
 }
 
-void WebProcessChannel::onClosed(GDBusConnection* connection, gboolean, GError*, gpointer self) {
-    auto& channel = *static_cast<WebProcessChannel*>(self);
-    g_signal_handlers_disconnect_by_data(connection, self);
-    std::erase_if(channel.m_fileReaders,
-                  [connection](const auto& reader) { return reader.second == connection; });
-    std::erase_if(channel.m_connections,
-                  [connection](const auto& known) { return known.get() == connection; });
+void WebProcessChannel::onClosed(GDBusConnection* connection, gboolean, GError*) {
+    g_signal_handlers_disconnect_by_data(connection, this);
+    std::erase_if(m_fileReaders, [connection](const auto& reader) { return reader.second == connection; });
+    std::erase_if(m_connections, [connection](const auto& known) { return known.get() == connection; });
 }
 
 void WebProcessChannel::onMethodCall(GDBusConnection* connection, const char*, const char*, const char*,
                                      const char* method, GVariant* parameters,
-                                     GDBusMethodInvocation* invocation, gpointer self) {
-    auto& channel = *static_cast<WebProcessChannel*>(self);
+                                     GDBusMethodInvocation* invocation) {
     guint64 page = 0;
     if (g_str_equal(method, ShellChannel::kAnnouncePage)) {
         g_variant_get(parameters, "(t)", &page);
-        channel.m_fileReaders[page] = connection;
+        m_fileReaders[page] = connection;
         g_dbus_method_invocation_return_value(invocation, nullptr);
         return;
     }
@@ -98,13 +96,13 @@ void WebProcessChannel::onMethodCall(GDBusConnection* connection, const char*, c
     g_variant_get(parameters, "(t&s(b&s))", &page, &name, &hasBody, &text);
     const auto body = hasBody ? std::optional<std::string>(text) : std::nullopt;
     if (g_str_equal(method, ShellChannel::kPostSynchronousMessage)) {
-        const auto reply = channel.m_messages.answerMessage(page, name, body);
+        const auto reply = m_answer(page, name, body);
         g_dbus_method_invocation_return_value(
             invocation, g_variant_new(ShellChannel::kReplyType, static_cast<gboolean>(reply.has_value()),
                                       reply ? reply->c_str() : ""));
         return;
     }
-    channel.m_messages.didReceiveMessage(page, name, body);
+    g_debug("message \"%s\" of page %" G_GUINT64_FORMAT ": %s", name, page, hasBody ? text : "-");
     g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 

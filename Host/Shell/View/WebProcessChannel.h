@@ -3,35 +3,26 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 
 namespace Shell {
 
-// Takes the bundle's messages. The page is WebKit's page id, 0 before the web process has a page.
-class WebProcessMessages {
+class WebProcessChannel : Host::Pinned {
  public:
-    virtual void didReceiveMessage(std::uint64_t page, const std::string& name,
-                                   const std::optional<std::string>& body) = 0;
-    // Nothing when there is no answer.
-    [[nodiscard]] virtual std::optional<std::string> answerMessage(
-        std::uint64_t page, const std::string& name, const std::optional<std::string>& body) = 0;
+    // Answers a message of the bundle, or nothing. The page is WebKit's page id, 0 before the web process has
+    // a page.
+    using Answer = std::function<std::optional<std::string>(std::uint64_t page, const std::string& name,
+                                                            const std::optional<std::string>& body)>;
 
- protected:
-    ~WebProcessMessages() = default;
-};
-
-class WebProcessChannel {
- public:
     // Without a server (the reason is logged) the address is empty.
-    explicit WebProcessChannel(WebProcessMessages& messages);
+    explicit WebProcessChannel(Answer answer);
     ~WebProcessChannel();
-    WebProcessChannel(const WebProcessChannel&) = delete;
-    WebProcessChannel& operator=(const WebProcessChannel&) = delete;
 
     [[nodiscard]] std::string address() const;
 
@@ -42,14 +33,12 @@ class WebProcessChannel {
     [[nodiscard]] GDBusConnection* fileReaderOf(std::uint64_t page) const;
 
  private:
-    static gboolean onNewConnection(GDBusServer* server, GDBusConnection* connection, gpointer self);
-    static void onClosed(GDBusConnection* connection, gboolean remotePeerVanished, GError* error,
-                         gpointer self);
-    static void onMethodCall(GDBusConnection* connection, const char* sender, const char* path,
-                             const char* interface, const char* method, GVariant* parameters,
-                             GDBusMethodInvocation* invocation, gpointer self);
+    gboolean onNewConnection(GDBusServer*, GDBusConnection* connection);
+    void onClosed(GDBusConnection* connection, gboolean, GError*);
+    void onMethodCall(GDBusConnection* connection, const char*, const char*, const char*, const char* method,
+                      GVariant* parameters, GDBusMethodInvocation* invocation);
 
-    WebProcessMessages& m_messages;
+    Answer m_answer;
     Host::GNodeInfo m_introspection;
     Host::GObjectHandle<GDBusServer> m_server;
     std::vector<Host::GObjectHandle<GDBusConnection>> m_connections;
