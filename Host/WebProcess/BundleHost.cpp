@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Inc/ShellChannel.h"
+#include "Host/WebProcess/JSHandles.h"
 
 namespace WebProcess {
 
@@ -33,9 +35,9 @@ std::string lastLinkError() {
 BundleHost::BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation,
                        bool showsConsole)
     : m_shell(shellAddress), m_automation(automation), m_showsConsole(showsConsole) {
-    g_signal_connect(extension, "page-created", G_CALLBACK(onPageCreated), this);
+    g_signal_connect(extension, "page-created", G_CALLBACK(callback<&BundleHost::onPageCreated>), this);
     g_signal_connect(webkit_script_world_get_default(), "window-object-cleared",
-                     G_CALLBACK(onWindowObjectCleared), this);
+                     G_CALLBACK(callback<&BundleHost::onWindowObjectCleared>), this);
 }
 
 std::optional<std::string> BundleHost::loadBundle(const char* path) {
@@ -76,33 +78,32 @@ WKBundleScriptWorldRef BundleHost::normalWorld() {
     return toRef<WKBundleScriptWorldRef>(&s_normalWorld);
 }
 
-void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage, gpointer self) {
-    auto& host = *static_cast<BundleHost*>(self);
-    const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage, !host.m_showsConsole));
-    host.m_pages.insert_or_assign(webPage, page);
-    g_object_weak_ref(G_OBJECT(webPage), onPageGone, self);
-    g_signal_connect(webPage, "user-message-received", G_CALLBACK(onUserMessage), self);
-    if (host.m_carousel.serves())
-        host.m_shell.announcePage(page->id());
+void BundleHost::onPageCreated(WebKitWebExtension*, WebKitWebPage* webPage) {
+    const auto page = WKRetained<HostPage>::adopt(new HostPage(webPage, !m_showsConsole));
+    m_pages.insert_or_assign(webPage, page);
+    g_object_weak_ref(G_OBJECT(webPage), onPageGone, this);
+    g_signal_connect(webPage, "user-message-received", G_CALLBACK(callback<&BundleHost::onUserMessage>),
+                     this);
+    if (m_carousel.serves())
+        m_shell.announcePage(page->id());
 
-    const auto bundle = toRef<WKBundleRef>(&host);
-    if (!host.m_pageGroup) {
-        host.m_pageGroup = WKRetained<WKObject>::adopt(new WKObject);
-        if (host.m_client.didInitializePageGroup)
-            host.m_client.didInitializePageGroup(bundle, toRef<WKBundlePageGroupRef>(host.m_pageGroup.get()),
-                                                 host.m_client.base.clientInfo);
+    const auto bundle = toRef<WKBundleRef>(this);
+    if (!m_pageGroup) {
+        m_pageGroup = WKRetained<WKObject>::adopt(new WKObject);
+        if (m_client.didInitializePageGroup)
+            m_client.didInitializePageGroup(bundle, toRef<WKBundlePageGroupRef>(m_pageGroup.get()),
+                                            m_client.base.clientInfo);
     }
-    if (host.m_client.didCreatePage)
-        host.m_client.didCreatePage(bundle, toRef<WKBundlePageRef>(page.get()),
-                                    host.m_client.base.clientInfo);
+    if (m_client.didCreatePage)
+        m_client.didCreatePage(bundle, toRef<WKBundlePageRef>(page.get()), m_client.base.clientInfo);
 }
 
-gboolean BundleHost::onUserMessage(WebKitWebPage*, WebKitUserMessage* message, gpointer self) {
+gboolean BundleHost::onUserMessage(WebKitWebPage*, WebKitUserMessage* message) {
     GVariant* value = webkit_user_message_get_parameters(message);
     if (!g_str_equal(webkit_user_message_get_name(message), ShellChannel::kIsLowest) || !value ||
         !g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN))
         return FALSE;
-    static_cast<BundleHost*>(self)->m_glass.setLowest(g_variant_get_boolean(value));
+    m_glass.setLowest(g_variant_get_boolean(value));
     return TRUE;
 }
 
@@ -119,11 +120,9 @@ void BundleHost::onPageGone(gpointer self, GObject* whereThePageWas) {
                                       host.m_client.base.clientInfo);
 }
 
-void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPage, WebKitFrame* webFrame,
-                                       gpointer self) {
-    auto& host = *static_cast<BundleHost*>(self);
-    const auto found = host.m_pages.find(webPage);
-    if (found == host.m_pages.end())
+void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPage, WebKitFrame* webFrame) {
+    const auto found = m_pages.find(webPage);
+    if (found == m_pages.end())
         return;
     const WKRetained<HostPage> page = found->second;
     const WKRetained<HostFrame> frame(&page->frame(webFrame));
@@ -131,29 +130,33 @@ void BundleHost::onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* webPag
     if (!context)
         return;
     std::set<JSGlobalContextRef> contexts;
-    for (const auto& [webKitPage, known] : host.m_pages)
+    for (const auto& [webKitPage, known] : m_pages)
         known->addScriptContexts(contexts);
-    host.m_glass.keepOnly(contexts);
-    if (host.m_automation)
-        judgeKeys(context, host);
-    runBrowserExtensions(context, host.m_glass.makeScriptSide(context));
-    if (host.m_automation)
+    m_glass.keepOnly(contexts);
+    runBrowserExtensions(context, m_glass.makeScriptSide(context),
+                         m_automation ? functionOf<&BundleHost::letsKey>(context, this) : nullptr);
+    if (m_automation)
         defineCollectGarbage(context);
     page->didClearWindowObject(*frame, normalWorld());
     defineKeyNames(context);
-    host.runUserScripts(context, kWKInjectAtDocumentStart, frame->isMainFrame());
-    if (host.hasUserScripts(kWKInjectAtDocumentEnd))
-        listenForDocumentEnd(context, host);
+    runUserScripts(context, kWKInjectAtDocumentStart, frame->isMainFrame());
+    if (hasUserScripts(kWKInjectAtDocumentEnd))
+        listenForDocumentEnd(context, functionOf<&BundleHost::reachedDocumentEnd>(context, this));
 }
 
-void BundleHost::didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) {
-    runUserScripts(context, kWKInjectAtDocumentEnd, isMainFrame);
+JSValueRef BundleHost::reachedDocumentEnd(JSContextRef context, std::span<const JSValueRef> arguments) {
+    runUserScripts(JSContextGetGlobalContext(context), kWKInjectAtDocumentEnd,
+                   !arguments.empty() && JSValueToBoolean(context, arguments[0]));
+    return JSValueMakeUndefined(context);
 }
 
-bool BundleHost::lets(unsigned keyCode, bool pressed) {
-    const char* name =
-        pressed ? Host::ShellChannel::kDriverKeyPressed : Host::ShellChannel::kDriverKeyReleased;
-    return postSynchronously(name, std::to_string(keyCode)).has_value();
+JSValueRef BundleHost::letsKey(JSContextRef context, std::span<const JSValueRef> arguments) {
+    const auto keyCode = static_cast<unsigned>(JSValueToNumber(context, arguments[0], nullptr));
+    const bool pressed = JSValueToBoolean(context, arguments[1]);
+    const auto answer =
+        postSynchronously(pressed ? ShellChannel::kDriverKeyPressed : ShellChannel::kDriverKeyReleased,
+                          std::to_string(keyCode));
+    return JSValueMakeBoolean(context, answer.has_value());
 }
 
 void BundleHost::runUserScripts(JSGlobalContextRef context, WKUserScriptInjectionTime time,

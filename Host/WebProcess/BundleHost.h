@@ -5,6 +5,7 @@
 
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,7 @@
 
 namespace WebProcess {
 
-class BundleHost final : public WKObject, private DocumentEndListener, private KeyJudge {
+class BundleHost final : public WKObject {
  public:
     BundleHost(WebKitWebExtension* extension, const char* shellAddress, bool automation, bool showsConsole);
 
@@ -45,13 +46,12 @@ class BundleHost final : public WKObject, private DocumentEndListener, private K
         WKUserContentInjectedFrames frames;
     };
 
-    static void onPageCreated(WebKitWebExtension* extension, WebKitWebPage* page, gpointer self);
-    static gboolean onUserMessage(WebKitWebPage* page, WebKitUserMessage* message, gpointer self);
+    void onPageCreated(WebKitWebExtension*, WebKitWebPage* page);
+    gboolean onUserMessage(WebKitWebPage*, WebKitUserMessage* message);
     static void onPageGone(gpointer self, GObject* whereThePageWas);
-    static void onWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame,
-                                      gpointer self);
-    void didReachDocumentEnd(JSGlobalContextRef context, bool isMainFrame) override;
-    bool lets(unsigned keyCode, bool pressed) override;
+    void onWindowObjectCleared(WebKitScriptWorld*, WebKitWebPage* page, WebKitFrame* frame);
+    JSValueRef reachedDocumentEnd(JSContextRef context, std::span<const JSValueRef> arguments);
+    JSValueRef letsKey(JSContextRef context, std::span<const JSValueRef> arguments);
 
     void runUserScripts(JSGlobalContextRef context, WKUserScriptInjectionTime time, bool isMainFrame);
     [[nodiscard]] bool hasUserScripts(WKUserScriptInjectionTime time) const;

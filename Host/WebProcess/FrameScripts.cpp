@@ -2,6 +2,8 @@
 
 #include <malloc.h>
 
+#include <initializer_list>
+
 #include <glib.h>
 
 #include "Host/WebProcess/JSHandles.h"
@@ -20,25 +22,26 @@ void logException(JSContextRef context, JSValueRef exception, const char* name) 
     g_warning("%s: %s", name, toText(context, exception).c_str());
 }
 
-// The value of a function expression; null (and a log line) when it does not evaluate to one.
-JSObjectRef evaluateFunction(JSGlobalContextRef context, const char* source, const char* name) {
+// Null, and a log line with the name, for a script that throws.
+JSValueRef evaluate(JSGlobalContextRef context, const char* source, const char* name,
+                    JSStringRef url = nullptr) {
     const JSStringHandle script = makeString(source);
     JSValueRef exception = nullptr;
-    const JSValueRef value = JSEvaluateScript(context, script.get(), nullptr, nullptr, 1, &exception);
-    if (exception) {
+    const JSValueRef value = JSEvaluateScript(context, script.get(), nullptr, url, 1, &exception);
+    if (exception)
         logException(context, exception, name);
-        return nullptr;
-    }
-    return JSValueToObject(context, value, nullptr);
+    return exception ? nullptr : value;
 }
 
-template <size_t count>
-void callFunction(JSGlobalContextRef context, JSObjectRef function, const JSValueRef (&arguments)[count],
+// The source is a function expression.
+void callFunction(JSGlobalContextRef context, const char* source, std::initializer_list<JSValueRef> arguments,
                   const char* name) {
+    const JSValueRef value = evaluate(context, source, name);
+    const JSObjectRef function = value ? JSValueToObject(context, value, nullptr) : nullptr;
     if (!function)
         return;
     JSValueRef exception = nullptr;
-    JSObjectCallAsFunction(context, function, nullptr, count, arguments, &exception);
+    JSObjectCallAsFunction(context, function, nullptr, arguments.size(), arguments.begin(), &exception);
     if (exception)
         logException(context, exception, name);
 }
@@ -50,50 +53,18 @@ JSValueRef collectGarbage(JSContextRef context, JSObjectRef, JSObjectRef, size_t
     return JSGetMemoryUsageStatistics(context);
 }
 
-JSValueRef judgeKey(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,
-                    const JSValueRef arguments[], JSValueRef*) {
-    auto* judge = static_cast<KeyJudge*>(JSObjectGetPrivate(function));
-    const auto keyCode =
-        count > 1 ? static_cast<unsigned>(JSValueToNumber(context, arguments[0], nullptr)) : 0;
-    return JSValueMakeBoolean(context, judge->lets(keyCode, JSValueToBoolean(context, arguments[1])));
-}
-
-JSValueRef reachedDocumentEnd(JSContextRef context, JSObjectRef function, JSObjectRef, size_t count,
-                              const JSValueRef arguments[], JSValueRef*) {
-    auto* listener = static_cast<DocumentEndListener*>(JSObjectGetPrivate(function));
-    listener->didReachDocumentEnd(JSContextGetGlobalContext(context),
-                                  count > 0 && JSValueToBoolean(context, arguments[0]));
-    return JSValueMakeUndefined(context);
-}
-
-// The function with this as its private data.
-template <auto function>
-JSObjectRef functionOf(JSContextRef context, void* data) {
-    static const JSClassRef functionClass = [] {
-        JSClassDefinition definition = kJSClassDefinitionEmpty;
-        definition.callAsFunction = function;
-        return JSClassCreate(&definition);  // Kept for the process.
-    }();
-    return JSObjectMake(context, functionClass, data);
-}
-
 }  // namespace
 
 void runScript(JSGlobalContextRef context, const std::string& source, const char* name) {
-    const JSStringHandle script = makeString(source.c_str());
     const JSStringHandle url = makeString(name);
-    JSValueRef exception = nullptr;
-    JSEvaluateScript(context, script.get(), nullptr, url.get(), 1, &exception);
-    if (exception)
-        logException(context, exception, name);
+    (void)evaluate(context, source.c_str(), name, url.get());
 }
 
-void runBrowserExtensions(JSGlobalContextRef context, JSObjectRef glass) {
-    static constexpr char kName[] = "browser extensions";
+void runBrowserExtensions(JSGlobalContextRef context, JSObjectRef glass, JSObjectRef lets) {
     static const std::string s_function =
-        std::string("(glass => { 'use strict';\n").append(s_browserExtensions).append("})");
-    const JSValueRef arguments[] = {glass};
-    callFunction(context, evaluateFunction(context, s_function.c_str(), kName), arguments, kName);
+        std::string("((glass, lets) => { 'use strict';\n").append(s_browserExtensions).append("})");
+    callFunction(context, s_function.c_str(), {glass, lets ? lets : JSValueMakeNull(context)},
+                 "browser extensions");
 }
 
 void defineKeyNames(JSGlobalContextRef context) {
@@ -107,42 +78,11 @@ void defineKeyNames(JSGlobalContextRef context) {
     runScript(context, s_script, "key names");
 }
 
-void listenForDocumentEnd(JSGlobalContextRef context, DocumentEndListener& listener) {
-    static constexpr char kName[] = "document end";
-    const JSObjectRef listen =
-        evaluateFunction(context,
-                         "(reached => addEventListener('DOMContentLoaded', () => reached("
-                         "window === window.top), { capture: true, once: true }))",
-                         kName);
-    const JSValueRef arguments[] = {functionOf<reachedDocumentEnd>(context, &listener)};
-    callFunction(context, listen, arguments, kName);
-}
-
-void judgeKeys(JSGlobalContextRef context, KeyJudge& judge) {
-    static constexpr char kName[] = "driver keys";
-    // Keys of private characters come from the remote control. A page may replace every built-in.
-    const JSObjectRef listen = evaluateFunction(context, R"((lets => {
-        const { apply, getOwnPropertyDescriptor } = Reflect;
-        const { preventDefault, stopImmediatePropagation } = Event.prototype;
-        const { charCodeAt } = String.prototype;
-        const getter = name => getOwnPropertyDescriptor(KeyboardEvent.prototype, name).get;
-        const keyOf = getter('key');
-        const codeOf = getter('keyCode');
-        const judge = (event, pressed) => {
-            const key = apply(keyOf, event, []);
-            const isRemote = key.length === 1 && apply(charCodeAt, key, [0]) >= 0xe000
-                && apply(charCodeAt, key, [0]) <= 0xf8ff;
-            if (event.isTrusted && !isRemote && !lets(apply(codeOf, event, []), pressed)) {
-                apply(preventDefault, event, []);
-                apply(stopImmediatePropagation, event, []);
-            }
-        };
-        addEventListener('keydown', event => judge(event, true), true);
-        addEventListener('keyup', event => judge(event, false), true);
-    }))",
-                                                kName);
-    const JSValueRef arguments[] = {functionOf<judgeKey>(context, &judge)};
-    callFunction(context, listen, arguments, kName);
+void listenForDocumentEnd(JSGlobalContextRef context, JSObjectRef reached) {
+    callFunction(context,
+                 "(reached => addEventListener('DOMContentLoaded', () => reached("
+                 "window === window.top), { capture: true, once: true }))",
+                 {reached}, "document end");
 }
 
 void defineCollectGarbage(JSGlobalContextRef context) {

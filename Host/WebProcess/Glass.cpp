@@ -29,8 +29,6 @@ constexpr char kFitting[] = "display: block; object-fit: contain; background: bl
 // Above the background of the page, beneath all that is in it.
 constexpr char kBehind[] = "; z-index: -2147483648";
 
-Glass* s_glass = nullptr;
-
 std::int32_t integer(JSContextRef context, JSValueRef value) {
     const double number = JSValueToNumber(context, value, nullptr);
     return std::abs(number) <= G_MAXINT16 ? static_cast<std::int32_t>(number) : 0;
@@ -122,16 +120,14 @@ bool PlayerPicture::read(std::uint32_t* pixels) const {
 }
 
 JSObjectRef Glass::makeScriptSide(JSContextRef context) {
-    s_glass = this;
     m_news.listen();
     const JSObjectRef side = JSObjectMake(context, nullptr, nullptr);
-    using Function = std::pair<const char*, JSObjectCallAsFunctionCallback>;
-    for (const auto& [name, function] :
-         {Function("place", place), {"behind", behind}, {"remove", remove}, {"fill", fill}}) {
+    for (const auto& [name, function] : {std::pair{"place", functionOf<&Glass::place>(context, this)},
+                                         {"behind", functionOf<&Glass::behind>(context, this)},
+                                         {"remove", functionOf<&Glass::remove>(context, this)},
+                                         {"fill", functionOf<&Glass::fill>(context, this)}}) {
         const JSStringHandle key = makeString(name);
-        JSObjectSetProperty(context, side, key.get(),
-                            JSObjectMakeFunctionWithCallback(context, key.get(), function),
-                            kJSPropertyAttributeNone, nullptr);
+        JSObjectSetProperty(context, side, key.get(), function, kJSPropertyAttributeNone, nullptr);
     }
     return side;
 }
@@ -168,18 +164,16 @@ std::optional<PlanePlayer> Glass::playerIn(const Rectangle& box, bool isBroadcas
 
 // place(paint, isBroadcast, id, x, y, width, height, tell): the pane is in this box, of which `tell` tells
 // the bundle. Answers the id of the player that it shows, to be given the next time; none is undefined.
-JSValueRef Glass::place(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
-                        JSValueRef*) {
-    Glass& glass = *s_glass;
+JSValueRef Glass::place(JSContextRef context, Arguments arguments) {
     const bool isBroadcast = JSValueToBoolean(context, arguments[1]);
     const Rectangle box = {integer(context, arguments[3]), integer(context, arguments[4]),
                            integer(context, arguments[5]), integer(context, arguments[6])};
-    glass.m_news.listen();
-    glass.takeLayouts();
+    m_news.listen();
+    takeLayouts();
     (void)JSObjectCallAsFunction(context, JSValueToObject(context, arguments[7], nullptr), nullptr, 0,
                                  nullptr, nullptr);
     // The layout that this has led to is that of the hole's player.
-    auto told = glass.takeLayouts();
+    auto told = takeLayouts();
     std::erase_if(told, [&](const PlanePlayer& player) { return player.isBroadcast != isBroadcast; });
     std::optional<PlanePlayer> player;
     if (!told.empty())
@@ -188,39 +182,36 @@ JSValueRef Glass::place(JSContextRef context, JSObjectRef, JSObjectRef, size_t, 
         player = PlanePlayer{isBroadcast,
                              static_cast<std::uint32_t>(JSValueToNumber(context, arguments[2], nullptr))};
     else
-        player = glass.playerIn(box, isBroadcast);
+        player = playerIn(box, isBroadcast);
 
-    const auto found = glass.find(context, arguments[0]);
-    Pane& pane = found == glass.m_panes.end() ? glass.add(context, arguments[0]) : *found;
+    const auto found = find(context, arguments[0]);
+    Pane& pane = found == m_panes.end() ? add(context, arguments[0]) : *found;
     pane.isBroadcast = isBroadcast;
     pane.box = box;
     pane.player = player;
-    glass.paintAll();
+    paintAll();
     return player ? JSValueMakeNumber(context, player->id) : JSValueMakeUndefined(context);
 }
 
 // behind(paint): the pane of a whole page.
-JSValueRef Glass::behind(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
-                         JSValueRef*) {
-    s_glass->add(context, arguments[0]).isBehind = true;
-    s_glass->restartClock();
+JSValueRef Glass::behind(JSContextRef context, Arguments arguments) {
+    add(context, arguments[0]).isBehind = true;
+    restartClock();
     return JSValueMakeUndefined(context);
 }
 
-JSValueRef Glass::remove(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
-                         JSValueRef*) {
-    const auto pane = s_glass->find(context, arguments[0]);
-    if (pane != s_glass->m_panes.end())
-        s_glass->drop(pane);
-    s_glass->restartClock();
+JSValueRef Glass::remove(JSContextRef context, Arguments arguments) {
+    const auto pane = find(context, arguments[0]);
+    if (pane != m_panes.end())
+        drop(pane);
+    restartClock();
     return JSValueMakeUndefined(context);
 }
 
 // fill(bytes): the picture that is being painted, each pixel red, green, blue and opaque. Answers whether it
 // is one.
-JSValueRef Glass::fill(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef arguments[],
-                       JSValueRef*) {
-    const PlayerPicture* picture = s_glass->m_filling;
+JSValueRef Glass::fill(JSContextRef context, Arguments arguments) {
+    const PlayerPicture* picture = m_filling;
     const JSObjectRef bytes = JSValueToObject(context, arguments[0], nullptr);
     if (!picture || !bytes)
         return JSValueMakeBoolean(context, false);
@@ -229,8 +220,8 @@ JSValueRef Glass::fill(JSContextRef context, JSObjectRef, JSObjectRef, size_t, c
     auto* target = static_cast<std::uint32_t*>(JSObjectGetTypedArrayBytesPtr(context, bytes, nullptr));
     if (!target || JSObjectGetTypedArrayByteLength(context, bytes, nullptr) != count * sizeof(*target))
         return JSValueMakeBoolean(context, false);
-    s_glass->m_isTorn = !picture->read(target);
-    return JSValueMakeBoolean(context, !s_glass->m_isTorn);
+    m_isTorn = !picture->read(target);
+    return JSValueMakeBoolean(context, !m_isTorn);
 }
 
 Glass::Pane& Glass::add(JSContextRef context, JSValueRef paint) {
@@ -398,11 +389,11 @@ void Glass::restartClock() {
     const unsigned interval = !moves ? 0 : isFast ? kFramesMs : kIdleMs;
     if (interval == std::exchange(m_clockMs, interval))
         return;
-    m_clock.reset(interval == 0 ? 0 : g_timeout_add(interval, onClock, this));
+    m_clock.reset(interval == 0 ? 0 : g_timeout_add(interval, callback<&Glass::onClock>, this));
 }
 
-gboolean Glass::onClock(gpointer self) {
-    static_cast<Glass*>(self)->paintAll();
+gboolean Glass::onClock() {
+    paintAll();
     return G_SOURCE_CONTINUE;
 }
 

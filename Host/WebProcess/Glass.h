@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -81,15 +82,13 @@ class Glass final : private PlaneListener {
         std::optional<PlaneLayout> layout;
     };
 
-    static JSValueRef place(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
-                            const JSValueRef arguments[], JSValueRef* exception);
-    static JSValueRef behind(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
-                             const JSValueRef arguments[], JSValueRef* exception);
-    static JSValueRef remove(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
-                             const JSValueRef arguments[], JSValueRef* exception);
-    static JSValueRef fill(JSContextRef context, JSObjectRef function, JSObjectRef self, size_t count,
-                           const JSValueRef arguments[], JSValueRef* exception);
-    static gboolean onClock(gpointer self);
+    using Arguments = std::span<const JSValueRef>;
+
+    JSValueRef place(JSContextRef context, Arguments arguments);
+    JSValueRef behind(JSContextRef context, Arguments arguments);
+    JSValueRef remove(JSContextRef context, Arguments arguments);
+    JSValueRef fill(JSContextRef context, Arguments arguments);
+    gboolean onClock();
 
     void planeShown(const PlanePlayer& player, const PlaneContent& content) override;
     void planeHidden(const PlanePlayer& player) override;

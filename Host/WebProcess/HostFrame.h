@@ -4,6 +4,7 @@
 #include <JavaScriptCore/JSBase.h>
 #include <webkit2/webkit-web-extension.h>
 
+#include "Host/WebProcess/DeprecatedWebKit.h"
 #include "Host/WebProcess/WKObjects.h"
 
 namespace WebProcess {
@@ -17,7 +18,9 @@ class HostFrame final : public WKObject {
 
     [[nodiscard]] bool isMainFrame() const { return m_frame && webkit_frame_is_main_frame(m_frame); }
     // Null once the frame is gone.
-    [[nodiscard]] JSGlobalContextRef scriptContext() const;
+    [[nodiscard]] JSGlobalContextRef scriptContext() const {
+        return m_frame ? scriptContextOf(m_frame) : nullptr;
+    }
 
  private:
     WebKitFrame* m_frame;  // Not owned: its end is reported through detach().

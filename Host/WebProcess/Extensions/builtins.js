@@ -2,7 +2,7 @@
 // enumerable, and a page that uses none of it pays for a few listeners that never fire.
 //
 // The parts are joined in the order of Host/WebProcess/CMakeLists.txt, and are the body of one strict function whose
-// argument `glass` is the adapter's way to paint.
+// argument `glass` is the adapter's way to paint; `lets` judges a driver's keys, and is null without a driver.
 
 // A page may put its own things in these places. What is used after the start is taken here, methods and getters as
 // functions whose first argument is what they work on; options and descriptors inherit from nothing, and arrays
@@ -32,6 +32,7 @@ const preventDefault = method('Event', 'preventDefault');
 const targetOf = getter('Event', 'target');
 const animationOf = getter('AnimationEvent', 'animationName');
 const keyOf = getter('KeyboardEvent', 'key');
+const keyCodeOf = getter('KeyboardEvent', 'keyCode');
 const localNameOf = getter('Element', 'localName');
 const getAttribute = method('Element', 'getAttribute');
 const attachShadow = method('Element', 'attachShadow');

@@ -13,16 +13,27 @@ const keyNames = {
 };
 let lastKeyEvent = null; // Kept so that what is defined on it is there for every listener.
 
-function remoteKeyCode(event) {
+// The private character that the key is; 0 for other keys.
+function privateCharacter(event) {
     const key = keyOf(event);
     const character = event.isTrusted && key.length === 1 ? characterCode(key, 0) : 0;
-    const keyCode = character - firstPrivateCharacter;
-    return keyCode > 0 && character <= 0xf8ff ? keyCode : 0;
+    return character >= firstPrivateCharacter && character <= 0xf8ff ? character : 0;
+}
+
+function withhold(event) {
+    preventDefault(event);
+    stopEvent(event);
+}
+
+function judge(event, pressed) {
+    if (event.isTrusted && privateCharacter(event) === 0 && !lets(keyCodeOf(event), pressed)) {
+        withhold(event);
+    }
 }
 
 function giveRemoteCode(event) {
-    const keyCode = remoteKeyCode(event);
-    if (keyCode === 0) {
+    const keyCode = privateCharacter(event) - firstPrivateCharacter;
+    if (keyCode <= 0) {
         return;
     }
     lastKeyEvent = event;
@@ -32,12 +43,15 @@ function giveRemoteCode(event) {
     define(event, 'code', '');
 }
 
+if (lets !== null) {
+    window.addEventListener('keydown', event => judge(event, true), true);
+    window.addEventListener('keyup', event => judge(event, false), true);
+}
 window.addEventListener('keydown', giveRemoteCode, true);
 window.addEventListener('keyup', giveRemoteCode, true);
 // They type nothing.
 window.addEventListener('keypress', event => {
-    if (remoteKeyCode(event) !== 0) {
-        preventDefault(event);
-        stopEvent(event);
+    if (privateCharacter(event) > firstPrivateCharacter) {
+        withhold(event);
     }
 }, true);
