@@ -38,34 +38,28 @@ Request parse(const std::vector<std::string>& arguments, const std::vector<Inter
     Request request;
     Options& options = request.options;
     char** only = nullptr;
-    char* junit = nullptr;
-    char* html = nullptr;
-    char* media = nullptr;
-    char* file = nullptr;
-    char* streamEvent = nullptr;
-    char* shell = nullptr;
+    OptionTexts texts;
     const GOptionEntry entries[] = {
         {"only", 0, 0, G_OPTION_ARG_STRING_ARRAY, &only, "Check these; what a part of a middleware claims",
          "INTERFACE"},
         {"limit", 0, 0, G_OPTION_ARG_INT, &options.limitSeconds,
          "How long an answer and a signal may take (1 to 600; 5)", "SECONDS"},
-        {"media", 0, 0, G_OPTION_ARG_STRING, &media, "A medium that plays, to be played to its end", "URL"},
-        {"stream-event", 0, 0, G_OPTION_ARG_STRING, &streamEvent, "A stream event that fires by itself",
-         "NAME@URL"},
-        {"file", 0, 0, G_OPTION_ARG_STRING, &file, "A file that is in the object carousel", "URL"},
-        {"shell", 0, 0, G_OPTION_ARG_FILENAME, &shell,
+        {"media", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.media),
+         "A medium that plays, to be played to its end", "URL"},
+        {"stream-event", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.streamEvent),
+         "A stream event that fires by itself", "NAME@URL"},
+        {"file", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.file),
+         "A file that is in the object carousel", "URL"},
+        {"shell", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.shell),
          "Also show a page that uses the middleware, in this hbbtv-shell; it needs a display", "PROGRAM"},
-        {"junit", 0, 0, G_OPTION_ARG_FILENAME, &junit, "Write the results as JUnit's XML", "FILE"},
-        {"html", 0, 0, G_OPTION_ARG_FILENAME, &html, "Write a page with the results and the times", "FILE"},
+        {"junit", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(request.junit),
+         "Write the results as JUnit's XML", "FILE"},
+        {"html", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(request.html),
+         "Write a page with the results and the times", "FILE"},
         {}};
     (void)parseCommandLine(commandLine(), entries, arguments, problem);
     const GStrings owned(only);
-    request.junit = takeText(junit);
-    request.html = takeText(html);
-    options.media = takeText(media).value_or("");
-    options.file = takeText(file).value_or("");
-    options.streamEvent = takeText(streamEvent).value_or("");
-    options.shell = takeText(shell).value_or("");
+    texts.take();
     for (char** list = only; list && *list; ++list) {
         std::stringstream names(*list);
         for (std::string name; std::getline(names, name, ',');)

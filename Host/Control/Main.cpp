@@ -34,42 +34,37 @@ CommandLine commandLine() {
             true};
 }
 
-std::optional<Request> parse(const Words& arguments, std::string& problem) {
+Request parse(const Words& arguments) {
     Request request;
-    char* bus = nullptr;
+    OptionTexts texts;
     char** rest = nullptr;
     const GOptionEntry entries[] = {
-        {"bus", 0, 0, G_OPTION_ARG_STRING, &bus, "The bus of the television, if several shells run",
-         "ADDRESS"},
+        {"bus", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(request.bus),
+         "The bus of the television, if several shells run", "ADDRESS"},
         {"wait", 0, 0, G_OPTION_ARG_INT, &request.waitSeconds, "Wait this long for a television that comes",
          "SECONDS"},
         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &rest, nullptr, nullptr},
         {}};
-    const bool parsed = parseCommandLine(commandLine(), entries, arguments, problem);
+    std::string problem;
+    (void)parseCommandLine(commandLine(), entries, arguments, problem);
     const GStrings owned(rest);
-    request.bus = takeText(bus);
+    texts.take();
     for (char** word = rest; word && *word; ++word) {
         request.words.emplace_back(*word);
         if (!g_utf8_validate(*word, -1, nullptr))
             problem = "not UTF-8: " + request.words.back();
     }
-    if (!parsed || !problem.empty())
-        return std::nullopt;
-    if (request.words.empty()) {
-        problem = "no command";
-        return std::nullopt;
-    }
+    if (!problem.empty())
+        throw Misuse(problem);
+    if (request.words.empty())
+        throw Misuse("no command");
     request.command = findCommand(request.words[0]);
-    if (!request.command) {
-        problem = "unknown command " + request.words[0];
-        return std::nullopt;
-    }
+    if (!request.command)
+        throw Misuse("unknown command " + request.words[0]);
     request.words.erase(request.words.begin());
     const auto count = request.words.size();
-    if (count < request.command->fewest || count > request.command->most) {
-        problem = std::string("it is: ") + request.command->name + " " + request.command->parameters;
-        return std::nullopt;
-    }
+    if (count < request.command->fewest || count > request.command->most)
+        throw Misuse(std::string("it is: ") + request.command->name + " " + request.command->parameters);
     return request;
 }
 
@@ -90,12 +85,9 @@ Television findInTime(const Request& request) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    std::string problem;
-    const auto request = parse({arguments + 1, arguments + std::max(count, 1)}, problem);
-    if (!request)
-        return refuseCommandLine(commandLine(), problem);
     try {
-        request->command->run(findInTime(*request), request->words);
+        const Request request = parse({arguments + 1, arguments + std::max(count, 1)});
+        request.command->run(findInTime(request), request.words);
         return 0;
     } catch (const Misuse& misuse) {
         return refuseCommandLine(commandLine(), misuse.what());

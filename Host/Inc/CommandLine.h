@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdlib>
+#include <functional>
 #include <iostream>
+#include <list>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Host/Inc/GHandles.h"
@@ -20,6 +23,25 @@ inline constexpr int kBadUsage = 2;
     const GChars owned(text);
     return owned ? std::optional<std::string>(owned.get()) : std::nullopt;
 }
+
+// Where the texts of such entries go: each entry has a place, and take() gives on what has come.
+class OptionTexts {
+ public:
+    template <typename Target>
+    [[nodiscard]] char** placeFor(Target& target) {
+        const auto take = [&target](const char* text) { target = text; };
+        return &m_texts.emplace_back(nullptr, take).first;
+    }
+    void take() {
+        for (auto& [text, give] : m_texts) {
+            if (const auto given = takeText(std::exchange(text, nullptr)))
+                give(given->c_str());
+        }
+    }
+
+ private:
+    std::list<std::pair<char*, std::function<void(const char*)>>> m_texts;
+};
 
 struct CommandLine {
     const char* program;

@@ -87,48 +87,39 @@ std::string problemOf(const Options& options, size_t urls) {
 
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, std::string& problem) {
     Options options;
-    char* scenario = nullptr;
-    char* profile = nullptr;
-    char* userAgent = nullptr;
-    char* profileFolder = nullptr;
-    char* reloadFolder = nullptr;
-    char* ait = nullptr;
-    char* folder = nullptr;
-    char* example = nullptr;
-    char* screenshot = nullptr;
-    char* recording = nullptr;
+    OptionTexts texts;
     char** urls = nullptr;
     const GOptionEntry entries[] = {
-        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &scenario,
+        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.scenario),
          "The receiver's world (a JSON file), given to hbbtv-receiver", "FILE"},
-        {"ait", 0, 0, G_OPTION_ARG_FILENAME, &ait,
+        {"ait", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.ait),
          "Instead of a URL: the broadcast's applications, an AIT in XML. The one that is AUTOSTART begins, "
          "else the red "
          "key starts one",
          "FILE|URL"},
-        {"example", 0, 0, G_OPTION_ARG_STRING, &example,
+        {"example", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.example),
          "Instead of a URL: a demo application (zapper, epg, player, carousel, information or demo)", "NAME"},
-        {"serve", 0, 0, G_OPTION_ARG_FILENAME, &folder,
+        {"serve", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.folder),
          "Serve a folder to this machine, with HbbTV's content types; the URL is a path in it, and may be "
          "missing",
          "FOLDER"},
-        {"profile", 0, 0, G_OPTION_ARG_STRING, &profile,
+        {"profile", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.profile),
          "The HbbTV profile in the user agent, three digits and options (1.2.1, 1.2.1+DL+PVR); none: no "
          "HbbTV token",
          "VERSION"},
-        {"user-agent", 0, 0, G_OPTION_ARG_STRING, &userAgent,
+        {"user-agent", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(options.userAgent),
          "The whole user agent; it needs an HbbTV token of its own for the page to find objects", "TEXT"},
         {"zoom", 0, 0, G_OPTION_ARG_DOUBLE, &options.zoom,
          "The size of the screen on the desktop (0.25 to 4); to the page it stays 1280x720", "FACTOR"},
         {"ignore-tls-errors", 0, 0, G_OPTION_ARG_NONE, &options.ignoreTlsErrors,
          "Load from servers whose certificate is no good", nullptr},
-        {"profile-dir", 0, 0, G_OPTION_ARG_FILENAME, &profileFolder,
+        {"profile-dir", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.profileFolder),
          "Keep cookies and what pages store in this folder, for the next shell", "FOLDER"},
-        {"reload", 0, 0, G_OPTION_ARG_FILENAME, &reloadFolder,
+        {"reload", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.reloadFolder),
          "Load the page anew when something in this folder changes", "FOLDER"},
-        {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &screenshot,
+        {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.screenshot),
          "Write what is on the screen to a PNG file when the page has loaded", "FILE"},
-        {"record", 0, 0, G_OPTION_ARG_FILENAME, &recording,
+        {"record", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(options.recording),
          "When the shell ends, write a page that draws what happened: calls of the page and to the receiver, "
          "signals, handlers, keys and the console",
          "FILE.html"},
@@ -156,16 +147,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
         {}};
     const bool parsed = parseCommandLine(commandLine(), entries, arguments, problem);
     const GStrings ownedUrls(urls);
-    options.scenario = takeText(scenario);
-    options.userAgent = takeText(userAgent);
-    options.profileFolder = takeText(profileFolder);
-    options.reloadFolder = takeText(reloadFolder);
-    options.ait = takeText(ait);
-    options.folder = takeText(folder);
-    options.example = takeText(example);
-    options.screenshot = takeText(screenshot);
-    options.recording = takeText(recording);
-    options.profile = takeText(profile).value_or(options.profile);
+    texts.take();
     if (options.profile == "none")
         options.profile.clear();
     if (urls)
