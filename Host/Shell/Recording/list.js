@@ -43,16 +43,7 @@ class List {
   }
 
   // The first place of an entry behind the index.
-  after(index) {
-    let low = 0;
-    let high = this.entries.length;
-    while (low < high) {
-      const middle = (low + high) >> 1;
-      if (this.entries[middle].index > index) high = middle;
-      else low = middle + 1;
-    }
-    return low;
-  }
+  after(index) { return firstAbove(this.entries, index, entry => entry.index); }
 
   draw() {
     const first = Math.max(0, Math.floor(this.box.scrollTop / lineHeight) - 2);

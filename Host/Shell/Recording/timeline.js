@@ -7,13 +7,13 @@ const rowHeight = 20;
 const laneGap = 10;
 const closest = 20; // Microseconds across the screen.
 
-// The first index whose value is more than the limit, among values that never fall.
-function firstAbove(values, limit) {
+// The first index whose value is more than the limit, among items whose values never fall.
+function firstAbove(items, limit, valueOf = item => item) {
   let low = 0;
-  let high = values.length;
+  let high = items.length;
   while (low < high) {
     const middle = (low + high) >> 1;
-    if (values[middle] > limit) high = middle;
+    if (valueOf(items[middle]) > limit) high = middle;
     else low = middle + 1;
   }
   return low;
