@@ -250,20 +250,15 @@ void Methods::undo(const std::string& name, const Reply& reply, const GVariantHa
         {"SrAdd", "SrRelease"},
         {"MdsAdd", "MdsRelease"},
         {"StreamEventSubscribe", "StreamEventUnsubscribe"}};
-    static const std::map<std::string, std::string> held = {{"QcRetain", "QcRelease"},
-                                                            {"SrRetain", "SrRelease"},
-                                                            {"MdsRetain", "MdsRelease"},
-                                                            {"PcRetain", "PcRelease"},
-                                                            {"Retain", "Release"}};
+    constexpr std::string_view kHolds = "Retain";
     if (!reply.value)
         return;
     const auto dot = name.find('.');
-    const std::string interface = name.substr(0, dot + 1);
     if (const auto found = made.find(name.substr(dot + 1));
         found != made.end() && unsignedOf(reply.value) != 0)
-        tidy(interface + found->second, std::to_string(unsignedOf(reply.value)));
-    if (const auto found = held.find(name.substr(dot + 1)); found != held.end() && booleanOf(reply.value))
-        tidy(interface + found->second, std::to_string(unsignedOf(arguments)));
+        tidy(name.substr(0, dot + 1) + found->second, std::to_string(unsignedOf(reply.value)));
+    if (name.ends_with(kHolds) && booleanOf(reply.value))
+        tidy(name.substr(0, name.size() - kHolds.size()) + "Release", std::to_string(unsignedOf(arguments)));
 }
 
 }  // namespace

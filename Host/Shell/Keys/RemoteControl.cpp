@@ -11,14 +11,6 @@ using namespace Host;
 
 namespace {
 
-struct EventFree {
-    void operator()(GdkEvent* event) const { gdk_event_free(event); }
-};
-
-struct KeysFree {
-    void operator()(GdkKeymapKey* keys) const { g_free(keys); }
-};
-
 // What a key without a key of the keyboard is sent as; the browser extensions of the page turn it into its
 // code.
 guint keyvalOf(std::uint32_t keyCode) {
@@ -32,7 +24,7 @@ void send(BrowserView& view, std::uint32_t keyCode, bool pressed) {
     if (!window)
         return;
     const guint keyval = keyvalOf(keyCode);
-    const std::unique_ptr<GdkEvent, EventFree> event(
+    const std::unique_ptr<GdkEvent, GFree<&gdk_event_free>> event(
         gdk_event_new(pressed ? GDK_KEY_PRESS : GDK_KEY_RELEASE));
     event->key.window = retain(window).release();
     event->key.send_event = TRUE;
@@ -42,7 +34,7 @@ void send(BrowserView& view, std::uint32_t keyCode, bool pressed) {
     GdkKeymapKey* keys = nullptr;
     int count = 0;
     if (gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), keyval, &keys, &count)) {
-        const std::unique_ptr<GdkKeymapKey, KeysFree> owned(keys);
+        const std::unique_ptr<GdkKeymapKey, GFree<&g_free>> owned(keys);
         event->key.hardware_keycode = static_cast<guint16>(keys[0].keycode);
         event->key.group = static_cast<guint8>(keys[0].group);
     }

@@ -11,8 +11,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The first candidate that exists; they are relative to the folder of this program.
-std::optional<std::string> findBeside(std::initializer_list<const char*> candidates) {
+// What the environment names, if it may, else the first candidate that exists; they are relative to the
+// folder of this program.
+std::optional<std::string> findBeside(std::initializer_list<const char*> candidates,
+                                      const char* variable = nullptr) {
+    if (const char* value = variable ? std::getenv(variable) : nullptr)
+        return value;
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
     if (error)
@@ -25,11 +29,6 @@ std::optional<std::string> findBeside(std::initializer_list<const char*> candida
     return std::nullopt;
 }
 
-std::optional<std::string> fromEnvironment(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? std::optional<std::string>(value) : std::nullopt;
-}
-
 }  // namespace
 
 // HBBTV_LIBDIR, HBBTV_LIBEXECDIR and HBBTV_DATADIR are the install folders as seen from the folder of this
@@ -39,16 +38,14 @@ std::optional<std::string> findAdapterFolder() {
 }
 
 std::optional<std::string> findBundle() {
-    if (auto path = fromEnvironment("HBBTV_BUNDLE"))
-        return path;
     return findBeside(
-        {"../../InjectedBundle/hbbtv-injected-bundle.so", HBBTV_LIBDIR "/hbbtv/hbbtv-injected-bundle.so"});
+        {"../../InjectedBundle/hbbtv-injected-bundle.so", HBBTV_LIBDIR "/hbbtv/hbbtv-injected-bundle.so"},
+        "HBBTV_BUNDLE");
 }
 
 std::optional<std::string> findReceiver() {
-    if (auto path = fromEnvironment("HBBTV_RECEIVER"))
-        return path;
-    return findBeside({"hbbtv-receiver", "../Receiver/hbbtv-receiver", HBBTV_LIBEXECDIR "/hbbtv-receiver"});
+    return findBeside({"hbbtv-receiver", "../Receiver/hbbtv-receiver", HBBTV_LIBEXECDIR "/hbbtv-receiver"},
+                      "HBBTV_RECEIVER");
 }
 
 std::optional<std::string> findDefaultScenario() {
