@@ -171,7 +171,7 @@ constexpr Command kCommands[] = {
     {"emit", "SIGNAL [ARGUMENT...]", "Send a signal to all pages", 1, kAny, emit},
     {"call", "METHOD [ARGUMENT...]", "Call a method as a page would, or one of the control interface", 1,
      kAny, call},
-    {"complete", nullptr, nullptr, 1, 1, complete},
+    {"complete", "COMMAND", nullptr, 1, 1, complete},
 };
 
 }  // namespace
