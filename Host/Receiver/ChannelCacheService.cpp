@@ -7,8 +7,8 @@ namespace Receiver {
 
 namespace {
 
-auto channelInfo(World& world, std::uint32_t id) {
-    const auto* found = world.scenario().channel(id);
+auto channelInfo(const Scenario& scenario, std::uint32_t id) {
+    const auto* found = scenario.channel(id);
     const auto channel = found == nullptr ? Channel() : *found;
     return std::make_tuple(channel.name, channel.longName, channel.description, channel.idType,
                            channel.networkId, channel.onid, channel.tsid, channel.sid, channel.radio,
@@ -19,20 +19,15 @@ auto channelInfo(World& world, std::uint32_t id) {
 
 void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<IJSChannelCacheIface*>(raw);
-    table.handle_retain = answer<ijschannel_cache_complete_retain,
-                                 [](Caller& caller, std::uint32_t id) { return caller.retainChannel(id); }>;
-    table.handle_release = answer<ijschannel_cache_complete_release,
-                                  [](Caller& caller, std::uint32_t id) { caller.releaseChannel(id); }>;
-    table.handle_get_channel_info =
-        answer<ijschannel_cache_complete_get_channel_info,
-               [](World& world, std::uint32_t id) { return channelInfo(world, id); }>;
+    table.handle_retain = answer<ijschannel_cache_complete_retain, &Caller::retainChannel>;
+    table.handle_release = answer<ijschannel_cache_complete_release, &Caller::releaseChannel>;
+    table.handle_get_channel_info = answer<ijschannel_cache_complete_get_channel_info, &channelInfo>;
 }
 
 }  // namespace
 
 Skeleton makeChannelCache(World& world, CallDispatcher& dispatcher) {
-    return makeSkeleton({"ReceiverChannelCache", TYPE_IJSCHANNEL_CACHE_SKELETON, TYPE_IJSCHANNEL_CACHE, fill},
-                        &world, &dispatcher);
+    return makeSkeleton({TYPE_IJSCHANNEL_CACHE_SKELETON, TYPE_IJSCHANNEL_CACHE, fill}, &world, &dispatcher);
 }
 
 }  // namespace Receiver

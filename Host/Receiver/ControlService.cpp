@@ -21,16 +21,36 @@ namespace {
 // In OpenPicture; no player has it.
 constexpr std::uint32_t kRunningChannelId = 0;
 
+void registerView(ControlDesk& desk, std::int32_t viewId, const char* url) {
+    desk.world.registerView(viewId, url, desk.asker);
+}
+
 void refuseUnknownView(bool known, std::int32_t viewId) {
     if (!known)
         throw ScenarioError("", "there is no view " + std::to_string(viewId));
 }
 
-void pressKey(ControlDesk& desk, const std::string& key) {
+void unregisterView(ControlDesk& desk, std::int32_t viewId) {
+    refuseUnknownView(desk.world.unregisterView(viewId), viewId);
+}
+
+void applicationFailed(ControlDesk& desk, std::int32_t viewId) {
+    refuseUnknownView(desk.world.applications().fail(viewId), viewId);
+}
+
+void pressKey(ControlDesk& desk, const char* key) {
     const auto code = keyCode(key);
     if (!code)
-        throw ScenarioError("", "there is no key \"" + key + "\"");
+        throw ScenarioError("", std::string("there is no key \"") + key + "\"");
     desk.events.keyPressed(*code);
+}
+
+void setWorld(ControlDesk& desk, const char* pointer, const char* json) {
+    desk.world.setValue(pointer, json);
+}
+
+std::string getWorld(ControlDesk& desk, const char* pointer) {
+    return toText(desk.world.value(pointer));
 }
 
 void refuseUnknownMethod(bool known, const std::string& method) {
@@ -38,6 +58,18 @@ void refuseUnknownMethod(bool known, const std::string& method) {
         throw ScenarioError("", "there is no method \"" + method +
                                     "\"; methods are named like "
                                     "\"IDAEBrowserAPI.CreateApplication\"");
+}
+
+void delayMethod(ControlDesk& desk, const char* method, std::uint32_t milliseconds) {
+    refuseUnknownMethod(desk.dispatcher.delay(method, milliseconds), method);
+}
+
+void failMethod(ControlDesk& desk, const char* method, const char* message) {
+    refuseUnknownMethod(desk.dispatcher.fail(method, message), method);
+}
+
+void resetMethods(ControlDesk& desk) {
+    desk.dispatcher.reset();
 }
 
 GVariant* calls(ControlDesk& desk) {
@@ -50,19 +82,19 @@ GVariant* calls(ControlDesk& desk) {
 }
 
 // The argument arrives in its box, and in a second one from callers that wrap it themselves.
-void emitSignal(ControlDesk& desk, const std::string& signal, GVariant* boxed) {
+void emitSignal(ControlDesk& desk, const char* signal, GVariant* boxed) {
     Host::GVariantHandle arguments(g_variant_ref(boxed));
     while (g_variant_is_of_type(arguments.get(), G_VARIANT_TYPE_VARIANT) != FALSE)
         arguments.reset(g_variant_get_variant(arguments.get()));
     desk.emitter.emit(signal, arguments.get());
 }
 
-void triggerStreamEvent(ControlDesk& desk, const std::string& name, GVariant* data) {
+void triggerStreamEvent(ControlDesk& desk, const char* name, GVariant* data) {
     gsize size = 0;
     const auto* bytes =
         static_cast<const std::uint8_t*>(g_variant_get_fixed_array(data, &size, sizeof(std::uint8_t)));
     if (desk.world.triggerStreamEvent(name, {bytes, bytes + size}) == 0)
-        throw ScenarioError("", "no page listens to the stream event \"" + name + "\"");
+        throw ScenarioError("", std::string("no page listens to the stream event \"") + name + "\"");
 }
 
 GVariant* planes(ControlDesk& desk) {
@@ -76,6 +108,11 @@ GVariant* planes(ControlDesk& desk) {
                               Names::of(content.picture), content.subtitles.c_str());
     }
     return g_variant_builder_end(&builder);
+}
+
+std::tuple<std::string, std::string> runningChannel(ControlDesk& desk) {
+    const auto running = desk.world.runningChannel();
+    return {running.name, Names::of(running.picture)};
 }
 
 const FrameStore* filmFrames(World& world, const CallerName& name, std::uint32_t pluginId) {
@@ -123,70 +160,38 @@ gboolean openPicture(ReceiverControl* skeleton, GDBusMethodInvocation* invocatio
     return TRUE;
 }
 
+void clearCalls(ControlDesk& desk) {
+    desk.dispatcher.log().clear();
+    // Whoever measures the receiver wants to see what it holds.
+    malloc_trim(0);
+}
+
 void fill(gpointer raw, gpointer) {
     auto& table = *static_cast<ReceiverControlIface*>(raw);
-    table.handle_register_view = answer<receiver_control_complete_register_view,
-                                        [](ControlDesk& desk, std::int32_t viewId, const char* url) {
-                                            desk.world.registerView(viewId, url, desk.asker);
-                                        }>;
-    table.handle_unregister_view =
-        answer<receiver_control_complete_unregister_view, [](ControlDesk& desk, std::int32_t viewId) {
-            refuseUnknownView(desk.world.unregisterView(viewId), viewId);
-        }>;
+    table.handle_register_view = answer<receiver_control_complete_register_view, &registerView>;
+    table.handle_unregister_view = answer<receiver_control_complete_unregister_view, &unregisterView>;
     table.handle_application_failed =
-        answer<receiver_control_complete_application_failed, [](ControlDesk& desk, std::int32_t viewId) {
-            refuseUnknownView(desk.world.applications().fail(viewId), viewId);
-        }>;
-    table.handle_press_key = answer<receiver_control_complete_press_key,
-                                    [](ControlDesk& desk, const char* key) { pressKey(desk, key); }>;
-    table.handle_set_world = answer<receiver_control_complete_set_world,
-                                    [](ControlDesk& desk, const char* pointer, const char* json) {
-                                        desk.world.setValue(pointer, json);
-                                    }>;
-    table.handle_get_world =
-        answer<receiver_control_complete_get_world,
-               [](ControlDesk& desk, const char* pointer) { return toText(desk.world.value(pointer)); }>;
-    table.handle_emit_signal = answer<receiver_control_complete_emit_signal,
-                                      [](ControlDesk& desk, const char* signal, GVariant* arguments) {
-                                          emitSignal(desk, signal, arguments);
-                                      }>;
-    table.handle_trigger_stream_event = answer<receiver_control_complete_trigger_stream_event,
-                                               [](ControlDesk& desk, const char* name, GVariant* data) {
-                                                   triggerStreamEvent(desk, name, data);
-                                               }>;
-    table.handle_get_planes =
-        answer<receiver_control_complete_get_planes, [](ControlDesk& desk) { return planes(desk); }>;
-    table.handle_get_running_channel =
-        answer<receiver_control_complete_get_running_channel, [](ControlDesk& desk) {
-            const auto running = desk.world.runningChannel();
-            return std::make_tuple(running.name, std::string(Names::of(running.picture)));
-        }>;
+        answer<receiver_control_complete_application_failed, &applicationFailed>;
+    table.handle_press_key = answer<receiver_control_complete_press_key, &pressKey>;
+    table.handle_set_world = answer<receiver_control_complete_set_world, &setWorld>;
+    table.handle_get_world = answer<receiver_control_complete_get_world, &getWorld>;
+    table.handle_emit_signal = answer<receiver_control_complete_emit_signal, &emitSignal>;
+    table.handle_trigger_stream_event =
+        answer<receiver_control_complete_trigger_stream_event, &triggerStreamEvent>;
+    table.handle_get_planes = answer<receiver_control_complete_get_planes, &planes>;
+    table.handle_get_running_channel = answer<receiver_control_complete_get_running_channel, &runningChannel>;
     table.handle_open_picture = openPicture;
-    table.handle_delay_method =
-        answer<receiver_control_complete_delay_method,
-               [](ControlDesk& desk, const char* method, std::uint32_t milliseconds) {
-                   refuseUnknownMethod(desk.dispatcher.delay(method, milliseconds), method);
-               }>;
-    table.handle_fail_method = answer<receiver_control_complete_fail_method,
-                                      [](ControlDesk& desk, const char* method, const char* message) {
-                                          refuseUnknownMethod(desk.dispatcher.fail(method, message), method);
-                                      }>;
-    table.handle_reset_methods =
-        answer<receiver_control_complete_reset_methods, [](ControlDesk& desk) { desk.dispatcher.reset(); }>;
-    table.handle_get_calls =
-        answer<receiver_control_complete_get_calls, [](ControlDesk& desk) { return calls(desk); }>;
-    table.handle_clear_calls = answer<receiver_control_complete_clear_calls, [](ControlDesk& desk) {
-        desk.dispatcher.log().clear();
-        // Whoever measures the receiver wants to see what it holds.
-        malloc_trim(0);
-    }>;
+    table.handle_delay_method = answer<receiver_control_complete_delay_method, &delayMethod>;
+    table.handle_fail_method = answer<receiver_control_complete_fail_method, &failMethod>;
+    table.handle_reset_methods = answer<receiver_control_complete_reset_methods, &resetMethods>;
+    table.handle_get_calls = answer<receiver_control_complete_get_calls, &calls>;
+    table.handle_clear_calls = answer<receiver_control_complete_clear_calls, &clearCalls>;
 }
 
 }  // namespace
 
 Host::GObjectHandle<GDBusInterfaceSkeleton> makeControl(ControlDesk& desk) {
-    return makeSkeleton({"ReceiverControlDesk", TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill},
-                        &desk, nullptr);
+    return makeSkeleton({TYPE_RECEIVER_CONTROL_SKELETON, TYPE_RECEIVER_CONTROL, fill}, &desk, nullptr);
 }
 
 }  // namespace Receiver

@@ -5,19 +5,12 @@
 
 namespace Receiver {
 
-namespace {
-
-void fill(gpointer table, gpointer) {
-    static_cast<DSMCCIface*>(table)->handle_file_request =
-        answer<dsmcc_complete_file_request, [](Caller& caller, std::uint32_t handle, const char* url) {
-            return caller.carousel().request(handle, url);
-        }>;
-}
-
-}  // namespace
-
 Skeleton makeDsmcc(World& world, CallDispatcher& dispatcher) {
-    return makeSkeleton({"ReceiverDsmcc", TYPE_DSMCC_SKELETON, TYPE_DSMCC, fill}, &world, &dispatcher);
+    const auto fill = [](gpointer table, gpointer) {
+        static_cast<DSMCCIface*>(table)->handle_file_request =
+            answer<dsmcc_complete_file_request, &Carousel::request>;
+    };
+    return makeSkeleton({TYPE_DSMCC_SKELETON, TYPE_DSMCC, fill}, &world, &dispatcher);
 }
 
 }  // namespace Receiver

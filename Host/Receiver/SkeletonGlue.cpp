@@ -53,14 +53,15 @@ void initialiseClass(gpointer type, gpointer) {
 }
 
 GType derivedType(const SkeletonDescription& description) {
-    const auto existing = g_type_from_name(description.typeName);
+    const auto name = std::string("Receiver") + g_type_name(description.skeleton);
+    const auto existing = g_type_from_name(name.c_str());
     if (existing != G_TYPE_INVALID)
         return existing;
     GTypeQuery query = {};
     g_type_query(description.skeleton, &query);
-    const auto type = g_type_register_static_simple(description.skeleton, description.typeName,
-                                                    query.class_size, initialiseClass, query.instance_size,
-                                                    nullptr, static_cast<GTypeFlags>(0));
+    const auto type =
+        g_type_register_static_simple(description.skeleton, name.c_str(), query.class_size, initialiseClass,
+                                      query.instance_size, nullptr, static_cast<GTypeFlags>(0));
     const GInterfaceInfo info = {description.fillTable, nullptr, nullptr};
     g_type_add_interface_static(type, description.interface, &info);
     return type;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -43,6 +44,11 @@ class Caller {
     [[nodiscard]] StreamEvents& streamEvents() { return m_streamEvents; }
     [[nodiscard]] MetadataSearch& search() { return m_search; }
     [[nodiscard]] Carousel& carousel() { return m_carousel; }
+    // One of these, or the caller as a whole.
+    template <typename Part>
+    [[nodiscard]] Part& part() {
+        return std::get<Part&>(std::tie(*this, m_broadcast, m_media, m_streamEvents, m_search, m_carousel));
+    }
 
     // Starts the application as the child of a view, see Applications.
     [[nodiscard]] bool createApplication(const std::string& url, std::int32_t viewId);

@@ -111,20 +111,15 @@ class MetadataSearch {
     template <typename Object>
     [[nodiscard]] static bool retain(BoundedStore<Object>& store, std::uint32_t id) {
         auto* object = store.find(id);
-        if (object == nullptr)
-            return false;
-        ++object->retained;
-        return true;
+        if (object != nullptr)
+            ++object->retained;
+        return object != nullptr;
     }
     template <typename Object>
     static void release(BoundedStore<Object>& store, std::uint32_t id) {
         auto* object = store.find(id);
-        if (object == nullptr)
-            return;
-        if (object->retained <= 1)
+        if (object != nullptr && object->retained-- <= 1)
             store.erase(id);
-        else
-            --object->retained;
     }
 
  private:
