@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include <glib.h>
 
@@ -89,6 +90,13 @@ std::string JsonValue::text() const {
     return text;
 }
 
+std::string JsonValue::name() const {
+    auto name = text();
+    if (name.empty())
+        refuse("must not be empty");
+    return name;
+}
+
 bool JsonValue::flag() const {
     if (!m_value.is_boolean())
         refuse(std::string("must be true or false, is ") + m_value.type_name());
@@ -154,20 +162,21 @@ JsonObject::JsonObject(const JsonValue& value) : m_value(value) {
 }
 
 void JsonObject::read(const char* key, const std::function<void(const JsonValue&)>& take) {
-    m_asked.insert(key);
+    const bool isRequired = std::exchange(m_isRequired, false);
     const auto found = m_value.json().find(key);
+    if (isRequired && found == m_value.json().end())
+        m_value.refuse("the key \"" + std::string(key) + "\" is missing");
+    m_asked.insert(key);
     if (found != m_value.json().end())
         take(JsonValue(*found, m_value.place() + "/" + escapedForPointer(key)));
 }
 
-void JsonObject::require(const char* key, const std::function<void(const JsonValue&)>& take) {
-    if (!m_value.json().contains(key))
-        m_value.refuse("the key \"" + std::string(key) + "\" is missing");
-    read(key, take);
-}
-
 void JsonObject::text(const char* key, std::string& target) {
     read(key, [&](const JsonValue& value) { target = value.text(); });
+}
+
+void JsonObject::name(const char* key, std::string& target) {
+    required().read(key, [&](const JsonValue& value) { target = value.name(); });
 }
 
 void JsonObject::flag(const char* key, bool& target) {

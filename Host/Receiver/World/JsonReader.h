@@ -37,6 +37,8 @@ class JsonValue {
     JsonValue(const nlohmann::json& value, std::string place) : m_value(value), m_place(std::move(place)) {}
 
     [[nodiscard]] std::string text() const;
+    // One that is not empty.
+    [[nodiscard]] std::string name() const;
     [[nodiscard]] bool flag() const;
     [[nodiscard]] std::int64_t number(std::int64_t minimum, std::int64_t maximum) const;
     // Two hexadecimal digits a byte, in any case, no separators.
@@ -56,16 +58,28 @@ class JsonValue {
     std::string m_place;
 };
 
-// Reads the members of one object. read() calls the given function with the member, or does nothing when the
-// object has no such key; finish() refuses the keys that nobody asked for.
+// Reads the members of one object; each function does nothing when the object has no such key.
 class JsonObject {
  public:
     explicit JsonObject(const JsonValue& value);
+    // Has the reader take the members of the record, and refuses the keys that it did not ask for.
+    template <typename Record, typename Reader>
+    static void readAll(const JsonValue& value, Record& record, const Reader& reader) {
+        JsonObject object(value);
+        reader(object, record);
+        object.finish();
+    }
+
+    // The member that is read next must be there.
+    JsonObject& required() {
+        m_isRequired = true;
+        return *this;
+    }
 
     void read(const char* key, const std::function<void(const JsonValue&)>& take);
-    void require(const char* key, const std::function<void(const JsonValue&)>& take);
-
     void text(const char* key, std::string& target);
+    // One that must be there, and not be empty.
+    void name(const char* key, std::string& target);
     void flag(const char* key, bool& target);
     template <typename Integer>
     void number(const char* key, Integer& target, std::int64_t minimum = std::numeric_limits<Integer>::min(),
@@ -73,13 +87,31 @@ class JsonObject {
         read(key,
              [&](const JsonValue& value) { target = static_cast<Integer>(value.number(minimum, maximum)); });
     }
+    // The texts stand for 0, 1 and so on.
+    template <typename Choice>
+    void choice(const char* key, Choice& target, const std::vector<std::string>& choices) {
+        read(key, [&](const JsonValue& value) { target = static_cast<Choice>(value.oneOf(choices)); });
+    }
     void texts(const char* key, std::vector<std::string>& target);
+    template <typename Record, typename Reader>
+    void record(const char* key, Record& target, const Reader& reader) {
+        read(key, [&](const JsonValue& value) { readAll(value, target, reader); });
+    }
+    template <typename Record, typename Reader>
+    void list(const char* key, std::vector<Record>& target, const Reader& reader) {
+        read(key, [&](const JsonValue& value) {
+            for (const auto& element : value.elements())
+                readAll(element, target.emplace_back(), reader);
+        });
+    }
 
+    // Refuses the keys that nobody asked for.
     void finish() const;
 
  private:
     const JsonValue m_value;
     std::set<std::string> m_asked;
+    bool m_isRequired = false;
 };
 
 }  // namespace Receiver
