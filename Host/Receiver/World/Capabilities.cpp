@@ -1,40 +1,25 @@
 #include "Host/Receiver/World/Capabilities.h"
 
 #include <algorithm>
+#include <map>
 #include <vector>
+
+#include "Host/Receiver/World/Urls.h"
 
 namespace Receiver {
 
 namespace {
 
+// What else may not stand in the document is a space.
 std::string escaped(const std::string& text) {
+    static const std::map<char, const char*> escapes = {{'&', "&amp;"},   {'<', "&lt;"},   {'>', "&gt;"},
+                                                        {'\'', "&apos;"}, {'"', "&quot;"}, {'\\', "&#92;"}};
     std::string result;
     for (const char character : text) {
-        switch (character) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            case '\'':
-                result += "&apos;";
-                break;
-            case '"':
-                result += "&quot;";
-                break;
-            case '\\':
-                result += "&#92;";
-                break;
-            default:
-                if (static_cast<unsigned char>(character) < ' ')
-                    result += ' ';
-                else
-                    result += character;
-        }
+        if (const auto escape = escapes.find(character); escape != escapes.end())
+            result += escape->second;
+        else
+            result += static_cast<unsigned char>(character) < ' ' ? ' ' : character;
     }
     return result;
 }
@@ -54,13 +39,7 @@ std::string avProfile(const char* element, const AvProfile& profile) {
 }
 
 std::vector<std::string> parts(const std::string& name) {
-    std::vector<std::string> result(1);
-    for (const char character : name) {
-        if (character == '+')
-            result.emplace_back();
-        else
-            result.back() += character;
-    }
+    auto result = split(name, '+');
     // "+DRM" names an option alone.
     std::erase(result, "");
     return result;
@@ -88,14 +67,12 @@ bool hasCapability(const Scenario& scenario, const std::string& name) {
     const auto wanted = parts(name);
     if (wanted.empty())
         return false;
-    return std::any_of(scenario.capabilities.uiProfiles.begin(), scenario.capabilities.uiProfiles.end(),
-                       [&wanted](const std::string& profile) {
-                           const auto offered = parts(profile);
-                           return std::all_of(
-                               wanted.begin(), wanted.end(), [&offered](const std::string& part) {
-                                   return std::find(offered.begin(), offered.end(), part) != offered.end();
-                               });
-                       });
+    return std::ranges::any_of(scenario.capabilities.uiProfiles, [&wanted](const std::string& profile) {
+        const auto offered = parts(profile);
+        return std::ranges::all_of(wanted, [&offered](const std::string& part) {
+            return std::ranges::find(offered, part) != offered.end();
+        });
+    });
 }
 
 }  // namespace Receiver

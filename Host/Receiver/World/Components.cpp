@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Host/Receiver/World/Urls.h"
+
 namespace Receiver {
 
 namespace {
@@ -17,17 +19,12 @@ std::vector<Component> ofType(const std::vector<Component>& all, ComponentType t
 std::optional<Component> preferred(const std::vector<Component>& candidates, const std::string& languages) {
     if (candidates.empty())
         return std::nullopt;
-    std::size_t from = 0;
-    while (from <= languages.size()) {
-        const auto comma = std::min(languages.find(',', from), languages.size());
-        const auto language = languages.substr(from, comma - from);
-        const auto spoken =
-            std::find_if(candidates.begin(), candidates.end(), [&language](const Component& candidate) {
-                return candidate.language == language && !candidate.impaired;
-            });
+    for (const auto& language : split(languages, ',')) {
+        const auto spoken = std::ranges::find_if(candidates, [&language](const Component& candidate) {
+            return candidate.language == language && !candidate.impaired;
+        });
         if (spoken != candidates.end())
             return *spoken;
-        from = comma + 1;
     }
     return candidates.front();
 }

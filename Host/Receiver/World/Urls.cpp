@@ -22,17 +22,6 @@ std::optional<std::uint32_t> hexadecimal(const std::string& digits) {
     return value;
 }
 
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts(1);
-    for (const char character : text) {
-        if (character == separator)
-            parts.emplace_back();
-        else
-            parts.back() += character;
-    }
-    return parts;
-}
-
 int defaultPort(const std::string& scheme) {
     if (scheme == "http")
         return 80;
@@ -45,6 +34,17 @@ std::string lowerCase(std::string text) {
 }
 
 }  // namespace
+
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> parts(1);
+    for (const char character : text) {
+        if (character == separator)
+            parts.emplace_back();
+        else
+            parts.back() += character;
+    }
+    return parts;
+}
 
 bool matchesPattern(const std::string& text, const std::string& pattern) {
     std::size_t inText = 0;

@@ -9,6 +9,9 @@
 
 namespace Receiver {
 
+// At least one part, perhaps an empty one.
+[[nodiscard]] std::vector<std::string> split(const std::string& text, char separator);
+
 // "*" stands for any run of characters; everything else is compared as it is.
 [[nodiscard]] bool matchesPattern(const std::string& text, const std::string& pattern);
 [[nodiscard]] bool matchesAny(const std::string& text, const std::vector<std::string>& patterns);
