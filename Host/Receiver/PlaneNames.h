@@ -13,17 +13,8 @@ inline const char* of(PlaneKind kind) {
 }
 
 inline const char* of(PlanePicture picture) {
-    switch (picture) {
-        case PlanePicture::Card:
-            return "card";
-        case PlanePicture::Audio:
-            return "audio";
-        case PlanePicture::Frames:
-            return "frames";
-        case PlanePicture::None:
-        default:
-            return "none";
-    }
+    constexpr const char* names[] = {"none", "card", "audio", "frames"};
+    return names[static_cast<std::size_t>(picture)];
 }
 
 inline std::optional<PlaneKind> planeKind(std::string_view name) {

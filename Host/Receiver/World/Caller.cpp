@@ -57,9 +57,7 @@ void Caller::releaseChannel(std::uint32_t id) {
 std::int32_t Caller::sendDrmMessage(const std::string& drmSystemId) {
     // Signed in the reply and unsigned in the response; the store's ids are the same in both.
     const auto transaction = m_drmReplies.nextId();
-    const auto system =
-        std::find_if(m_scenario.drm.systems.begin(), m_scenario.drm.systems.end(),
-                     [&drmSystemId](const DrmSystem& candidate) { return candidate.id == drmSystemId; });
+    const auto system = std::ranges::find(m_scenario.drm.systems, drmSystemId, &DrmSystem::id);
     const bool known = system != m_scenario.drm.systems.end();
     if (known && !system->replies)
         return static_cast<std::int32_t>(transaction);

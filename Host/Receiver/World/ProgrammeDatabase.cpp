@@ -53,9 +53,7 @@ std::vector<Showing> allShowings(const Scenario& scenario, const Moment& moment)
             addShowings(all, channel, place, moment, until);
         place += static_cast<std::uint32_t>(channel.programmes.size());
     }
-    std::stable_sort(all.begin(), all.end(), [](const Showing& left, const Showing& right) {
-        return left.found.start < right.found.start;
-    });
+    std::ranges::stable_sort(all, {}, [](const Showing& showing) { return showing.found.start; });
     return all;
 }
 

@@ -54,7 +54,7 @@ struct PlanePlayer {
     [[nodiscard]] auto operator<=>(const PlanePlayer&) const = default;
 };
 
-// What fills a player's window on the video plane.
+// What fills a player's window on the video plane; PlaneNames.h names them in this order.
 enum class PlanePicture {
     None,    // nothing yet
     Card,    // a test card with the title

@@ -87,9 +87,7 @@ const Programme* present(const Channel& channel, std::int64_t origin, std::int64
 std::vector<std::vector<std::uint8_t>> descriptors(const Channel& channel, std::uint16_t eventId,
                                                    const DescriptorFilter& filter,
                                                    const std::string& language, const std::string& country) {
-    const auto event =
-        std::find_if(channel.programmes.begin(), channel.programmes.end(),
-                     [eventId](const Programme& programme) { return programme.eventId == eventId; });
+    const auto event = std::ranges::find(channel.programmes, eventId, &Programme::eventId);
     if (event == channel.programmes.end())
         return {};
     std::vector<Descriptor> all = {{shortEvent(*event, language), std::nullopt}};
