@@ -8,7 +8,6 @@
 
 #include "Host/Inc/GHandles.h"
 #include "Host/Receiver/CallDispatcher.h"
-#include "Host/Receiver/CallerWatch.h"
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
 #include "Host/Receiver/GLibTimers.h"
@@ -32,6 +31,8 @@ class BusReceiver {
     [[nodiscard]] bool start(std::string& problem);
 
  private:
+    static void onOwnerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                               GVariant* change, gpointer self);
     [[nodiscard]] MediaPlayerFactory chosenPlayer();
     [[nodiscard]] bool own(const std::string& name, std::string& problem);
 
@@ -45,7 +46,7 @@ class BusReceiver {
     ControlDesk m_desk;
     std::vector<Skeleton> m_services;
     Skeleton m_control;
-    CallerWatch m_watch;
+    unsigned m_watch;  // of who leaves the bus
 };
 
 }  // namespace Receiver
