@@ -44,9 +44,9 @@ void CallDispatcher::receive(Host::GObjectHandle<GDBusMethodInvocation> invocati
     // std::function wants to copy what it holds, so the invocation is shared until it is answered.
     const auto held = std::make_shared<Host::GObjectHandle<GDBusMethodInvocation>>(std::move(invocation));
     auto finish = [held, treatment, answer = std::move(answer)] {
-        if (treatment.fails)
+        if (treatment.failure)
             g_dbus_method_invocation_return_dbus_error(held->release(), "org.freedesktop.DBus.Error.Failed",
-                                                       treatment.message.c_str());
+                                                       treatment.failure->c_str());
         else
             answer(std::move(*held));
     };
@@ -77,8 +77,7 @@ bool CallDispatcher::delay(const std::string& method, std::uint32_t milliseconds
 bool CallDispatcher::fail(const std::string& method, const std::string& message) {
     if (!m_methods.contains(method))
         return false;
-    m_treatments[method].fails = true;
-    m_treatments[method].message = message;
+    m_treatments[method].failure = message;
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <list>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -44,8 +45,7 @@ class CallDispatcher {
  private:
     struct Treatment {
         std::uint32_t delayMs = 0;
-        bool fails = false;
-        std::string message;
+        std::optional<std::string> failure;
     };
     struct Waiting {
         Waiting(Timers& timers, std::string by) : caller(std::move(by)), timer(timers) {}
