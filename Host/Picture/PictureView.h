@@ -35,7 +35,7 @@ class PictureView {
     explicit PictureView(Mapping mapping) : m_mapping(std::move(mapping)) {}
 
     [[nodiscard]] const PictureMemory& memory() const {
-        return *static_cast<const PictureMemory*>(m_mapping.address());
+        return *static_cast<const PictureMemory*>(m_mapping.get());
     }
     // False when the frame is gone, also while it was looked at.
     template <typename Look>

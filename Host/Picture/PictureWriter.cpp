@@ -3,7 +3,7 @@
 namespace Host {
 
 PictureMemory* PictureWriter::memory() const {
-    return m_shared ? static_cast<PictureMemory*>(m_shared->bytes.address()) : nullptr;
+    return m_shared ? static_cast<PictureMemory*>(m_shared->bytes.get()) : nullptr;
 }
 
 Written PictureWriter::write(int width, int height, const std::function<bool(std::uint32_t*)>& fill) {

@@ -16,22 +16,13 @@ Descriptor Descriptor::duplicate() const {
     return Descriptor(fcntl(m_number, F_DUPFD_CLOEXEC, 0));
 }
 
-Mapping::~Mapping() {
-    if (m_address != nullptr)
-        (void)munmap(m_address, m_size);
+void Unmap::operator()(void* address) const {
+    (void)munmap(address, size);
 }
 
-Mapping Mapping::of(const Descriptor& file, std::size_t size, int protection) {
+Mapping mapFile(const Descriptor& file, std::size_t size, int protection) {
     void* address = mmap(nullptr, size, protection, MAP_SHARED, file.get(), 0);
-    return address == MAP_FAILED ? Mapping() : Mapping(address, size);
-}
-
-Mapping Mapping::ofWritable(const Descriptor& file, std::size_t size) {
-    return of(file, size, PROT_READ | PROT_WRITE);
-}
-
-Mapping Mapping::ofReadOnly(const Descriptor& file, std::size_t size) {
-    return of(file, size, PROT_READ);
+    return Mapping(address == MAP_FAILED ? nullptr : address, Unmap{size});
 }
 
 std::optional<SharedMemory> makeSharedMemory(const char* name, std::size_t size) {
@@ -39,7 +30,7 @@ std::optional<SharedMemory> makeSharedMemory(const char* name, std::size_t size)
     memory.file = Descriptor(memfd_create(name, MFD_CLOEXEC | MFD_ALLOW_SEALING));
     if (!memory.file || ftruncate(memory.file.get(), static_cast<off_t>(size)) != 0)
         return std::nullopt;
-    memory.bytes = Mapping::ofWritable(memory.file, size);
+    memory.bytes = mapFile(memory.file, size, PROT_READ | PROT_WRITE);
     // Our own mapping stays writable, it is older than the last of these seals.
     constexpr int seals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_FUTURE_WRITE | F_SEAL_SEAL;
     if (!memory.bytes || fcntl(memory.file.get(), F_ADD_SEALS, seals) != 0)
@@ -53,7 +44,7 @@ Mapping mapForReading(const Descriptor& file, std::size_t size) {
     const bool keepsSize = seals >= 0 && (seals & F_SEAL_SHRINK) != 0;
     if (!keepsSize || fstat(file.get(), &status) != 0 || status.st_size != static_cast<off_t>(size))
         return {};
-    return Mapping::ofReadOnly(file, size);
+    return mapFile(file, size, PROT_READ);
 }
 
 }  // namespace Host

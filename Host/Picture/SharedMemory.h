@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -31,31 +32,14 @@ class Descriptor {
 };
 
 // A file's bytes in the address space, until the owner dies.
-class Mapping {
- public:
-    Mapping() = default;
-    Mapping(Mapping&& other) noexcept
-        : m_address(std::exchange(other.m_address, nullptr)), m_size(other.m_size) {}
-    Mapping& operator=(Mapping&& other) noexcept {
-        std::swap(m_address, other.m_address);
-        std::swap(m_size, other.m_size);
-        return *this;
-    }
-    ~Mapping();
-
-    [[nodiscard]] explicit operator bool() const { return m_address != nullptr; }
-    [[nodiscard]] void* address() const { return m_address; }
-
-    [[nodiscard]] static Mapping ofWritable(const Descriptor& file, std::size_t size);
-    [[nodiscard]] static Mapping ofReadOnly(const Descriptor& file, std::size_t size);
-
- private:
-    Mapping(void* address, std::size_t size) : m_address(address), m_size(size) {}
-    [[nodiscard]] static Mapping of(const Descriptor& file, std::size_t size, int protection);
-
-    void* m_address = nullptr;
-    std::size_t m_size = 0;
+struct Unmap {
+    std::size_t size = 0;
+    void operator()(void* address) const;
 };
+using Mapping = std::unique_ptr<void, Unmap>;
+
+// Empty when the file cannot be mapped so; the protection is that of mmap.
+[[nodiscard]] Mapping mapFile(const Descriptor& file, std::size_t size, int protection);
 
 struct SharedMemory {
     Descriptor file;

@@ -121,7 +121,7 @@ TEST(APicture, IsNeverTornHoweverFastItIsWritten) {
 // Memory like a writer's, into which the test writes what no writer would.
 struct Forgery {
     SharedMemory shared = makeSharedMemory("forgery", sizeof(PictureMemory)).value();
-    PictureMemory& memory = *static_cast<PictureMemory*>(shared.bytes.address());
+    PictureMemory& memory = *static_cast<PictureMemory*>(shared.bytes.get());
 
     Forgery() {
         memory.mark = PictureMemory::Mark;
@@ -180,7 +180,7 @@ TEST(AViewOfAPicture, CannotBeUsedToDrawIntoIt) {
     PictureWriter writer;
     ASSERT_TRUE(write(writer, 1, 4, 4));
     const auto file = writer.share();
-    EXPECT_FALSE(Mapping::ofWritable(file, sizeof(PictureMemory)));
+    EXPECT_FALSE(mapFile(file, sizeof(PictureMemory), PROT_READ | PROT_WRITE));
     EXPECT_LT(::write(file.get(), "x", 1), 0);
     EXPECT_NE(ftruncate(file.get(), 0), 0);
     EXPECT_TRUE(write(writer, 2, 4, 4)) << "the writer itself goes on";
