@@ -1,19 +1,44 @@
 #include "Host/Media/Pipeline.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <iterator>
 #include <limits>
 
 #include "Host/Media/MediaErrors.h"
-#include "Host/Media/SoundDevice.h"
 
 namespace Media {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 // Playbin has no volume of its own here: it never lets go of the element that it makes for it.
 constexpr char kPlaybinFlags[] = "video+audio+text+buffering";
 constexpr char kVolumeName[] = "volume";
+
+bool hasSoundServer() {
+    if (std::getenv("PULSE_SERVER") != nullptr)
+        return true;
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    return runtime != nullptr && fs::exists(fs::path(runtime) / "pulse/native", error);
+}
+
+// Whether there is anything that sound could come out of. GStreamer's own search for a device takes longer
+// and complains on the way.
+bool hasSoundDevice() {
+    if (hasSoundServer())
+        return true;
+    // Devices that play end in "p": pcmC0D0p.
+    std::error_code error;
+    const fs::directory_iterator devices("/dev/snd", error);
+    return !error && std::any_of(begin(devices), end(devices), [](const fs::directory_entry& device) {
+        const auto name = device.path().filename().string();
+        return name.starts_with("pcm") && name.ends_with("p");
+    });
+}
 
 GstElement* makeSoundSink(const std::string& description) {
     if (!description.empty())
@@ -45,13 +70,17 @@ gboolean refuseTimes(GstPad* pad, GstObject* parent, GstEvent* event) {
     return FALSE;
 }
 
+bool isKind(GstElement* element, const char* kind) {
+    const char* kinds = gst_element_get_metadata(element, GST_ELEMENT_METADATA_KLASS);
+    return kinds != nullptr && g_strrstr(kinds, kind) != nullptr;
+}
+
 void onSource(GstElement*, GstElement* source, gpointer userAgent) {
     // Readers of lists ask for the segments as their source asked for the list.
     if (g_object_class_find_property(G_OBJECT_GET_CLASS(source), "user-agent"))
         g_object_set(source, "user-agent", static_cast<const std::string*>(userAgent)->c_str(), nullptr);
     const GstObjectHandle<GstPad> pad(gst_element_get_static_pad(source, "src"));
-    const char* kind = gst_element_get_metadata(source, GST_ELEMENT_METADATA_KLASS);
-    if (pad != nullptr && kind != nullptr && g_strrstr(kind, "Network") != nullptr)
+    if (pad != nullptr && isKind(source, "Network"))
         gst_pad_set_event_function_full(pad.get(), refuseTimes,
                                         reinterpret_cast<gpointer>(GST_PAD_EVENTFUNC(pad.get())), nullptr);
 }
@@ -100,13 +129,12 @@ GstPadProbeReturn noteList(GstPad* pad, GstPadProbeInfo* info, gpointer rawList)
 }
 
 void onElement(GstBin*, GstBin*, GstElement* element, gpointer) {
-    const char* kind = gst_element_get_metadata(element, GST_ELEMENT_METADATA_KLASS);
     const GstObjectHandle<GstPad> pad(gst_element_get_static_pad(element, "sink"));
-    if (pad != nullptr && kind != nullptr && g_strrstr(kind, "Demuxer") != nullptr)
+    if (pad != nullptr && isKind(element, "Demuxer"))
         gst_pad_add_probe(pad.get(),
                           static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_PULL | GST_PAD_PROBE_TYPE_BUFFER),
                           waitForTrial, element, nullptr);
-    if (pad != nullptr && kind != nullptr && g_strrstr(kind, "Adaptive") != nullptr)
+    if (pad != nullptr && isKind(element, "Adaptive"))
         gst_pad_add_probe(
             pad.get(),
             static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
@@ -261,8 +289,7 @@ bool Pipeline::isAdaptive() const {
         gst_bin_iterate_recurse(GST_BIN(m_element)));
     const auto compare = [](gconstpointer item, gconstpointer) -> gint {
         auto* candidate = GST_ELEMENT(g_value_get_object(static_cast<const GValue*>(item)));
-        const char* kind = gst_element_get_metadata(candidate, GST_ELEMENT_METADATA_KLASS);
-        return kind != nullptr && g_strrstr(kind, "Adaptive") != nullptr ? 0 : 1;
+        return isKind(candidate, "Adaptive") ? 0 : 1;
     };
     GValue found = G_VALUE_INIT;
     const bool any = gst_iterator_find_custom(all.get(), compare, &found, nullptr) != FALSE;
