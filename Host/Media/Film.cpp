@@ -50,7 +50,7 @@ void Film::load(const std::string& url, double speed, std::uint32_t limitMs) {
 }
 
 void Film::play(double speed) {
-    if (!isRolling()) {
+    if (!isRolling(m_state)) {
         m_speed = speed;
         return;
     }
@@ -68,7 +68,7 @@ void Film::play(double speed) {
 }
 
 void Film::seek(std::uint32_t milliseconds) {
-    if (!isRolling() || !m_progress.seekable)
+    if (!isRolling(m_state) || !m_progress.seekable)
         return;
     if (m_rewinding)
         m_rewinding = Rewinding{milliseconds, m_timers.now()};
@@ -77,7 +77,7 @@ void Film::seek(std::uint32_t milliseconds) {
 }
 
 std::uint32_t Film::position() const {
-    if (!isRolling())
+    if (!isRolling(m_state))
         return m_lastPosition;
     if (m_rewinding)
         return rewoundTo();
@@ -138,7 +138,7 @@ void Film::present(const std::vector<std::int16_t>& pids) {
     m_progress.selected = ids;
     m_pipeline.selectStreams(std::move(ids));
     // What has been fetched of a stream in segments, up to half a minute, would be heard first.
-    if (isRolling() && m_progress.seekable && m_pipeline.isAdaptive()) {
+    if (isRolling(m_state) && m_progress.seekable && m_pipeline.isAdaptive()) {
         m_progress.soughtTo = position();
         seekPipeline(*m_progress.soughtTo, m_progress.rate, false);
     }
@@ -150,7 +150,7 @@ std::uint32_t Film::rewoundTo() const {
 }
 
 void Film::handle(GstMessage* message) {
-    if (isOver())
+    if (isOver(m_state))
         return;
     switch (GST_MESSAGE_TYPE(message)) {
         case GST_MESSAGE_ERROR: {
@@ -298,7 +298,7 @@ void Film::prerolled() {
 }
 
 void Film::begin() {
-    if (!m_progress.prerolled || isOver())
+    if (!m_progress.prerolled || isOver(m_state))
         return;
     roll();
     glance();
@@ -484,7 +484,7 @@ void Film::settle(MediaState state) {
 }
 
 void Film::fail(std::int32_t error, const std::string& reason) {
-    if (!isOver())
+    if (!isOver(m_state))
         g_printerr("hbbtv-media: cannot play %.300s: %s\n", m_url.c_str(), reason.c_str());
     end(MediaState::Error, error);
 }

@@ -76,13 +76,6 @@ class Film {
         std::int64_t since;
     };
 
-    [[nodiscard]] bool isRolling() const {
-        return m_state == MediaState::Playing || m_state == MediaState::Paused ||
-               m_state == MediaState::Buffering;
-    }
-    [[nodiscard]] bool isOver() const {
-        return m_state == MediaState::Finished || m_state == MediaState::Error;
-    }
     [[nodiscard]] bool isBuffering() const { return !m_progress.live && m_progress.buffered < 100; }
     [[nodiscard]] std::uint32_t rewoundTo() const;
     // From where the film was seen last it cannot have come to the end of the medium by now.

@@ -48,10 +48,11 @@ void ChildMediaPlayer::load(const std::string& url) {
 }
 
 bool ChildMediaPlayer::play(double speed) {
-    if (m_url.empty() || !isSpeed(speed) || (isRolling() && speed != 0.0 && speed != 1.0 && !m_film.seekable))
+    if (m_url.empty() || !isSpeed(speed) ||
+        (isRolling(m_state) && speed != 0.0 && speed != 1.0 && !m_film.seekable))
         return false;
     m_speed = speed;
-    if (isRolling() || m_state == MediaState::Connecting)
+    if (isRolling(m_state) || m_state == MediaState::Connecting)
         tell(MediaWords::Play, g_variant_new_double(speed));
     else
         connect();
@@ -65,7 +66,7 @@ void ChildMediaPlayer::stop() {
 }
 
 bool ChildMediaPlayer::seek(std::uint32_t milliseconds) {
-    if (!isRolling() || !m_film.seekable || (m_film.duration != 0 && milliseconds > m_film.duration))
+    if (!isRolling(m_state) || !m_film.seekable || (m_film.duration != 0 && milliseconds > m_film.duration))
         return false;
     holdAt(milliseconds);
     tell(MediaWords::Seek, g_variant_new_uint32(milliseconds));

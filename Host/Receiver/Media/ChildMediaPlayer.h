@@ -39,10 +39,6 @@ class ChildMediaPlayer : public MediaPlayer {
         bool seekable = false;
     };
 
-    [[nodiscard]] bool isRolling() const {
-        return m_state == MediaState::Playing || m_state == MediaState::Paused ||
-               m_state == MediaState::Buffering;
-    }
     void connect();
     void tell(const MediaWord& word, GVariant* content = nullptr);
     void dropChild();

@@ -22,6 +22,13 @@ enum class MediaState {
     Error = 6
 };
 
+[[nodiscard]] inline bool isRolling(MediaState state) {
+    return state == MediaState::Playing || state == MediaState::Paused || state == MediaState::Buffering;
+}
+[[nodiscard]] inline bool isOver(MediaState state) {
+    return state == MediaState::Finished || state == MediaState::Error;
+}
+
 // Why a medium does not play, as the state event says it.
 namespace MediaError {
 inline constexpr std::int32_t UnsupportedFormat = 0;

@@ -31,10 +31,6 @@ std::string plainType(const std::string& mimeType) {
     return type;
 }
 
-bool isOver(MediaState state) {
-    return state == MediaState::Finished || state == MediaState::Error;
-}
-
 }  // namespace
 
 void MediaSession::acquire(const MediaPlayerFactory& make) {

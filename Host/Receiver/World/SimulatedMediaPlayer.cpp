@@ -22,7 +22,7 @@ void SimulatedMediaPlayer::load(const std::string& url) {
 bool SimulatedMediaPlayer::play(double speed) {
     if (m_url.empty() || !std::isfinite(speed) || std::abs(speed) > kFastest)
         return false;
-    if (isRolling()) {
+    if (isRolling(m_state)) {
         const auto before = this->speed();
         rollFrom(position(), speed);
         changeState(speed == 0.0 ? MediaState::Paused : MediaState::Playing, NoError);
@@ -46,7 +46,7 @@ void SimulatedMediaPlayer::stop() {
 }
 
 bool SimulatedMediaPlayer::seek(std::uint32_t milliseconds) {
-    if (!isRolling() || (m_duration != 0 && milliseconds > m_duration))
+    if (!isRolling(m_state) || (m_duration != 0 && milliseconds > m_duration))
         return false;
     rollFrom(milliseconds, speed());
     m_listener.mediaPositionChanged(milliseconds);
@@ -62,7 +62,7 @@ std::uint32_t SimulatedMediaPlayer::position() const {
 }
 
 std::vector<Component> SimulatedMediaPlayer::components() const {
-    const auto* medium = isRolling() ? m_scenario.mediaItem(m_url) : nullptr;
+    const auto* medium = isRolling(m_state) ? m_scenario.mediaItem(m_url) : nullptr;
     return medium == nullptr ? std::vector<Component>() : medium->components;
 }
 

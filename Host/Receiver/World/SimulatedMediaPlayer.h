@@ -26,9 +26,6 @@ class SimulatedMediaPlayer : public MediaPlayer {
     [[nodiscard]] bool givesFrames() const override { return false; }
 
  private:
-    [[nodiscard]] bool isRolling() const {
-        return m_state == MediaState::Playing || m_state == MediaState::Paused;
-    }
     void connected();
     void reachedEdge();
     // Goes on from this position at this speed, and waits for the end that lies in that direction.
