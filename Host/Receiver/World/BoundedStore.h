@@ -18,7 +18,8 @@ class BoundedStore {
     using IsInUse = std::function<bool(const Value&)>;
     using Dropped = std::function<void(std::uint32_t id, Value& value)>;
 
-    // What is in use makes room only when everything is. `dropped` hears of each entry that has made room.
+    // What is in use makes room only when everything is. `dropped` hears of each entry that is no more, but
+    // not of one that was replaced.
     explicit BoundedStore(std::size_t limit, IsInUse isInUse = nullptr, Dropped dropped = nullptr)
         : m_limit(limit), m_isInUse(std::move(isInUse)), m_dropped(std::move(dropped)) {}
 
@@ -54,8 +55,11 @@ class BoundedStore {
         return m_lastId;
     }
 
-    void erase(std::uint32_t id) { m_entries.erase(id); }
-    void clear() { m_entries.clear(); }
+    void erase(std::uint32_t id) { drop(m_entries.find(id)); }
+    void clear() {
+        while (!m_entries.empty())
+            drop(m_entries.begin());
+    }
     [[nodiscard]] std::size_t size() const { return m_entries.size(); }
     [[nodiscard]] bool isFull() const { return m_entries.size() >= m_limit; }
 
@@ -75,10 +79,12 @@ class BoundedStore {
         const auto rank = [this](const auto& entry) {
             return std::make_pair(m_isInUse && m_isInUse(*entry.second.value), entry.second.lastUse);
         };
-        const auto oldest =
-            std::min_element(m_entries.begin(), m_entries.end(),
-                             [&rank](const auto& a, const auto& b) { return rank(a) < rank(b); });
-        const auto dropped = m_entries.extract(oldest);
+        drop(std::ranges::min_element(m_entries, {}, rank));
+    }
+    void drop(typename std::map<std::uint32_t, Entry>::iterator entry) {
+        if (entry == m_entries.end())
+            return;
+        const auto dropped = m_entries.extract(entry);
         if (m_dropped)
             m_dropped(dropped.key(), *dropped.mapped().value);
     }

@@ -85,15 +85,10 @@ void BroadcastPlayers::toNullChannel(std::uint32_t pluginId) {
 }
 
 void BroadcastPlayers::release(std::uint32_t pluginId) {
-    if (pluginId == kEveryPlayer) {
-        for (const auto id : idsOf([](BroadcastState) { return true; })) {
-            if (id != kEveryPlayer)
-                release(id);
-        }
-    }
-    if (auto* released = m_players.find(pluginId))
-        end(pluginId, *released);
-    m_players.erase(pluginId);
+    if (pluginId == kEveryPlayer)
+        m_players.clear();
+    else
+        m_players.erase(pluginId);
 }
 
 void BroadcastPlayers::end(std::uint32_t pluginId, BroadcastPlayer& player) {

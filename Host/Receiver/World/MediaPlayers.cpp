@@ -314,19 +314,12 @@ void MediaPlayers::setWindow(std::uint32_t pluginId, const VideoWindow& window) 
 }
 
 void MediaPlayers::release(std::uint32_t pluginId) {
-    if (pluginId == kEveryPlayer) {
-        m_windows.clear();
-        std::vector<std::uint32_t> ids;
-        m_sessions.forEach([&ids](std::uint32_t id, const MediaSession&) {
-            if (id != kEveryPlayer)
-                ids.push_back(id);
-        });
-        for (const auto id : ids)
-            release(id);
+    if (pluginId != kEveryPlayer) {
+        m_sessions.erase(pluginId);
+        return;
     }
-    if (auto* released = m_sessions.find(pluginId))
-        end(pluginId, *released);
-    m_sessions.erase(pluginId);
+    m_windows.clear();
+    m_sessions.clear();
 }
 
 void MediaPlayers::end(std::uint32_t pluginId, MediaSession& session) {
