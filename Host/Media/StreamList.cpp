@@ -153,12 +153,7 @@ int StreamList::offeredChannels(const std::string& language, int place) const {
 }
 
 bool StreamList::has(ComponentType type) const {
-    const auto size = m_collection == nullptr ? 0 : gst_stream_collection_get_size(m_collection.get());
-    for (guint i = 0; i < size; ++i) {
-        if (typeOf(gst_stream_collection_get_stream(m_collection.get(), i)) == type)
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(components(), [type](const auto& each) { return each.type == type; });
 }
 
 }  // namespace Media

@@ -1,7 +1,6 @@
 // A medium's streams as components: what GStreamer calls a stream, under a number that stays the same.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -2,7 +2,6 @@
 // killed when it does not.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
