@@ -19,14 +19,7 @@
 #include "Host/Inc/ReceiverNames.h"
 #include "IPC/DBUS/Src/DAEBrowserAPIWK_DBus.h"
 #include "InjectedBundle/Src/JSHandles.h"
-#include "Platform/Inc/JSCPrivate.h"
 #include "Tests/Unit/FakeBrowser.h"
-
-// What the engine holds from its own heap is not seen by the leak check, which knows the C heap only.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();  // NOLINT
-const char* __lsan_default_suppressions() {
-    return "leak:libjavascriptcoregtk\n";
-}  // NOLINT
 
 namespace {
 
@@ -55,11 +48,6 @@ std::string listed(const std::set<std::string>& names) {
     for (const std::string& name : names)
         list += "'" + name + "',";
     return list;
-}
-
-JSValueRef collect(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef[], JSValueRef*) {
-    JSSynchronousGarbageCollectForDebugging(context);
-    return JSValueMakeUndefined(context);
 }
 
 int32_t numberOf(JSContextRef context, size_t count, const JSValueRef values[], size_t index) {
@@ -153,7 +141,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // As from page to page: players are given back.
     page().StartLoad(frame);
     frame.Navigate();
-    for (const auto& [name, function] : {std::pair{"collect", &collect}, {"fire", &fire}, {"pump", &pump}})
+    for (const auto& [name, function] : {std::pair{"fire", &fire}, {"pump", &pump}})
         frame.SetGlobal(
             name, JSObjectMakeFunctionWithCallback(frame.context, JSStringHandle(name).Get(), function));
     const std::string loaded = frame.Eval(script + "; 'loaded'");

@@ -1,33 +1,20 @@
 #include "Tests/Bus/BusFixture.h"
 
-#include <signal.h>
 #include <stdlib.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 
+#include <gio/gio.h>
 #include <gtest/gtest.h>
-
-#include "IPC/DBUS/Src/GLibHandles.h"
 
 namespace {
 
 // The watchdog of the whole program: longer than any of them takes, shorter than a person's patience.
 constexpr unsigned kWatchdogSeconds = 120;
-
-std::string BusConfiguration(const std::string& socket) {
-    return "<busconfig><type>session</type><listen>unix:path=" + socket +
-           "</listen>"
-           "<policy context=\"default\">"
-           "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/>"
-           "</policy></busconfig>\n";
-}
 
 struct Home {
     Home() {
@@ -55,47 +42,12 @@ class OwnBus : public testing::Environment {
         // Removed at exit, because a program that is meant to end inside a test sees no TearDown.
         static const Home ownHome;
         ASSERT_FALSE(ownHome.path.empty());
-        m_home = ownHome.path;
+        // Its own watcher ends it with the program.
+        static GTestDBus* const bus = g_test_dbus_new(G_TEST_DBUS_NONE);
+        g_test_dbus_up(bus);
         for (const char* variable : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
-            setenv(variable, m_home.c_str(), 1);
-        setenv("DBUS_SESSION_BUS_ADDRESS", StartBus().c_str(), 1);
+            setenv(variable, ownHome.path.c_str(), 1);
     }
-
-    void TearDown() override {
-        kill(m_bus, SIGTERM);
-        waitpid(m_bus, nullptr, 0);
-    }
-
- private:
-    // Gives the address back.
-    std::string StartBus() {
-        const std::string configuration = m_home / "bus.conf";
-        std::ofstream(configuration) << BusConfiguration(m_home / "bus");
-        const std::string option = "--config-file=" + configuration;
-        const char* const command[] = {"dbus-daemon", option.c_str(), "--nofork", "--print-address", nullptr};
-        int output = -1;
-        GErrorPtr error;
-        g_spawn_async_with_pipes(
-            nullptr, const_cast<char**>(command), nullptr,
-            static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD |
-                                     G_SPAWN_STDERR_TO_DEV_NULL),
-            // Programs that are meant to end in the middle of a test leave no bus behind.
-            [](gpointer) { prctl(PR_SET_PDEATHSIG, SIGKILL); }, nullptr, &m_bus, nullptr, &output, nullptr,
-            OutPointer(error));
-        if (error) {
-            ADD_FAILURE() << error->message;
-            return "";
-        }
-        std::string address;
-        for (char letter = 0; read(output, &letter, 1) == 1 && letter != '\n';)
-            address += letter;
-        close(output);
-        EXPECT_NE(address, "");
-        return address;
-    }
-
-    GPid m_bus = 0;
-    std::filesystem::path m_home;
 };
 
 }  // namespace

@@ -1,3 +1,4 @@
+// A bus of its own for the program, with nobody on it yet: nothing reaches the developer's own session.
 #include <gtest/gtest.h>
 
 #include "Tests/Bus/BusFixture.h"

@@ -1,24 +1,8 @@
-#include <gio/gio.h>
+#include <glib.h>
 #include <gtest/gtest.h>
 
-#include "Host/Inc/GHandles.h"
 #include "Tests/Bus/BusFixture.h"
 #include "Tests/Media/PlayerFixture.h"
-
-namespace {
-
-// GLib's network code connects to the session bus on its own; such a connection ends the program with its
-// bus.
-class BusWithoutConsequences : public testing::Environment {
- public:
-    void TearDown() override {
-        const Host::GObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-        if (bus)
-            g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-    }
-};
-
-}  // namespace
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
@@ -26,6 +10,5 @@ int main(int argc, char** argv) {
         return 1;
     GiveTheProgramItsOwnBus();
     g_setenv("HBBTV_MEDIA", HBBTV_MEDIA, TRUE);
-    testing::AddGlobalTestEnvironment(new BusWithoutConsequences);
     return RUN_ALL_TESTS();
 }
