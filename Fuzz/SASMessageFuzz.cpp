@@ -13,21 +13,31 @@ namespace {
 int s_valid = 0;
 int s_broken = 0;
 
+// Whether the header and what the items say of their lengths account for every byte.
+bool IsWhole(std::span<const uint8_t> bytes) {
+    size_t end = 8;
+    for (size_t items = 0; end <= bytes.size() && items < bytes[7]; ++items)
+        end += end + 3 > bytes.size() ? 3 : 3U + (bytes[end + 1] << 8U | bytes[end + 2]);
+    return end == bytes.size();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    return 0;
+    std::vector<uint8_t> longest = {1, 0, 0, 0, 0, 0, 0, 1, 5, 0xFF, 0xFF};
+    longest.resize(longest.size() + 0xFFFF, 'x');
+    return LLVMFuzzerTestOneInput(longest.data(), longest.size());
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::span<const uint8_t> bytes(data, size);
     const SASMessage message(bytes);
     ++(message.IsValid() ? s_valid : s_broken);
+    Require(message.IsValid() == IsWhole(bytes));
     if (!message.IsValid()) {
         Require(message.CommandId() == 0 && message.CaSystemId() == 0 && message.TransactionId() == 0 &&
                 message.Items().empty());
     } else {
-        // The items account for every byte.
         const auto add = [](size_t sum, const SASMessage::Item& item) { return sum + 3 + item.bytes.size(); };
         Require(std::accumulate(message.Items().begin(), message.Items().end(), size_t{8}, add) == size);
         Require(message.Items().size() == bytes[7] && message.CommandId() == bytes[0]);

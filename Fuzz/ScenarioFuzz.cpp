@@ -63,28 +63,13 @@ json& placeIn(json& document, Choices& choices) {
 }
 
 const json& anyValue(Choices& choices) {
-    static const std::array<json, 22> s_values = {nullptr,
-                                                  true,
-                                                  0,
-                                                  -1,
-                                                  1,
-                                                  255,
-                                                  65536,
-                                                  2147483647,
-                                                  -2147483648LL,
-                                                  4294967295U,
-                                                  INT64_MIN,
-                                                  UINT64_MAX,
-                                                  1e308,
-                                                  -0.5,
-                                                  "",
-                                                  "*",
-                                                  "0G",
-                                                  "dvb://1.2.3/../x",
-                                                  std::string("a\0b", 3),
-                                                  std::string(70000, 'x'),
-                                                  json::array(),
-                                                  json::object()};
+    static const json s_values = [] {
+        json values = json::parse(R"([null, true, 0, -1, 1, 255, 65536, 2147483647, -2147483648, 4294967295,
+            -9223372036854775808, 18446744073709551615, 1e308, -0.5, "", "*", "0G", "dvb://1.2.3/../x",
+            "a\u0000b", [], {}])");
+        values.push_back(std::string(70000, 'x'));
+        return values;
+    }();
     return s_values.at(choices.below(s_values.size()));
 }
 
