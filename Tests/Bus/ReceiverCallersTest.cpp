@@ -16,6 +16,8 @@ constexpr const char kHousehold[] = R"({
   "broadcast": {"current_channel": 1, "related": true, "tune_ms": 1, "channels": [
     {"id": 1, "name": "One", "id_type": "ID_DVB_T"}, {"id": 2, "name": "Two", "id_type": "ID_DVB_T"}]},
   "media": {"mime_types": ["video/mp4"], "connect_ms": 1, "maximum_players": 2, "items": [
+    {"url": "*/song*", "duration_ms": 60000,
+     "components": [{"type": "audio", "encoding": "MPEG1_L3", "pid": 1}]},
     {"url": "*/film*", "duration_ms": 600000}]},
   "drm": {"systems": [{"id": "slow", "reply_ms": 60000}, {"id": "quick", "reply_ms": 1}]},
   "carousel": {"folder": ".", "reply_ms": 1},
@@ -92,6 +94,38 @@ TEST_F(TwoPages, HaveTheirPlayersAndTheirSignalsForThemselvesUnderTheSameIds) {
     EXPECT_EQ(ask("IBroadcastPlayer.GetPlayState", "(uint32 1,)"), "(2,)");
     EXPECT_THAT(signals(), hearNothingOfPlayers());
     EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(true,)");
+}
+
+TEST_F(TwoPages, HavePlayersOfTheSameIdApartOnThePlaneAndAllAtOnce) {
+    watch(me(), "a/film.mp4?token=/y.z#t");
+    forget();
+    (void)call("IAVEventHandler.UpdateLayout",
+               "(uint32 2, uint32 4294967196, uint32 20, uint32 320, uint32 180, true)");
+    (void)call("IAVEventHandler.SetData", "(uint32 2, 'http://x/song.mp3')");
+    EXPECT_EQ(ask("IAVEventHandler.GetPlayer", "(uint32 2,)"), "(true,)");
+    EXPECT_EQ(ask("IAVEventHandler.Play", "(uint32 2, 1.0)"), "(true,)");
+    EXPECT_TRUE(hears({"PluginEventData(200, 2, 3, 1000)",
+                       "PlaneChanged('broadband', 'me', 2, true, 4294967196, 20, 320, 180, true, "
+                       "'song.mp3', 'audio', '')",
+                       "PluginEventData(200, 2, 1, 1000)", "PluginEventFloat(201, 2, 1.0)"}))
+        << "the picture before the event";
+    const std::string broadcast = "('broadcast', 'me', 1, 0, 0, 16, 9, false, 'One', 'card', '')";
+    EXPECT_EQ(control("GetPlanes").text(),
+              "([" + broadcast +
+                  ", ('broadband', 'me', 1, 0, 0, 16, 9, false, 'film.mp4', 'card', ''), "
+                  "('broadband', 'me', 2, 4294967196, 20, 320, 180, true, 'song.mp3', 'audio', '')],)");
+    for (const auto& [player, reason] :
+         {std::pair("'broadband', 'me', uint32 1", "there are no frames of the broadband player 1"),
+          std::pair("'broadband', 'me', uint32 7", "broadband player 7"),
+          std::pair("'broadcast', 'me', uint32 1", "broadcast player 1"),
+          std::pair("'cable', 'me', uint32 1", "no kind of player \"cable\"")})
+        EXPECT_THAT(control("OpenPicture", std::string("(") + player + ")").error, HasSubstr(reason));
+    forget();
+    (void)call("IAVEventHandler.ReleasePlayer", "(uint32 0,)");
+    EXPECT_TRUE(hears(
+        {std::string("PlaneChanged('broadband', 'me', 1") + kNoPlane, "PluginEventData(200, 1, 0, 1000)",
+         std::string("PlaneChanged('broadband', 'me', 2") + kNoPlane, "PluginEventData(200, 2, 0, 1000)"}));
+    EXPECT_EQ(control("GetPlanes").text(), "([" + broadcast + "],)");
 }
 
 TEST_F(TwoPages, GetTheirOwnAnswersAndHoldWhatTheyAskedFor) {

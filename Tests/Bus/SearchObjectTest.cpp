@@ -270,42 +270,16 @@ TEST_F(APageThatSearches, DropsTheResultsWhenWhatIsLookedForChanges) {
     EXPECT_EQ(Eval("[s.result.length, s.result.offset].join()"), "1,1");
 }
 
-TEST_F(APageThatSearches, HearsThatASearchFailed) {
-    Eval("var s = searchFor(named('news'))");
-    for (const char* method : {"SrSetQueryWindow", "SrQueryResults", "StartSearch"}) {
-        ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch." + std::string(method) + "', 'no')").value);
-        Eval("log = []; s.result.getResults(0, 9)");
-        EXPECT_TRUE(Logs("4")) << method;
-        EXPECT_EQ(Value("s.result.length"), "number 0");
-        ASSERT_TRUE(control("ResetMethods").value);
-        Eval("log = []; s.result.getResults(0, 9)");
-        EXPECT_TRUE(Logs("0")) << "it may be tried again";
-        Eval("s.setQuery(named('news')(s))");
-        EXPECT_TRUE(Logs("0,3"));
-    }
-    // A programme that the receiver has forgotten.
-    Eval("log = []; s.result.getResults(0, 9)");
-    EXPECT_TRUE(Logs("0"));
-    ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.PcGet', 'gone')").value);
-    EXPECT_EQ(Value("s.result[0]"), "null");
-    // What cannot be made, and what cannot be kept.
-    Eval("var q = named('x')(s)");
-    for (const auto& [search, query] :
-         {std::pair("MdsAdd", "QcAddDataModeStr"), std::pair("MdsRetain", "QcRetain")}) {
-        for (const std::string method : {search, query})
-            ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch." + method + "', 'no')").value);
-        EXPECT_EQ(Value("manager.createSearch(1)"), "null") << search;
-        EXPECT_EQ(Value("named('x')(s)"), "null") << query;
-        EXPECT_EQ(Value("q.not() === null"),
-                  query == std::string("QcRetain") ? "boolean true" : "boolean false");
-        ASSERT_TRUE(control("ResetMethods").value);
-    }
+TEST_F(APageThatSearches, GetsNoQueryThatIsNotRetainedAndRemembersNoneThatIsRefused) {
+    Eval("var s = searchFor(named('news')), q = named('x')(s)");
+    ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.QcRetain', 'no')").value);
+    EXPECT_EQ(Value("q.not()"), "null");
+    ASSERT_TRUE(control("ResetMethods").value);
     ASSERT_TRUE(control("FailMethod", "('IMetaDataSearch.MdsSetQuery', 'no')").value);
     EXPECT_EQ(Value("[s.query].concat(s.setQuery(named('x')(s)), s.query, "
                     "s.findProgrammesFromStream(config.channelList[0], 1), s.query)"
                     ".filter((q, i, all) => q === all[0]).length"),
-              "number 3")
-        << "what is refused is not remembered";
+              "number 3");
 }
 
 TEST_F(APageThatSearches, RunsSeveralSearchesAtOnce) {
