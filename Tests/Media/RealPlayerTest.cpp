@@ -196,22 +196,6 @@ TEST_F(ARealPlayer, OffersOnlyWhatTheServerCanDo) {
     EXPECT_EQ(player->speed(), 1.0);
 }
 
-TEST_F(ARealPlayer, SharesTheReceiverWithAnother) {
-    Listener other;
-    Screen second;
-    const auto neighbour = makePlayer(other, second);
-    neighbour->load(server.url("good/film.mp4"));
-    ASSERT_TRUE(neighbour->play(1.0));
-    ASSERT_TRUE(plays(fileUrl("film.mp4")));
-    ASSERT_TRUE(WaitFor([&] { return neighbour->state() == MediaState::Playing; }));
-    ASSERT_TRUE(player->seek(9000));
-    ASSERT_TRUE(WaitFor([&] { return screen.colour() == Colour::Blue && second.colour() == Colour::Red; }));
-    player->stop();
-    int frames = 0;
-    ASSERT_TRUE(WaitFor([&] { return (frames += second.changes() ? 1 : 0) > 5; }));
-    EXPECT_EQ(neighbour->state(), MediaState::Playing);
-}
-
 // What has come out of the loudspeaker, as 16-bit samples of one channel.
 class Sound {
  public:
