@@ -54,31 +54,6 @@ describe("An application", () => {
     });
 
   describe("gets keys", () => {
-    const makeKeyset = () => browser.run(() => {
-      const manager = oipfObjectFactory.createApplicationManagerObject();
-      window.keyset = manager.getOwnerApplication(document).privateData.keyset;
-      window.keys = [];
-      document.addEventListener("keydown", event => window.keys.push(event.keyCode), false);
-    });
-
-    it("with the platform's key codes, and only those of its key mask", async () => {
-      await makeKeyset();
-      assert.deepEqual(await browser.run(() => [keyset.setValue(Keyset.RED), keyset.value]), [1, 1]);
-      for (const key of ["VK_GREEN", "VK_LEFT", "VK_5", "VK_RED"])
-        await receiver.pressKey(key);
-      await browser.waitFor("red", () => window.keys.includes(403));
-      assert.deepEqual(await browser.run(() => window.keys), [403]);
-
-      await browser.run(() => {
-        window.keys = [];
-        keyset.setValue(Keyset.GREEN | Keyset.NAVIGATION | Keyset.NUMERIC | Keyset.VCR, []);
-      });
-      for (const key of ["VK_RED", "VK_GREEN", "VK_LEFT", "VK_ENTER", "VK_5", "VK_PLAY"])
-        await receiver.pressKey(key);
-      await browser.waitFor("play", () => window.keys.includes(KeyEvent.VK_PLAY));
-      assert.deepEqual(await browser.run(() => window.keys), [404, 37, 13, 53, 415]);
-    });
-
     it("by their bare names, which a page may take for its own things", async () => {
       await television.show("bare.html", `<!DOCTYPE html><html><body><script src="/pages/watch.js"></script>
         <script>window.bare = [VK_UP, VK_RED, VK_0];</script>
@@ -90,9 +65,11 @@ describe("An application", () => {
     it("as far as the receiver lets it", async () => {
       const maximum = await receiver.getWorld("/keys/maximum");
       await receiver.setWorld("/keys/maximum", 31);
-      await makeKeyset();
-      const values = await browser.run(() => [keyset.maximumValue, keyset.setValue(2047), keyset.value,
-        keyset.setValue(NaN)]);
+      const values = await browser.run(() => {
+        const manager = oipfObjectFactory.createApplicationManagerObject();
+        const { keyset } = manager.getOwnerApplication(document).privateData;
+        return [keyset.maximumValue, keyset.setValue(2047), keyset.value, keyset.setValue(NaN)];
+      });
       const mask = await receiver.getWorld("/keys/mask");
       assert.deepEqual(values, [31, mask, mask, null]);
       assert.equal(mask & ~31, 0);

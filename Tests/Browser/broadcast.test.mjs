@@ -2,7 +2,6 @@
 import assert from "node:assert/strict";
 import { beforeEach, describe, it } from "node:test";
 import { useTelevision } from "./Harness/suite.mjs";
-import { frameLeaves } from "./Harness/television.mjs";
 import { waitFor } from "./Harness/wait.mjs";
 
 const [unrealized, connecting, presenting] = [0, 1, 2];
@@ -152,7 +151,8 @@ overflow: auto } iframe { border: 0; margin-top: 200px; width: 500px; height: 90
     await television.leaveWhen("it is bound again", () => isBound(1));
     assert.ok(await isBound(2), "and once more as it goes");
     await isFree();
-    for (const leave of frameLeaves) {
+    for (const leave of [() => document.querySelector("iframe").remove(),
+      () => { document.querySelector("iframe").src = "/pages/plain.html"; }]) {
       await television.show("outer.html", '<iframe src="/pages/application.html"></iframe>');
       await browser.run(() => frames[0].eval(
         "window.tv = PrivateObjectFactory.createVideoBroadcastObject(); tv.onPlayStateChange = () => {}; "

@@ -1,5 +1,4 @@
-// Media from the network, really fetched and decoded: Examples/player by the keys that a viewer presses, and
-// pages that do what a viewer cannot.
+// Media from the network, really fetched and decoded: Examples/player by the keys that a viewer presses.
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { before, describe, it } from "node:test";
@@ -11,7 +10,6 @@ import { defaultScenario, exitAfterLoad, shell } from "./Harness/programs.mjs";
 import { useTelevision, useWorkplace } from "./Harness/suite.mjs";
 import { slowness, waitFor } from "./Harness/wait.mjs";
 
-const [playing, paused, finished] = [1, 2, 5];
 const audio = 1;
 // The rows of its list.
 const [film, twoLanguages, hls, dash] = [0, 1, 3, 4];
@@ -32,17 +30,6 @@ const see = ({ text, isOpen }) => {
     full: document.body.classList.contains("full")
   };
 };
-
-// A page with a film beside a film, each of which notes its states.
-const twoFilms = `<!DOCTYPE html><html><head><script src="/pages/watch.js"></script></head><body>
-<object id="left" type="video/mp4" data="/media/film.mp4" width="320" height="180"></object>
-<object id="right" type="video/mp4" data="/media/languages.mp4" width="320" height="180"></object><script>
-var films = [document.getElementById("left"), document.getElementById("right")];
-films.forEach(function (film) {
-  film.heard = [];
-  film.onPlayStateChange = function (state) { film.heard.push(state); };
-});
-</script></body></html>`;
 
 describe("The media player", () => {
   const television = useTelevision();
@@ -176,30 +163,6 @@ describe("The media player", () => {
     await play(hls);
     await play(dash);
     assert.deepEqual([...server.agents], [await browser.run(() => navigator.userAgent)]);
-  });
-
-  it("plays two films on one page, each on its own", async () => {
-    await television.show("two.html", twoFilms);
-    await browser.waitFor("both are there", () => window.films.every(film => film.play));
-    await browser.run(() => window.films.forEach(film => film.play(1)));
-    await browser.waitFor("both play", () => window.films.every(film => film.playPosition > 300));
-    await browser.run(() => window.films[0].play(0));
-    await browser.waitFor("the left one is paused", state => window.films[0].playState === state, paused);
-    const [left, right] = await browser.run(() => window.films.map(film => film.playPosition));
-    await browser.waitFor("the right one goes on",
-      from => window.films[1].playPosition > from + 300, right);
-    assert.equal(await browser.run(() => window.films[0].playPosition), left);
-    await browser.run(() => {
-      window.films[1].seek(11500);
-      window.films[0].stop();
-    });
-    await browser.waitFor("the right one ends", state => window.films[1].playState === state, finished);
-    const heard = await browser.run(() => window.films.map(film => film.heard));
-    // It may have to connect, and to wait for what it plays next; then it plays again.
-    const settled = states => states.filter(state => state !== 3 && state !== 4)
-      .filter((state, i, all) => state !== all[i - 1]);
-    assert.deepEqual(heard.map(settled), [[playing, paused, 0], [playing, finished]]);
-    assert.deepEqual(await browser.run(() => window.failures), []);
   });
 });
 

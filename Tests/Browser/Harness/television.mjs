@@ -8,12 +8,6 @@ import { Receiver } from "./receiver.mjs";
 import { waitFor } from "./wait.mjs";
 import { Workplace } from "./workplace.mjs";
 
-// What a page does so that its first frame goes.
-export const frameLeaves = [
-  () => document.querySelector("iframe").remove(),
-  () => { document.querySelector("iframe").src = "/pages/plain.html"; }
-];
-
 export class Television {
   // Options: `shell`, more arguments of the shell; `receiver: false`, no receiver on the bus yet; `scenario`, the
   // receiver's own; `environment`, more variables for all programs; `wayland: true`, the shell's window on Wayland.
