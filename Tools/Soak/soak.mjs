@@ -6,7 +6,6 @@ import { setTimeout as pause } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 import { parseArgs } from 'node:util';
 import { makeMedia } from '../../Tests/Browser/Harness/media.mjs';
-import { build } from '../../Tests/Browser/Harness/programs.mjs';
 import { Television } from '../../Tests/Browser/Harness/television.mjs';
 import { plot } from '../Scripts/lib/plot.mjs';
 import { measure } from './processes.mjs';
@@ -206,8 +205,7 @@ async function soak() {
   const environment = { GLIBC_TUNABLES: 'glibc.malloc.tcache_count=0', WEBKIT_DISABLE_COMPOSITING_MODE: '1' };
   if (options.bare) environment.HBBTV_BUNDLE = '';
   television = await Television.start({ environment });
-  emitter = television.workplace.start(path.join(build, 'Tools/Soak/hbbtv-emit-signals'),
-    [String(eventsPerSecond), ...signals]);
+  emitter = television.workplace.start(path.join(here, 'emit-signals.py'), [String(eventsPerSecond), ...signals]);
   createInterface({ input: emitter.stdout }).on('line', (line) => { done.emitted = Number(line); });
   const url = television.server.write('soak.html', readFileSync(path.join(here, 'page.html'), 'utf8'));
   const curves = setInterval(sample, 5 * second);
