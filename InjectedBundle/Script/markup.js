@@ -135,7 +135,9 @@ function _hbbtv_vantrel_applyMarkup(record) {
 
 // Observers run at the end of the task; the page may call the object on the line after setAttribute.
 function _hbbtv_vantrel_flush(record) {
-  if (_hbbtv_vantrel_markupObserver)
-    _hbbtv_vantrel_markupChanged(_hbbtv_vantrel_kept.takeMutations(_hbbtv_vantrel_markupObserver));
+  const mutations = _hbbtv_vantrel_markupObserver
+    ? _hbbtv_vantrel_kept.takeMutations(_hbbtv_vantrel_markupObserver) : [];
+  if (mutations.length > 0)
+    _hbbtv_vantrel_markupChanged(mutations);
   _hbbtv_vantrel_applyMarkup(record);
 }
