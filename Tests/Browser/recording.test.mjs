@@ -113,6 +113,7 @@ describe("A recording", () => {
     const runs = () => workplace.lines.filter(line => line.endsWith("CONSOLE LOG runs")).length;
     await waitFor("the page runs", () => runs() === 1);
     const { stdout: child } = await promisify(execFile)("pgrep", ["-P", program.pid, "WebKitWebProces"]);
+    workplace.isKilling = true;
     process.kill(Number(child), "SIGKILL");
     await workplace.says(/the web process crashed/);
     await waitFor("Ctrl+R", async () => {

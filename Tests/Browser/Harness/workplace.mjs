@@ -20,6 +20,7 @@ export class Workplace {
   #children = new Set();
   // Held open: whatever becomes of the folder, the tests go on.
   #log;
+  isKilling = false; // A web process, on purpose.
   // Variables of the shell alone, which hands them to the web process.
   preload = {};
   // What the processes have written so far, as in the log file.
@@ -82,7 +83,7 @@ export class Workplace {
   #note(name, line) {
     this.lines.push(line);
     writeSync(this.#log, `[${name}] ${line}\n`);
-    if (this.preload.LD_PRELOAD && /SUMMARY: \w+Sanitizer|the web process crashed/.test(line))
+    if (this.preload.LD_PRELOAD && (/SUMMARY: \w+Sanitizer/.test(line) || (/the web process crashed/.test(line) && !this.isKilling)))
       this.#failWithReport();
   }
 
@@ -99,7 +100,7 @@ export class Workplace {
 
   // Starts a program and writes its output to the log.
   start(command, args, stdio = ["ignore", "pipe", "pipe"]) {
-    const env = command.endsWith("/hbbtv-shell") ? { ...this.env, ...this.preload } : this.env;
+    const env = /\/hbbtv-(shell|check-middleware)$/.test(command) ? { ...this.env, ...this.preload } : this.env;
     const child = spawn(command, args, { env, stdio });
     const name = command.split("/").pop();
     child.ended = new Promise(resolve => {
