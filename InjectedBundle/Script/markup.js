@@ -107,6 +107,8 @@ function _hbbtv_vantrel_watch(record) {
 }
 
 function _hbbtv_vantrel_markupChanged(mutations) {
+  if (mutations.length === 0)
+    return;
   const changed = _hbbtv_vantrel_list();
   for (let i = 0; i < mutations.length; ++i) {
     const record = _hbbtv_vantrel_find(_hbbtv_vantrel_kept.mutationTarget(mutations[i]));
@@ -135,9 +137,7 @@ function _hbbtv_vantrel_applyMarkup(record) {
 
 // Observers run at the end of the task; the page may call the object on the line after setAttribute.
 function _hbbtv_vantrel_flush(record) {
-  const mutations = _hbbtv_vantrel_markupObserver
-    ? _hbbtv_vantrel_kept.takeMutations(_hbbtv_vantrel_markupObserver) : [];
-  if (mutations.length > 0)
-    _hbbtv_vantrel_markupChanged(mutations);
+  if (_hbbtv_vantrel_markupObserver)
+    _hbbtv_vantrel_markupChanged(_hbbtv_vantrel_kept.takeMutations(_hbbtv_vantrel_markupObserver));
   _hbbtv_vantrel_applyMarkup(record);
 }
