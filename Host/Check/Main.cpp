@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 
 #include "Host/Check/Session.h"
@@ -57,7 +58,7 @@ Request parse(const std::vector<std::string>& arguments, const std::vector<Inter
         {"html", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(request.html),
          "Write a page with the results and the times", "FILE"},
         {}};
-    (void)parseCommandLine(commandLine(), entries, arguments, problem);
+    problem = parseCommandLine(commandLine(), entries, arguments);
     const GStrings owned(only);
     texts.take();
     for (char** list = only; list && *list; ++list) {

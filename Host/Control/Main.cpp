@@ -45,8 +45,7 @@ Request parse(const Words& arguments) {
          "SECONDS"},
         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &rest, nullptr, nullptr},
         {}};
-    std::string problem;
-    (void)parseCommandLine(commandLine(), entries, arguments, problem);
+    std::string problem = parseCommandLine(commandLine(), entries, arguments);
     const GStrings owned(rest);
     texts.take();
     for (char** word = rest; word && *word; ++word) {

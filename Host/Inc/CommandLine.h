@@ -5,7 +5,6 @@
 #include <functional>
 #include <iostream>
 #include <list>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,13 +17,7 @@ using GOptionContextHandle = std::unique_ptr<GOptionContext, GFree<&g_option_con
 
 inline constexpr int kBadUsage = 2;
 
-// The text of a G_OPTION_ARG_STRING or G_OPTION_ARG_FILENAME entry, which is freed.
-[[nodiscard]] inline std::optional<std::string> takeText(char* text) {
-    const GChars owned(text);
-    return owned ? std::optional<std::string>(owned.get()) : std::nullopt;
-}
-
-// Where the texts of such entries go: each entry has a place, and take() gives on what has come.
+// Where the texts of entries for strings go: each entry has a place, and take() gives on what has come.
 class OptionTexts {
  public:
     template <typename Target>
@@ -34,8 +27,8 @@ class OptionTexts {
     }
     void take() {
         for (auto& [text, give] : m_texts) {
-            if (const auto given = takeText(std::exchange(text, nullptr)))
-                give(given->c_str());
+            if (const GChars given{std::exchange(text, nullptr)})
+                give(given.get());
         }
     }
 
@@ -52,9 +45,9 @@ struct CommandLine {
     bool optionsFirst = false;     // What comes after the first parameter is no option.
 };
 
-// The entries end with an empty one. False, with the reason, for arguments that are no good.
-[[nodiscard]] inline bool parseCommandLine(const CommandLine& line, const GOptionEntry* entries,
-                                           const std::vector<std::string>& arguments, std::string& problem) {
+// The entries end with an empty one. Why the arguments are no good; empty when they are.
+[[nodiscard]] inline std::string parseCommandLine(const CommandLine& line, const GOptionEntry* entries,
+                                                  const std::vector<std::string>& arguments) {
     gboolean version = FALSE;
     const GOptionEntry own[] = {
         {"version", 0, G_OPTION_FLAG_NONE, G_OPTION_ARG_NONE, &version, "Tell the version", nullptr}, {}};
@@ -77,10 +70,8 @@ struct CommandLine {
         std::exit(0);
     }
     if (!parsed)
-        problem = error.message();
-    else if (rest.get()[0] && rest.get()[1])
-        problem = std::string("unknown argument ") + rest.get()[1];
-    return problem.empty();
+        return error.message();
+    return rest.get()[0] && rest.get()[1] ? std::string("unknown argument ") + rest.get()[1] : std::string();
 }
 
 // For a program whose arguments are no good; its exit code.

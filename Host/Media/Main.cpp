@@ -219,12 +219,14 @@ int main(int count, char** arguments) {
     endWithParent();
     const Host::CommandLine commandLine = {"hbbtv-media", HBBTV_VERSION, nullptr,
                                            "Plays films for hbbtv-receiver, which starts it."};
-    char* sound = nullptr;
-    const GOptionEntry entries[] = {{"sound", 0, 0, G_OPTION_ARG_STRING, &sound, "Where sound goes", "SINK"},
-                                    {}};
-    std::string problem;
-    if (!Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)},
-                                problem))
+    std::string sound;
+    Host::OptionTexts texts;
+    const GOptionEntry entries[] = {
+        {"sound", 0, 0, G_OPTION_ARG_STRING, texts.placeFor(sound), "Where sound goes", "SINK"}, {}};
+    const std::string problem =
+        Host::parseCommandLine(commandLine, entries, {arguments + 1, arguments + std::max(count, 1)});
+    texts.take();
+    if (!problem.empty())
         return Host::refuseCommandLine(commandLine, problem);
     GError* error = nullptr;
     // The first time this may look through all of GStreamer's plugins.
@@ -235,5 +237,5 @@ int main(int count, char** arguments) {
     for (const auto* name : kUsualPlugins)
         if (auto* plugin = gst_plugin_load_by_name(name))
             gst_object_unref(plugin);
-    serve(Host::takeText(sound).value_or(""));
+    serve(sound);
 }

@@ -106,19 +106,18 @@ int main(int count, char** arguments) {
         "Simulates a television receiver on the session bus, in the world that the scenario describes.\n"
         "Prints \"hbbtv-receiver: ready\" once all its names are owned; SIGTERM or SIGINT ends it.",
         "Exit codes: 0 ended as asked, 1 could not start or lost the bus, 2 wrong arguments."};
-    char* file = nullptr;
-    char* folder = nullptr;
+    std::string scenario;
+    std::string pictures;
+    Host::OptionTexts texts;
     const GOptionEntry entries[] = {
-        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, &file, "The world, a JSON file", "FILE"},
-        {"pictures", 0, 0, G_OPTION_ARG_FILENAME, &folder,
+        {"scenario", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(scenario), "The world, a JSON file", "FILE"},
+        {"pictures", 0, 0, G_OPTION_ARG_FILENAME, texts.placeFor(pictures),
          "Where pictures of channels are that are not in the scenario's folder", "FOLDER"},
         {}};
-    std::string problem;
-    const bool parsed =
-        Host::parseCommandLine(line, entries, {arguments + 1, arguments + std::max(count, 1)}, problem);
-    const auto scenario = Host::takeText(file);
-    const auto pictures = Host::takeText(folder);
-    if (parsed && scenario.value_or("").empty())
+    std::string problem =
+        Host::parseCommandLine(line, entries, {arguments + 1, arguments + std::max(count, 1)});
+    texts.take();
+    if (problem.empty() && scenario.empty())
         problem = "--scenario needs a file";
-    return problem.empty() ? serve(*scenario, pictures.value_or("")) : Host::refuseCommandLine(line, problem);
+    return problem.empty() ? serve(scenario, pictures) : Host::refuseCommandLine(line, problem);
 }

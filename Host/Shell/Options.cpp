@@ -145,14 +145,14 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
          "How long a file of the object carousel may take (1 to 600; 30)", "SECONDS"},
         {G_OPTION_REMAINING, 0, 0, G_OPTION_ARG_FILENAME_ARRAY, &urls, nullptr, nullptr},
         {}};
-    const bool parsed = parseCommandLine(commandLine(), entries, arguments, problem);
+    problem = parseCommandLine(commandLine(), entries, arguments);
     const GStrings ownedUrls(urls);
     texts.take();
     if (options.profile == "none")
         options.profile.clear();
     if (urls)
         options.url = urls[0];
-    if (parsed)
+    if (problem.empty())
         problem = problemOf(options, urls ? g_strv_length(urls) : 0);
     return problem.empty() ? std::optional<Options>(options) : std::nullopt;
 }
