@@ -23,7 +23,7 @@ inline constexpr char kReplyType[] = "((bs))";
 inline constexpr char kDriverKeyPressed[] = "DriverKeyPressed";
 inline constexpr char kDriverKeyReleased[] = "DriverKeyReleased";
 
-// Of both interfaces; that of the files is the second.
+// Of both interfaces.
 inline constexpr char kIntrospection[] = R"xml(
 <node>
   <interface name="org.vantrel.hbbtv.ShellChannel">

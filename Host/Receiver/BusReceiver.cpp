@@ -24,9 +24,10 @@ BusReceiver::BusReceiver(GDBusConnection* connection, const nlohmann::json& scen
       m_emitter(connection),
       m_desk{m_world, m_dispatcher, m_events, m_emitter},
       m_control(makeControl(m_desk)),
-      m_watch(g_dbus_connection_signal_subscribe(connection, "org.freedesktop.DBus", "org.freedesktop.DBus",
-                                                 "NameOwnerChanged", "/org/freedesktop/DBus", nullptr,
-                                                 G_DBUS_SIGNAL_FLAGS_NONE, onOwnerChanged, this, nullptr)) {
+      m_watch(g_dbus_connection_signal_subscribe(
+          connection, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+          "/org/freedesktop/DBus", nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+          Host::callback<&BusReceiver::onOwnerChanged>, this, nullptr)) {
     m_services.push_back(makeDaeBrowserApi(m_world, m_dispatcher));
     m_services.push_back(makeDsmcc(m_world, m_dispatcher));
     m_services.push_back(makeBroadcastPlayer(m_world, m_dispatcher));
@@ -52,14 +53,14 @@ MediaPlayerFactory BusReceiver::chosenPlayer() {
 // A page whose process ends, with its view or in a crash, says nothing any more, and what it held must not
 // stay. This comes behind the last of its calls.
 void BusReceiver::onOwnerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                                 GVariant* change, gpointer self) {
+                                 GVariant* change) {
     const char* name = nullptr;
     const char* owner = nullptr;
     g_variant_get(change, "(&s&s&s)", &name, nullptr, &owner);
     if (g_dbus_is_unique_name(name) == FALSE || *owner != 0)
         return;
-    static_cast<BusReceiver*>(self)->m_dispatcher.forget(name);
-    static_cast<BusReceiver*>(self)->m_world.forget(name);
+    m_dispatcher.forget(name);
+    m_world.forget(name);
 }
 
 BusReceiver::~BusReceiver() {

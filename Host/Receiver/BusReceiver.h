@@ -6,7 +6,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Receiver/CallDispatcher.h"
 #include "Host/Receiver/ControlService.h"
 #include "Host/Receiver/DbusEvents.h"
@@ -18,21 +18,19 @@
 
 namespace Receiver {
 
-class BusReceiver {
+class BusReceiver : Host::Pinned {
  public:
     // Throws ScenarioError.
     BusReceiver(GDBusConnection* connection, const nlohmann::json& scenario, const std::string& folder,
                 const std::string& pictures);
-    BusReceiver(const BusReceiver&) = delete;
-    BusReceiver& operator=(const BusReceiver&) = delete;
     ~BusReceiver();
 
     // False, with the reason in "problem", when an object or a name could not be had.
     [[nodiscard]] bool start(std::string& problem);
 
  private:
-    static void onOwnerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                               GVariant* change, gpointer self);
+    void onOwnerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                        GVariant* change);
     [[nodiscard]] MediaPlayerFactory chosenPlayer();
     [[nodiscard]] bool own(const std::string& name, std::string& problem);
 

@@ -61,8 +61,10 @@ void CarouselLoader::serve(GDBusConnection* shell, Entry entry) {
     m_entry = entry;
     {
         const DefaultContext calls(m_context.get());
-        if (g_dbus_connection_register_object(shell, ShellChannel::kPath, m_introspection->interfaces[1],
-                                              &s_methods, this, nullptr, error.out()) == 0) {
+        if (g_dbus_connection_register_object(
+                shell, ShellChannel::kPath,
+                g_dbus_node_info_lookup_interface(m_introspection.get(), ShellChannel::kFilesInterface),
+                &s_methods, this, nullptr, error.out()) == 0) {
             g_warning("no carousel for the shell: %s", error.message());
             m_entry = nullptr;
             return;

@@ -42,7 +42,8 @@ MediaLink::MediaLink(Host::Descriptor line, Writes writes, Callbacks callbacks)
     (void)line.release();
     g_socket_set_blocking(m_socket.get(), writes == Writes::Wait ? TRUE : FALSE);
     m_source.reset(g_socket_create_source(m_socket.get(), G_IO_IN, nullptr));
-    g_source_set_callback(m_source.get(), G_SOURCE_FUNC(onReadable), this, nullptr);
+    g_source_set_callback(m_source.get(), G_SOURCE_FUNC(Host::callback<&MediaLink::onReadable>), this,
+                          nullptr);
     g_source_attach(m_source.get(), nullptr);
 }
 
@@ -88,16 +89,15 @@ bool MediaLink::receive(MediaMessage& message) {
     return true;
 }
 
-gboolean MediaLink::onReadable(GSocket*, GIOCondition, gpointer self) {
-    auto& link = *static_cast<MediaLink*>(self);
+gboolean MediaLink::onReadable(GSocket*, GIOCondition) {
     // Copied: whoever hears the message may end this link.
-    const auto callbacks = link.m_callbacks;
+    const auto callbacks = m_callbacks;
     MediaMessage message;
-    if (link.receive(message)) {
+    if (receive(message)) {
         callbacks.message(message);
         return G_SOURCE_CONTINUE;
     }
-    g_source_destroy(link.m_source.get());
+    g_source_destroy(m_source.get());
     callbacks.end();
     return G_SOURCE_REMOVE;
 }

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "Host/Inc/GHandles.h"
+#include "Host/Inc/GCallbacks.h"
 #include "Host/Picture/SharedMemory.h"
 
 namespace Receiver {
@@ -29,7 +29,7 @@ struct MediaMessage {
     }
 };
 
-class MediaLink {
+class MediaLink : Host::Pinned {
  public:
     // The callbacks run on the default main context, one at a time, and may destroy the link.
     struct Callbacks {
@@ -40,8 +40,6 @@ class MediaLink {
     enum class Writes { Wait, NeverWait };
 
     MediaLink(Host::Descriptor line, Writes writes, Callbacks callbacks);
-    MediaLink(const MediaLink&) = delete;
-    MediaLink& operator=(const MediaLink&) = delete;
     ~MediaLink();
 
     // Takes a floating content; none is "()". False when the other end is gone or takes no more.
@@ -49,7 +47,7 @@ class MediaLink {
                             const Host::Descriptor& file = {});
 
  private:
-    static gboolean onReadable(GSocket* socket, GIOCondition condition, gpointer self);
+    gboolean onReadable(GSocket*, GIOCondition);
     // False at the end of the line.
     [[nodiscard]] bool receive(MediaMessage& message);
 

@@ -64,8 +64,10 @@ gboolean WebProcessChannel::onNewConnection(GDBusServer*, GDBusConnection* conne
     static const GDBusInterfaceVTable s_methods = {
         callback<&WebProcessChannel::onMethodCall>, nullptr, nullptr, {}};
     GErrorSlot error;
-    if (g_dbus_connection_register_object(connection, ShellChannel::kPath, m_introspection->interfaces[0],
-                                          &s_methods, this, nullptr, error.out()) == 0) {
+    if (g_dbus_connection_register_object(
+            connection, ShellChannel::kPath,
+            g_dbus_node_info_lookup_interface(m_introspection.get(), ShellChannel::kInterface), &s_methods,
+            this, nullptr, error.out()) == 0) {
         g_warning("a web process cannot be served: %s", error.message());
         return FALSE;
     }
